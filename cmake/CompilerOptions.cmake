@@ -1,0 +1,18 @@
+# Flags that every target of the system is built with.
+add_library(jobobjects_options INTERFACE)
+target_include_directories(jobobjects_options INTERFACE ${PROJECT_SOURCE_DIR})
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+    target_compile_options(jobobjects_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+        -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+    # Wine's backtraces cannot read DWARF 5.
+    add_compile_options(-gdwarf-4)
+endif()
+if(WIN32)
+    add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
+    if(MINGW)
+        # 32-bit callers align the stack to 4 bytes only.
+        add_compile_options(-mstackrealign)
+        # Without -static the DLL would import the compiler's own runtime DLLs.
+        add_link_options(-static)
+    endif()
+endif()

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "QxString.h"
+
+#include <utility>
+
+/// The system's own failure: one text, shown to the caller as the error's description.
+/// Thrown by value, caught by reference at the boundary of an interface method.
+class QxException {
+public:
+    explicit QxException(QxString message) noexcept : m_message(std::move(message)) {}
+    /// A null pointer gives an empty message.
+    explicit QxException(const wchar_t* message) : m_message(message) {}
+    QxException(const QxException&) noexcept = default;
+    QxException& operator=(const QxException&) noexcept = default;
+    virtual ~QxException() = default;
+
+    const QxString& Message() const noexcept { return m_message; }
+
+private:
+    QxString m_message;
+};

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// Immutable shared UTF-16 text: the form in which every record keeps its values.
+///
+/// One pointer wide; the empty text needs no allocation; a copy shares the characters, costs one interlocked
+/// increment and never throws. The count is interlocked because the catalogue's texts are handed to records
+/// in several apartments. Work in progress (building, replacing, splitting) uses std::wstring and views.
+class QxString {
+public:
+    constexpr QxString() noexcept = default;
+    /// Throws std::bad_alloc. Embedded NUL characters are kept.
+    QxString(std::wstring_view text);
+    QxString(const std::wstring& text) : QxString(std::wstring_view(text)) {}
+    /// A null pointer gives the empty text.
+    QxString(const wchar_t* text) : QxString(text ? std::wstring_view(text) : std::wstring_view()) {}
+
+    QxString(const QxString& other) noexcept;
+    QxString(QxString&& other) noexcept : m_data(other.m_data) { other.m_data = nullptr; }
+    QxString& operator=(QxString other) noexcept;
+    ~QxString();
+
+    std::wstring_view view() const noexcept;
+    operator std::wstring_view() const noexcept { return view(); }
+    /// Always terminated by a NUL.
+    const wchar_t* c_str() const noexcept;
+    std::size_t size() const noexcept { return m_data ? m_data->size : 0; }
+    bool empty() const noexcept { return m_data == nullptr; }
+
+    friend bool operator==(const QxString& a, const QxString& b) noexcept { return a.view() == b.view(); }
+    friend bool operator==(const QxString& a, std::wstring_view b) noexcept { return a.view() == b; }
+    friend bool operator==(const QxString& a, const wchar_t* b) noexcept { return a.view() == b; }
+
+private:
+    /// Header of one block; the characters and a NUL follow it.
+    struct Data {
+        std::atomic<unsigned> references;
+        std::size_t size;
+        wchar_t* characters() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
+    };
+
+    void Release() noexcept;
+
+    Data* m_data = nullptr;
+};
