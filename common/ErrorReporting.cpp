@@ -1,0 +1,131 @@
+#include "ErrorReporting.h"
+
+#include "QxMisc.h"
+#include "log/QxLogger.h"
+
+#include <exception>
+#include <new>
+#include <stdexcept>
+
+namespace {
+
+constexpr wchar_t generalMessage[] = L"A general exception occurred.";
+
+/// The system's message text without its line end; false if the system has none.
+bool SystemText(HRESULT code, QxString& text) {
+    wchar_t* buffer = nullptr;
+    const DWORD length = FormatMessageW(
+        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+        static_cast<DWORD>(code), MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT),
+        reinterpret_cast<wchar_t*>(&buffer), 0, nullptr);
+    if (length == 0)
+        return false;
+    struct Free {
+        wchar_t* block;
+        ~Free() { LocalFree(block); }
+    } const owner{buffer};
+
+    std::wstring_view view(buffer, length);
+    if (view.size() >= 2 && view.back() == L'\n') {
+        view.remove_suffix(1);
+        if (view.back() == L'\r')
+            view.remove_suffix(1);
+    }
+    text = QxString(view);
+    return true;
+}
+
+QxString SubstituteText(HRESULT code) {
+    constexpr auto firstDispatchError = static_cast<HRESULT>(0x80040200);
+    constexpr auto lastDispatchError = static_cast<HRESULT>(0x8004FFFF);
+    if (code > firstDispatchError && code <= lastDispatchError)
+        return QxMisc::FormatString(L"IDispatch error #%d", static_cast<int>(code - firstDispatchError));
+    return QxMisc::FormatString(L"Unknown error 0x%0lX", static_cast<unsigned long>(code));
+}
+
+HRESULT AttachDescription(std::wstring_view message) noexcept {
+    ComPtr<ICreateErrorInfo> creator;
+    HRESULT result = CreateErrorInfo(creator.Put());
+    if (FAILED(result))
+        return result;
+    // The source and the interface stay unset: callers see the description only. Views passed here come
+    // from terminated texts, and the callee copies.
+    creator->SetDescription(const_cast<wchar_t*>(message.data()));
+    ComPtr<IErrorInfo> info;
+    result = creator->QueryInterface(IID_IErrorInfo, info.PutVoid());
+    return FAILED(result) ? result : SetErrorInfo(0, info.Get());
+}
+
+HRESULT ReportStandardException(const std::exception& error, const wchar_t* source) noexcept {
+    wchar_t wide[256];
+    std::size_t length = 0;
+    for (const char* c = error.what(); *c && length + 1 < std::size(wide); ++c)
+        wide[length++] = static_cast<unsigned char>(*c);
+    wide[length] = L'\0';
+    ReportException(wide, source);
+    return E_FAIL;
+}
+
+} // namespace
+
+const QxString& ComError::Message() const {
+    if (m_message.empty() && !SystemText(m_code, m_message))
+        m_message = SubstituteText(m_code);
+    return m_message;
+}
+
+void ThrowIfCallFailed(HRESULT code, IUnknown* object, REFIID iid) {
+    if (SUCCEEDED(code))
+        return;
+    ComPtr<ISupportErrorInfo> support;
+    ComPtr<IErrorInfo> info;
+    if (SUCCEEDED(object->QueryInterface(IID_ISupportErrorInfo, support.PutVoid())) && support &&
+        support->InterfaceSupportsErrorInfo(iid) == S_OK)
+        GetErrorInfo(0, info.Put());
+    throw ComError(code, std::move(info));
+}
+
+HRESULT ReportException(std::wstring_view message, const wchar_t* source) noexcept {
+    LogError(LogCom, L"[%ls] Exception: %ls", source, message.data());
+    return AttachDescription(message);
+}
+
+HRESULT ReportComError(const ComError& error, const wchar_t* source) noexcept {
+    QxString message;
+    try {
+        message = error.Message();
+    } catch (...) {
+        // Without memory for the text the failure itself still goes to the caller.
+    }
+    if (error.Info()) {
+        LogError(LogCom, L"[%ls] COM exception: %ls", source, message.c_str());
+        SetErrorInfo(0, error.Info().Get());
+    } else {
+        ReportException(message, source);
+    }
+    return error.Code();
+}
+
+HRESULT ReportCurrentException(const wchar_t* source) noexcept {
+    try {
+        throw;
+    } catch (const QxException& error) {
+        ReportException(error.Message(), source);
+    } catch (const ComError& error) {
+        return ReportComError(error, source);
+    } catch (const std::bad_alloc&) {
+        return ReportComError(ComError(E_OUTOFMEMORY), source);
+    } catch (const std::length_error&) {
+        return ReportComError(ComError(E_OUTOFMEMORY), source); // a text beyond the address space
+    } catch (const std::exception& error) {
+        return ReportStandardException(error, source);
+    } catch (...) {
+        ReportException(generalMessage, source);
+    }
+    return E_FAIL;
+}
+
+HRESULT FailWithoutInfo(HRESULT code) noexcept {
+    SetErrorInfo(0, nullptr);
+    return code;
+}
