@@ -1,0 +1,48 @@
+# The interface definition's products, made from JobObjects/JobObjects.idl in the build folder:
+#   JobObjects.tlb         the type library that becomes the module's resource 1
+#   include/JobObjects.h   the header of the interfaces and classes, shipped to clients
+#   JobObjects_i.c         the identifiers, for clients whose compiler has no __uuidof
+# Target jobobjects_typelib makes them; who includes "JobObjects.h" links jobobjects_idl.
+
+find_program(WIDL NAMES i686-w64-mingw32-widl widl REQUIRED DOC "Interface definition compiler")
+find_path(WIDL_IDL_DIR oaidl.idl PATHS /usr/include/wine/wine/windows REQUIRED NO_CMAKE_FIND_ROOT_PATH
+    DOC "Folder of the system's interface definitions")
+# importlib takes no absolute path, so the folder of stdole2.tlb is given by -L.
+find_path(WIDL_STDOLE_DIR stdole2.tlb
+    PATHS /usr/lib/i386-linux-gnu/wine/i386-windows /usr/lib/wine/i386-windows
+    REQUIRED NO_CMAKE_FIND_ROOT_PATH DOC "Folder of stdole2.tlb")
+find_program(FAKETIME faketime DOC "Fixes widl's clock")
+
+set(JOBOBJECTS_IDL ${PROJECT_SOURCE_DIR}/JobObjects/JobObjects.idl)
+set(JOBOBJECTS_IDL_OUT ${PROJECT_BINARY_DIR}/idl)
+set(JOBOBJECTS_TLB ${JOBOBJECTS_IDL_OUT}/JobObjects.tlb)
+set(JOBOBJECTS_HEADER ${JOBOBJECTS_IDL_OUT}/include/JobObjects.h)
+set(JOBOBJECTS_IDS ${JOBOBJECTS_IDL_OUT}/JobObjects_i.c)
+file(MAKE_DIRECTORY ${JOBOBJECTS_IDL_OUT}/include)
+
+# widl stamps the type library with the current time and knows no SOURCE_DATE_EPOCH.
+set(widl_command ${WIDL})
+if(FAKETIME)
+    set(widl_command ${CMAKE_COMMAND} -E env TZ=UTC ${FAKETIME} -f "2000-01-01 00:00:00" ${WIDL})
+endif()
+
+# widl makes one kind of output a call. The file is named relatively, because the name goes into the outputs.
+function(jobobjects_widl option output)
+    add_custom_command(
+        OUTPUT ${output}
+        COMMAND ${widl_command} -m32 -I${WIDL_IDL_DIR} -L${WIDL_STDOLE_DIR} ${option} -o ${output} JobObjects.idl
+        WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}/JobObjects
+        DEPENDS ${JOBOBJECTS_IDL}
+        COMMENT "Compiling JobObjects.idl (${option})"
+        VERBATIM)
+endfunction()
+
+jobobjects_widl(-t ${JOBOBJECTS_TLB})
+jobobjects_widl(-h ${JOBOBJECTS_HEADER})
+jobobjects_widl(-u ${JOBOBJECTS_IDS})
+add_custom_target(jobobjects_typelib DEPENDS ${JOBOBJECTS_TLB} ${JOBOBJECTS_HEADER} ${JOBOBJECTS_IDS})
+
+# System headers, because the generated code is not held to our warnings.
+add_library(jobobjects_idl INTERFACE)
+add_dependencies(jobobjects_idl jobobjects_typelib)
+target_include_directories(jobobjects_idl SYSTEM INTERFACE ${JOBOBJECTS_IDL_OUT}/include)
