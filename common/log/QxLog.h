@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <string_view>
+#include <utility>
 
 /// A sink of the diagnostic log, reference-counted so that it outlives a reconfiguration during a write.
 /// The logger calls Write under its lock; an implementation must never throw and never log.

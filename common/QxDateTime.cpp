@@ -1,0 +1,173 @@
+#include "QxDateTime.h"
+
+#include "QxMisc.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <initializer_list>
+
+namespace {
+
+constexpr int secondsPerDay = 86400;
+constexpr int firstYear = 100, lastYear = 9999;
+
+/// Days since 1 March of the year 0 of the proleptic Gregorian calendar. Years are counted from March, so
+/// that the leap day is a year's last day.
+constexpr std::int32_t DayNumber(int year, int month, int day) noexcept {
+    const int shifted = month > 2 ? month - 3 : month + 9;
+    const int y = month > 2 ? year : year - 1;
+    return 365 * y + y / 4 - y / 100 + y / 400 + (153 * shifted + 2) / 5 + day - 1;
+}
+
+constexpr std::int32_t dayZero = DayNumber(1899, 12, 30);
+constexpr std::int32_t firstDay = DayNumber(firstYear, 1, 1) - dayZero;
+constexpr std::int32_t lastDay = DayNumber(lastYear, 12, 31) - dayZero;
+
+constexpr bool IsLeapYear(int year) noexcept {
+    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+}
+
+constexpr int DaysInMonth(int year, int month) noexcept {
+    constexpr int days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    return month == 2 && IsLeapYear(year) ? 29 : days[month - 1];
+}
+
+constexpr bool IsBetween(int value, int low, int high) noexcept {
+    return value >= low && value <= high;
+}
+
+bool IsRealTime(const QxCalendarTime& t) noexcept {
+    return IsBetween(t.year, firstYear, lastYear) && IsBetween(t.month, 1, 12) &&
+           IsBetween(t.day, 1, DaysInMonth(t.year, t.month)) && IsBetween(t.hour, 0, 23) &&
+           IsBetween(t.minute, 0, 59) && IsBetween(t.second, 0, 59);
+}
+
+/// The inverse of DayNumber.
+void SetDate(QxCalendarTime& fields, std::int32_t dayNumber) noexcept {
+    constexpr int daysPer400Years = 146097, daysPer100Years = 36524, daysPer4Years = 1461;
+    const int era = dayNumber / daysPer400Years;
+    const int dayOfEra = dayNumber % daysPer400Years;
+    const int yearOfEra = (dayOfEra - dayOfEra / (daysPer4Years - 1) + dayOfEra / daysPer100Years -
+                           dayOfEra / (daysPer400Years - 1)) /
+                          365;
+    const int dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const int shifted = (5 * dayOfYear + 2) / 153;
+    fields.day = dayOfYear - (153 * shifted + 2) / 5 + 1;
+    fields.month = shifted < 10 ? shifted + 3 : shifted - 9;
+    fields.year = era * 400 + yearOfEra + (fields.month <= 2 ? 1 : 0);
+}
+
+/// Reads what the C library's "%d" reads: optional white space, an optional sign, digits.
+bool ScanInteger(std::wstring_view& text, int& value) noexcept {
+    std::size_t end = std::min(text.find_first_not_of(L" \t\n\v\f\r"), text.size());
+    if (end < text.size() && (text[end] == L'-' || text[end] == L'+'))
+        ++end;
+    const std::size_t digits = end;
+    while (end < text.size() && text[end] >= L'0' && text[end] <= L'9')
+        ++end;
+    if (end == digits)
+        return false;
+    value = QxMisc::ParseInt32(text.substr(0, end));
+    text.remove_prefix(end);
+    return true;
+}
+
+struct Field {
+    wchar_t before; ///< the character that must stand before the number; 0 for none
+    int QxCalendarTime::*value;
+};
+
+bool ScanFields(std::wstring_view text, QxCalendarTime& time, std::initializer_list<Field> fields) noexcept {
+    for (const Field& field : fields) {
+        if (field.before) {
+            if (text.empty() || text.front() != field.before)
+                return false;
+            text.remove_prefix(1);
+        }
+        if (!ScanInteger(text, time.*field.value))
+            return false;
+    }
+    return true;
+}
+
+bool Scan(std::wstring_view text, QxCalendarTime& time) noexcept {
+    using T = QxCalendarTime;
+    if (!QxMisc::Contains(text, L"-"))
+        return ScanFields(text, time, {{0, &T::hour}, {L':', &T::minute}, {L':', &T::second}});
+    if (!QxMisc::Contains(text, L":"))
+        return ScanFields(text, time, {{0, &T::year}, {L'-', &T::month}, {L'-', &T::day}});
+    return ScanFields(text, time,
+                      {{0, &T::year},
+                       {L'-', &T::month},
+                       {L'-', &T::day},
+                       {L'T', &T::hour},
+                       {L':', &T::minute},
+                       {L':', &T::second}});
+}
+
+} // namespace
+
+bool QxDateTime::IsUnset() const noexcept {
+    return !IsValid() || std::fabs(m_value) < 0.5 / secondsPerDay;
+}
+
+QxDateTime QxDateTime::FromCalendar(const QxCalendarTime& fields) noexcept {
+    if (!IsRealTime(fields))
+        return QxDateTime(0, Status::Invalid);
+    const double day = DayNumber(fields.year, fields.month, fields.day) - dayZero;
+    const double time = (fields.hour * 3600 + fields.minute * 60 + fields.second) / double{secondsPerDay};
+    // Before day zero the sign belongs to the day alone: -1.25 is 06:00 of 29 December 1899.
+    return QxDateTime(day < 0 ? day - time : day + time);
+}
+
+bool QxDateTime::ToCalendar(QxCalendarTime& fields) const noexcept {
+    // Written so that a NaN fails too.
+    if (!(m_value > firstDay - 1 && m_value < lastDay + 1))
+        return false;
+    const double wholeDays = std::trunc(m_value);
+    auto day = static_cast<std::int32_t>(wholeDays);
+    auto seconds = static_cast<int>(std::lround(std::fabs(m_value - wholeDays) * secondsPerDay));
+    if (seconds == secondsPerDay) {
+        seconds = 0;
+        ++day;
+    }
+    if (day > lastDay)
+        return false;
+    SetDate(fields, day + dayZero);
+    fields.hour = seconds / 3600;
+    fields.minute = seconds / 60 % 60;
+    fields.second = seconds % 60;
+    return true;
+}
+
+QxDateTime QxDateTime::Parse(std::wstring_view text) {
+    QxCalendarTime fields;
+    // Day zero, for a text that holds only a time.
+    fields.year = 1899;
+    fields.month = 12;
+    fields.day = 30;
+    return Scan(text, fields) ? FromCalendar(fields) : QxDateTime(0, Status::Invalid);
+}
+
+QxString QxDateTime::Format() const {
+    if (m_status == Status::Null)
+        return {};
+    QxCalendarTime t;
+    if (!IsValid() || !ToCalendar(t))
+        return L"Invalid DateTime";
+    const bool onDayZero = t.year == 1899 && t.month == 12 && t.day == 30;
+    if (!onDayZero)
+        return QxMisc::FormatString(L"%04d-%02d-%02dT%02d:%02d:%02d", t.year, t.month, t.day, t.hour,
+                                    t.minute, t.second);
+    if (t.hour == 0 && t.minute == 0 && t.second == 0)
+        return {};
+    return QxMisc::FormatString(L"%02d:%02d:%02d", t.hour, t.minute, t.second);
+}
+
+QxString QxDateTime::Format(long milliseconds) const {
+    QxString text = Format();
+    if (text.empty() || milliseconds <= 0)
+        return text;
+    return QxMisc::FormatString(L"%ls.%03ld", text.c_str(), milliseconds);
+}

@@ -1,0 +1,104 @@
+#include "TextEncoding.h"
+
+namespace {
+
+constexpr char32_t replacement = 0xFFFD;
+
+void Append(std::wstring& text, char32_t character) {
+    if (sizeof(wchar_t) == 2 && character > 0xFFFF) {
+        character -= 0x10000;
+        text += static_cast<wchar_t>(0xD800 + (character >> 10));
+        text += static_cast<wchar_t>(0xDC00 + (character & 0x3FF));
+    } else {
+        text += static_cast<wchar_t>(character);
+    }
+}
+
+unsigned Byte(std::string_view bytes, std::size_t at) noexcept {
+    return static_cast<unsigned char>(bytes[at]);
+}
+
+/// What a UTF-8 lead byte announces. The second byte's range shuts out overlong forms, surrogates and values
+/// above U+10FFFF; count is 0 for a byte that starts no sequence.
+struct Lead {
+    unsigned count, bits, secondLow, secondHigh;
+};
+
+Lead LeadOf(unsigned byte) noexcept {
+    if (byte < 0x80)
+        return {1, byte, 0, 0};
+    if (byte >= 0xC2 && byte <= 0xDF)
+        return {2, byte & 0x1F, 0x80, 0xBF};
+    if (byte >= 0xE0 && byte <= 0xEF)
+        return {3, byte & 0x0F, byte == 0xE0 ? 0xA0u : 0x80u, byte == 0xED ? 0x9Fu : 0xBFu};
+    if (byte >= 0xF0 && byte <= 0xF4)
+        return {4, byte & 0x07, byte == 0xF0 ? 0x90u : 0x80u, byte == 0xF4 ? 0x8Fu : 0xBFu};
+    return {0, 0, 0, 0};
+}
+
+/// Reads one character and returns the number of bytes it took. A malformed sequence gives one U+FFFD for
+/// the longest start of a well-formed one.
+std::size_t NextUtf8(std::string_view bytes, char32_t& character) noexcept {
+    const Lead lead = LeadOf(Byte(bytes, 0));
+    character = replacement;
+    if (lead.count == 0)
+        return 1;
+    char32_t value = lead.bits;
+    for (std::size_t i = 1; i < lead.count; ++i) {
+        const unsigned low = i == 1 ? lead.secondLow : 0x80, high = i == 1 ? lead.secondHigh : 0xBF;
+        if (i == bytes.size() || Byte(bytes, i) < low || Byte(bytes, i) > high)
+            return i;
+        value = value << 6 | (Byte(bytes, i) & 0x3F);
+    }
+    character = value;
+    return lead.count;
+}
+
+std::wstring DecodeUtf8(std::string_view bytes) {
+    std::wstring text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        char32_t character;
+        bytes.remove_prefix(NextUtf8(bytes, character));
+        Append(text, character);
+    }
+    return text;
+}
+
+std::wstring DecodeUtf16(std::string_view bytes, bool bigEndian) {
+    const auto unit = [&](std::size_t at) -> char32_t {
+        return Byte(bytes, at + (bigEndian ? 1 : 0)) | Byte(bytes, at + (bigEndian ? 0 : 1)) << 8;
+    };
+    std::wstring text;
+    text.reserve(bytes.size() / 2 + 1);
+    std::size_t at = 0;
+    for (; at + 1 < bytes.size(); at += 2) {
+        const char32_t first = unit(at);
+        if (first < 0xD800 || first > 0xDFFF) {
+            Append(text, first);
+            continue;
+        }
+        const char32_t second = at + 3 < bytes.size() ? unit(at + 2) : 0;
+        if (first <= 0xDBFF && second >= 0xDC00 && second <= 0xDFFF) {
+            Append(text, 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00));
+            at += 2;
+        } else {
+            Append(text, replacement);
+        }
+    }
+    if (at < bytes.size())
+        Append(text, replacement);
+    return text;
+}
+
+} // namespace
+
+std::wstring TextEncoding::Decode(std::string_view bytes) {
+    if (bytes.starts_with("\xEF\xBB\xBF"))
+        return DecodeUtf8(bytes.substr(3));
+    if (bytes.starts_with("\xFF\xFE"))
+        return DecodeUtf16(bytes.substr(2), false);
+    if (bytes.starts_with("\xFE\xFF"))
+        return DecodeUtf16(bytes.substr(2), true);
+    return DecodeUtf8(bytes);
+}
