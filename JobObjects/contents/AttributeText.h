@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,8 +12,18 @@ namespace AttributeText {
 /// Words of a text, in order. They are views: the text must outlive them.
 using Words = std::vector<std::wstring_view>;
 
-/// The non-empty pieces between commas. The word "Mono" (exact case) comes out as "B&W", the catalogue's
-/// word for what some page counters call mono.
+/// Calls use with each non-empty piece between separators.
+template<class Use>
+void ForEachPiece(std::wstring_view text, wchar_t separator, Use use) {
+    while (!text.empty()) {
+        const std::size_t end = text.find(separator);
+        if (const std::wstring_view piece = text.substr(0, end); !piece.empty())
+            use(piece);
+        text.remove_prefix(end == std::wstring_view::npos ? text.size() : end + 1);
+    }
+}
+
+/// The words of a text. "Mono" (exact case) comes out as "B&W": some page counters call it so.
 Words Split(std::wstring_view text);
 std::wstring Join(const Words& words);
 
@@ -19,11 +31,13 @@ std::wstring Join(const Words& words);
 void Append(std::wstring& text, std::wstring_view word);
 void RemoveTrailingComma(std::wstring& text);
 
-/// Drops every "B&W" and "Color" from the text, wherever they stand, and then writes every ",," as ",".
-std::wstring WithoutColorWords(std::wstring_view text);
-/// Whether the text contains "Color" anywhere, in exact case.
-bool HasColor(std::wstring_view text) noexcept;
-/// Whether the text contains "Duplex" anywhere, in exact case.
-bool HasDuplex(std::wstring_view text) noexcept;
+/// Drops every occurrence of each part, one part after the other, and then writes every ",," as ",".
+/// Leading and trailing commas stay.
+std::wstring Without(std::wstring_view text, std::initializer_list<std::wstring_view> parts);
+
+/// The words that the system itself tests for: in exact case and anywhere in the text, even within a word.
+inline constexpr std::wstring_view BlackAndWhite = L"B&W";
+inline constexpr std::wstring_view Color = L"Color";
+inline constexpr std::wstring_view Duplex = L"Duplex";
 
 } // namespace AttributeText

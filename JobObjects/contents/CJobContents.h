@@ -1,6 +1,5 @@
 #pragma once
 
-#include "AttributeText.h"
 #include "CCopyLines.h"
 
 #include "common/QxString.h"
@@ -87,8 +86,8 @@ public:
     void WriteXml(QxXmlWriter& writer) const;
 
 private:
-    void TakeJobOptions(AttributeText::Words& words);
     bool ReadXml(std::wstring_view xml);
+    bool ReadCopyLines(QxXmlParser& parser);
 
     std::shared_ptr<CCopyLines> m_jobCopyLines; // never null
     bool m_generateDefaultPageAttributes = true;

@@ -1,0 +1,82 @@
+#include "CCopyLine.h"
+
+#include "AttributeText.h"
+#include "JobAttributeCatalogue.h"
+#include "WrappingSum.h"
+
+#include "common/QxMisc.h"
+#include "common/QxXmlParser.h"
+#include "common/QxXmlWriter.h"
+#include "common/RecordReading.h"
+#include "common/log/QxLogger.h"
+
+std::int32_t CCopyLine::PagesTotal() const noexcept {
+    return WrappingSum(WrappingSum(m_pagesColor, m_pagesBW), m_pagesBlank);
+}
+
+bool CCopyLine::IsDuplex() const noexcept {
+    return QxMisc::Contains(m_attributes, AttributeText::Duplex);
+}
+
+std::int32_t CCopyLine::DBPaperSize() const {
+    return static_cast<std::int32_t>(TheCatalogue().PaperDbIdFromName(m_paperSize));
+}
+
+std::int32_t CCopyLine::DBAttributes() const {
+    return static_cast<std::int32_t>(TheCatalogue().AttributeMaskFromNames(m_attributes));
+}
+
+void CCopyLine::AddCounts(const CCopyLine& other) noexcept {
+    SetPagesBW(WrappingSum(m_pagesBW, other.m_pagesBW));
+    SetPagesColor(WrappingSum(m_pagesColor, other.m_pagesColor));
+    SetPagesBlank(WrappingSum(m_pagesBlank, other.m_pagesBlank));
+    SetSheets(WrappingSum(m_sheets, other.m_sheets));
+}
+
+bool CCopyLine::put_Xml(std::wstring_view xml) {
+    QxXmlParser parser;
+    parser.SetDocument(xml);
+    if (!parser.FindElement(L"CopyLine")) {
+        LogError(L"[CCopyLine::put_Xml] Invalid Xml fragment");
+        return false;
+    }
+    Read(parser);
+    return true;
+}
+
+void CCopyLine::Read(QxXmlParser& parser) {
+    SetPaperSize(RecordReading::Text(parser, L"PaperSize"));
+    SetPaperDimensions(RecordReading::Text(parser, L"PaperDimensions"));
+    SetSheets(RecordReading::Number(parser, L"Sheets"));
+    if (std::int32_t pages = 0; parser.ReadChild(L"Pages", pages)) {
+        ReadOlderForm(parser, pages);
+        return;
+    }
+    SetAttributes(RecordReading::Text(parser, L"Attributes"));
+    SetPagesBW(RecordReading::Number(parser, L"PagesBW"));
+    SetPagesColor(RecordReading::Number(parser, L"PagesColor"));
+    SetPagesBlank(RecordReading::Number(parser, L"PagesBlank"));
+}
+
+// The older form has one page count; whether it counts color pages is one of the attribute words.
+void CCopyLine::ReadOlderForm(QxXmlParser& parser, std::int32_t pages) {
+    const QxString attributes = RecordReading::Text(parser, L"PageAttributes");
+    const bool isColor = QxMisc::Contains(attributes, AttributeText::Color);
+    SetPagesColor(isColor ? pages : 0);
+    SetPagesBW(isColor ? 0 : pages);
+    SetPagesBlank(0);
+    SetAttributes(AttributeText::Without(attributes, {AttributeText::BlackAndWhite, AttributeText::Color}));
+}
+
+void CCopyLine::WriteXml(QxXmlWriter& writer) const {
+    writer.OpenStartTag(L"CopyLine");
+    writer.CloseStartTag();
+    writer.Element(L"PaperSize", m_paperSize.view());
+    writer.Element(L"PaperDimensions", m_paperDimensions.view());
+    writer.Element(L"Attributes", m_attributes.view());
+    writer.Element(L"Sheets", m_sheets);
+    writer.Element(L"PagesBW", m_pagesBW);
+    writer.Element(L"PagesColor", m_pagesColor);
+    writer.Element(L"PagesBlank", m_pagesBlank);
+    writer.EndTag(L"CopyLine");
+}

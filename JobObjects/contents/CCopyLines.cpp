@@ -1,0 +1,100 @@
+#include "CCopyLines.h"
+
+#include "JobAttributeCatalogue.h"
+#include "WrappingSum.h"
+
+#include "common/QxMisc.h"
+#include "common/QxXmlParser.h"
+#include "common/QxXmlWriter.h"
+#include "common/log/QxLogger.h"
+
+#include <algorithm>
+#include <utility>
+
+void CCopyLines::Append(CCopyLine line) {
+    m_lines.push_back(std::make_shared<CCopyLine>(std::move(line)));
+}
+
+void CCopyLines::Consolidate() {
+    std::stable_sort(m_lines.begin(), m_lines.end(), [](const auto& a, const auto& b) {
+        return a->PaperSize().view() < b->PaperSize().view();
+    });
+    std::size_t kept = 0;
+    for (auto& line : m_lines) {
+        if (kept > 0 && m_lines[kept - 1]->PaperSize() == line->PaperSize())
+            m_lines[kept - 1]->AddCounts(*line);
+        else
+            m_lines[kept++].swap(line);
+    }
+    m_lines.resize(kept);
+}
+
+std::int32_t CCopyLines::TotalPages() const noexcept {
+    std::int32_t total = 0;
+    for (const auto& line : m_lines)
+        total = WrappingSum(total, line->PagesTotal());
+    return total;
+}
+
+std::int32_t CCopyLines::TotalPagesBW() const noexcept {
+    std::int32_t total = 0;
+    for (const auto& line : m_lines)
+        total = WrappingSum(total, line->PagesBW());
+    return total;
+}
+
+std::int32_t CCopyLines::TotalPagesColor() const noexcept {
+    std::int32_t total = 0;
+    for (const auto& line : m_lines)
+        total = WrappingSum(total, line->PagesColor());
+    return total;
+}
+
+bool CCopyLines::ContainsDuplex() const noexcept {
+    return std::any_of(m_lines.begin(), m_lines.end(), [](const auto& line) { return line->IsDuplex(); });
+}
+
+QxString CCopyLines::DBText() const {
+    std::wstring text;
+    for (const auto& line : m_lines) {
+        if (!text.empty())
+            text.push_back(L';');
+        // The database keeps no blank pages of their own: they count as black-and-white.
+        text += QxMisc::FormatString(L"%d,%d,%d,%d,%d", line->DBPaperSize(),
+                                     WrappingSum(line->PagesBW(), line->PagesBlank()), line->PagesColor(),
+                                     line->Sheets(), line->DBAttributes());
+    }
+    return text;
+}
+
+bool CCopyLines::put_Xml(std::wstring_view xml) {
+    Clear();
+    QxXmlParser parser;
+    parser.SetDocument(xml);
+    if (!parser.FindElement(L"JobCopyLines")) {
+        LogError(L"[CCopyLines::put_Xml] Invalid Xml fragment");
+        return false;
+    }
+    Read(parser);
+    return true;
+}
+
+void CCopyLines::Read(QxXmlParser& parser) {
+    Clear();
+    while (parser.FindChildElement(L"CopyLine")) {
+        CCopyLine line;
+        parser.IntoElement();
+        line.Read(parser);
+        parser.OutOfElement();
+        Append(std::move(line));
+    }
+    Consolidate();
+}
+
+void CCopyLines::WriteXml(QxXmlWriter& writer) const {
+    // Written with both tags even without lines.
+    writer.Raw(L"<JobCopyLines>");
+    for (const auto& line : m_lines)
+        line->WriteXml(writer);
+    writer.Raw(L"</JobCopyLines>");
+}

@@ -1,0 +1,69 @@
+#include "CJobContents.h"
+
+#include "JobAttributeCatalogue.h"
+
+#include "common/QxMisc.h"
+#include "common/QxXmlParser.h"
+#include "common/QxXmlWriter.h"
+#include "common/RecordReading.h"
+#include "common/XmlNamespace.h"
+#include "common/log/QxLogger.h"
+
+CJobContents::CJobContents() : m_jobCopyLines(std::make_shared<CCopyLines>()) {
+}
+
+std::int32_t CJobContents::DBPdl() const {
+    return static_cast<std::int32_t>(TheCatalogue().PdlDbIdFromName(m_jobPdl));
+}
+
+std::int32_t CJobContents::DBFinishing() const {
+    return static_cast<std::int32_t>(TheCatalogue().FinishingMaskFromNames(m_jobFinishing));
+}
+
+bool CJobContents::IsPdlEMF() const noexcept {
+    return QxMisc::Contains(m_jobPdl, L"EMF");
+}
+
+bool CJobContents::put_Xml(std::wstring_view xml) {
+    if (ReadXml(xml))
+        return true;
+    LogError(L"[CJobContents::put_Xml] Invalid Xml fragment");
+    return false;
+}
+
+bool CJobContents::ReadXml(std::wstring_view xml) {
+    QxXmlParser parser;
+    parser.SetDocument(xml);
+    if (!parser.FindElement(L"JobContents", true))
+        return false;
+    const QxString version = parser.GetAttribute(L"Version");
+    m_version = version.empty() ? QxVersion(4, 0) : QxVersion(version.view());
+    const bool hasCopyLines = ReadCopyLines(parser);
+    SetJobOriginals(RecordReading::Number(parser, L"JobOriginals"));
+    SetJobCopies(RecordReading::Number(parser, L"JobCopies"));
+    SetJobPdl(RecordReading::Text(parser, L"JobPdl"));
+    SetJobFinishing(RecordReading::Text(parser, L"JobFinishing"));
+    return hasCopyLines;
+}
+
+bool CJobContents::ReadCopyLines(QxXmlParser& parser) {
+    if (!parser.FindChildElement(L"JobCopyLines", true))
+        return m_jobCopyLines->put_Xml({}); // empties the lines and logs
+    parser.IntoElement();
+    m_jobCopyLines->Read(parser);
+    parser.OutOfElement();
+    return true;
+}
+
+void CJobContents::WriteXml(QxXmlWriter& writer) const {
+    writer.OpenStartTag(L"JobContents");
+    writer.Attribute(L"xmlns", QX_XML_NAMESPACE_BASE L"/OutputManagement/JobContents");
+    writer.Attribute(L"Version", m_version.AsString());
+    writer.CloseStartTag();
+    m_jobCopyLines->WriteXml(writer);
+    writer.Element(L"JobOriginals", m_jobOriginals);
+    writer.Element(L"JobCopies", m_jobCopies);
+    writer.Element(L"JobPdl", m_jobPdl.view());
+    writer.Element(L"JobFinishing", m_jobFinishing.view());
+    writer.EndTag(L"JobContents");
+}
