@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Builds the library for 32-bit Windows and leaves it, with all that belongs to it, in dist/.
+# JOBS sets the number of parallel compilers.
+set -euo pipefail
+cd "$(dirname "$0")"
+
+cmake/setup.sh
+cmake --preset windows
+cmake --build --preset windows --target Tarnwick --parallel "${JOBS:-$(nproc)}"
+
+rm -rf dist
+cmake --install build/windows --prefix "$PWD/dist"
+
+files=(Tarnwick.dll JobObjects.tlb JobAttributes.xml JobObjects.idl include/JobObjects.h)
+for file in "${files[@]}"; do
+    [ -s "dist/$file" ] || { echo "build: dist/$file is missing" >&2; exit 1; }
+done
+echo
+echo "Left in dist/:"
+(cd dist && ls -l "${files[@]}")

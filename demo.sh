@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Builds and registers the library, then runs the sample clients (samples/) against it, under Wine.
+#
+#   ./demo.sh [--xml]     --xml also shows the XML of each job
+set -euo pipefail
+cd "$(dirname "$0")"
+
+./build.sh
+source cmake/wine-session.sh
+start_wine
+"$wine" regsvr32 /s "$(windows_path "$PWD/dist/Tarnwick.dll")"
+
+# The script host returns 0 for a script that broke off, too: only the closing line tells that all went well.
+run_client() {
+    local script=$1 output
+    shift
+    echo
+    echo "== samples/$script"
+    output=$("$wine" cscript //nologo "$(windows_path "$PWD/samples/$script")" "$@" | tr -d '\r')
+    echo "$output"
+    [[ $(tail -n 1 <<<"$output") =~ ^All\ [1-9][0-9]*\ jobs\ agree\.$ ]] ||
+        { echo "demo: samples/$script did not reach its end" >&2; exit 1; }
+}
+
+run_client print_job.vbs "$@"
+run_client print_job.js "$@"
