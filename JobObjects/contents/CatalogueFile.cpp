@@ -1,0 +1,64 @@
+#include "CatalogueFile.h"
+
+#include "common/QxSystem.h"
+#include "common/QxTHandle.h"
+#include "common/TextEncoding.h"
+#include "common/log/QxLogger.h"
+
+#include <windows.h>
+
+namespace {
+
+/// Far above any vocabulary; keeps a wrong file from exhausting the host's memory.
+constexpr LONGLONG maxFileSize = 16 * 1024 * 1024;
+
+/// Full path of the file. False, with the reason as the last error and the mere name in path, when the
+/// module cannot be found: a file in another directory, the host's say, is not ours.
+bool FindCatalogue(std::wstring& path) {
+    const HMODULE module = GetModuleHandleW(L"Tarnwick.dll");
+    std::wstring directory;
+    if (module)
+        directory = QxMisc::GetModuleFileName(module);
+    const bool found = !directory.empty();
+    directory.erase(directory.find_last_of(L"\\/") + 1); // without a separator npos + 1, that is 0
+    path = directory + L"JobAttributes.xml";
+    return found;
+}
+
+/// False with the reason as the last error.
+bool ReadWhole(HANDLE file, std::string& bytes) {
+    LARGE_INTEGER size;
+    if (!GetFileSizeEx(file, &size))
+        return false;
+    if (size.QuadPart > maxFileSize) {
+        SetLastError(ERROR_FILE_TOO_LARGE);
+        return false;
+    }
+    bytes.resize(static_cast<std::size_t>(size.QuadPart));
+    DWORD read = 0;
+    if (!ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
+        return false;
+    bytes.resize(read); // less when another process has cut the file meanwhile
+    return true;
+}
+
+bool LogFailure(const std::wstring& path, DWORD error) {
+    LogError(L"Failed to load job attributes xml file '%ls'. %ls", path.c_str(),
+             QxMisc::GetSystemMessage(error).c_str());
+    return false;
+}
+
+} // namespace
+
+bool ReadCatalogueFile(std::wstring& text) {
+    std::wstring path;
+    if (!FindCatalogue(path))
+        return LogFailure(path, GetLastError());
+    const QxKernelHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                          nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    std::string bytes;
+    if (!file.IsOpen() || !ReadWhole(file.Get(), bytes))
+        return LogFailure(path, GetLastError());
+    text = TextEncoding::Decode(bytes);
+    return true;
+}
