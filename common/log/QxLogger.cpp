@@ -59,19 +59,41 @@ void QxLogger::SetSettings(const LogSettings& settings) {
     m_enabled.store(settings.enabled, std::memory_order_relaxed);
 }
 
-void QxLogger::ReplaceSink(QxLog*& slot, QxLogPtr sink) {
+void QxLogger::SetFileSink(QxLogPtr sink, std::uint32_t maxFileSize) {
     QxLogPtr replaced; // released after the lock: closing a file may log
     const Hold hold(*this);
-    m_sinks.reserve(m_sinks.size() + 1);
+    replaced = ReplaceSink(m_fileSink, std::move(sink));
+    m_fileSinkMaxSize = maxFileSize;
+}
+
+bool QxLogger::HasFileSink(std::wstring_view name, std::uint32_t maxFileSize) const noexcept {
+    const Hold hold(*this);
+    if (!m_fileSink)
+        return name.empty();
+    return m_fileSink->Name() == name && m_fileSinkMaxSize == maxFileSize;
+}
+
+void QxLogger::SetTraceSink(QxLogPtr sink) {
+    QxLogPtr replaced;
+    const Hold hold(*this);
+    replaced = ReplaceSink(m_traceSink, std::move(sink));
+}
+
+/// Returns the sink that was in the slot. Called under the lock.
+QxLogPtr QxLogger::ReplaceSink(QxLog*& slot, QxLogPtr sink) {
+    QxLog* const added = sink.get();
     const auto old = std::find_if(m_sinks.begin(), m_sinks.end(),
                                   [&](const QxLogPtr& held) { return held.get() == slot; });
-    if (old != m_sinks.end()) {
-        replaced = std::move(*old);
-        m_sinks.erase(old);
+    if (old == m_sinks.end()) {
+        if (added)
+            m_sinks.push_back(std::move(sink));
+    } else {
+        std::swap(*old, sink);
+        if (!added)
+            m_sinks.erase(old);
     }
-    slot = sink.get();
-    if (sink)
-        m_sinks.push_back(std::move(sink));
+    slot = added;
+    return sink;
 }
 
 bool QxLogger::Accepts(std::uint32_t category, std::uint32_t type) const noexcept {

@@ -79,9 +79,14 @@ public:
     /// Takes effect with the next message; leaves the sinks alone.
     void SetSettings(const LogSettings& settings);
 
-    /// Replaces the file sink, or removes it when sink is null. A new sink comes last in the order.
-    void SetFileSink(QxLogPtr sink) { ReplaceSink(m_fileSink, std::move(sink)); }
-    void SetTraceSink(QxLogPtr sink) { ReplaceSink(m_traceSink, std::move(sink)); }
+    /// Replaces the file sink in its place among the sinks, or removes it when sink is null. maxFileSize is
+    /// the size that the sink was made with, for HasFileSink.
+    void SetFileSink(QxLogPtr sink, std::uint32_t maxFileSize);
+    /// Whether the file sink is the one of that name and maximum size; for an empty name, whether there is
+    /// none.
+    bool HasFileSink(std::wstring_view name, std::uint32_t maxFileSize) const noexcept;
+    /// Replaces the trace sink in its place among the sinks, or removes it when sink is null.
+    void SetTraceSink(QxLogPtr sink);
 
     /// Whether a message would be written. Callers ask when building the message is costly.
     bool Accepts(std::uint32_t category, std::uint32_t type = LogTypeError) const noexcept;
@@ -110,7 +115,7 @@ public:
 private:
     class Hold;
 
-    void ReplaceSink(QxLog*& slot, QxLogPtr sink);
+    QxLogPtr ReplaceSink(QxLog*& slot, QxLogPtr sink);
     bool IsWritingHere() const noexcept;
     void Write(std::uint32_t category, std::uint32_t type, std::wstring_view message,
                const LogFormat::DataBlock& data);
@@ -128,6 +133,5 @@ private:
     std::vector<QxLogPtr> m_sinks;
     QxLog* m_fileSink = nullptr;
     QxLog* m_traceSink = nullptr;
-    /// The maximum size that the file sink was made with.
     std::uint32_t m_fileSinkMaxSize = 0;
 };
