@@ -1,5 +1,4 @@
 #pragma once
 
-/// Base of every record's "xmlns" attribute; the record's path, such as "/OutputManagement/PrintJob",
-/// follows. It names the vocabulary only, nothing is fetched from it.
-inline constexpr wchar_t XmlNamespaceBase[] = L"http://schemas.corvane.example";
+/// The base URI of the "xmlns" attribute of all records; a record's path follows it.
+#define QX_XML_NAMESPACE_BASE L"http://schemas.corvane.example"

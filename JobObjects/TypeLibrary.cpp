@@ -1,0 +1,85 @@
+#include "TypeLibrary.h"
+
+#include "CJobObjectsModule.h"
+#include "common/ErrorReporting.h"
+#include "common/QxMisc.h"
+
+#include <string>
+
+namespace {
+
+constexpr std::size_t maxModulePath = 260;
+constexpr std::size_t maxLibraryPath = 270;
+
+std::wstring OwnModulePath() {
+    wchar_t buffer[maxModulePath];
+    const DWORD length = GetModuleFileNameW(TheModule().Instance(), buffer, maxModulePath);
+    if (length == 0)
+        throw ComError(HRESULT_FROM_WIN32(GetLastError()));
+    if (length == maxModulePath)
+        throw ComError(HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER));
+    return std::wstring(buffer, length);
+}
+
+/// The module's path with its extension, the part from the last "." behind the last "\", replaced.
+std::wstring WithExtension(std::wstring path, std::wstring_view extension) {
+    const std::size_t dot = path.rfind(L'.');
+    const std::size_t slash = path.rfind(L'\\');
+    if (dot != std::wstring::npos && (slash == std::wstring::npos || dot > slash))
+        path.erase(dot);
+    return path.append(extension);
+}
+
+} // namespace
+
+HRESULT LoadOwnTypeLibrary(unsigned resourceIndex, UniqueBstr& path, ComPtr<ITypeLib>& library) noexcept {
+    return RunMethod(L"LoadOwnTypeLibrary", [&]() -> HRESULT {
+        const std::wstring modulePath = OwnModulePath();
+        std::wstring libraryPath = modulePath;
+        if (resourceIndex != 0)
+            libraryPath += L"\\" + std::to_wstring(resourceIndex);
+        if (libraryPath.size() >= maxLibraryPath)
+            return FailWithoutInfo(E_FAIL);
+        if (FAILED(LoadTypeLibEx(libraryPath.c_str(), REGKIND_NONE, library.Put()))) {
+            libraryPath = WithExtension(modulePath, L".tlb");
+            const HRESULT result = LoadTypeLibEx(libraryPath.c_str(), REGKIND_NONE, library.Put());
+            if (FAILED(result))
+                return FailWithoutInfo(result);
+        }
+        path = UniqueBstr(libraryPath);
+        return S_OK;
+    });
+}
+
+HRESULT TypeInfoHolder::Get(ITypeInfo** info) noexcept {
+    if (!m_info) {
+        const HRESULT result = Load();
+        if (FAILED(result))
+            return result;
+    }
+    *info = m_info;
+    return S_OK;
+}
+
+HRESULT TypeInfoHolder::Load() noexcept {
+    UniqueBstr path;
+    ComPtr<ITypeLib> library;
+    ComPtr<ITypeInfo> info;
+    HRESULT result = LoadOwnTypeLibrary(0, path, library);
+    if (SUCCEEDED(result))
+        result = library->GetTypeInfoOfGuid(m_iid, info.Put());
+    if (FAILED(result))
+        return result;
+
+    // Registered before the pointer is published, so that what others may use is sure to be released.
+    result = TheModule().AddTerminationCallback(
+        [](void* context) noexcept {
+            if (ITypeInfo* held = static_cast<TypeInfoHolder*>(context)->m_info.exchange(nullptr))
+                held->Release();
+        },
+        this);
+    ITypeInfo* none = nullptr;
+    if (SUCCEEDED(result) && m_info.compare_exchange_strong(none, info.Get()))
+        info.Detach();
+    return result;
+}

@@ -1,0 +1,21 @@
+#include "CCopyLineImpl.h"
+
+#include "common/QxXmlWriter.h"
+#include "common/log/QxLogger.h"
+
+// The two accessors report under each other's names: what components match in the log must stay as it is.
+
+HRESULT CCopyLineImpl::get_Xml(BSTR* pVal) {
+    return GetValue(pVal, METHOD_SOURCE(CCopyLineImpl, put_Xml), [&] {
+        QxXmlWriter writer(512);
+        m_line.WriteXml(writer);
+        return writer.Take();
+    });
+}
+
+HRESULT CCopyLineImpl::put_Xml(BSTR newVal) {
+    return RunMethod(METHOD_SOURCE(CCopyLineImpl, get_Xml), [&] {
+        if (!m_line.put_Xml(BstrView(newVal)))
+            ThrowInvalidXmlFragment(METHOD_SOURCE(CCopyLineImpl, put_Xml));
+    });
+}

@@ -1,0 +1,150 @@
+#pragma once
+
+#include "common/Bstr.h"
+#include "common/ErrorReporting.h"
+#include "common/QxDateTime.h"
+
+#include <algorithm>
+#include <concepts>
+#include <cstdint>
+
+// The accessors of the records by value type. A getter refuses a null pointer with E_POINTER before anything
+// else and clears the value before it works.
+
+inline BSTR ToAutomation(const QxString& value) { return NewBstr(value); }
+inline BSTR ToAutomation(const std::wstring& value) { return NewBstr(value); }
+template <std::integral Number>
+LONG ToAutomation(Number value) noexcept {
+    return static_cast<LONG>(value);
+}
+inline VARIANT_BOOL ToAutomation(bool value) noexcept { return value ? VARIANT_TRUE : VARIANT_FALSE; }
+inline DATE ToAutomation(const QxDateTime& value) noexcept { return value.Value(); }
+
+/// Gives the value that the body works out; a failure inside is reported under the source.
+template <class Out, class Body>
+HRESULT GetValue(Out* pVal, const wchar_t* source, Body&& body) noexcept {
+    if (!pVal)
+        return FailWithoutInfo(E_POINTER);
+    *pVal = Out{};
+    return RunMethod(source, [&] { *pVal = ToAutomation(body()); });
+}
+
+HRESULT GetText(BSTR* pVal, const QxString& field, const wchar_t* source) noexcept;
+HRESULT PutText(QxString& field, BSTR value, const wchar_t* source) noexcept;
+
+/// Logs "[Class::put_Xml] Invalid Xml fragment" of a method source and throws it as a QxException.
+[[noreturn]] void ThrowInvalidXmlFragment(const wchar_t* source);
+
+/// A number, flag or date that is at hand: nothing can fail.
+template <class Out, class Field>
+HRESULT GetField(Out* pVal, const Field& field) noexcept {
+    if (!pVal)
+        return FailWithoutInfo(E_POINTER);
+    *pVal = ToAutomation(field);
+    return S_OK;
+}
+
+/// Gives the held child with a reference added, or null.
+template <class Interface>
+HRESULT GetChild(Interface** pVal, const ComPtr<Interface>& field) noexcept {
+    if (!pVal)
+        return FailWithoutInfo(E_POINTER);
+    *pVal = ComPtr<Interface>(field).Detach();
+    return S_OK;
+}
+
+/// Replaces an optional child. Null, or an object that does not have the interface, clears it; any other
+/// failure of the query leaves it alone and is reported.
+template <class Interface>
+HRESULT PutOptionalChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
+                         const wchar_t* source) noexcept {
+    return RunMethod(source, [&] {
+        ComPtr<Interface> child;
+        const HRESULT result = value ? value->QueryInterface(iid, child.PutVoid()) : E_NOINTERFACE;
+        if (result != E_NOINTERFACE)
+            ThrowIfFailed(result);
+        field = std::move(child);
+    });
+}
+
+/// Replaces a required child: null is refused.
+template <class Interface>
+HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
+                         const wchar_t* source) noexcept {
+    if (!value)
+        return FailWithoutInfo(E_POINTER);
+    return RunMethod(source, [&] {
+        ComPtr<Interface> child;
+        ThrowIfFailed(value->QueryInterface(iid, child.PutVoid()));
+        field = std::move(child);
+    });
+}
+
+// Property signatures. A macro only spells out the two accessors of a field and the name under which they
+// report; what is special about a property is written out in its class.
+
+#define METHOD_SOURCE(Class, Method) L"" #Class L"::" #Method
+
+#define TEXT_PROPERTY(Class, Name, field)                                                                    \
+    HRESULT STDMETHODCALLTYPE get_##Name(BSTR* pVal) override {                                              \
+        return GetText(pVal, field, METHOD_SOURCE(Class, get_##Name));                                       \
+    }                                                                                                        \
+    HRESULT STDMETHODCALLTYPE put_##Name(BSTR newVal) override {                                             \
+        return PutText(field, newVal, METHOD_SOURCE(Class, put_##Name));                                     \
+    }
+#define NUMBER_PROPERTY(Name, field)                                                                         \
+    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override { return GetField(pVal, field); }              \
+    HRESULT STDMETHODCALLTYPE put_##Name(LONG newVal) override {                                             \
+        field = newVal;                                                                                      \
+        return S_OK;                                                                                         \
+    }
+#define MINIMUM_NUMBER_PROPERTY(Name, field, minimum)                                                        \
+    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override { return GetField(pVal, field); }              \
+    HRESULT STDMETHODCALLTYPE put_##Name(LONG newVal) override {                                             \
+        field = std::max<LONG>(newVal, minimum);                                                             \
+        return S_OK;                                                                                         \
+    }
+#define FLAG_PROPERTY(Name, field)                                                                           \
+    HRESULT STDMETHODCALLTYPE get_##Name(VARIANT_BOOL* pVal) override { return GetField(pVal, field); }      \
+    HRESULT STDMETHODCALLTYPE put_##Name(VARIANT_BOOL newVal) override {                                     \
+        field = newVal != VARIANT_FALSE;                                                                     \
+        return S_OK;                                                                                         \
+    }
+#define DATE_PROPERTY(Name, field)                                                                           \
+    HRESULT STDMETHODCALLTYPE get_##Name(DATE* pVal) override { return GetField(pVal, field); }              \
+    HRESULT STDMETHODCALLTYPE put_##Name(DATE newVal) override {                                             \
+        field = QxDateTime(newVal);                                                                          \
+        return S_OK;                                                                                         \
+    }
+#define OPTIONAL_CHILD_PROPERTY(Class, Name, Interface, field)                                               \
+    HRESULT STDMETHODCALLTYPE get_##Name(Interface** pVal) override { return GetChild(pVal, field); }        \
+    HRESULT STDMETHODCALLTYPE put_##Name(Interface* newVal) override {                                       \
+        return PutOptionalChild(field, newVal, IID_##Interface, METHOD_SOURCE(Class, put_##Name));           \
+    }
+#define REQUIRED_CHILD_PROPERTY(Class, Name, Interface, field)                                               \
+    HRESULT STDMETHODCALLTYPE get_##Name(Interface** pVal) override { return GetChild(pVal, field); }        \
+    HRESULT STDMETHODCALLTYPE put_##Name(Interface* newVal) override {                                       \
+        return PutRequiredChild(field, newVal, IID_##Interface, METHOD_SOURCE(Class, put_##Name));           \
+    }
+
+// The same for a record that wraps a plain one with accessors of its own.
+
+#define WRAPPED_TEXT_PROPERTY(Class, Name, record)                                                           \
+    HRESULT STDMETHODCALLTYPE get_##Name(BSTR* pVal) override {                                              \
+        return GetText(pVal, record.Name(), METHOD_SOURCE(Class, get_##Name));                               \
+    }                                                                                                        \
+    HRESULT STDMETHODCALLTYPE put_##Name(BSTR newVal) override {                                             \
+        return RunMethod(METHOD_SOURCE(Class, put_##Name),                                                   \
+                         [&] { record.Set##Name(QxString(BstrView(newVal))); });                             \
+    }
+#define WRAPPED_NUMBER_PROPERTY(Name, record)                                                                \
+    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override { return GetField(pVal, record.Name()); }      \
+    HRESULT STDMETHODCALLTYPE put_##Name(LONG newVal) override {                                             \
+        record.Set##Name(newVal);                                                                            \
+        return S_OK;                                                                                         \
+    }
+/// A read-only property whose value is worked out on each call.
+#define DERIVED_PROPERTY(Class, Name, Type, expression)                                                      \
+    HRESULT STDMETHODCALLTYPE get_##Name(Type* pVal) override {                                              \
+        return GetValue(pVal, METHOD_SOURCE(Class, get_##Name), [&] { return expression; });                 \
+    }

@@ -1,0 +1,54 @@
+#include "ClassFactory.h"
+
+#include "../CJobObjectsModule.h"
+
+#include <new>
+
+IUnknown* ClassFactory::Create(const ClassMapEntry& entry) noexcept {
+    return new (std::nothrow) ClassFactory(entry);
+}
+
+HRESULT ClassFactory::QueryInterface(REFIID iid, void** object) {
+    if (!object)
+        return E_POINTER;
+    *object = nullptr;
+    if (!InlineIsEqualGUID(iid, IID_IUnknown) && !InlineIsEqualGUID(iid, IID_IClassFactory))
+        return E_NOINTERFACE;
+    *object = static_cast<IClassFactory*>(this);
+    AddRef();
+    return S_OK;
+}
+
+ULONG ClassFactory::AddRef() {
+    const ULONG count = ++m_references;
+    if (count == 2) // the first client beside the module's cache
+        TheModule().Lock();
+    return count;
+}
+
+ULONG ClassFactory::Release() {
+    const ULONG count = --m_references;
+    if (count == 1)
+        TheModule().Unlock();
+    if (count == 0)
+        delete this;
+    return count;
+}
+
+HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object) {
+    if (!object)
+        return E_POINTER;
+    *object = nullptr;
+    // An outer object must ask for the inner one's own IUnknown: any other interface would delegate to it.
+    if (outer && !(m_entry.aggregatable && InlineIsEqualGUID(iid, IID_IUnknown)))
+        return CLASS_E_NOAGGREGATION;
+    return m_entry.createInstance(outer, iid, object);
+}
+
+HRESULT ClassFactory::LockServer(BOOL lock) {
+    if (lock)
+        TheModule().Lock();
+    else
+        TheModule().Unlock();
+    return S_OK;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "../ClassMap.h"
+
+#include <atomic>
+
+/// The class object of one class: creates instances. Cached by the module, which holds one reference until
+/// the library goes; any reference beyond that keeps the library loaded.
+class ClassFactory final : public IClassFactory {
+public:
+    /// With one reference; null when there is no memory.
+    static IUnknown* Create(const ClassMapEntry& entry) noexcept;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override;
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override;
+
+private:
+    explicit ClassFactory(const ClassMapEntry& entry) noexcept : m_entry(entry) {}
+    virtual ~ClassFactory() = default;
+
+    const ClassMapEntry& m_entry;
+    std::atomic<ULONG> m_references{1};
+};

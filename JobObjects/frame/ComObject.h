@@ -1,0 +1,105 @@
+#pragma once
+
+#include "../CJobObjectsModule.h"
+#include "common/ErrorReporting.h"
+
+#include <new>
+
+/// The reference-counted object of an implementation class. Holds one module lock for its life. The count is
+/// not interlocked: the classes are apartment-threaded.
+template <class Impl>
+class ComObject final : public Impl {
+public:
+    ComObject() { TheModule().Lock(); }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        return Impl::FindInterface(iid, object);
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++m_references; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG count = --m_references;
+        if (count == 0) {
+            delete this;
+            TheModule().Unlock(); // last: the members' releases still need the library
+        }
+        return count;
+    }
+
+private:
+    ~ComObject() = default;
+
+    ULONG m_references = 1;
+};
+
+/// The implementation class inside an aggregate: its interfaces belong to the outer object.
+template <class Impl>
+class ContainedObject final : public Impl {
+public:
+    explicit ContainedObject(IUnknown* outer) : m_outer(outer) {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        return m_outer->QueryInterface(iid, object);
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return m_outer->AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return m_outer->Release(); }
+
+private:
+    IUnknown* m_outer; // not counted: the outer object outlives its inner one
+};
+
+/// The inner object that an outer one holds: its own identity around a contained implementation.
+template <class Impl>
+class AggregatedObject final : public IUnknown {
+public:
+    explicit AggregatedObject(IUnknown* outer) : m_contained(outer) { TheModule().Lock(); }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (!object)
+            return E_POINTER;
+        if (!InlineIsEqualGUID(iid, IID_IUnknown))
+            return m_contained.FindInterface(iid, object);
+        *object = static_cast<IUnknown*>(this);
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++m_references; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG count = --m_references;
+        if (count == 0) {
+            delete this;
+            TheModule().Unlock();
+        }
+        return count;
+    }
+
+private:
+    ~AggregatedObject() = default;
+
+    ContainedObject<Impl> m_contained;
+    ULONG m_references = 1;
+};
+
+/// Queries a new object, whose one reference is the caller's, and gives that reference back.
+inline HRESULT QueryNewObject(IUnknown* created, REFIID iid, void** object) {
+    const HRESULT result = created->QueryInterface(iid, object);
+    created->Release();
+    return result;
+}
+
+/// Instance creator of a class that cannot be aggregated.
+template <class Impl>
+HRESULT CreateObject(IUnknown*, REFIID iid, void** object) noexcept {
+    return RunMethod(Impl::ConstructionSource, [&] {
+        auto* created = new ComObject<Impl>;
+        return QueryNewObject(static_cast<typename Impl::InterfaceType*>(created), iid, object);
+    });
+}
+
+/// Instance creator of a class that may be part of an aggregate.
+template <class Impl>
+HRESULT CreateAggregatableObject(IUnknown* outer, REFIID iid, void** object) noexcept {
+    if (!outer)
+        return CreateObject<Impl>(outer, iid, object);
+    return RunMethod(Impl::ConstructionSource,
+                     [&] { return QueryNewObject(new AggregatedObject<Impl>(outer), iid, object); });
+}

@@ -1,0 +1,47 @@
+#include "Dispatch.h"
+
+#include "common/ErrorReporting.h"
+
+HRESULT DispatchGetTypeInfoCount(UINT* count) noexcept {
+    if (!count)
+        return E_POINTER;
+    *count = 1;
+    return S_OK;
+}
+
+HRESULT DispatchGetTypeInfo(TypeInfoHolder& holder, UINT index, ITypeInfo** info) noexcept {
+    if (!info)
+        return E_POINTER;
+    *info = nullptr;
+    if (index != 0)
+        return DISP_E_BADINDEX;
+    const HRESULT result = holder.Get(info);
+    if (SUCCEEDED(result))
+        (*info)->AddRef();
+    return result;
+}
+
+HRESULT DispatchGetIDsOfNames(TypeInfoHolder& holder, LPOLESTR* names, UINT count, DISPID* ids) noexcept {
+    if (!names || !ids)
+        return E_POINTER;
+    ITypeInfo* info = nullptr;
+    const HRESULT result = holder.Get(&info);
+    return FAILED(result) ? result : info->GetIDsOfNames(names, count, ids);
+}
+
+HRESULT DispatchInvoke(TypeInfoHolder& holder, IDispatch* object, DISPID id, REFIID iid, WORD flags,
+                       DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                       UINT* badArgument) noexcept {
+    if (!InlineIsEqualGUID(iid, IID_NULL))
+        return DISP_E_UNKNOWNINTERFACE;
+    if (!parameters)
+        return E_POINTER;
+    ITypeInfo* info = nullptr;
+    const HRESULT loaded = holder.Get(&info);
+    if (FAILED(loaded))
+        return loaded;
+    // The dispatch layer describes a failure with the thread's error information: none may be left over
+    // from an earlier call.
+    SetErrorInfo(0, nullptr);
+    return info->Invoke(object, id, flags, parameters, result, exception, badArgument);
+}

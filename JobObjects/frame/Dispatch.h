@@ -1,0 +1,13 @@
+#pragma once
+
+#include "../TypeLibrary.h"
+
+// Late binding of a dual interface over its type information: the four IDispatch methods, once for all
+// classes.
+
+HRESULT DispatchGetTypeInfoCount(UINT* count) noexcept;
+HRESULT DispatchGetTypeInfo(TypeInfoHolder& holder, UINT index, ITypeInfo** info) noexcept;
+HRESULT DispatchGetIDsOfNames(TypeInfoHolder& holder, LPOLESTR* names, UINT count, DISPID* ids) noexcept;
+HRESULT DispatchInvoke(TypeInfoHolder& holder, IDispatch* object, DISPID id, REFIID iid, WORD flags,
+                       DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                       UINT* badArgument) noexcept;

@@ -1,0 +1,118 @@
+#include "CPolicyResultsImpl.h"
+
+#include "common/QxMisc.h"
+#include "common/QxXmlWriter.h"
+#include "common/RecordReading.h"
+#include "common/XmlNamespace.h"
+
+#include <algorithm>
+
+HRESULT CPolicyResultsImpl::get_Xml(BSTR* pVal) {
+    return GetValue(pVal, METHOD_SOURCE(CPolicyResultsImpl, get_Xml), [&] { return WriteXml(); });
+}
+
+HRESULT CPolicyResultsImpl::put_Xml(BSTR newVal) {
+    return RunMethod(METHOD_SOURCE(CPolicyResultsImpl, put_Xml), [&] { ReadXml(BstrView(newVal)); });
+}
+
+HRESULT CPolicyResultsImpl::get_PolicyViolated(VARIANT_BOOL* pVal) {
+    return GetField(pVal, !m_violations.empty());
+}
+
+HRESULT CPolicyResultsImpl::get_InformOnlyViolations(VARIANT_BOOL* pVal) {
+    return GetField(pVal, InformOnly());
+}
+
+bool CPolicyResultsImpl::InformOnly() const noexcept {
+    return !m_violations.empty() && std::all_of(m_violations.begin(), m_violations.end(),
+                                                [](const auto& entry) { return entry.second == L"Inform"; });
+}
+
+HRESULT CPolicyResultsImpl::get_RuleViolations(BSTR* pVal) {
+    return GetValue(pVal, METHOD_SOURCE(CPolicyResultsImpl, get_RuleViolations), [&] {
+        std::wstring text;
+        for (const auto& [triggerId, action] : m_violations) {
+            if (!text.empty())
+                text += L',';
+            text += QxMisc::FormatInt32(triggerId);
+        }
+        return text;
+    });
+}
+
+HRESULT CPolicyResultsImpl::ClearRuleViolations() {
+    m_violations.clear();
+    return S_OK;
+}
+
+HRESULT CPolicyResultsImpl::AddRuleViolation(LONG triggerId, BSTR ruleAction) {
+    return RunMethod(METHOD_SOURCE(CPolicyResultsImpl, AddRuleViolation),
+                     [&] { AddViolation(triggerId, BstrView(ruleAction)); });
+}
+
+HRESULT CPolicyResultsImpl::RemoveRuleViolation(LONG triggerId) {
+    m_violations.erase(triggerId);
+    return S_OK;
+}
+
+HRESULT CPolicyResultsImpl::RuleViolated(LONG triggerId, VARIANT_BOOL* pVal) {
+    return GetField(pVal, m_violations.count(triggerId) != 0);
+}
+
+void CPolicyResultsImpl::AddViolation(std::int32_t triggerId, std::wstring_view action) {
+    if (triggerId >= 0)
+        m_violations.try_emplace(triggerId, action);
+}
+
+std::wstring CPolicyResultsImpl::WriteXml() const {
+    QxXmlWriter writer(512);
+    writer.OpenStartTag(L"PolicyResults");
+    writer.Attribute(L"xmlns", QX_XML_NAMESPACE_BASE L"/OutputManagement/Policy");
+    writer.Attribute(L"Version", m_version.AsString());
+    writer.CloseStartTag();
+    writer.OpenStartTag(L"PolicyId");
+    if (!m_hasRules)
+        writer.Attribute(L"HasRules", L"false");
+    writer.CloseWithData(L"PolicyId", QxMisc::FormatInt32(m_policyId));
+    writer.Element(L"PolicyName", m_policyName);
+    if (m_cancelled)
+        writer.Element(L"Cancelled", true);
+    if (!m_violations.empty()) {
+        writer.OpenStartTag(L"RuleViolations");
+        writer.CloseStartTag();
+        for (const auto& [triggerId, action] : m_violations) {
+            writer.OpenStartTag(L"Rule");
+            writer.Attribute(L"TriggerId", QxMisc::FormatInt32(triggerId));
+            writer.Attribute(L"Action", action);
+            writer.CloseEmptyTag();
+        }
+        writer.EndTag(L"RuleViolations");
+    }
+    writer.EndTag(L"PolicyResults");
+    return writer.Take();
+}
+
+void CPolicyResultsImpl::ReadXml(std::wstring_view xml) {
+    QxXmlParser parser;
+    RecordReading::OpenRoot(parser, xml, L"PolicyResults");
+    m_version = RecordReading::ParseVersion(parser.GetAttribute(L"Version"));
+
+    m_policyId = RecordReading::PositiveNumber(parser, L"PolicyId");
+    m_hasRules = true;
+    QxString hasRules;
+    if (parser.FindChildElement(L"PolicyId", true) && parser.FindChildAttribute(L"HasRules", hasRules))
+        m_hasRules = QxMisc::ParseBool(hasRules);
+    m_policyName = RecordReading::Text(parser, L"PolicyName");
+    m_cancelled = RecordReading::Flag(parser, L"Cancelled");
+    m_violations.clear();
+    if (parser.FindChildElement(L"RuleViolations", true))
+        ReadRuleViolations(parser);
+}
+
+void CPolicyResultsImpl::ReadRuleViolations(QxXmlParser& parser) {
+    parser.IntoElement();
+    while (parser.FindChildElement(L"Rule"))
+        AddViolation(QxMisc::ParseInt32(parser.GetChildAttribute(L"TriggerId")),
+                     parser.GetChildAttribute(L"Action"));
+    parser.OutOfElement();
+}

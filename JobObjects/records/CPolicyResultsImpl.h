@@ -1,0 +1,44 @@
+#pragma once
+
+#include "JobObjects/frame/Accessors.h"
+#include "JobObjects/frame/Record.h"
+#include "common/QxVersion.h"
+#include "common/QxXmlParser.h"
+
+#include <map>
+
+/// The outcome of one print policy applied to a job, with the rules that the job violated.
+class CPolicyResultsImpl : public Record<IPolicyResults, IID_IPolicyResults> {
+public:
+    static constexpr const wchar_t* ConstructionSource = METHOD_SOURCE(CPolicyResultsImpl, CPolicyResultsImpl);
+
+    HRESULT STDMETHODCALLTYPE get_Xml(BSTR* pVal) override;
+    HRESULT STDMETHODCALLTYPE put_Xml(BSTR newVal) override;
+    DERIVED_PROPERTY(CPolicyResultsImpl, Version, BSTR, m_version.AsString())
+    NUMBER_PROPERTY(PolicyId, m_policyId)
+    FLAG_PROPERTY(HasRules, m_hasRules)
+    FLAG_PROPERTY(Cancelled, m_cancelled)
+    HRESULT STDMETHODCALLTYPE get_PolicyViolated(VARIANT_BOOL* pVal) override;
+    HRESULT STDMETHODCALLTYPE get_InformOnlyViolations(VARIANT_BOOL* pVal) override;
+    HRESULT STDMETHODCALLTYPE get_RuleViolations(BSTR* pVal) override;
+    HRESULT STDMETHODCALLTYPE ClearRuleViolations() override;
+    HRESULT STDMETHODCALLTYPE AddRuleViolation(LONG triggerId, BSTR ruleAction) override;
+    HRESULT STDMETHODCALLTYPE RemoveRuleViolation(LONG triggerId) override;
+    HRESULT STDMETHODCALLTYPE RuleViolated(LONG triggerId, VARIANT_BOOL* pVal) override;
+    TEXT_PROPERTY(CPolicyResultsImpl, PolicyName, m_policyName)
+
+private:
+    std::wstring WriteXml() const;
+    void ReadXml(std::wstring_view xml);
+    void ReadRuleViolations(QxXmlParser& parser);
+    bool InformOnly() const noexcept;
+    /// Negative identifiers are ignored; the first action given for an identifier is kept.
+    void AddViolation(std::int32_t triggerId, std::wstring_view action);
+
+    bool m_cancelled = false;
+    bool m_hasRules = true;
+    std::int32_t m_policyId = 0;
+    QxString m_policyName;
+    std::map<std::int32_t, QxString> m_violations; // the action by trigger identifier
+    QxVersion m_version{4, 0};
+};

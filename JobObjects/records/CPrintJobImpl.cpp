@@ -1,0 +1,31 @@
+#include "CPrintJobImpl.h"
+
+#include "JobObjects/frame/ChildRecord.h"
+#include "common/Clock.h"
+
+CPrintJobImpl::CPrintJobImpl() : m_version(7, 26), m_jobTimeLocal(CurrentLocalTime()), m_jobTimeUtc(CurrentUtcTime()) {
+    ThrowIfFailed(CreateByProgId(L"Corvane.JobContents", IID_IJobContents, m_jobContents.PutVoid()));
+}
+
+HRESULT CPrintJobImpl::get_Xml(BSTR* pVal) {
+    return GetValue(pVal, METHOD_SOURCE(CPrintJobImpl, get_Xml), [&] { return WriteXml(); });
+}
+
+HRESULT CPrintJobImpl::put_Xml(BSTR newVal) {
+    return RunMethod(METHOD_SOURCE(CPrintJobImpl, put_Xml), [&] { ReadXml(BstrView(newVal)); });
+}
+
+HRESULT CPrintJobImpl::get_PageCounterInfoXml(BSTR* pVal) {
+    return GetValue(pVal, METHOD_SOURCE(CPrintJobImpl, get_PageCounterInfoXml), [&] {
+        QxXmlWriter writer;
+        WritePageCounterInfo(writer);
+        return writer.Take();
+    });
+}
+
+void CPrintJobImpl::StampTimes() noexcept {
+    if (m_jobTimeLocal.IsUnset())
+        m_jobTimeLocal = CurrentLocalTime();
+    if (m_jobTimeUtc.IsUnset())
+        m_jobTimeUtc = CurrentUtcTime();
+}

@@ -1,0 +1,126 @@
+#pragma once
+
+#include "JobObjects/frame/Accessors.h"
+#include "JobObjects/frame/Record.h"
+#include "common/QxVersion.h"
+#include "common/QxXmlParser.h"
+#include "common/QxXmlWriter.h"
+
+/// One print job: who printed it, when, from where and how big it was, the target it is logged against, and
+/// its children. A child is held as a counted reference and may be any object with the child's interface.
+class CPrintJobImpl : public Record<IPrintJob, IID_IPrintJob> {
+public:
+    static constexpr const wchar_t* ConstructionSource = METHOD_SOURCE(CPrintJobImpl, CPrintJobImpl);
+
+    /// Stamps the current times and creates an empty JobContents; throws a ComError if that fails.
+    CPrintJobImpl();
+
+    HRESULT STDMETHODCALLTYPE get_Xml(BSTR* pVal) override;
+    HRESULT STDMETHODCALLTYPE put_Xml(BSTR newVal) override;
+    HRESULT STDMETHODCALLTYPE get_PageCounterInfoXml(BSTR* pVal) override;
+    DERIVED_PROPERTY(CPrintJobImpl, Version, BSTR, m_version.AsString())
+
+    TEXT_PROPERTY(CPrintJobImpl, JobGuid, m_jobGuid)
+    TEXT_PROPERTY(CPrintJobImpl, CustomerCode, m_customerCode)
+    TEXT_PROPERTY(CPrintJobImpl, UserName, m_userName)
+    TEXT_PROPERTY(CPrintJobImpl, UserDomainName, m_userDomainName)
+    FLAG_PROPERTY(FromSystemUser, m_fromSystemUser)
+    TEXT_PROPERTY(CPrintJobImpl, DesktopUserName, m_desktopUserName)
+    TEXT_PROPERTY(CPrintJobImpl, DesktopUserDomainName, m_desktopUserDomainName)
+    DATE_PROPERTY(JobTimeLocal, m_jobTimeLocal)
+    NUMBER_PROPERTY(JobTimeLocalMsec, m_jobTimeLocalMsec)
+    DATE_PROPERTY(JobTimeUtc, m_jobTimeUtc)
+    NUMBER_PROPERTY(JobSize, m_jobSize)
+    TEXT_PROPERTY(CPrintJobImpl, JobName, m_jobName)
+    TEXT_PROPERTY(CPrintJobImpl, JobFileName, m_jobFileName)
+    TEXT_PROPERTY(CPrintJobImpl, JobDataType, m_jobDataType)
+    TEXT_PROPERTY(CPrintJobImpl, MachineName, m_machineName)
+    TEXT_PROPERTY(CPrintJobImpl, ApplicationName, m_applicationName)
+    TEXT_PROPERTY(CPrintJobImpl, ApplicationDescription, m_applicationDescription)
+    FLAG_PROPERTY(VpnConnected, m_vpnConnected)
+    NUMBER_PROPERTY(TonerCoverage, m_tonerCoverage)
+    NUMBER_PROPERTY(TonerSaving, m_tonerSaving)
+    NUMBER_PROPERTY(DataSource, m_dataSource)
+    NUMBER_PROPERTY(JobContentsSource, m_jobContentsSource)
+    NUMBER_PROPERTY(JobContentsDiscardCount, m_jobContentsDiscardCount)
+    TEXT_PROPERTY(CPrintJobImpl, PageCounterErrorMessage, m_pageCounterErrorMessage)
+    TEXT_PROPERTY(CPrintJobImpl, PageCounterResult, m_pageCounterResult)
+
+    REQUIRED_CHILD_PROPERTY(CPrintJobImpl, JobContents, IJobContents, m_jobContents)
+    OPTIONAL_CHILD_PROPERTY(CPrintJobImpl, PageCounterJobContents, IJobContents, m_pageCounterJobContents)
+    OPTIONAL_CHILD_PROPERTY(CPrintJobImpl, WindowsPrintInfo, IWindowsPrintInfo, m_windowsPrintInfo)
+    OPTIONAL_CHILD_PROPERTY(CPrintJobImpl, PolicyResults, IPolicyResults, m_policyResults)
+
+    // The log target: one value, seen through the property of its type (CPrintJobLogTarget.cpp).
+
+    HRESULT STDMETHODCALLTYPE get_LogTargetType(LONG* pVal) override;
+    HRESULT STDMETHODCALLTYPE ResetLogTarget() override;
+    HRESULT STDMETHODCALLTYPE get_LogicalPrinterGuid(BSTR* pVal) override;
+    HRESULT STDMETHODCALLTYPE put_LogicalPrinterGuid(BSTR newVal) override;
+    HRESULT STDMETHODCALLTYPE get_DeviceId(LONG* pVal) override;
+    HRESULT STDMETHODCALLTYPE put_DeviceId(LONG newVal) override;
+    HRESULT STDMETHODCALLTYPE get_DeviceAddress(BSTR* pVal) override;
+    HRESULT STDMETHODCALLTYPE put_DeviceAddress(BSTR newVal) override;
+
+private:
+    void SetLogTarget(std::int32_t type, QxString value) noexcept;
+    HRESULT CheckLogTargetTypeSupportsProperty(std::int32_t requiredType,
+                                               std::wstring_view propertyName) const noexcept;
+
+    // The XML form (CPrintJobXml.cpp).
+
+    std::wstring WriteXml();
+    void WriteUser(QxXmlWriter& writer) const;
+    void WriteJob(QxXmlWriter& writer) const;
+    void WriteOrigin(QxXmlWriter& writer) const;
+    void WriteChildren(QxXmlWriter& writer) const;
+    void WritePageCounterInfo(QxXmlWriter& writer) const;
+
+    void ReadXml(std::wstring_view xml);
+    void ReadVersion(const QxXmlParser& parser);
+    void ReadUser(QxXmlParser& parser);
+    void ReadTimes(QxXmlParser& parser);
+    void ReadJob(QxXmlParser& parser);
+    void ReadLogTarget(QxXmlParser& parser);
+    void ReadOrigin(QxXmlParser& parser);
+    void ReadToner(QxXmlParser& parser);
+    void ReadChildren(QxXmlParser& parser);
+    void ReadJobContents(QxXmlParser& parser);
+    void ReadPageCounterInfo(QxXmlParser& parser);
+
+    /// Fills in the current time where one was never set.
+    void StampTimes() noexcept;
+
+    QxVersion m_version;
+    QxString m_jobGuid;
+    QxString m_customerCode;
+    QxString m_userName;
+    QxString m_userDomainName;
+    bool m_fromSystemUser = false;
+    QxString m_desktopUserName;
+    QxString m_desktopUserDomainName;
+    QxDateTime m_jobTimeLocal;
+    std::int32_t m_jobTimeLocalMsec = 0;
+    QxDateTime m_jobTimeUtc;
+    std::int32_t m_jobSize = 0;
+    QxString m_jobName;
+    QxString m_jobFileName;
+    QxString m_jobDataType;
+    QxString m_machineName;
+    QxString m_applicationName;
+    QxString m_applicationDescription;
+    QxString m_logTarget;
+    std::int32_t m_logTargetType = 0;
+    bool m_vpnConnected = false;
+    std::int32_t m_tonerCoverage = -1; // -1: not known
+    std::int32_t m_tonerSaving = -1;
+    std::int32_t m_dataSource = 0;
+    std::int32_t m_jobContentsSource = 0;
+    std::int32_t m_jobContentsDiscardCount = 0;
+    ComPtr<IJobContents> m_jobContents; // null only after its creation failed during a read
+    ComPtr<IJobContents> m_pageCounterJobContents;
+    QxString m_pageCounterErrorMessage;
+    QxString m_pageCounterResult;
+    ComPtr<IWindowsPrintInfo> m_windowsPrintInfo;
+    ComPtr<IPolicyResults> m_policyResults;
+};
