@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QxString.h"
+#include "QxXmlScan.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,6 +15,9 @@
 /// them; editing replaces a piece of the text and shifts the offsets behind it. No operation recurses with
 /// the document's depth. Comments, processing instructions, declarations and CDATA sections are skipped
 /// while looking for elements. One parser is used by one thread at a time.
+///
+/// Failure: an allocation that fails throws std::bad_alloc and leaves a usable parser. A SetDocument that
+/// throws leaves no element; an edit that throws leaves every position valid.
 class QxXmlParser {
 public:
     /// One element. All offsets are character offsets into the document, all links indices into the array.
@@ -32,7 +36,8 @@ public:
     virtual ~QxXmlParser() = default;
 
     /// Stores the text and parses its first top-level element; what follows that element is ignored.
-    /// Returns false, with no element, for an empty text or a parse error (see GetError).
+    /// Returns false, with no element, for an empty text, a parse error (see GetError), or a text that is too
+    /// long for 32-bit offsets; that one is not stored. The text may be a piece of the old document.
     bool SetDocument(std::wstring_view text);
     const std::wstring& GetDocument() const noexcept { return m_document; }
     /// Text of the most recent parse error; a parse that succeeds leaves it alone.
@@ -40,6 +45,8 @@ public:
 
     // Navigation. A name is compared exactly, after dropping the element's namespace prefix; an empty name
     // takes any element. Views of names and texts are valid until the next edit or SetDocument.
+
+    // With restart, the position is reset (the current child cleared) first, found or not.
 
     /// Clears the current element and the current child.
     void ResetPosition() noexcept;
@@ -84,22 +91,64 @@ public:
     /// Adds a child after the current child, or as the first child, and makes it the current child. Returns
     /// false when there is no current element to add to.
     bool AddChildElement(std::wstring_view name, std::wstring_view data = {});
-    /// Replaces the whole content by text; children are dropped.
+    /// Replaces the whole content by text; children are dropped. False without an element, as are the other
+    /// setters.
     bool SetData(std::wstring_view data);
     bool SetChildData(std::wstring_view data);
-    /// Replaces the attribute's value, or adds the attribute behind the others.
+    /// Replaces the attribute's value, or adds the attribute behind the others. False, and nothing changes,
+    /// when the start tag ends inside a quoted value, as a ">" there makes it.
     bool SetAttribute(std::wstring_view name, std::wstring_view value);
     bool SetChildAttribute(std::wstring_view name, std::wstring_view value);
 
     /// The positions in use; entry 0 is the virtual root. For tests and diagnostics.
     const ElemPos* Positions() const noexcept { return m_positions.data(); }
-    std::size_t PositionCount() const noexcept { return m_positionCount; }
+    std::size_t PositionCount() const noexcept { return m_positions.size(); }
 
 private:
+    ElemPos& At(std::int32_t element) { return m_positions[static_cast<std::size_t>(element)]; }
+    const ElemPos& At(std::int32_t element) const { return m_positions[static_cast<std::size_t>(element)]; }
+    bool IsEmptyElement(std::int32_t element) const noexcept {
+        return At(element).startTagClose == At(element).endTagOpen + 1;
+    }
+    std::wstring_view Piece(std::int32_t from, std::int32_t to) const noexcept {
+        return std::wstring_view(m_document.data() + from, static_cast<std::size_t>(to - from));
+    }
+
+    // Parsing
+    void ClearElements();
+    void ReservePositions();
+    bool Parse();
+    std::int32_t SkipMarkup(std::int32_t open, std::int32_t first) const noexcept;
+    bool OpenElement(std::int32_t open, std::int32_t parent, std::int32_t previous);
+    bool ParseEndTag(std::int32_t element, std::int32_t open);
+    void CompleteElement(std::int32_t element, std::int32_t endTagClose) noexcept;
+    bool Fail(std::wstring_view message, std::int32_t element = 0);
+
+    // Reading
+    std::int32_t FirstTopLevel() const noexcept { return m_positions.empty() ? 0 : At(0).firstChild; }
+    std::int32_t FindFrom(std::int32_t candidate, std::wstring_view name) const noexcept;
+    std::wstring_view TagName(std::int32_t element) const noexcept;
+    std::wstring_view Content(std::int32_t element, bool& raw) const noexcept;
+    QxString Data(std::int32_t element) const;
+    bool FindValue(std::int32_t element, std::wstring_view name, QxXmlScan::Token& value) const noexcept;
+    bool Attribute(std::int32_t element, std::wstring_view name, QxString& value) const;
+    std::wstring_view SubDocument(std::int32_t element) const noexcept;
+
+    // Editing
+    std::int32_t Insert(std::int32_t parent, std::int32_t sibling, std::wstring_view name,
+                        std::wstring_view data);
+    std::int32_t NewElement(std::int32_t parent, std::int32_t sibling);
+    void OpenEmptyElement(std::int32_t element, std::wstring_view content);
+    bool ReplaceContent(std::int32_t element, std::wstring_view data);
+    bool ReplaceAttribute(std::int32_t element, std::wstring_view name, std::wstring_view value);
+    std::int32_t AttributesEnd(std::int32_t element) const noexcept;
+    bool HasPlainStartTag(std::int32_t element) const noexcept;
+    void ReplaceText(std::int32_t from, std::int32_t length, std::wstring_view text);
+    void ShiftFrom(std::int32_t element, std::int32_t behind, std::int32_t difference) noexcept;
+
     std::wstring m_document;
     QxString m_error;
     std::vector<ElemPos> m_positions;
-    std::size_t m_positionCount = 0;
     std::int32_t m_current = 0;
     std::int32_t m_currentChild = 0;
 };

@@ -2,9 +2,11 @@
 
 #include "QxXmlText.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// Writes a record's document front to back into one growing buffer. It gives the same characters as the
 /// parser's editing operations, without keeping positions.

@@ -1,0 +1,201 @@
+// Editing: a piece of the text is replaced, then every offset behind it moves by the difference. What can
+// throw comes first: the new text is put together apart, so names and data may be pieces of the document.
+
+#include "QxXmlParser.h"
+
+#include "QxXmlText.h"
+
+#include <limits>
+#include <stdexcept>
+
+using QxXmlScan::Token;
+
+void QxXmlParser::AddElement(std::wstring_view name, std::wstring_view data) {
+    if (m_positions.empty())
+        ClearElements();
+    const std::int32_t parent = m_current != 0 ? At(m_current).parent : 0;
+    m_current = Insert(parent, m_current, name, data);
+    m_currentChild = 0;
+}
+
+bool QxXmlParser::AddChildElement(std::wstring_view name, std::wstring_view data) {
+    if (m_current == 0)
+        return false;
+    m_currentChild = Insert(m_current, m_currentChild, name, data);
+    return true;
+}
+
+bool QxXmlParser::SetData(std::wstring_view data) {
+    if (!ReplaceContent(m_current, data))
+        return false;
+    m_currentChild = 0;
+    return true;
+}
+
+bool QxXmlParser::SetChildData(std::wstring_view data) {
+    return ReplaceContent(m_currentChild, data);
+}
+
+bool QxXmlParser::SetAttribute(std::wstring_view name, std::wstring_view value) {
+    return ReplaceAttribute(m_current, name, value);
+}
+
+bool QxXmlParser::SetChildAttribute(std::wstring_view name, std::wstring_view value) {
+    return ReplaceAttribute(m_currentChild, name, value);
+}
+
+/// Writes a new element behind sibling, or as parent's first child when sibling is 0. Returns its index.
+std::int32_t QxXmlParser::Insert(std::int32_t parent, std::int32_t sibling, std::wstring_view name,
+                                 std::wstring_view data) {
+    std::wstring text;
+    QxXmlText::AppendElement(text, name, data);
+    const auto nameLength = static_cast<std::int32_t>(name.size());
+    if (m_positions.size() == m_positions.capacity())
+        m_positions.reserve(m_positions.size() + m_positions.size() / 2 + 1);
+    if (parent != 0 && IsEmptyElement(parent))
+        OpenEmptyElement(parent, {});
+
+    std::int32_t start = At(parent).endTagOpen;
+    if (sibling != 0)
+        start = At(sibling).scanPos;
+    else if (At(parent).firstChild != 0)
+        start = At(At(parent).firstChild).startTagOpen;
+    ReplaceText(start, 0, text);
+    const auto length = static_cast<std::int32_t>(text.size());
+
+    const std::int32_t element = NewElement(parent, sibling);
+    ShiftFrom(element, start, length);
+    ElemPos& position = At(element);
+    position.startTagOpen = start;
+    position.endTagClose = start + length - 1;
+    if (data.empty()) {
+        position.startTagClose = position.endTagClose;
+        position.endTagOpen = position.endTagClose - 1;
+    } else {
+        position.startTagClose = start + nameLength + 1;
+        position.endTagOpen = position.endTagClose - nameLength - 2;
+    }
+    position.scanPos = QxXmlScan::Find(m_document, L'<', position.endTagClose);
+    return element;
+}
+
+/// Takes an entry and links it behind sibling, or as parent's first child. Room for it has been reserved.
+std::int32_t QxXmlParser::NewElement(std::int32_t parent, std::int32_t sibling) {
+    const auto element = static_cast<std::int32_t>(m_positions.size());
+    std::int32_t& link = sibling != 0 ? At(sibling).nextSibling : At(parent).firstChild;
+    const std::int32_t next = link;
+    link = element;
+    m_positions.push_back({0, 0, 0, 0, 0, parent, 0, next});
+    return element;
+}
+
+/// Rewrites "<name/>" as "<name>content</name>".
+void QxXmlParser::OpenEmptyElement(std::int32_t element, std::wstring_view content) {
+    std::wstring text(L">");
+    text.append(content).append(L"</").append(TagName(element)).append(L">");
+    const std::int32_t slash = At(element).endTagOpen;
+    ReplaceText(slash, 2, text);
+    const auto length = static_cast<std::int32_t>(text.size());
+    ShiftFrom(element, slash + 2, length - 2);
+    ElemPos& position = At(element);
+    position.startTagClose = slash;
+    position.endTagOpen = slash + 1 + static_cast<std::int32_t>(content.size());
+    position.endTagClose = slash + length - 1;
+}
+
+bool QxXmlParser::ReplaceContent(std::int32_t element, std::wstring_view data) {
+    if (element == 0)
+        return false;
+    std::wstring text;
+    QxXmlText::AppendEscaped(text, data, QxXmlText::Escape::Data);
+    if (IsEmptyElement(element)) {
+        if (!text.empty())
+            OpenEmptyElement(element, text);
+        return true;
+    }
+    const std::int32_t start = At(element).startTagClose + 1;
+    const std::int32_t end = At(element).endTagOpen;
+    ReplaceText(start, end - start, text);
+    At(element).firstChild = 0;
+    ShiftFrom(element, end, static_cast<std::int32_t>(text.size()) - (end - start));
+    return true;
+}
+
+bool QxXmlParser::ReplaceAttribute(std::int32_t element, std::wstring_view name, std::wstring_view value) {
+    if (element == 0 || !HasPlainStartTag(element))
+        return false;
+    std::wstring text;
+    Token old;
+    if (FindValue(element, name, old)) {
+        QxXmlText::AppendEscaped(text, value, QxXmlText::Escape::Attribute);
+    } else {
+        QxXmlText::AppendAttribute(text, name, value);
+        old.start = AttributesEnd(element);
+        old.end = old.start - 1;
+    }
+    const std::int32_t length = old.end - old.start + 1;
+    ReplaceText(old.start, length, text);
+    ShiftFrom(element, old.start + length, static_cast<std::int32_t>(text.size()) - length);
+    return true;
+}
+
+/// The offset of the ">", or of the "/" of an empty element.
+std::int32_t QxXmlParser::AttributesEnd(std::int32_t element) const noexcept {
+    return IsEmptyElement(element) ? At(element).endTagOpen : At(element).startTagClose;
+}
+
+/// Whether the tag has a name, and no quoted value runs on through the tag's end.
+bool QxXmlParser::HasPlainStartTag(std::int32_t element) const noexcept {
+    const std::int32_t end = AttributesEnd(element);
+    Token token;
+    token.next = At(element).startTagOpen + 1;
+    if (!QxXmlScan::NextToken(m_document, token) || token.end >= end)
+        return false;
+    while (QxXmlScan::NextToken(m_document, token) && token.start <= end) {
+        if (token.quoted && token.end + 1 >= end)
+            return false;
+    }
+    return true;
+}
+
+void QxXmlParser::ReplaceText(std::int32_t from, std::int32_t length, std::wstring_view text) {
+    const auto replaced = static_cast<std::size_t>(length);
+    constexpr auto limit = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
+    if (text.size() > limit - (m_document.size() - replaced))
+        throw std::length_error("document too long");
+    m_document.replace(static_cast<std::size_t>(from), replaced, text);
+}
+
+/// Adds difference to every offset at or after behind: in the element and what follows it in document order,
+/// and in the elements around it. Nothing else has an offset there, except the entry 0 and the scan position
+/// of a sibling before a new element, which keep pointing at its start.
+void QxXmlParser::ShiftFrom(std::int32_t element, std::int32_t behind, std::int32_t difference) noexcept {
+    const auto shift = [&](std::int32_t index) {
+        ElemPos& position = At(index);
+        for (std::int32_t* offset : {&position.startTagOpen, &position.startTagClose, &position.endTagOpen,
+                                     &position.endTagClose, &position.scanPos})
+            *offset += *offset >= behind ? difference : 0;
+    };
+    std::int32_t at = element;
+    std::int32_t inside = 0; // levels below an element that has been shifted
+    shift(at);
+    for (;;) {
+        if (At(at).firstChild != 0) {
+            at = At(at).firstChild;
+            ++inside;
+            shift(at);
+            continue;
+        }
+        while (At(at).nextSibling == 0) {
+            at = At(at).parent;
+            if (at == 0)
+                return;
+            if (inside > 0)
+                --inside;
+            else
+                shift(at);
+        }
+        at = At(at).nextSibling;
+        shift(at);
+    }
+}

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#if defined(__SSE2__) || defined(_M_X64) || (defined(_M_IX86_FP) && _M_IX86_FP >= 2)
+#define QX_XML_SCAN_SSE2
+#include <emmintrin.h>
+#endif
+
+/// The lowest level of the markup parser: characters and tokens of a text whose length fits 32 bits.
+/// A search that finds nothing gives the text's length.
+namespace QxXmlScan {
+
+struct Token {
+    std::int32_t start = 0; ///< first character, behind the quote of a quoted token
+    std::int32_t end = -1;  ///< last character, inclusive; start - 1 for an empty quoted token
+    std::int32_t next = 0;  ///< where the scan continues
+    bool quoted = false;
+
+    std::wstring_view In(std::wstring_view text) const noexcept {
+        return std::wstring_view(text.data() + start, static_cast<std::size_t>(end - start + 1));
+    }
+    bool IsUnquoted(std::wstring_view text, wchar_t single) const noexcept {
+        return !quoted && start == end && text[static_cast<std::size_t>(start)] == single;
+    }
+};
+
+/// Reads the token that begins at token.next or behind the white space there. False when only white space
+/// is left; a token that ends with the text is a token like any other.
+bool NextToken(std::wstring_view text, Token& token) noexcept;
+
+/// Blank, tab or line end.
+bool IsSpace(wchar_t character) noexcept;
+std::int32_t SkipSpace(std::wstring_view text, std::int32_t from) noexcept;
+/// The length of the unquoted token at an offset; 0 at white space or a special character.
+std::int32_t WordLength(std::wstring_view text, std::int32_t from) noexcept;
+/// Finds a terminator: a part whose last character is its only ">".
+std::int32_t FindTerminator(std::wstring_view text, std::wstring_view terminator, std::int32_t from) noexcept;
+/// The number of "<" that can begin a start tag.
+std::int32_t CountStartTags(std::wstring_view text) noexcept;
+
+/// What a name is compared by: the part behind its namespace prefix.
+std::wstring_view WithoutPrefix(std::wstring_view name) noexcept;
+/// Length first, then the characters.
+bool Equal(std::wstring_view a, std::wstring_view b) noexcept;
+
+/// The offset of a character. Inline, because parsing spends its time here; the C library's wmemchr is
+/// several times slower on Windows.
+inline std::int32_t Find(std::wstring_view text, wchar_t sought, std::int32_t from) noexcept {
+    const wchar_t* const characters = text.data();
+    const auto length = static_cast<std::int32_t>(text.size());
+    std::int32_t at = from;
+#ifdef QX_XML_SCAN_SSE2
+    if constexpr (sizeof(wchar_t) == 2) {
+        const __m128i pattern = _mm_set1_epi16(static_cast<short>(sought));
+        for (; length - at >= 8; at += 8) {
+            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(characters + at));
+            const int equal = _mm_movemask_epi8(_mm_cmpeq_epi16(block, pattern));
+            if (equal != 0) {
+                while (characters[at] != sought)
+                    ++at;
+                return at;
+            }
+        }
+    }
+#endif
+    while (at < length && characters[at] != sought)
+        ++at;
+    return at;
+}
+
+/// How an end tag ends, or what is wrong with it.
+enum class EndTag { Complete, NotAnEndTag, OtherName, NotCompleted };
+
+/// Reads the end tag whose "<" is at open. Quoted tokens in it are passed over. close is set to the offset
+/// of its ">" when it is complete.
+EndTag ReadEndTag(std::wstring_view text, std::int32_t open, std::wstring_view name,
+                  std::int32_t& close) noexcept;
+
+} // namespace QxXmlScan
