@@ -70,6 +70,7 @@ END
 choose_options() {
     options=()
     apt_get install --no-install-recommends --simulate "$@" >/dev/null 2>&1 && return
+    echo "setup: the latest versions do not fit together; taking the release's own, without security updates" >&2
     write_preferences "$preferences"
     options=(-o "Dir::Etc::Preferences=$preferences" --allow-downgrades)
     apt_get install --no-install-recommends --simulate "${options[@]}" "$@" >/dev/null ||

@@ -1,0 +1,61 @@
+// The checks of the script tests. The runner puts this text before each JScript test and the call of
+// RunAndQuit behind it. A test file adds its tests, functions by name, to "tests".
+var tests = {};
+var currentTest = "";
+var passedChecks = 0;
+var failedChecks = 0;
+
+function failed(message) {
+    failedChecks++;
+    WScript.Echo(currentTest + ": " + message);
+}
+
+function check(condition, message) {
+    if (condition) {
+        passedChecks++;
+    } else {
+        failed(message);
+    }
+}
+
+function checkEqual(actual, expected) {
+    check(actual === expected, "got " + typeof actual + " '" + actual + "', expected " + typeof expected +
+        " '" + expected + "'");
+}
+
+function checkContains(text, part) {
+    check(text.indexOf(part) >= 0, "'" + part + "' is missing in " + text);
+}
+
+// action must fail with this HRESULT (unsigned) and, unless it is null, this description.
+function checkFails(action, expectedNumber, expectedDescription) {
+    try {
+        action();
+    } catch (error) {
+        var number = error.number < 0 ? error.number + 0x100000000 : error.number;
+        check(number === expectedNumber, "error 0x" + number.toString(16) + ", expected 0x" +
+            expectedNumber.toString(16));
+        if (expectedDescription !== null) {
+            checkEqual(error.message, expectedDescription);
+        }
+        return;
+    }
+    failed("the call should have failed");
+}
+
+function RunAndQuit() {
+    for (var name in tests) {
+        currentTest = name;
+        try {
+            tests[name]();
+        } catch (error) {
+            failed("broke off with " + error.number + " " + error.message);
+        }
+    }
+    if (failedChecks > 0 || passedChecks === 0) {
+        WScript.Echo("FAILED " + failedChecks + " checks");
+        WScript.Quit(1);
+    }
+    WScript.Echo("PASSED " + passedChecks + " checks");
+    WScript.Quit(7);
+}

@@ -1,0 +1,80 @@
+' What every client that binds by name relies on: the programmatic identifiers, names without regard to case,
+' and properties that can only be read.
+
+Sub RunTests()
+    Create_by_both_identifiers_gives_the_class
+    Member_names_ignore_case
+    Put_of_a_read_only_property_fails
+    Call_of_an_unknown_member_fails
+    Put_converts_the_value
+End Sub
+
+Sub Create_by_both_identifiers_gives_the_class()
+    Test "Create_by_both_identifiers_gives_the_class"
+    CheckClass "PrintJob", "<PrintJob "
+    CheckClass "CopyJob", "<CopyJob "
+    CheckClass "ScanJob", "<ScanJob "
+    CheckClass "FaxJob", "<FaxJob "
+    CheckClass "JobContents", "<JobContents "
+    CheckClass "CopyLines", "<JobCopyLines"
+    CheckClass "CopyLine", "<CopyLine>"
+    CheckClass "LogicalPrinter", "<LogicalPrinter "
+    CheckClass "WindowsPrintInfo", "<WindowsPrintInfo>"
+    CheckClass "PolicyResults", "<PolicyResults "
+End Sub
+
+Sub CheckClass(name, xmlStart)
+    CheckEqual Left(CreateObject("Corvane." & name).Xml, Len(xmlStart)), xmlStart
+    CheckEqual Left(CreateObject("Corvane." & name & ".1").Xml, Len(xmlStart)), xmlStart
+End Sub
+
+Sub Member_names_ignore_case()
+    Dim job
+    Test "Member_names_ignore_case"
+    Set job = CreateObject("Corvane.PrintJob")
+    job.USERNAME = "anna"
+    CheckEqual job.username, "anna"
+End Sub
+
+Sub Put_of_a_read_only_property_fails()
+    Dim job
+    Test "Put_of_a_read_only_property_fails"
+    Set job = CreateObject("Corvane.PrintJob")
+    On Error Resume Next
+    job.Version = "8.0"
+    CheckUnknownMember Err.Number
+    job.LogTargetType = 2
+    CheckUnknownMember Err.Number
+    job.PageCounterInfoXml = "<PageCounterInfo/>"
+    CheckUnknownMember Err.Number
+    On Error GoTo 0
+    CheckEqual job.Version, "7.26"
+    CheckLong job.LogTargetType, 0
+End Sub
+
+Sub Call_of_an_unknown_member_fails()
+    Dim job
+    Test "Call_of_an_unknown_member_fails"
+    Set job = CreateObject("Corvane.PrintJob")
+    On Error Resume Next
+    job.NoSuchMember
+    CheckUnknownMember Err.Number
+End Sub
+
+' The description of this error is the script engine's own, in the user's language.
+Sub CheckUnknownMember(number)
+    Check number = 438, "got error " & number & ", expected 438"
+    Err.Clear
+End Sub
+
+Sub Put_converts_the_value()
+    Dim job
+    Test "Put_converts_the_value"
+    Set job = CreateObject("Corvane.PrintJob")
+    job.JobSize = "4096"
+    CheckLong job.JobSize, 4096
+    job.JobName = 17
+    CheckEqual job.JobName, "17"
+    job.VpnConnected = 1
+    CheckEqual job.VpnConnected, True
+End Sub
