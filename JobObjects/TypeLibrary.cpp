@@ -1,25 +1,14 @@
 #include "TypeLibrary.h"
 
 #include "CJobObjectsModule.h"
+#include "ModulePath.h"
 #include "common/ErrorReporting.h"
-#include "common/QxMisc.h"
 
 #include <string>
 
 namespace {
 
-constexpr std::size_t maxModulePath = 260;
 constexpr std::size_t maxLibraryPath = 270;
-
-std::wstring OwnModulePath() {
-    wchar_t buffer[maxModulePath];
-    const DWORD length = GetModuleFileNameW(TheModule().Instance(), buffer, maxModulePath);
-    if (length == 0)
-        throw ComError(HRESULT_FROM_WIN32(GetLastError()));
-    if (length == maxModulePath)
-        throw ComError(HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER));
-    return std::wstring(buffer, length);
-}
 
 /// The module's path with its extension, the part from the last "." behind the last "\", replaced.
 std::wstring WithExtension(std::wstring path, std::wstring_view extension) {

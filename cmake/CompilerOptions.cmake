@@ -3,7 +3,7 @@ add_library(jobobjects_options INTERFACE)
 target_include_directories(jobobjects_options INTERFACE ${PROJECT_SOURCE_DIR})
 if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     target_compile_options(jobobjects_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
-        -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+        -Woverloaded-virtual -Werror)
     # Wine's backtraces cannot read DWARF 5.
     add_compile_options(-gdwarf-4)
 endif()

@@ -2,6 +2,7 @@
 
 #include "QxString.h"
 
+#include <windows.h>
 #include <oleauto.h>
 
 #include <new>

@@ -4,6 +4,7 @@
 #include "log/QxLogger.h"
 
 #include <exception>
+#include <iterator>
 #include <new>
 #include <stdexcept>
 
@@ -43,14 +44,13 @@ QxString SubstituteText(HRESULT code) {
     return QxMisc::FormatString(L"Unknown error 0x%0lX", static_cast<unsigned long>(code));
 }
 
-HRESULT AttachDescription(std::wstring_view message) noexcept {
+HRESULT AttachDescription(const wchar_t* message) noexcept {
     ComPtr<ICreateErrorInfo> creator;
     HRESULT result = CreateErrorInfo(creator.Put());
     if (FAILED(result))
         return result;
-    // The source and the interface stay unset: callers see the description only. Views passed here come
-    // from terminated texts, and the callee copies.
-    creator->SetDescription(const_cast<wchar_t*>(message.data()));
+    // The source and the interface stay unset: callers see the description only. The callee copies.
+    creator->SetDescription(const_cast<wchar_t*>(message));
     ComPtr<IErrorInfo> info;
     result = creator->QueryInterface(IID_IErrorInfo, info.PutVoid());
     return FAILED(result) ? result : SetErrorInfo(0, info.Get());
@@ -85,8 +85,8 @@ void ThrowIfCallFailed(HRESULT code, IUnknown* object, REFIID iid) {
     throw ComError(code, std::move(info));
 }
 
-HRESULT ReportException(std::wstring_view message, const wchar_t* source) noexcept {
-    LogError(LogCom, L"[%ls] Exception: %ls", source, message.data());
+HRESULT ReportException(const wchar_t* message, const wchar_t* source) noexcept {
+    LogError(LogCom, L"[%ls] Exception: %ls", source, message);
     return AttachDescription(message);
 }
 
@@ -101,7 +101,7 @@ HRESULT ReportComError(const ComError& error, const wchar_t* source) noexcept {
         LogError(LogCom, L"[%ls] COM exception: %ls", source, message.c_str());
         SetErrorInfo(0, error.Info().Get());
     } else {
-        ReportException(message, source);
+        ReportException(message.c_str(), source);
     }
     return error.Code();
 }
@@ -110,7 +110,7 @@ HRESULT ReportCurrentException(const wchar_t* source) noexcept {
     try {
         throw;
     } catch (const QxException& error) {
-        ReportException(error.Message(), source);
+        ReportException(error.Message().c_str(), source);
     } catch (const ComError& error) {
         return ReportComError(error, source);
     } catch (const std::bad_alloc&) {

@@ -6,7 +6,7 @@
 #include <windows.h>
 #include <oaidl.h>
 
-#include <string_view>
+#include <utility>
 #include <type_traits>
 
 /// A failed COM call: its HRESULT and, where the called object gave one, its error information.
@@ -38,7 +38,7 @@ void ThrowIfCallFailed(HRESULT code, IUnknown* object, REFIID iid);
 
 /// Logs "[source] Exception: message" and leaves the message as the calling thread's error description.
 /// Returns the result of attaching the error information. Never throws.
-HRESULT ReportException(std::wstring_view message, const wchar_t* source) noexcept;
+HRESULT ReportException(const wchar_t* message, const wchar_t* source) noexcept;
 
 /// Passes on the error's own information, or reports its message as ReportException does. Returns the
 /// error's code. Never throws.

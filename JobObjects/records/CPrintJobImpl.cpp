@@ -3,7 +3,7 @@
 #include "JobObjects/frame/ChildRecord.h"
 #include "common/Clock.h"
 
-CPrintJobImpl::CPrintJobImpl() : m_version(7, 26), m_jobTimeLocal(CurrentLocalTime()), m_jobTimeUtc(CurrentUtcTime()) {
+CPrintJobImpl::CPrintJobImpl() : m_version(7, 26), m_jobTimeLocal(Clock::LocalNow()), m_jobTimeUtc(Clock::UtcNow()) {
     ThrowIfFailed(CreateByProgId(L"Corvane.JobContents", IID_IJobContents, m_jobContents.PutVoid()));
 }
 
@@ -25,7 +25,7 @@ HRESULT CPrintJobImpl::get_PageCounterInfoXml(BSTR* pVal) {
 
 void CPrintJobImpl::StampTimes() noexcept {
     if (m_jobTimeLocal.IsUnset())
-        m_jobTimeLocal = CurrentLocalTime();
+        m_jobTimeLocal = Clock::LocalNow();
     if (m_jobTimeUtc.IsUnset())
-        m_jobTimeUtc = CurrentUtcTime();
+        m_jobTimeUtc = Clock::UtcNow();
 }

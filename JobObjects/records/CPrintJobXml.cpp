@@ -114,7 +114,7 @@ void CPrintJobImpl::ReadTimes(QxXmlParser& parser) {
     m_jobTimeLocal = local.empty() ? QxDateTime() : QxDateTime::Parse(local);
     QxString utc;
     if (parser.ReadChild(L"JobTimeUtc", utc))
-        m_jobTimeUtc = utc.empty() ? CurrentUtcTime() : QxDateTime::Parse(utc);
+        m_jobTimeUtc = utc.empty() ? Clock::UtcNow() : QxDateTime::Parse(utc);
     StampTimes();
 }
 

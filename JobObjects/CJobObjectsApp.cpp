@@ -1,0 +1,24 @@
+#include "CJobObjectsApp.h"
+
+#include "CJobObjectsModule.h"
+#include "ResourceStrings.h"
+#include "common/log/QxLogger.h"
+
+bool CJobObjectsApp::InitInstance(HINSTANCE instance) noexcept {
+    TheModule().Initialize(instance);
+    try {
+        QxLogger& logger = QxLogger::Instance();
+        const QxString registryRoot(LoadResourceString(StringRegistryRoot));
+        logger.Configure(registryRoot.c_str(), HKEY_LOCAL_MACHINE, KEY_READ);
+        LogSettings settings = logger.GetSettings();
+        settings.sourceName = LoadResourceString(StringLogSourceName);
+        logger.SetSettings(settings);
+    } catch (...) {
+        // Without memory for the log's settings the library works unlogged.
+    }
+    return true;
+}
+
+void CJobObjectsApp::ExitInstance() noexcept {
+    TheModule().Terminate();
+}

@@ -1,0 +1,157 @@
+#include "Registration.h"
+
+#include "ClassMap.h"
+#include "JobObjects.h"
+#include "ModulePath.h"
+#include "TypeLibrary.h"
+#include "common/ErrorReporting.h"
+
+#include <string>
+
+namespace {
+
+constexpr const wchar_t* appIdText = L"{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}";
+constexpr const wchar_t* appIdKey = L"AppID\\{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}";
+constexpr const wchar_t* moduleAppIdKey = L"AppID\\Tarnwick.DLL";
+
+/// Runs the registration in the system's locale, whatever the calling thread's is.
+class SystemLocale {
+public:
+    SystemLocale() noexcept : m_previous(GetThreadLocale()) { SetThreadLocale(LOCALE_SYSTEM_DEFAULT); }
+    SystemLocale(const SystemLocale&) = delete;
+    SystemLocale& operator=(const SystemLocale&) = delete;
+    ~SystemLocale() { SetThreadLocale(m_previous); }
+
+private:
+    LCID m_previous;
+};
+
+void ThrowIfRegistryFailed(LSTATUS status) {
+    ThrowIfFailed(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
+}
+
+/// Creates a key below HKEY_CLASSES_ROOT and sets one of its values; a null value text sets none.
+void SetValue(const std::wstring& key, const wchar_t* name, const wchar_t* value) {
+    HKEY handle = nullptr;
+    ThrowIfRegistryFailed(RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
+                                          &handle, nullptr));
+    LSTATUS status = ERROR_SUCCESS;
+    if (value)
+        status = RegSetValueExW(handle, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value),
+                                static_cast<DWORD>((wcslen(value) + 1) * sizeof(wchar_t)));
+    RegCloseKey(handle);
+    ThrowIfRegistryFailed(status);
+}
+
+void SetDefault(const std::wstring& key, const std::wstring& value) {
+    SetValue(key, nullptr, value.c_str());
+}
+
+void RemoveTree(const std::wstring& key) {
+    const LSTATUS status = RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
+    if (status != ERROR_FILE_NOT_FOUND)
+        ThrowIfRegistryFailed(status);
+}
+
+std::wstring GuidText(const GUID& guid) {
+    wchar_t text[39];
+    StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
+    return text;
+}
+
+void RegisterAppId() {
+    SetDefault(appIdKey, L"JobObjects");
+    SetValue(appIdKey, L"DllSurrogate", L""); // empty: the system's own surrogate may host the library
+    SetValue(moduleAppIdKey, L"AppID", appIdText);
+}
+
+void UnregisterAppId() {
+    RemoveTree(appIdKey);
+    RemoveTree(moduleAppIdKey);
+}
+
+/// The keys of one class: two ProgIDs and the CLSID.
+struct ClassKeys {
+    explicit ClassKeys(const ClassMapEntry& entry)
+        : progId(std::wstring(L"Corvane.") + entry.name), versionedProgId(progId + L".1"),
+          classIdText(GuidText(*entry.classId)), classId(L"CLSID\\" + classIdText) {}
+
+    std::wstring progId;
+    std::wstring versionedProgId;
+    std::wstring classIdText;
+    std::wstring classId;
+};
+
+void RegisterClassEntry(const ClassMapEntry& entry, const std::wstring& modulePath) {
+    const ClassKeys keys(entry);
+    const std::wstring description = std::wstring(entry.name) + L" Class";
+    SetDefault(keys.versionedProgId, description);
+    SetDefault(keys.versionedProgId + L"\\CLSID", keys.classIdText);
+    SetDefault(keys.progId, description);
+    SetDefault(keys.progId + L"\\CLSID", keys.classIdText);
+    SetDefault(keys.progId + L"\\CurVer", keys.versionedProgId);
+
+    RemoveTree(keys.classId); // so that nothing of an earlier registration stays
+    SetDefault(keys.classId, description);
+    SetDefault(keys.classId + L"\\ProgID", keys.versionedProgId);
+    SetDefault(keys.classId + L"\\VersionIndependentProgID", keys.progId);
+    SetValue(keys.classId + L"\\Programmable", nullptr, nullptr);
+    SetDefault(keys.classId + L"\\InprocServer32", modulePath);
+    SetValue(keys.classId + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
+    SetValue(keys.classId, L"AppID", appIdText);
+    SetDefault(keys.classId + L"\\TypeLib", GuidText(LIBID_JobObjectsLib));
+}
+
+void UnregisterClassEntry(const ClassMapEntry& entry) {
+    const ClassKeys keys(entry);
+    RemoveTree(keys.versionedProgId);
+    RemoveTree(keys.progId);
+    RemoveTree(keys.classId);
+}
+
+void RegisterOwnTypeLibrary() {
+    UniqueBstr path;
+    ComPtr<ITypeLib> library;
+    ThrowIfFailed(LoadOwnTypeLibrary(1, path, library));
+    ThrowIfFailed(RegisterTypeLib(library.Get(), path.Get(), nullptr));
+}
+
+void UnregisterOwnTypeLibrary() {
+    UniqueBstr path;
+    ComPtr<ITypeLib> library;
+    ThrowIfFailed(LoadOwnTypeLibrary(1, path, library));
+    TLIBATTR* attributes = nullptr;
+    ThrowIfFailed(library->GetLibAttr(&attributes));
+    const TLIBATTR own = *attributes;
+    library->ReleaseTLibAttr(attributes);
+
+    UniqueBstr registered;
+    if (FAILED(QueryPathOfRegTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid,
+                                     registered.Put())))
+        return; // not registered: nothing to remove
+    ThrowIfFailed(
+        UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind));
+}
+
+} // namespace
+
+HRESULT RegisterLibrary() noexcept {
+    return RunMethod(L"DllRegisterServer", [] {
+        const SystemLocale locale;
+        const std::wstring modulePath = OwnModulePath();
+        RegisterAppId();
+        for (const ClassMapEntry& entry : ClassMap)
+            RegisterClassEntry(entry, modulePath);
+        RegisterOwnTypeLibrary();
+    });
+}
+
+HRESULT UnregisterLibrary() noexcept {
+    return RunMethod(L"DllUnregisterServer", [] {
+        const SystemLocale locale;
+        for (const ClassMapEntry& entry : ClassMap)
+            UnregisterClassEntry(entry);
+        UnregisterOwnTypeLibrary();
+        UnregisterAppId();
+    });
+}

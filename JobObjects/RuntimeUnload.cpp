@@ -1,0 +1,3 @@
+#include "RuntimeUnload.h"
+
+void ReleaseRuntime() noexcept {}

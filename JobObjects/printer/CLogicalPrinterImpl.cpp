@@ -1,0 +1,68 @@
+#include "CLogicalPrinterImpl.h"
+
+#include "common/Clock.h"
+#include "common/QxXmlWriter.h"
+#include "common/RecordReading.h"
+
+HRESULT CLogicalPrinterImpl::get_Xml(BSTR* pVal) {
+    return GetValue(pVal,
+                    IsOlderForm() ? METHOD_SOURCE(CLogicalPrinterImpl, get_Xml35)
+                                  : METHOD_SOURCE(CLogicalPrinterImpl, get_Xml),
+                    [&] { return WriteXml(); });
+}
+
+HRESULT CLogicalPrinterImpl::put_Xml(BSTR newVal) {
+    return RunMethod(METHOD_SOURCE(CLogicalPrinterImpl, put_Xml), [&] {
+        QxXmlParser parser;
+        RecordReading::OpenRoot(parser, BstrView(newVal), L"LogicalPrinter");
+        ReadVersion(parser);
+        if (!IsOlderForm()) {
+            ReadElements(parser);
+            return S_OK;
+        }
+        return RunMethod(METHOD_SOURCE(CLogicalPrinterImpl, put_Xml35), [&] { ReadElements(parser); });
+    });
+}
+
+HRESULT CLogicalPrinterImpl::get_DriverInfoXml(BSTR* pVal) {
+    return GetValue(pVal, METHOD_SOURCE(CLogicalPrinterImpl, get_DriverInfoXml), [&] {
+        QxXmlWriter writer(512);
+        writer.OpenStartTag(L"DriverInfo");
+        writer.CloseStartTag();
+        writer.Element(L"DriverName", m_driverName);
+        writer.Element(L"DriverFileName", m_driverFileName);
+        writer.Element(L"DriverDataFileName", m_driverDataFileName);
+        writer.Element(L"DriverFileDescription", m_driverFileDescription);
+        writer.Element(L"DriverCompanyName", m_driverCompanyName);
+        writer.Element(L"DriverFileVersion", m_driverFileVersion);
+        writer.EndTag(L"DriverInfo");
+        return writer.Take();
+    });
+}
+
+HRESULT CLogicalPrinterImpl::get_Destination(BSTR* pVal) {
+    return GetText(pVal, m_destination, METHOD_SOURCE(CLogicalPrinterImpl, get_Destination));
+}
+
+HRESULT CLogicalPrinterImpl::put_Destination(BSTR newVal) {
+    return RunMethod(METHOD_SOURCE(CLogicalPrinterImpl, put_Destination), [&] {
+        const std::wstring_view text = BstrView(newVal);
+        QxXmlParser parser;
+        if (!text.empty() && !parser.SetDocument(text))
+            throw QxException(L"Destination element is not well formed.");
+        m_destination = QxString(text);
+    });
+}
+
+void CLogicalPrinterImpl::NormalizeTransactionDates() noexcept {
+    if (m_firstTransactionDate.IsUnset() && m_lastTransactionDate.IsUnset()) {
+        m_firstTransactionDate = Clock::LocalNow();
+        m_lastTransactionDate = m_firstTransactionDate;
+    }
+    if (m_firstTransactionDate.IsUnset() && m_lastTransactionDate.IsValid() &&
+        m_lastTransactionDate.Value() > 0)
+        m_firstTransactionDate = m_lastTransactionDate;
+    if (m_firstTransactionDate.IsValid() && m_lastTransactionDate.IsValid() &&
+        m_firstTransactionDate.Value() > m_lastTransactionDate.Value())
+        m_lastTransactionDate = m_firstTransactionDate;
+}
