@@ -116,8 +116,9 @@ Sub CheckPutXmlFails(progId, xml, message)
     CheckError Err.Number, Err.Description, E_FAIL, message
 End Sub
 
+' The script engine has a number of its own for E_INVALIDARG.
 Sub CheckInvalidArgument(number)
-    Const E_INVALIDARG = &H80070057
-    Check number = E_INVALIDARG, "error 0x" & Hex(number) & ", expected 0x" & Hex(E_INVALIDARG)
+    Const INVALID_PROCEDURE_CALL_OR_ARGUMENT = 5
+    CheckLong number, INVALID_PROCEDURE_CALL_OR_ARGUMENT
     Err.Clear
 End Sub

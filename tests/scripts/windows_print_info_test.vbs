@@ -22,7 +22,7 @@ Sub New_writes_all_elements_with_their_defaults()
     Dim xml
     Test "New_writes_all_elements_with_their_defaults"
     xml = NewInfo().Xml
-    CheckEqual UBound(Split(xml, ">0</")), 20
+    CheckLong UBound(Split(xml, ">0</")), 20
     CheckContains xml, "<AttributeInfoPagesPerSide>1</AttributeInfoPagesPerSide>"
     CheckContains xml, "<DevModeFormName/>"
     CheckContains xml, "<DevModeTtOption>0</DevModeTtOption>"
