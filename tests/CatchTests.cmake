@@ -1,0 +1,19 @@
+# Catch2 is a header of the build machine. Its folder holds that machine's own headers too, so only the Catch
+# headers are made known to the compiler.
+if(NOT TARGET catch2_header)
+    file(COPY ${CATCH2_INCLUDE}/catch2 DESTINATION ${CMAKE_BINARY_DIR}/catch2_header)
+    add_library(catch2_header INTERFACE)
+    target_include_directories(catch2_header SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/catch2_header)
+endif()
+
+# Registers each test case of an executable as a test of its own. The executable is asked for its test cases
+# when ctest starts, so that building never runs it. Further arguments are properties of all its tests.
+function(register_catch_tests target)
+    set(list_file ${CMAKE_CURRENT_BINARY_DIR}/${target}_tests.cmake)
+    file(GENERATE OUTPUT ${list_file} CONTENT "set(target ${target})
+set(command ${CMAKE_CROSSCOMPILING_EMULATOR} \"$<TARGET_FILE:${target}>\")
+set(properties ${ARGN})
+include(\"${PROJECT_SOURCE_DIR}/tests/ListCatchTests.cmake\")
+")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${list_file})
+endfunction()

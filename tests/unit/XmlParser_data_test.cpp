@@ -1,0 +1,223 @@
+#include "common/QxXmlParser.h"
+
+#include <catch2/catch.hpp>
+
+#include <string>
+
+namespace {
+
+std::wstring DataOf(std::wstring_view text) {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(text));
+    REQUIRE(parser.FindElement());
+    return std::wstring(parser.GetData().view());
+}
+
+/// The attribute "id" of a start tag with this inside; "(none)" when it is not found.
+std::wstring IdOf(const std::wstring& inside) {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r " + inside + L"></r>"));
+    REQUIRE(parser.FindElement());
+    QxString value(L"(none)");
+    const bool found = parser.FindAttribute(L"id", value);
+    CHECK(found == (value != L"(none)"));
+    CHECK(parser.GetAttribute(L"id") == (found ? value : QxString()));
+    return std::wstring(value.view());
+}
+
+std::wstring SubDocumentOf(const std::wstring& text) {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(text));
+    REQUIRE(parser.FindElement());
+    return std::wstring(parser.GetSubDocument());
+}
+
+} // namespace
+
+TEST_CASE("XmlParser_data_is_the_unescaped_text") {
+    CHECK(DataOf(L"<a>x</a>") == L"x");
+    CHECK(DataOf(L"<a> x\r\n</a>") == L" x\r\n");
+    CHECK(DataOf(L"<a></a>").empty());
+    CHECK(DataOf(L"<a>&lt;&#65;&gt;</a>") == L"<&#65;>");
+    CHECK(DataOf(L"<a>&amp;lt; &quot;&apos;</a>") == L"&lt; \"'");
+    CHECK(DataOf(L"<a>x > y</a>") == L"x > y");
+    CHECK(DataOf(L"<a>x<!-- c -->y</a>") == L"x<!-- c -->y");
+}
+
+TEST_CASE("XmlParser_data_of_empty_elements_and_of_parents_is_empty") {
+    CHECK(DataOf(L"<a/>").empty());
+    CHECK(DataOf(L"<a>x<b/>y</a>").empty());
+    QxXmlParser parser;
+    CHECK(parser.GetData().empty());
+    CHECK(parser.GetChildData().empty());
+}
+
+TEST_CASE("XmlParser_data_of_a_cdata_section_is_raw") {
+    CHECK(DataOf(L"<a><![CDATA[<b>&amp;]]></a>") == L"<b>&amp;");
+    CHECK(DataOf(L"<a> \t\r\n<![CDATA[x]]> </a>") == L"x");
+    CHECK(DataOf(L"<a><![CDATA[]]></a>").empty());
+    CHECK(DataOf(L"<a><![CDATA[]]]]></a>") == L"]]");
+    CHECK(DataOf(L"<a><![CDATA[x]]>&amp;y</a>") == L"x");
+    CHECK(DataOf(L"<a><![CDATA[x]>]]></a>") == L"x]>");
+}
+
+TEST_CASE("XmlParser_data_that_is_no_cdata_section_is_unescaped_text") {
+    CHECK(DataOf(L"<a>x<![CDATA[&amp;]]></a>") == L"x<![CDATA[&]]>");
+    CHECK(DataOf(L"<a><![CDAT[&amp;]]></a>") == L"<![CDAT[&]]>");
+    CHECK(DataOf(L"<a>< ![CDATA[&amp;]]></a>") == L"< ![CDATA[&]]>");
+    CHECK(DataOf(L"<a><![CDATA]]>&amp;.</a>") == L"<![CDATA]]>&.");
+}
+
+TEST_CASE("XmlParser_attribute_is_found_in_double_quotes") {
+    CHECK(IdOf(L"id=\"5\"") == L"5");
+    CHECK(IdOf(L"id = \"5\"") == L"5");
+    CHECK(IdOf(L"\tid\r\n=\n\"5\"") == L"5");
+    CHECK(IdOf(L"x=\"1\"id=\"5\"y=\"2\"") == L"5");
+    CHECK(IdOf(L"id=\"\"").empty());
+    CHECK(IdOf(L"id=\"a b/c='d'\"") == L"a b/c='d'");
+    CHECK(IdOf(L"id=\"&lt;&quot;&apos;&#65;\"") == L"<\"'&#65;");
+}
+
+TEST_CASE("XmlParser_attribute_is_compared_without_its_prefix") {
+    CHECK(IdOf(L"x:id=\"5\" n=7") == L"5");
+    CHECK(IdOf(L"x:y:id=\"5\"") == L"(none)");
+    CHECK(IdOf(L"ID=\"5\"") == L"(none)");
+    CHECK(IdOf(L"id2=\"5\" 2id=\"6\"") == L"(none)");
+}
+
+TEST_CASE("XmlParser_attribute_without_double_quotes_is_not_found") {
+    CHECK(IdOf(L"id=7") == L"(none)");
+    CHECK(IdOf(L"id='7'") == L"(none)");
+    CHECK(IdOf(L"id") == L"(none)");
+    CHECK(IdOf(L"id=") == L"(none)");
+    CHECK(IdOf(L"id=/ \"7\"") == L"(none)");
+    CHECK(IdOf(L"id \"7\"") == L"(none)");
+    CHECK(IdOf(L"id = x \"7\"") == L"(none)");
+}
+
+TEST_CASE("XmlParser_attribute_search_ends_at_slash_and_bracket") {
+    CHECK(IdOf(L"n=7/8 id=\"5\"") == L"(none)");
+    CHECK(IdOf(L"n=\"/\" id=\"5\"") == L"5");
+    CHECK(IdOf(L"> id=\"5\"") == L"(none)");
+    CHECK(IdOf(L"n=\"a>b\" id=\"5\"") == L"5");
+}
+
+TEST_CASE("XmlParser_attribute_counts_at_its_first_occurrence") {
+    CHECK(IdOf(L"id=\"1\" id=\"2\"") == L"1");
+    CHECK(IdOf(L"id=1 id=\"2\"") == L"(none)");
+    CHECK(IdOf(L"n=\"id\" id=\"2\"") == L"2");
+}
+
+TEST_CASE("XmlParser_attribute_without_closing_quote_runs_to_the_end_of_the_text") {
+    CHECK(IdOf(L"id=\"5") == L"5></r>");
+}
+
+TEST_CASE("XmlParser_attribute_search_does_not_take_the_tag_name") {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<id=\"5\"/>"));
+    REQUIRE(parser.FindElement());
+    CHECK(parser.GetAttribute(L"id").empty());
+}
+
+TEST_CASE("XmlParser_attribute_not_found_leaves_the_value") {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r n=7><c m=\"1\"/></r>"));
+    QxString value(L"old");
+    CHECK_FALSE(parser.FindAttribute(L"n", value));
+    CHECK_FALSE(parser.FindChildAttribute(L"m", value));
+    REQUIRE(parser.FindElement());
+    CHECK_FALSE(parser.FindAttribute(L"n", value));
+    CHECK(value == L"old");
+    REQUIRE(parser.FindChildElement());
+    CHECK(parser.FindChildAttribute(L"m", value));
+    CHECK(value == L"1");
+    CHECK(parser.GetChildAttribute(L"m") == L"1");
+    CHECK(parser.GetChildAttribute(L"n").empty());
+}
+
+TEST_CASE("XmlParser_sub_document_takes_white_space_up_to_the_next_tag") {
+    CHECK(SubDocumentOf(L" <a>1</a>") == L"<a>1</a>");
+    CHECK(SubDocumentOf(L"<a>1</a> \r\n\t") == L"<a>1</a> \r\n\t");
+    CHECK(SubDocumentOf(L"<a/>\n<b/>") == L"<a/>\n");
+    CHECK(SubDocumentOf(L"<a/>\nx") == L"<a/>");
+    CHECK(SubDocumentOf(L"<a/> x <b/>") == L"<a/>");
+    CHECK(SubDocumentOf(L"<a/>\v") == L"<a/>");
+}
+
+TEST_CASE("XmlParser_sub_document_of_a_child_ends_before_the_next_tag") {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r><a><b/></a>\r\n<c/> </r>"));
+    CHECK(parser.GetSubDocument().empty());
+    REQUIRE(parser.FindChildElement(L"a"));
+    CHECK(parser.GetChildSubDocument() == L"<a><b/></a>\r\n");
+    REQUIRE(parser.FindChildElement(L"c"));
+    CHECK(parser.GetChildSubDocument() == L"<c/> ");
+    CHECK(parser.GetSubDocument() == parser.GetDocument());
+}
+
+TEST_CASE("XmlParser_typed_readers_read_text_numbers_and_flags") {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r><t>a&amp;b</t><n> -42x</n><m>abc</m><f>TRUE</f><g>1</g><h>yes</h><e/>"
+                               L"<c><![CDATA[7]]></c></r>"));
+    QxString text;
+    CHECK(parser.ReadChild(L"t", text));
+    CHECK(text == L"a&b");
+    std::int32_t number = 5;
+    CHECK(parser.ReadChild(L"n", number));
+    CHECK(number == -42);
+    CHECK(parser.ReadChild(L"m", number));
+    CHECK(number == 0);
+    CHECK(parser.ReadChild(L"c", number));
+    CHECK(number == 7);
+    bool flag = false;
+    CHECK(parser.ReadChild(L"f", flag));
+    CHECK(flag);
+    CHECK(parser.ReadChild(L"h", flag));
+    CHECK_FALSE(flag);
+    CHECK(parser.ReadChild(L"g", flag));
+    CHECK(flag);
+    CHECK(parser.ReadChild(L"e", flag));
+    CHECK_FALSE(flag);
+    CHECK(parser.ReadChild(L"e", text));
+    CHECK(text.empty());
+}
+
+TEST_CASE("XmlParser_typed_reader_leaves_the_output_when_the_child_is_missing") {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r><a>1</a></r>"));
+    QxString text(L"old");
+    std::int32_t number = 5;
+    bool flag = true;
+    CHECK_FALSE(parser.ReadChild(L"b", text));
+    CHECK_FALSE(parser.ReadChild(L"b", number));
+    CHECK_FALSE(parser.ReadChild(L"b", flag));
+    CHECK(text == L"old");
+    CHECK(number == 5);
+    CHECK(flag);
+}
+
+TEST_CASE("XmlParser_typed_reader_searches_all_children_and_keeps_the_found_one") {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r><b>2</b><a x=\"y\">1</a><a>3</a></r>"));
+    std::int32_t number = 0;
+    REQUIRE(parser.ReadChild(L"a", number));
+    CHECK(number == 1);
+    CHECK(parser.GetChildAttribute(L"x") == L"y");
+    REQUIRE(parser.ReadChild(L"b", number));
+    CHECK(number == 2);
+}
+
+#ifdef _WIN32
+TEST_CASE("XmlParser_surrogate_pairs_pass_unharmed") {
+    const std::wstring pair{static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r a=\"" + pair + L"\">" + pair + L"&lt;</r>"));
+    REQUIRE(parser.FindElement());
+    CHECK(parser.GetAttribute(L"a") == std::wstring_view(pair));
+    CHECK(parser.GetData() == std::wstring_view(pair + L"<"));
+    REQUIRE(parser.AddChildElement(L"c", pair));
+    REQUIRE(parser.SetChildAttribute(L"b", pair));
+    CHECK(parser.GetChildData() == std::wstring_view(pair));
+    CHECK(parser.GetChildAttribute(L"b") == std::wstring_view(pair));
+}
+#endif

@@ -1,0 +1,138 @@
+#include "common/QxXmlParser.h"
+#include "common/QxXmlText.h"
+#include "common/QxXmlWriter.h"
+
+#include <catch2/catch.hpp>
+
+#include <limits>
+#include <string>
+
+using QxXmlText::Escape;
+
+namespace {
+
+std::wstring Escaped(std::wstring_view text, Escape kind) {
+    std::wstring out;
+    QxXmlText::AppendEscaped(out, text, kind);
+    return out;
+}
+
+std::wstring Unescaped(std::wstring_view text) {
+    std::wstring out;
+    QxXmlText::AppendUnescaped(out, text);
+    return out;
+}
+
+} // namespace
+
+TEST_CASE("XmlText_data_escapes_three_characters") {
+    CHECK(Escaped(L"<&>'\"", Escape::Data) == L"&lt;&amp;&gt;'\"");
+    CHECK(Escaped(L"a<b", Escape::Data) == L"a&lt;b");
+    CHECK(Escaped(L"&lt;", Escape::Data) == L"&amp;lt;");
+    CHECK(Escaped(L"", Escape::Data).empty());
+    CHECK(Escaped(L"\x80\xFF\u20AC", Escape::Data) == L"\x80\xFF\u20AC");
+}
+
+TEST_CASE("XmlText_attribute_escapes_five_characters") {
+    CHECK(Escaped(L"<&>'\"", Escape::Attribute) == L"&lt;&amp;&gt;&apos;&quot;");
+}
+
+TEST_CASE("XmlText_escaping_reserves_room_for_a_tenth_and_one_entity") {
+    CHECK(Escaped(std::wstring(1000, L'x'), Escape::Data).capacity() >= 1000 + 100 + 7);
+}
+
+TEST_CASE("XmlText_escaping_text_of_entities_only_grows_as_needed") {
+    const std::wstring escaped = Escaped(std::wstring(10000, L'"'), Escape::Attribute);
+    CHECK(escaped.size() == 60000);
+    CHECK(Unescaped(escaped) == std::wstring(10000, L'"'));
+}
+
+TEST_CASE("XmlText_unescaping_decodes_the_five_entities_only") {
+    CHECK(Unescaped(L"&lt;&amp;&gt;&apos;&quot;") == L"<&>'\"");
+    CHECK(Unescaped(L"&#65;&#x41;&nbsp;") == L"&#65;&#x41;&nbsp;");
+    CHECK(Unescaped(L"&LT;&lt &l t;") == L"&LT;&lt &l t;");
+    CHECK(Unescaped(L"&&lt;&") == L"&<&");
+    CHECK(Unescaped(L"&amp;lt;") == L"&lt;");
+    CHECK(Unescaped(L"&quot") == L"&quot");
+    CHECK(Unescaped(L"").empty());
+}
+
+TEST_CASE("XmlText_appends_behind_what_is_there") {
+    std::wstring out = L"x";
+    QxXmlText::AppendEscaped(out, L"<", Escape::Data);
+    QxXmlText::AppendUnescaped(out, L"&gt;");
+    QxXmlText::AppendElement(out, L"n", L"a'b");
+    QxXmlText::AppendElement(out, L"n", L"");
+    QxXmlText::AppendAttribute(out, L"m", L"a'b");
+    CHECK(out == L"x&lt;><n>a'b</n><n/> m=\"a&apos;b\"");
+}
+
+TEST_CASE("XmlWriter_writes_elements_numbers_and_flags") {
+    QxXmlWriter writer;
+    writer.Element(L"t", L"a<b");
+    writer.Element(L"e", L"");
+    writer.Element(L"n", std::int32_t{-42});
+    writer.Element(L"m", std::numeric_limits<std::int32_t>::min());
+    writer.Element(L"f", true);
+    writer.Element(L"g", false);
+    writer.Raw(L"<x/>");
+    const std::wstring expected = L"<t>a&lt;b</t><e/><n>-42</n><m>-2147483648</m><f>true</f><g>false</g><x/>";
+    CHECK(writer.Text() == expected);
+    CHECK(writer.Take() == expected);
+}
+
+TEST_CASE("XmlWriter_writes_start_tags_with_attributes") {
+    QxXmlWriter writer;
+    writer.OpenStartTag(L"r");
+    writer.Attribute(L"a", L"\"1\"");
+    writer.CloseStartTag();
+    writer.OpenStartTag(L"c");
+    writer.CloseEmptyTag();
+    writer.OpenStartTag(L"d");
+    writer.Attribute(L"b", L"");
+    writer.CloseWithData(L"d", L">");
+    writer.OpenStartTag(L"e");
+    writer.CloseWithData(L"e", L"");
+    writer.EndTag(L"r");
+    CHECK(writer.Text() == L"<r a=\"&quot;1&quot;\"><c/><d b=\"\">&gt;</d><e/></r>");
+}
+
+TEST_CASE("XmlWriter_gives_the_same_characters_as_the_parsers_edits") {
+    const std::wstring_view data = L"a<b>&'\"c";
+    QxXmlParser parser;
+    parser.AddElement(L"Root");
+    REQUIRE(parser.SetAttribute(L"xmlns", L"http://x/'y'"));
+    REQUIRE(parser.SetAttribute(L"Version", L"7.26"));
+    REQUIRE(parser.AddChildElement(L"Text", data));
+    REQUIRE(parser.AddChildElement(L"Empty"));
+    REQUIRE(parser.AddChildElement(L"Target", data));
+    REQUIRE(parser.SetChildAttribute(L"Type", data));
+    REQUIRE(parser.AddChildElement(L"Bare"));
+    REQUIRE(parser.SetChildAttribute(L"Type", L""));
+    REQUIRE(parser.AddChildElement(L"Group"));
+    REQUIRE(parser.IntoElement());
+    REQUIRE(parser.AddChildElement(L"Inner", L"1"));
+
+    QxXmlWriter writer;
+    writer.OpenStartTag(L"Root");
+    writer.Attribute(L"xmlns", L"http://x/'y'");
+    writer.Attribute(L"Version", L"7.26");
+    writer.CloseStartTag();
+    writer.Element(L"Text", data);
+    writer.Element(L"Empty", L"");
+    writer.OpenStartTag(L"Target");
+    writer.Attribute(L"Type", data);
+    writer.CloseWithData(L"Target", data);
+    writer.OpenStartTag(L"Bare");
+    writer.Attribute(L"Type", L"");
+    writer.CloseWithData(L"Bare", L"");
+    writer.OpenStartTag(L"Group");
+    writer.CloseStartTag();
+    writer.Element(L"Inner", std::int32_t{1});
+    writer.EndTag(L"Group");
+    writer.EndTag(L"Root");
+
+    CHECK(parser.GetDocument() == writer.Text());
+    QxXmlParser again;
+    CHECK(again.SetDocument(writer.Text()));
+}
