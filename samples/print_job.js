@@ -170,7 +170,7 @@ function showCopyLines(copyLines) {
     for (var i = 0; i < copyLines.Count; i++) {
         var line = copyLines.Item(i);
         showItem("  " + line.PaperSize, line.Sheets + " sheets: " + line.PagesBW + " black-and-white, " +
-            line.PagesColor + " colour, " + line.PagesBlank + " blank pages (" + line.Attributes + ")");
+            line.PagesColor + " colour, " + line.PagesBlank + " blank (" + line.Attributes + ")");
     }
 }
 

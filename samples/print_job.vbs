@@ -171,7 +171,7 @@ Sub ShowJob(job, report)
     ShowItem "user", job.UserDomainName & "\" & job.UserName & " on " & job.MachineName & ", " & _
         TimeText(job.JobTimeLocal)
     ShowItem "log target", LogTargetText(job)
-    ShowItem "contents", contents.JobOriginals & " originals, " & contents.JobCopies & " copies, " & _
+    ShowItem "contents", "originals " & contents.JobOriginals & ", copies " & contents.JobCopies & ", " & _
         contents.JobPdl & FinishingText(contents)
     ShowCopyLines contents.JobCopyLines
     ShowItem "database", contents.DBCopyLines
@@ -189,7 +189,7 @@ Sub ShowCopyLines(copyLines)
     For i = 0 To copyLines.Count - 1
         Set line = copyLines.Item(i)
         ShowItem "  " & line.PaperSize, line.Sheets & " sheets: " & line.PagesBW & " black-and-white, " & _
-            line.PagesColor & " colour, " & line.PagesBlank & " blank pages (" & line.Attributes & ")"
+            line.PagesColor & " colour, " & line.PagesBlank & " blank (" & line.Attributes & ")"
     Next
 End Sub
 
