@@ -1,0 +1,55 @@
+#pragma once
+
+#include "common/log/QxLogger.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Keeps every text it is given.
+class CapturingSink final : public QxLog {
+public:
+    explicit CapturingSink(std::vector<std::wstring>& texts, const wchar_t* name = L"capture")
+        : QxLog(name), m_texts(texts) {}
+
+    void Write(std::wstring_view text) noexcept override { m_texts.emplace_back(text); }
+
+private:
+    std::vector<std::wstring>& m_texts;
+};
+
+/// While it lives, the process's log is on and its texts are collected here instead of going to a sink.
+/// Afterwards the log is as if it had never been configured.
+class CapturedLog {
+public:
+    explicit CapturedLog(std::uint32_t options = 0) {
+        LogSettings settings;
+        settings.enabled = true;
+        settings.options = options;
+        QxLogger::Instance().SetSettings(settings);
+        QxLogger::Instance().SetTraceSink(QxLogPtr(new CapturingSink(m_texts)));
+    }
+    ~CapturedLog() { QxLogger::Instance().Close(); }
+    CapturedLog(const CapturedLog&) = delete;
+    CapturedLog& operator=(const CapturedLog&) = delete;
+
+    const std::vector<std::wstring>& Texts() const noexcept { return m_texts; }
+    /// The texts so far, without their line ends; they are forgotten.
+    std::vector<std::wstring> TakeLines() {
+        std::vector<std::wstring> lines;
+        lines.swap(m_texts);
+        for (std::wstring& line : lines)
+            line.pop_back();
+        return lines;
+    }
+    /// All texts, one after the other.
+    std::wstring Joined() const {
+        std::wstring joined;
+        for (const std::wstring& text : m_texts)
+            joined += text;
+        return joined;
+    }
+
+private:
+    std::vector<std::wstring> m_texts;
+};

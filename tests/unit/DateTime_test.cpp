@@ -1,0 +1,170 @@
+#include "common/QxDateTime.h"
+
+#include <catch2/catch.hpp>
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using Status = QxDateTime::Status;
+
+std::wstring Text(const QxDateTime& time) {
+    return std::wstring(time.Format().view());
+}
+
+std::wstring Text(const QxDateTime& time, long milliseconds) {
+    return std::wstring(time.Format(milliseconds).view());
+}
+
+/// What the text reads as, written back.
+std::wstring Again(std::wstring_view text) {
+    return Text(QxDateTime::Parse(text));
+}
+
+bool IsRejected(std::wstring_view text) {
+    const QxDateTime time = QxDateTime::Parse(text);
+    return time.GetStatus() == Status::Invalid && time.Value() == 0;
+}
+
+constexpr double second = 1.0 / 86400;
+
+} // namespace
+
+TEST_CASE("DateTime_full_text_is_parsed") {
+    CHECK(QxDateTime::Parse(L"2010-03-04T00:00:00").Value() == 40241.0);
+    CHECK(Again(L"2010-3-4T5:6:7") == L"2010-03-04T05:06:07");
+    CHECK(Again(L"2010-03-04T05:06:07.089") == L"2010-03-04T05:06:07");
+    CHECK(Again(L"2010-03-04T23:59:59 and more") == L"2010-03-04T23:59:59");
+}
+
+TEST_CASE("DateTime_date_alone_is_midnight") {
+    CHECK(Again(L"2010-03-04") == L"2010-03-04T00:00:00");
+    CHECK(Again(L"2010-3-4rest") == L"2010-03-04T00:00:00");
+}
+
+TEST_CASE("DateTime_time_alone_lies_on_day_zero") {
+    const QxDateTime time = QxDateTime::Parse(L"05:06:07");
+    CHECK(time.Value() == Approx((5 * 3600 + 6 * 60 + 7) * second));
+    CHECK(Text(time) == L"05:06:07");
+}
+
+TEST_CASE("DateTime_numbers_may_have_white_space_and_sign_before_them") {
+    CHECK(Again(L" 2010- 3-\t4T +5: 6:7") == L"2010-03-04T05:06:07");
+    CHECK(Again(L"+5:6:7") == L"05:06:07");
+}
+
+TEST_CASE("DateTime_text_with_wrong_fields_is_rejected") {
+    for (const wchar_t* text :
+         {L"", L" ", L"x", L"2010-03", L"2010-03-", L"2010-03-04T05:06", L"2010-03-04 05:06:07", L"05:06",
+          L"5", L"2010 -03-04", L"-05:06:07", L"2010-03-04t05:06:07", L"T", L"-", L":", L"-:", L"5:6:x"})
+        CHECK(IsRejected(text));
+    CHECK(IsRejected(std::wstring_view(L"2010\0-03-04", 11)));
+}
+
+TEST_CASE("DateTime_field_outside_the_calendar_is_rejected") {
+    for (const wchar_t* text :
+         {L"2010-13-01", L"2010-00-01", L"2010-01-00", L"2010-01-32", L"2010-02-31", L"2010-02-29",
+          L"1900-02-29", L"2010-04-31", L"99-01-01", L"10000-01-01", L"2010--1-01", L"24:00:00", L"23:60:00",
+          L"23:59:60", L"12:-1:00", L"2010-01-01T24:00:00", L"99999999999-01-01", L"2010-99999999999-01"})
+        CHECK(IsRejected(text));
+}
+
+TEST_CASE("DateTime_leap_days_are_accepted") {
+    CHECK(Again(L"2012-02-29") == L"2012-02-29T00:00:00");
+    CHECK(Again(L"2000-02-29") == L"2000-02-29T00:00:00");
+}
+
+TEST_CASE("DateTime_calendar_limits_are_accepted") {
+    CHECK(QxDateTime::Parse(L"100-01-01").Value() == -657434.0);
+    CHECK(Again(L"100-01-01") == L"0100-01-01T00:00:00");
+    CHECK(QxDateTime::Parse(L"9999-12-31").Value() == 2958465.0);
+    CHECK(Again(L"9999-12-31T23:59:59") == L"9999-12-31T23:59:59");
+}
+
+TEST_CASE("DateTime_every_day_of_the_calendar_is_written_and_read") {
+    QxCalendarTime previous;
+    for (int day = -657434; day <= 2958465; ++day) {
+        QxCalendarTime t;
+        if (!QxDateTime(day).ToCalendar(t) || QxDateTime::FromCalendar(t).Value() != day)
+            FAIL("day " << day);
+        const bool follows =
+            (t.year == previous.year && t.month == previous.month && t.day == previous.day + 1) ||
+            (t.day == 1 && t.year == previous.year && t.month == previous.month + 1) ||
+            (t.day == 1 && t.month == 1 && t.year == previous.year + 1);
+        if (day > -657434 && !follows)
+            FAIL("day " << day << " does not follow the day before");
+        previous = t;
+    }
+}
+
+TEST_CASE("DateTime_every_second_of_a_day_is_written_and_read") {
+    for (const int year : {1850, 1899, 2024}) {
+        for (int s = 0; s < 86400; ++s) {
+            const QxCalendarTime t{year, 12, 30, s / 3600, s / 60 % 60, s % 60};
+            QxCalendarTime back;
+            if (!QxDateTime::FromCalendar(t).ToCalendar(back) || back.year != t.year || back.day != t.day ||
+                back.hour != t.hour || back.minute != t.minute || back.second != t.second)
+                FAIL("second " << s << " of " << year);
+        }
+    }
+}
+
+TEST_CASE("DateTime_fraction_before_day_zero_is_a_positive_time") {
+    CHECK(Text(QxDateTime(-1.25)) == L"1899-12-29T06:00:00");
+    CHECK(QxDateTime::Parse(L"1899-12-29T06:00:00").Value() == -1.25);
+    CHECK(Text(QxDateTime(-0.5)) == L"12:00:00");
+    CHECK(Text(QxDateTime(-1)) == L"1899-12-29T00:00:00");
+}
+
+TEST_CASE("DateTime_value_is_rounded_to_the_nearest_second") {
+    CHECK(Text(QxDateTime(1 + 0.4 * second)) == L"1899-12-31T00:00:00");
+    CHECK(Text(QxDateTime(1 + 0.6 * second)) == L"1899-12-31T00:00:01");
+    CHECK(Text(QxDateTime(2 - 0.4 * second)) == L"1900-01-01T00:00:00");
+    CHECK(Text(QxDateTime(-2 - (1 - 0.4 * second))) == L"1899-12-29T00:00:00");
+}
+
+TEST_CASE("DateTime_zero_date_is_written_as_empty") {
+    CHECK(Text(QxDateTime()).empty());
+    CHECK(Text(QxDateTime(0.4 * second)).empty());
+    CHECK(Text(QxDateTime(), 89).empty());
+    CHECK(QxDateTime::Parse(L"1899-12-30").IsValid());
+    CHECK(Again(L"1899-12-30T00:00:00").empty());
+    CHECK(Again(L"1899-12-30T00:00:01") == L"00:00:01");
+}
+
+TEST_CASE("DateTime_null_is_written_as_empty") {
+    CHECK(Text(QxDateTime(40241, Status::Null)).empty());
+    CHECK(Text(QxDateTime(40241, Status::Null), 5).empty());
+}
+
+TEST_CASE("DateTime_value_that_is_no_date_is_written_as_invalid") {
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const double value : {infinity, -infinity, std::nan(""), 1e300, -1e300, 2958466.0,
+                               2958466.0 - second / 4, -657435.0, 4294967296.0, -9223372036854775808.0})
+        CHECK(Text(QxDateTime(value)) == L"Invalid DateTime");
+    CHECK(Text(QxDateTime(0, Status::Invalid)) == L"Invalid DateTime");
+    CHECK(Text(QxDateTime(40241, Status::Invalid)) == L"Invalid DateTime");
+}
+
+TEST_CASE("DateTime_milliseconds_above_zero_are_appended") {
+    const QxDateTime time = QxDateTime::Parse(L"2010-03-04T05:06:07");
+    CHECK(Text(time, 89) == L"2010-03-04T05:06:07.089");
+    CHECK(Text(time, 999) == L"2010-03-04T05:06:07.999");
+    CHECK(Text(time, 1234) == L"2010-03-04T05:06:07.1234");
+    CHECK(Text(time, 0) == L"2010-03-04T05:06:07");
+    CHECK(Text(time, -1) == L"2010-03-04T05:06:07");
+    CHECK(Text(QxDateTime(0, Status::Invalid), 5) == L"Invalid DateTime.005");
+}
+
+TEST_CASE("DateTime_unset_is_invalid_or_near_zero") {
+    CHECK(QxDateTime().IsUnset());
+    CHECK(QxDateTime(0.4 * second).IsUnset());
+    CHECK(QxDateTime(-0.4 * second).IsUnset());
+    CHECK(QxDateTime(5, Status::Invalid).IsUnset());
+    CHECK(QxDateTime(5, Status::Null).IsUnset());
+    CHECK_FALSE(QxDateTime(second).IsUnset());
+    CHECK_FALSE(QxDateTime(-1).IsUnset());
+}

@@ -1,0 +1,354 @@
+#include "CapturedLog.h"
+
+#include <catch2/catch.hpp>
+
+#include <cerrno>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <thread>
+#endif
+
+namespace {
+
+QxLogger& Logger() {
+    return QxLogger::Instance();
+}
+
+LogSettings Enabled() {
+    LogSettings settings;
+    settings.enabled = true;
+    return settings;
+}
+
+/// Logs under a type of its own: the free functions know errors only.
+void LogTyped(std::uint32_t type, const wchar_t* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    Logger().LogV(LogGeneral, type, {}, format, arguments);
+    va_end(arguments);
+}
+
+/// Notes its name with each text, in a list that several sinks share.
+class TaggingSink final : public QxLog {
+public:
+    TaggingSink(std::vector<std::wstring>& texts, const wchar_t* name) : QxLog(name), m_texts(texts) {}
+    void Write(std::wstring_view text) noexcept override {
+        m_texts.push_back(std::wstring(Name()) + L": " + std::wstring(text));
+    }
+
+private:
+    std::vector<std::wstring>& m_texts;
+};
+
+/// Raises a message from inside a write, as a file that cannot be closed does.
+class LoggingSink final : public QxLog {
+public:
+    explicit LoggingSink(int& writes) : QxLog(L"logging"), m_writes(writes) {}
+    void Write(std::wstring_view) noexcept override {
+        ++m_writes;
+        LogError(L"from inside");
+    }
+
+private:
+    int& m_writes;
+};
+
+/// Counts its destruction.
+class CountedSink final : public QxLog {
+public:
+    explicit CountedSink(int& destroyed, const wchar_t* name = L"counted")
+        : QxLog(name), m_destroyed(destroyed) {}
+    ~CountedSink() override { ++m_destroyed; }
+    void Write(std::wstring_view) noexcept override {}
+
+private:
+    int& m_destroyed;
+};
+
+} // namespace
+
+TEST_CASE("Logger_never_configured_drops_everything") {
+    const LogSettings settings = Logger().GetSettings();
+    CHECK_FALSE(settings.enabled);
+    CHECK(settings.sourceName.empty());
+    CHECK(settings.filters == 0);
+    CHECK(settings.categories == 0);
+    CHECK(settings.types == 0);
+    CHECK(settings.level == 0);
+    CHECK(settings.options == 0);
+    CHECK(settings.maxDataSize == 0);
+    CHECK(settings.maxFileSize == 0);
+    CHECK_FALSE(settings.onlyErrorsToFile);
+    CHECK_FALSE(Logger().Accepts(LogGeneral));
+    LogError(L"dropped %d", 1);
+}
+
+TEST_CASE("Logger_disabled_drops_and_formats_nothing") {
+    CapturedLog log;
+    Logger().SetSettings({});
+    // Formatting this would read from the null pointer.
+    LogError(L"%ls", reinterpret_cast<const wchar_t*>(1));
+    CHECK(log.Texts().empty());
+}
+
+TEST_CASE("Logger_message_is_one_line") {
+    CapturedLog log;
+    LogError(L"text %ls, number %d", L"wide", 5);
+    LogError(LogUtility, L"utility");
+    CHECK(log.Texts() == std::vector<std::wstring>{L"text wide, number 5\n", L"utility\n"});
+}
+
+TEST_CASE("Logger_header_takes_the_settings") {
+    CapturedLog log;
+    LogSettings settings = Enabled();
+    settings.options = LogFormat::Category | LogFormat::TypeLetter | LogFormat::SourceName;
+    settings.sourceName = L"JobObjects";
+    Logger().SetSettings(settings);
+    LogError(LogUtility, L"a");
+    LogError(LogCom, L"b");
+    LogError(L"c");
+    CHECK(log.Joined() == L"[CQx e JobObjects] a\n[CQxCom e JobObjects] b\n[e JobObjects] c\n");
+}
+
+TEST_CASE("Logger_general_category_alone_leaves_empty_brackets") {
+    CapturedLog log(LogFormat::Category);
+    LogError(L"text");
+    CHECK(log.Joined() == L"[] text\n");
+}
+
+TEST_CASE("Logger_time_and_process_stand_in_the_header") {
+    CapturedLog log(LogFormat::TimeStamp | LogFormat::ProcessId | LogFormat::ThreadId);
+    LogError(L"text");
+    const std::wstring line = log.Joined();
+    // [2024/01/02 03:04:05 P01C T0B4] text
+    REQUIRE(line.size() > 31);
+    CHECK(line[0] == L'[');
+    CHECK(line[5] == L'/');
+    CHECK(line[14] == L':');
+    CHECK(line.substr(20, 2) == L" P");
+    CHECK(line.find(L" T", 22) != std::wstring::npos);
+    CHECK(line.substr(line.size() - 7) == L"] text\n");
+}
+
+TEST_CASE("Logger_category_filter_passes_common_bits_only") {
+    CapturedLog log;
+    LogSettings settings = Enabled();
+    settings.categories = LogUtility | 4;
+    Logger().SetSettings(settings);
+    CHECK(Logger().Accepts(LogCom)); // the mask counts only when its filter is on
+    settings.filters = LogSettings::ByCategory;
+    Logger().SetSettings(settings);
+    CHECK(Logger().Accepts(LogUtility));
+    CHECK(Logger().Accepts(5));
+    CHECK_FALSE(Logger().Accepts(LogGeneral));
+    CHECK_FALSE(Logger().Accepts(LogCom));
+    CHECK_FALSE(Logger().Accepts(0));
+    LogError(LogUtility, L"passes");
+    LogError(LogCom, L"does not");
+    LogError(L"does not");
+    CHECK(log.Joined() == L"passes\n");
+}
+
+TEST_CASE("Logger_type_filter_needs_the_error_bit") {
+    CapturedLog log;
+    LogSettings settings = Enabled();
+    settings.filters = LogSettings::ByType;
+    settings.types = 0xFFFFFFFE;
+    Logger().SetSettings(settings);
+    LogError(L"dropped");
+    settings.types = LogTypeError;
+    Logger().SetSettings(settings);
+    LogError(L"passes");
+    CHECK(log.Joined() == L"passes\n");
+}
+
+TEST_CASE("Logger_level_takes_no_part_in_filtering") {
+    CapturedLog log;
+    LogSettings settings = Enabled();
+    settings.level = 0xFFFFFFFF;
+    Logger().SetSettings(settings);
+    LogError(L"passes");
+    CHECK(log.Joined() == L"passes\n");
+    CHECK(Logger().GetSettings().level == 0xFFFFFFFF);
+}
+
+TEST_CASE("Logger_data_block_follows_its_line") {
+    CapturedLog log;
+    const unsigned char bytes[] = {'O', 'K'};
+    LogErrorData(LogGeneral, L"  ", bytes, sizeof(bytes), L"received %d bytes", 2);
+    LogErrorData(LogGeneral, nullptr, bytes, 1, L"no prefix");
+    LogErrorData(LogGeneral, L"  ", bytes, 0, L"empty block");
+    REQUIRE(log.Texts().size() == 5);
+    CHECK(log.Texts()[0] == L"received 2 bytes\n");
+    CHECK(log.Texts()[1] == L"  00000000:  4F 4B                                               OK\n");
+    CHECK(log.Texts()[2] == L"no prefix\n");
+    CHECK(log.Texts()[3] == L"00000000:  4F                                                  O\n");
+    CHECK(log.Texts()[4] == L"empty block\n");
+}
+
+TEST_CASE("Logger_data_block_is_cut_at_the_configured_size") {
+    CapturedLog log;
+    LogSettings settings = Enabled();
+    settings.maxDataSize = 1;
+    Logger().SetSettings(settings);
+    const std::vector<unsigned char> bytes(1025, 'A');
+    LogErrorData(LogGeneral, L"", bytes.data(), bytes.size(), L"long");
+    const std::wstring text = log.Joined();
+    CHECK(text.find(L"000003F0:") != std::wstring::npos);
+    CHECK(text.substr(text.size() - 5) == L"\n...\n");
+}
+
+TEST_CASE("Logger_sinks_are_written_in_the_order_of_their_installation") {
+    CapturedLog log;
+    std::vector<std::wstring> order;
+    const auto sink = [&](const wchar_t* name) { return QxLogPtr(new TaggingSink(order, name)); };
+    Logger().SetTraceSink(sink(L"trace"));
+    Logger().SetFileSink(sink(L"file"), 0);
+    LogError(L"1");
+    Logger().SetTraceSink(sink(L"new trace"));
+    LogError(L"2");
+    Logger().SetTraceSink(nullptr);
+    LogError(L"3");
+    Logger().SetTraceSink(sink(L"last trace"));
+    LogError(L"4");
+    Logger().SetFileSink(nullptr, 0);
+    LogError(L"5");
+    Logger().SetTraceSink(nullptr);
+    LogError(L"6");
+    CHECK(order == std::vector<std::wstring>{L"trace: 1\n", L"file: 1\n", L"new trace: 2\n", L"file: 2\n",
+                                             L"file: 3\n", L"file: 4\n", L"last trace: 4\n",
+                                             L"last trace: 5\n"});
+}
+
+TEST_CASE("Logger_only_errors_go_to_the_file_when_so_configured") {
+    CapturedLog trace;
+    std::vector<std::wstring> file;
+    Logger().SetFileSink(QxLogPtr(new CapturingSink(file)), 0);
+    LogTyped(LogTypeWarning, L"first");
+    LogSettings settings = Enabled();
+    settings.onlyErrorsToFile = true;
+    Logger().SetSettings(settings);
+    LogTyped(LogTypeWarning, L"second");
+    LogTyped(LogTypeError | LogTypeWarning, L"third");
+    LogTyped(LogTypeError, L"fourth");
+    CHECK(file == std::vector<std::wstring>{L"first\n", L"fourth\n"});
+    CHECK(trace.Joined() == L"first\nsecond\nthird\nfourth\n");
+}
+
+TEST_CASE("Logger_file_sink_is_known_by_name_and_maximum_size") {
+    CapturedLog log;
+    int destroyed = 0;
+    CHECK(Logger().HasFileSink(L"", 0));
+    CHECK(Logger().HasFileSink(L"", 5));
+    CHECK_FALSE(Logger().HasFileSink(L"a.log", 0));
+    Logger().SetFileSink(QxLogPtr(new CountedSink(destroyed, L"a.log")), 5);
+    CHECK(Logger().HasFileSink(L"a.log", 5));
+    CHECK_FALSE(Logger().HasFileSink(L"a.log", 6));
+    CHECK_FALSE(Logger().HasFileSink(L"b.log", 5));
+    CHECK_FALSE(Logger().HasFileSink(L"", 5));
+}
+
+TEST_CASE("Logger_replaced_and_removed_sinks_are_released") {
+    int destroyed = 0;
+    {
+        CapturedLog log;
+        Logger().SetFileSink(QxLogPtr(new CountedSink(destroyed)), 0);
+        Logger().SetFileSink(QxLogPtr(new CountedSink(destroyed)), 0);
+        CHECK(destroyed == 1);
+        Logger().SetTraceSink(QxLogPtr(new CountedSink(destroyed)));
+        Logger().SetTraceSink(nullptr);
+        CHECK(destroyed == 2);
+    }
+    CHECK(destroyed == 3);
+}
+
+TEST_CASE("Logger_message_raised_inside_a_write_is_dropped") {
+    CapturedLog log;
+    int writes = 0;
+    Logger().SetFileSink(QxLogPtr(new LoggingSink(writes)), 0);
+    LogError(L"outer");
+    CHECK(writes == 1);
+    CHECK(log.Joined() == L"outer\n");
+    LogError(L"next");
+    CHECK(writes == 2);
+}
+
+TEST_CASE("Logger_very_long_message_is_written_whole") {
+    CapturedLog log;
+    const std::wstring text(70000, L'x');
+    LogError(L"%ls", text.c_str());
+    REQUIRE(log.Texts().size() == 1);
+    CHECK((log.Texts()[0] == text + L"\n"));
+}
+
+TEST_CASE("Logger_closed_log_drops_and_can_be_used_again") {
+    { CapturedLog log; }
+    LogError(L"dropped");
+    CapturedLog log;
+    LogError(L"written");
+    CHECK(log.Joined() == L"written\n");
+}
+
+/// Disturbs the thread's last error, as system calls in a sink do.
+class ErrorSettingSink final : public QxLog {
+public:
+    ErrorSettingSink() : QxLog(L"error") {}
+    void Write(std::wstring_view) noexcept override {
+#ifdef _WIN32
+        SetLastError(1);
+#else
+        errno = 1;
+#endif
+    }
+};
+
+TEST_CASE("Logger_last_error_of_the_caller_is_kept") {
+    CapturedLog log;
+    Logger().SetFileSink(QxLogPtr(new ErrorSettingSink), 0);
+#ifdef _WIN32
+    SetLastError(4711);
+    LogError(L"text %d", 1);
+    CHECK(GetLastError() == 4711);
+#else
+    errno = 4711;
+    LogError(L"text %d", 1);
+    CHECK(errno == 4711);
+#endif
+    CHECK(log.Joined() == L"text 1\n");
+}
+
+#ifndef _WIN32
+TEST_CASE("Logger_threads_never_mix_lines_while_the_log_is_reconfigured") {
+    constexpr int threads = 4, lines = 500;
+    CapturedLog log;
+    std::vector<std::thread> writers;
+    for (int t = 0; t < threads; ++t)
+        writers.emplace_back([t] {
+            for (int i = 0; i < lines; ++i)
+                LogError(L"thread %d line %d", t, i);
+        });
+    int destroyed = 0;
+    for (int i = 0; i < 200; ++i) {
+        LogSettings settings = Enabled();
+        settings.level = static_cast<std::uint32_t>(i);
+        settings.sourceName = std::to_wstring(i);
+        Logger().SetSettings(settings);
+        Logger().SetFileSink(QxLogPtr(new CountedSink(destroyed)), 0);
+    }
+    for (std::thread& writer : writers)
+        writer.join();
+    CHECK(destroyed == 199);
+    REQUIRE(log.Texts().size() == threads * lines);
+    std::vector<int> next(threads, 0);
+    for (const std::wstring& text : log.Texts()) {
+        const auto t = static_cast<std::size_t>(text[7] - L'0');
+        REQUIRE(t < threads);
+        CHECK(text == L"thread " + std::to_wstring(t) + L" line " + std::to_wstring(next[t]++) + L"\n");
+    }
+}
+#endif

@@ -1,0 +1,179 @@
+#include "CapturedLog.h"
+#include "common/QxException.h"
+#include "common/QxVersion.h"
+
+#include <catch2/catch.hpp>
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr wchar_t countMessage[] = L"Version has fewer than two components or more than four components.";
+constexpr wchar_t componentMessage[] =
+    L"A major, minor, build, or revision component is not a valid non-zero number.";
+constexpr wchar_t fieldCountMessage[] = L"FieldCount is less than 0, or more than 4, or FieldCount is more "
+                                        L"than the number of components defined in "
+                                        L"the current QxVersion object.";
+
+std::wstring Text(const QxString& text) {
+    return std::wstring(text.view());
+}
+
+/// The message that parsing the text throws; empty when it does not throw.
+std::wstring ParseError(std::wstring_view text) {
+    try {
+        QxVersion version(text, QxVersion::OnError::Throw);
+    } catch (const QxException& error) {
+        return Text(error.Message());
+    }
+    return {};
+}
+
+template<class Call>
+std::wstring ErrorOf(Call call) {
+    try {
+        call();
+    } catch (const QxException& error) {
+        return Text(error.Message());
+    }
+    return {};
+}
+
+const QxVersion invalid;
+
+} // namespace
+
+TEST_CASE("Version_default_is_invalid") {
+    CHECK(invalid.Major() == -1);
+    CHECK(invalid.Minor() == -1);
+    CHECK(invalid.Build() == -1);
+    CHECK(invalid.Revision() == -1);
+    CHECK_FALSE(invalid.IsValid());
+    CapturedLog log;
+    CHECK(ErrorOf([] { invalid.CheckValid(); }) == L"Version is not valid.");
+    CHECK(log.Texts().empty());
+}
+
+TEST_CASE("Version_default_prints_invalid_for_every_field_count") {
+    for (unsigned count = 0; count <= 0xFFFF; ++count)
+        if (Text(invalid.AsString(static_cast<std::uint16_t>(count))) != L"<invalid>")
+            FAIL("field count " << count);
+    CHECK(Text(invalid.AsString()) == L"<invalid>");
+}
+
+TEST_CASE("Version_from_numbers_stores_them_unchecked") {
+    const QxVersion version(-5, 7, -9, std::numeric_limits<std::int32_t>::max());
+    CHECK(version.Major() == -5);
+    CHECK(version.Minor() == 7);
+    CHECK(version.Build() == -9);
+    CHECK(version.Revision() == std::numeric_limits<std::int32_t>::max());
+    CHECK_FALSE(version.IsValid());
+    CHECK(QxVersion(0, 0).IsValid());
+    CHECK(QxVersion(0, 0, -1, 5).IsValid());
+    CHECK_FALSE(QxVersion(0, -1).IsValid());
+    CHECK_FALSE(QxVersion(0, 0, -2).IsValid());
+    CHECK_FALSE(QxVersion(0, 0, 0, -2).IsValid());
+}
+
+TEST_CASE("Version_two_to_four_components_are_parsed") {
+    CHECK(QxVersion(L"1.2") == QxVersion(1, 2, -1, -1));
+    CHECK(QxVersion(L"1.2.3") == QxVersion(1, 2, 3, -1));
+    CHECK(QxVersion(L"1.2.3.4") == QxVersion(1, 2, 3, 4));
+    CHECK(QxVersion(L"0.0.0.0") == QxVersion(0, 0, 0, 0));
+}
+
+TEST_CASE("Version_empty_components_are_skipped") {
+    CHECK(QxVersion(L"1..2") == QxVersion(1, 2));
+    CHECK(QxVersion(L"1.2.") == QxVersion(1, 2));
+    CHECK(QxVersion(L".1.2") == QxVersion(1, 2));
+    CHECK(QxVersion(L"...1....2...") == QxVersion(1, 2));
+}
+
+TEST_CASE("Version_wrong_number_of_components_fails") {
+    for (const wchar_t* text : {L"", L".", L"...", L"1", L"1.", L"1.2.3.4.5", L"a.b.c.d.e"}) {
+        CHECK(ParseError(text) == countMessage);
+        CHECK(QxVersion(text) == invalid);
+    }
+}
+
+TEST_CASE("Version_component_other_than_digits_fails") {
+    for (const wchar_t* text : {L"1.-2", L"1.+2", L"1.0x10", L"1. 2", L"1.2 ", L"a.b", L"1.2a", L"-1.2"}) {
+        CHECK(ParseError(text) == componentMessage);
+        CHECK(QxVersion(text) == invalid);
+    }
+    CHECK(ParseError(std::wstring_view(L"1.2\0", 4)) == componentMessage);
+}
+
+TEST_CASE("Version_leading_zero_means_octal") {
+    CHECK(QxVersion(L"1.010") == QxVersion(1, 8));
+    CHECK(QxVersion(L"1.08") == QxVersion(1, 0));
+    CHECK(QxVersion(L"1.09") == QxVersion(1, 0));
+    CHECK(QxVersion(L"1.0179") == QxVersion(1, 15));
+}
+
+TEST_CASE("Version_component_beyond_32_bits_clamps") {
+    CHECK(QxVersion(L"2147483647.2147483648") == QxVersion(2147483647, 2147483647));
+    CHECK(QxVersion(L"1.99999999999999999999999999") == QxVersion(1, 2147483647));
+}
+
+TEST_CASE("Version_component_parser_takes_empty_text_as_zero") {
+    CHECK(QxVersion::ParseVersionComponent(L"") == 0);
+    CHECK(QxVersion::ParseVersionComponent(L"0") == 0);
+    CHECK(QxVersion::ParseVersionComponent(L"17") == 17);
+}
+
+TEST_CASE("Version_errors_are_logged_under_the_utility_category") {
+    CapturedLog log(LogFormat::Category);
+    CHECK(QxVersion(L"1") == invalid);
+    CHECK(QxVersion(L"1.x") == invalid);
+    CHECK(ErrorOf([] { QxVersion(1, 2).AsString(3); }) == fieldCountMessage);
+    REQUIRE(log.Texts().size() == 3);
+    CHECK(log.Texts()[0] == std::wstring(L"[CQx] [QxVersion::QxVersion] ") + countMessage + L"\n");
+    CHECK(log.Texts()[1] ==
+          std::wstring(L"[CQx] [QxVersion::ParseVersionComponent] ") + componentMessage + L"\n");
+    CHECK(log.Texts()[2] == std::wstring(L"[CQx] [QxVersion::AsString] ") + fieldCountMessage + L"\n");
+}
+
+TEST_CASE("Version_field_count_selects_the_components") {
+    const QxVersion version(1, 2, 3, 4);
+    CHECK(Text(version.AsString(0)).empty());
+    CHECK(Text(version.AsString(1)) == L"1");
+    CHECK(Text(version.AsString(2)) == L"1.2");
+    CHECK(Text(version.AsString(3)) == L"1.2.3");
+    CHECK(Text(version.AsString(4)) == L"1.2.3.4");
+    CHECK(Text(QxVersion(2147483647, 0).AsString(2)) == L"2147483647.0");
+}
+
+TEST_CASE("Version_undefined_or_excess_field_fails") {
+    CHECK(Text(QxVersion(1, 2).AsString(2)) == L"1.2");
+    CHECK(ErrorOf([] { QxVersion(1, 2).AsString(3); }) == fieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2).AsString(4); }) == fieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2, 3).AsString(4); }) == fieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2, -1, 4).AsString(3); }) == fieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2, -1, 4).AsString(4); }) == fieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2, 3, 4).AsString(5); }) == fieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2, 3, 4).AsString(65535); }) == fieldCountMessage);
+}
+
+TEST_CASE("Version_text_has_as_many_fields_as_are_defined") {
+    CHECK(Text(QxVersion(1, 2).AsString()) == L"1.2");
+    CHECK(Text(QxVersion(1, 2, 3).AsString()) == L"1.2.3");
+    CHECK(Text(QxVersion(1, 2, 3, 4).AsString()) == L"1.2.3.4");
+    CHECK(Text(QxVersion(1, 2, -1, 4).AsString()) == L"1.2");
+}
+
+TEST_CASE("Version_comparison_is_numeric_by_component") {
+    CHECK(QxVersion(L"1.2").Compare(QxVersion(L"1.2.0")) == -1);
+    CHECK(QxVersion(L"1.2.0").Compare(QxVersion(L"1.2")) == 1);
+    CHECK(QxVersion(L"2.0").Compare(QxVersion(L"10.0")) == -1);
+    CHECK(QxVersion(L"1.3").Compare(QxVersion(L"1.2.9.9")) == 1);
+    CHECK(QxVersion(L"1.2.3").Compare(QxVersion(L"1.2.4")) == -1);
+    CHECK(QxVersion(L"1.2.3.4").Compare(QxVersion(L"1.2.3.3")) == 1);
+    CHECK(QxVersion(L"1.2.3").Compare(QxVersion(L"1.2.3.0")) == -1);
+    CHECK(QxVersion(L"1.2.3.4").Compare(QxVersion(1, 2, 3, 4)) == 0);
+    CHECK(invalid.Compare(invalid) == 0);
+    CHECK(invalid.Compare(QxVersion(0, 0)) == -1);
+}

@@ -1,0 +1,219 @@
+#include "TestFolder.h"
+#include "common/log/QxFileLog.h"
+
+#include <catch2/catch.hpp>
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t unitsPerMiB = 1024 * 1024 / sizeof(wchar_t);
+
+QxLogPtr NewLog(const std::wstring& path, std::uint32_t maxFileSize = 0) {
+    return QxLogPtr(new QxFileLog(path, maxFileSize));
+}
+
+/// A line that takes that many UTF-16 units in the file, its line end included.
+std::wstring LineOfUnits(std::size_t units) {
+    return std::wstring(units - 2, L'x') + L"\n";
+}
+
+constexpr int writers = 4, linesPerWriter = 100;
+
+struct Appender {
+    std::wstring path;
+    wchar_t letter;
+};
+
+DWORD WINAPI AppendLines(void* parameter) {
+    const auto& appender = *static_cast<Appender*>(parameter);
+    const QxLogPtr log = NewLog(appender.path);
+    for (int i = 0; i < linesPerWriter; ++i)
+        log->Write(appender.letter + std::to_wstring(i) + L"\n");
+    return 0;
+}
+
+std::vector<std::wstring> LinesOf(const std::wstring& text) {
+    std::vector<std::wstring> lines;
+    std::size_t start = 0;
+    for (std::size_t end; (end = text.find(L"\r\n", start)) != std::wstring::npos; start = end + 2)
+        lines.push_back(text.substr(start, end - start));
+    return lines;
+}
+
+/// Takes the lock that appending takes, as a process does that was stopped in the middle of a write.
+QxKernelHandle HoldAppendLock(const std::wstring& path) {
+    QxKernelHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_ALWAYS, 0, nullptr));
+    OVERLAPPED position{};
+    position.OffsetHigh = 0x7FFFFFFF;
+    REQUIRE(LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &position));
+    return file;
+}
+
+} // namespace
+
+TEST_CASE("FileLog_is_named_by_its_file_and_opens_it_with_the_first_write") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    const QxLogPtr log = NewLog(path);
+    CHECK(log->Name() == std::wstring_view(path));
+    CHECK_FALSE(FileExists(path));
+    log->Write(L"x\n");
+    CHECK(FileExists(path));
+}
+
+TEST_CASE("FileLog_lines_are_utf16_with_crlf_and_no_mark") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    const QxLogPtr log = NewLog(path);
+    log->Write(L"\x00E4\x20AC\n");
+    log->Write(L"one\n\ntwo\r\nnot written");
+    log->Write(L"no line end");
+    log->Write(L"");
+    CHECK(FileText(path) == L"\x00E4\x20AC\r\none\r\n\r\ntwo\r\r\n");
+}
+
+TEST_CASE("FileLog_existing_contents_are_kept") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    NewLog(path)->Write(L"first\n");
+    NewLog(path)->Write(L"second\n");
+    CHECK(FileText(path) == L"first\r\nsecond\r\n");
+}
+
+TEST_CASE("FileLog_file_can_be_read_and_written_but_not_deleted_while_open") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    const QxLogPtr log = NewLog(path);
+    log->Write(L"line\n");
+    CHECK(FileText(path) == L"line\r\n");
+    const QxKernelHandle other(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                           nullptr, OPEN_EXISTING, 0, nullptr));
+    CHECK(other.IsOpen());
+    CHECK_FALSE(DeleteFileW(path.c_str()));
+}
+
+TEST_CASE("FileLog_released_sink_closes_its_file") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    NewLog(path)->Write(L"line\n");
+    CHECK(DeleteFileW(path.c_str()));
+}
+
+TEST_CASE("FileLog_rotates_when_the_size_is_reached") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
+    const QxLogPtr log = NewLog(path, 1);
+    log->Write(LineOfUnits(unitsPerMiB - 3));
+    CHECK_FALSE(FileExists(backup));
+    log->Write(L"x\n"); // exactly the size
+    CHECK(FileExists(backup));
+    CHECK_FALSE(FileExists(path));
+    CHECK(FileText(backup).size() == unitsPerMiB);
+    log->Write(L"next\n");
+    CHECK(FileText(path) == L"next\r\n");
+}
+
+TEST_CASE("FileLog_one_unit_below_the_size_does_not_rotate") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    const QxLogPtr log = NewLog(path, 1);
+    log->Write(LineOfUnits(unitsPerMiB - 1));
+    CHECK_FALSE(FileExists(path + L".bak"));
+}
+
+TEST_CASE("FileLog_size_zero_never_rotates") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    const QxLogPtr log = NewLog(path, 0);
+    log->Write(LineOfUnits(unitsPerMiB * 3));
+    CHECK(FileExists(path));
+    CHECK_FALSE(FileExists(path + L".bak"));
+}
+
+TEST_CASE("FileLog_rotation_replaces_a_read_only_backup") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
+    NewLog(backup)->Write(L"old\n");
+    REQUIRE(SetFileAttributesW(backup.c_str(), FILE_ATTRIBUTE_READONLY));
+    NewLog(path, 1)->Write(LineOfUnits(unitsPerMiB));
+    CHECK_FALSE(FileExists(path));
+    CHECK(FileText(backup).size() == unitsPerMiB);
+}
+
+TEST_CASE("FileLog_rotation_blocked_by_another_process_is_made_up_later") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
+    const QxLogPtr log = NewLog(path, 1);
+    QxLogPtr other = NewLog(path, 0);
+    other->Write(L"other\n");
+    log->Write(LineOfUnits(unitsPerMiB));
+    log->Write(L"still the same file\n");
+    CHECK_FALSE(FileExists(backup));
+    CHECK(FileText(path).size() == 7 + unitsPerMiB + 21);
+    other->Write(L"other again\n");
+
+    other.reset();
+    log->Write(L"last\n");
+    CHECK_FALSE(FileExists(path));
+    const std::wstring kept = FileText(backup);
+    CHECK(kept.substr(kept.size() - 19) == L"other again\r\nlast\r\n");
+}
+
+TEST_CASE("FileLog_path_that_cannot_be_written_is_passed_over_and_tried_again") {
+    const TestFolder folder;
+    const std::wstring missing = folder.File(L"missing"), path = missing + L"\\a.log";
+    {
+        const QxLogPtr log = NewLog(path);
+        log->Write(L"lost\n");
+        CHECK_FALSE(FileExists(path));
+        REQUIRE(CreateDirectoryW(missing.c_str(), nullptr));
+        log->Write(L"kept\n");
+        CHECK(FileText(path) == L"kept\r\n");
+    }
+    CHECK(DeleteFileW(path.c_str()));
+    CHECK(RemoveDirectoryW(missing.c_str()));
+}
+
+TEST_CASE("FileLog_several_writers_lose_and_mix_no_line") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    Appender appenders[writers];
+    HANDLE threads[writers];
+    for (int i = 0; i < writers; ++i) {
+        appenders[i] = {path, static_cast<wchar_t>(L'a' + i)};
+        threads[i] = CreateThread(nullptr, 0, AppendLines, &appenders[i], 0, nullptr);
+        REQUIRE(threads[i] != nullptr);
+    }
+    REQUIRE(WaitForMultipleObjects(writers, threads, TRUE, 60000) == WAIT_OBJECT_0);
+    for (const HANDLE thread : threads)
+        CloseHandle(thread);
+    const std::vector<std::wstring> lines = LinesOf(FileText(path));
+    CHECK(lines.size() == writers * linesPerWriter);
+    const std::set<std::wstring> once(lines.begin(), lines.end());
+    CHECK(once.size() == writers * linesPerWriter);
+    for (const Appender& appender : appenders)
+        for (int i = 0; i < linesPerWriter; ++i)
+            if (once.count(appender.letter + std::to_wstring(i)) != 1)
+                FAIL("line " << i << " of a writer is missing");
+}
+
+TEST_CASE("FileLog_stopped_writer_delays_one_line_and_hangs_none") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    QxKernelHandle holder = HoldAppendLock(path);
+    const QxLogPtr log = NewLog(path);
+    const DWORD start = GetTickCount();
+    log->Write(L"lost\n");
+    CHECK(GetTickCount() - start < 10000);
+    const DWORD second = GetTickCount();
+    log->Write(L"lost too\n");
+    CHECK(GetTickCount() - second < 1000);
+    CHECK(FileText(path).empty());
+    holder.Close();
+    log->Write(L"kept\n");
+    CHECK(FileText(path) == L"kept\r\n");
+}

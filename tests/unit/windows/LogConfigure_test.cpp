@@ -1,0 +1,165 @@
+#include "TestFolder.h"
+#include "TestKey.h"
+#include "common/log/QxLogger.h"
+
+#include <catch2/catch.hpp>
+
+#include <string>
+
+namespace {
+
+constexpr wchar_t baseKey[] = L"Software\\JobObjectsLogTest";
+
+/// The log's key with the log in its first state, before and afterwards.
+struct LogKey {
+    TestKey base{baseKey};
+    TestKey key{L"Software\\JobObjectsLogTest\\Log"};
+    TestFolder folder;
+    std::wstring path = folder.File(L"a.log");
+
+    LogKey() { QxLogger::Instance().Close(); }
+    ~LogKey() { QxLogger::Instance().Close(); }
+};
+
+void Configure() {
+    QxLogger::Instance().Configure(baseKey, HKEY_CURRENT_USER, KEY_READ);
+}
+
+LogSettings Settings() {
+    return QxLogger::Instance().GetSettings();
+}
+
+} // namespace
+
+TEST_CASE("Configure_reads_every_value") {
+    LogKey log;
+    log.key.Put(L"SourceName", L"Agent");
+    log.key.Put(L"Enabled", 1u);
+    log.key.Put(L"Filters", 3u);
+    log.key.Put(L"Categories", 0x10001u);
+    log.key.Put(L"Types", 5u);
+    log.key.Put(L"Level", 6u);
+    log.key.Put(L"Options", 56u);
+    log.key.Put(L"MaxDataSize", 8u);
+    log.key.Put(L"MaxFileSize", 9u);
+    log.key.Put(L"OnlyErrorsToFile", 1u);
+    log.key.Put(L"FileName", log.path);
+    Configure();
+    const LogSettings settings = Settings();
+    CHECK(settings.sourceName == L"Agent");
+    CHECK(settings.enabled);
+    CHECK(settings.filters == 3);
+    CHECK(settings.categories == 0x10001);
+    CHECK(settings.types == 5);
+    CHECK(settings.level == 6);
+    CHECK(settings.options == 56);
+    CHECK(settings.maxDataSize == 8);
+    CHECK(settings.maxFileSize == 9);
+    CHECK(settings.onlyErrorsToFile);
+    CHECK(QxLogger::Instance().HasFileSink(log.path, 9));
+
+    LogError(LogUtility, L"text %d", 1);
+    LogError(LogCom, L"filtered out");
+    CHECK(FileText(log.path) == L"[CQx e Agent] text 1\r\n");
+}
+
+TEST_CASE("Configure_missing_key_changes_nothing") {
+    LogKey log;
+    log.key.Put(L"Enabled", 1u);
+    log.key.Put(L"FileName", log.path);
+    Configure();
+    QxLogger::Instance().Configure(L"Software\\JobObjectsNoSuchKey", HKEY_CURRENT_USER, KEY_READ);
+    CHECK(Settings().enabled);
+    CHECK(QxLogger::Instance().HasFileSink(log.path, 0));
+}
+
+TEST_CASE("Configure_missing_or_wrong_value_leaves_its_field") {
+    LogKey log;
+    LogSettings before;
+    before.sourceName = L"Before";
+    before.enabled = true;
+    before.filters = 1;
+    before.categories = 2;
+    before.types = 3;
+    before.level = 4;
+    before.options = 5;
+    before.maxDataSize = 6;
+    before.maxFileSize = 7;
+    before.onlyErrorsToFile = true;
+    QxLogger::Instance().SetSettings(before);
+    log.key.Put(L"Enabled", L"0");
+    log.key.Put(L"SourceName", 5u);
+    log.key.Put(L"Types", 8u);
+    Configure();
+    const LogSettings after = Settings();
+    CHECK(after.sourceName == L"Before");
+    CHECK(after.enabled);
+    CHECK(after.filters == 1);
+    CHECK(after.categories == 2);
+    CHECK(after.types == 8);
+    CHECK(after.level == 4);
+    CHECK(after.options == 5);
+    CHECK(after.maxDataSize == 6);
+    CHECK(after.maxFileSize == 7);
+    CHECK(after.onlyErrorsToFile);
+}
+
+TEST_CASE("Configure_again_replaces_and_removes_the_file") {
+    LogKey log;
+    const std::wstring second = log.folder.File(L"b.log");
+    log.key.Put(L"Enabled", 1u);
+    log.key.Put(L"FileName", log.path);
+    Configure();
+    LogError(L"first");
+    log.key.Put(L"FileName", second);
+    Configure();
+    LogError(L"second");
+    log.key.Put(L"FileName", L"");
+    Configure();
+    LogError(L"nowhere");
+    CHECK(QxLogger::Instance().HasFileSink(L"", 0));
+    CHECK(FileText(log.path) == L"first\r\n");
+    CHECK(FileText(second) == L"second\r\n");
+    CHECK(DeleteFileW(second.c_str())); // no longer open
+
+    log.key.Put(L"FileName", log.path);
+    Configure();
+    log.key.Remove(L"FileName");
+    Configure();
+    CHECK(QxLogger::Instance().HasFileSink(L"", 0));
+}
+
+TEST_CASE("Configure_changed_maximum_size_replaces_the_file_sink") {
+    LogKey log;
+    log.key.Put(L"Enabled", 1u);
+    log.key.Put(L"FileName", log.path);
+    Configure();
+    LogError(L"%ls", std::wstring(600000, L'x').c_str());
+    CHECK_FALSE(FileExists(log.path + L".bak"));
+    log.key.Put(L"MaxFileSize", 1u);
+    Configure();
+    LogError(L"rotates");
+    CHECK(FileExists(log.path + L".bak"));
+}
+
+TEST_CASE("Configure_unchanged_file_stays_open") {
+    LogKey log;
+    log.key.Put(L"Enabled", 1u);
+    log.key.Put(L"FileName", log.path);
+    Configure();
+    LogError(L"first");
+    Configure();
+    CHECK_FALSE(DeleteFileW(log.path.c_str()));
+    LogError(L"second");
+    CHECK(FileText(log.path) == L"first\r\nsecond\r\n");
+}
+
+TEST_CASE("Configure_log_in_a_missing_folder_never_disturbs_the_caller") {
+    LogKey log;
+    log.key.Put(L"Enabled", 1u);
+    log.key.Put(L"FileName", log.folder.File(L"missing\\a.log"));
+    Configure();
+    SetLastError(4711);
+    LogError(L"lost");
+    CHECK(GetLastError() == 4711);
+}
