@@ -1,4 +1,4 @@
-#include "CatalogueStub.h"
+#include "../CatalogueStub.h"
 
 #include "JobObjects/contents/JobAttributeCatalogue.h"
 

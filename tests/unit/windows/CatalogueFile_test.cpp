@@ -1,0 +1,137 @@
+// The real reader of the catalogue file, in a program of its own: the other unit tests replace it.
+
+#include "../CapturedLog.h"
+#include "TestFolder.h"
+
+#include "JobObjects/contents/CatalogueFile.h"
+
+#include <catch2/catch.hpp>
+
+#include <string>
+
+using Lines = std::vector<std::wstring>;
+
+namespace {
+
+/// A module of the product's name, which the reader looks for, loaded from a folder of its own.
+class LoadedModule {
+public:
+    LoadedModule() {
+        // Only its name and place count, nothing of it runs: this program will do.
+        REQUIRE(CopyFileW(QxMisc::GetModuleFileName(nullptr).c_str(), Path().c_str(), TRUE));
+        m_module = LoadLibraryExW(Path().c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
+        REQUIRE(m_module);
+    }
+    ~LoadedModule() { FreeLibrary(m_module); }
+    LoadedModule(const LoadedModule&) = delete;
+    LoadedModule& operator=(const LoadedModule&) = delete;
+
+    std::wstring CataloguePath() const { return m_folder.File(L"JobAttributes.xml"); }
+
+    /// Opens the catalogue for writing and writes the bytes.
+    QxKernelHandle Write(const std::string& bytes) const {
+        QxKernelHandle file(CreateFileW(CataloguePath().c_str(), GENERIC_WRITE,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, CREATE_ALWAYS, 0,
+                                        nullptr));
+        DWORD written = 0;
+        REQUIRE(file.IsOpen());
+        REQUIRE(WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
+        return file;
+    }
+
+private:
+    std::wstring Path() const { return m_folder.File(L"Tarnwick.dll"); }
+
+    TestFolder m_folder;
+    HMODULE m_module = nullptr;
+};
+
+std::wstring FailureLine(const std::wstring& path, DWORD error) {
+    return L"Failed to load job attributes xml file '" + path + L"'. " + QxMisc::GetSystemMessage(error);
+}
+
+} // namespace
+
+TEST_CASE("ReadCatalogueFile_without_the_module_fails_and_reads_no_other_folder") {
+    std::wstring text = L"before";
+    CapturedLog log;
+    CHECK_FALSE(ReadCatalogueFile(text));
+    CHECK(text == L"before");
+    CHECK(log.TakeLines() == Lines{FailureLine(L"JobAttributes.xml", ERROR_MOD_NOT_FOUND)});
+}
+
+TEST_CASE("ReadCatalogueFile_missing_file_is_logged_with_path_and_reason") {
+    const LoadedModule module;
+    std::wstring text;
+    CapturedLog log;
+    CHECK_FALSE(ReadCatalogueFile(text));
+    CHECK(log.TakeLines() == Lines{FailureLine(module.CataloguePath(), ERROR_FILE_NOT_FOUND)});
+}
+
+TEST_CASE("ReadCatalogueFile_byte_order_mark_decides_the_encoding") {
+    const LoadedModule module;
+    std::wstring text;
+    module.Write("<a>\xC3\xA4</a>");
+    CHECK(ReadCatalogueFile(text));
+    CHECK(text == L"<a>\u00e4</a>");
+    module.Write("\xEF\xBB\xBF<b/>");
+    CHECK(ReadCatalogueFile(text));
+    CHECK(text == L"<b/>");
+    module.Write(std::string("\xFF\xFE<\0c\0/\0>\0", 10));
+    CHECK(ReadCatalogueFile(text));
+    CHECK(text == L"<c/>");
+}
+
+TEST_CASE("ReadCatalogueFile_empty_file_is_read_as_empty_text") {
+    const LoadedModule module;
+    module.Write("");
+    std::wstring text = L"before";
+    CHECK(ReadCatalogueFile(text));
+    CHECK(text.empty());
+}
+
+TEST_CASE("ReadCatalogueFile_file_that_another_writes_is_read") {
+    const LoadedModule module;
+    const QxKernelHandle writer = module.Write("<open/>");
+    std::wstring text;
+    CHECK(ReadCatalogueFile(text));
+    CHECK(text == L"<open/>");
+}
+
+TEST_CASE("ReadCatalogueFile_file_that_another_locks_is_refused") {
+    const LoadedModule module;
+    module.Write("<a/>");
+    const QxKernelHandle locked(
+        CreateFileW(module.CataloguePath().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    REQUIRE(locked.IsOpen());
+    std::wstring text;
+    CapturedLog log;
+    CHECK_FALSE(ReadCatalogueFile(text));
+    CHECK(log.TakeLines() == Lines{FailureLine(module.CataloguePath(), ERROR_SHARING_VIOLATION)});
+}
+
+TEST_CASE("ReadCatalogueFile_folder_of_that_name_is_refused") {
+    const LoadedModule module;
+    REQUIRE(CreateDirectoryW(module.CataloguePath().c_str(), nullptr));
+    std::wstring text;
+    CapturedLog log;
+    CHECK_FALSE(ReadCatalogueFile(text));
+    CHECK(log.TakeLines() == Lines{FailureLine(module.CataloguePath(), ERROR_ACCESS_DENIED)});
+    RemoveDirectoryW(module.CataloguePath().c_str());
+}
+
+TEST_CASE("ReadCatalogueFile_file_beyond_16_MiB_is_refused") {
+    const LoadedModule module;
+    {
+        const QxKernelHandle file = module.Write("<a/>");
+        SetFilePointer(file.Get(), 16 * 1024 * 1024 + 1, nullptr, FILE_BEGIN);
+        REQUIRE(SetEndOfFile(file.Get()));
+    }
+    std::wstring text;
+    CapturedLog log;
+    CHECK_FALSE(ReadCatalogueFile(text));
+    // A system without a text for the code has logged that too.
+    const Lines lines = log.TakeLines();
+    REQUIRE_FALSE(lines.empty());
+    CHECK(lines.back() == FailureLine(module.CataloguePath(), ERROR_FILE_TOO_LARGE));
+}
