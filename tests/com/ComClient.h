@@ -1,0 +1,84 @@
+#pragma once
+
+#include "common/Bstr.h"
+#include "common/ComPtr.h"
+
+#include "JobObjects.h"
+
+#include <catch2/catch.hpp>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+// What the client tests share. They know the library by its interfaces and the registry alone; of its sources
+// they use only the owners of a BSTR and of a reference.
+
+/// "0x80004005": results are compared as text, so that a failing test shows them readably.
+std::string Hex(HRESULT result);
+#define REQUIRE_HR(call, expected) REQUIRE(Hex(call) == Hex(expected))
+#define CHECK_HR(call, expected) CHECK(Hex(call) == Hex(expected))
+
+/// UTF-8 for messages and comparisons: Catch shows no wide text.
+std::string Narrow(std::wstring_view text);
+#define CHECK_TEXT(actual, expected) CHECK(Narrow(actual) == Narrow(expected))
+#define REQUIRE_TEXT(actual, expected) REQUIRE(Narrow(actual) == Narrow(expected))
+
+/// A new object of a class, by CoCreateInstance. The test fails if there is none.
+template <class Interface>
+ComPtr<Interface> Create(REFCLSID classId) {
+    ComPtr<Interface> object;
+    REQUIRE_HR(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface), object.PutVoid()),
+               S_OK);
+    return object;
+}
+
+ComPtr<IPrintJob> CreatePrintJob();
+ComPtr<IJobContents> CreateJobContents();
+ComPtr<ICopyLines> CreateCopyLines();
+ComPtr<ICopyLine> CreateCopyLine();
+ComPtr<IWindowsPrintInfo> CreateWindowsPrintInfo();
+ComPtr<IPolicyResults> CreatePolicyResults();
+ComPtr<ICopyJob> CreateCopyJob();
+ComPtr<IScanJob> CreateScanJob();
+ComPtr<IFaxJob> CreateFaxJob();
+ComPtr<ILogicalPrinter> CreateLogicalPrinter();
+
+/// The value of a text property, S_OK required: Text(job, &IPrintJob::get_Xml).
+template <class Interface>
+std::wstring Text(const ComPtr<Interface>& object,
+                  HRESULT (STDMETHODCALLTYPE Interface::*getter)(BSTR*)) {
+    UniqueBstr value;
+    REQUIRE_HR((object.Get()->*getter)(value.Put()), S_OK);
+    REQUIRE(value.Get() != nullptr);
+    return std::wstring(value.View());
+}
+
+/// The value of any other property, S_OK required: Value(job, &IPrintJob::get_JobSize).
+template <class Interface, class Type>
+Type Value(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::*getter)(Type*)) {
+    Type value;
+    memset(&value, 0xCD, sizeof(value)); // garbage that the getter has to replace
+    REQUIRE_HR((object.Get()->*getter)(&value), S_OK);
+    return value;
+}
+
+/// Sets a text property and returns the result: Put(job, &IPrintJob::put_Xml, text).
+template <class Interface>
+HRESULT Put(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::*putter)(BSTR),
+            std::wstring_view text) {
+    return (object.Get()->*putter)(UniqueBstr(text).Get());
+}
+
+/// Takes the description off the calling thread's error information; L"<none>" if there is none.
+std::wstring TakeErrorDescription();
+
+/// IDispatch::Invoke by name, with arguments in natural order. The result and the exception are optional.
+HRESULT InvokeByName(IDispatch* object, const wchar_t* name, WORD flags, std::vector<VARIANT> arguments = {},
+                     VARIANT* result = nullptr, EXCEPINFO* exception = nullptr);
+
+/// The library's own unload test, asked directly; S_OK also when the library is not loaded.
+HRESULT AskLibraryToUnload();
+
+/// A file of tests/data as text (UTF-8, no byte-order mark).
+std::wstring ReadTestFile(const char* name);
