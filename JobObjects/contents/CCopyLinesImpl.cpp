@@ -2,7 +2,6 @@
 
 #include "JobObjects/frame/ChildRecord.h"
 #include "common/QxXmlWriter.h"
-#include "common/log/QxLogger.h"
 
 HRESULT CCopyLinesImpl::get_Xml(BSTR* pVal) {
     return GetValue(pVal, METHOD_SOURCE(CCopyLinesImpl, get_Xml), [&] {

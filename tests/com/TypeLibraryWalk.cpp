@@ -127,9 +127,10 @@ struct FuncDescRelease {
 } // namespace
 
 ComPtr<ITypeLib> loadLibraryUnderTest() {
-    const std::wstring path = pathUnderTest();
+    wchar_t path[MAX_PATH]; // a Windows path, whatever form the build gave it
+    REQUIRE(GetFullPathNameW(pathUnderTest().c_str(), MAX_PATH, path, nullptr) != 0);
     ComPtr<ITypeLib> library;
-    REQUIRE(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put()) == S_OK);
+    REQUIRE(LoadTypeLibEx(path, REGKIND_NONE, library.Put()) == S_OK);
     return library;
 }
 
