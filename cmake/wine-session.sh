@@ -18,6 +18,9 @@ start_wine() {
         touch "$WINEPREFIX/complete"
     fi
     wineserver -p
+    # The first program starts Wine's services, which live on and would keep that program's output open:
+    # whoever reads it to its end would wait for ever.
+    "$wine" cmd /c exit </dev/null >/dev/null 2>&1
 }
 
 # The path by which Windows programs know the file $1.
