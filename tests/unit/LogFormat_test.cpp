@@ -70,7 +70,7 @@ TEST_CASE("CategoryText_names_the_known_categories") {
     CHECK(LogFormat::CategoryText(0x30000) == L"C30000");
 }
 
-TEST_CASE("TypeLetter_is_the_lowest_bit's") {
+TEST_CASE("TypeLetter_is_that_of_the_lowest_bit") {
     const std::wstring letters = L"?eweiewedewe";
     for (std::uint32_t type = 0; type < letters.size(); ++type)
         CHECK(LogFormat::LetterOfType(type) == letters[type]);
