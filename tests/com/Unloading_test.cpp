@@ -1,0 +1,54 @@
+#include "ComClient.h"
+#include "ProcessCounters.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+// A host loads and unloads the library at will. The number of cycles can be given in the environment variable
+// UNLOAD_CYCLES.
+
+namespace {
+
+void UseOnce() {
+    const auto job = CreatePrintJob();
+    CHECK_HR(Put(job, &IPrintJob::put_UserName, L"anna"), S_OK);
+    const std::wstring xml = Text(job, &IPrintJob::get_Xml);
+    CHECK_HR(Put(CreatePrintJob(), &IPrintJob::put_Xml, xml), S_OK);
+    CHECK_HR(Put(job, &IPrintJob::put_Xml, L"<Wrong/>"), E_FAIL); // throws inside
+    SetErrorInfo(0, nullptr);
+}
+
+void UnloadLibrary() {
+    CoFreeUnusedLibrariesEx(0, 0);
+    REQUIRE(GetModuleHandleW(L"Tarnwick.dll") == nullptr);
+}
+
+int Cycles() {
+    const char* text = std::getenv("UNLOAD_CYCLES");
+    return text ? std::atoi(text) : 2000;
+}
+
+} // namespace
+
+TEST_CASE("Unloading_after_use_and_a_failing_call_leaves_nothing_behind") {
+    // COM and the system keep what they load on first use.
+    for (int i = 0; i < 20; ++i) {
+        UseOnce();
+        UnloadLibrary();
+    }
+    const ProcessCounters before = ProcessCounters::Now();
+    const int cycles = Cycles();
+    for (int i = 0; i < cycles; ++i) {
+        UseOnce();
+        UnloadLibrary();
+    }
+    const ProcessCounters after = ProcessCounters::Now();
+    std::printf("%d cycles: heap blocks %zu -> %zu, heap bytes %zu -> %zu, handles %zu -> %zu, "
+                "TLS slots %zu -> %zu\n",
+                cycles, before.heapBlocks, after.heapBlocks, before.heapBytes, after.heapBytes,
+                before.handles, after.handles, before.tlsSlots, after.tlsSlots);
+    REQUIRE(cycles > 0);
+    CHECK(after.handles <= before.handles);
+    CHECK(after.tlsSlots <= before.tlsSlots);
+    CHECK(after.heapBlocks <= before.heapBlocks);
+}
