@@ -16,6 +16,8 @@ if(WIN32)
     if(MINGW)
         # 32-bit callers align the stack to 4 bytes only.
         add_compile_options(-mstackrealign)
+        # What other Windows compilers take for granted: the parser's searches and plain double precision.
+        add_compile_options(-msse2 -mfpmath=sse)
         # Without -static the DLL would import the compiler's own runtime DLLs.
         add_link_options(-static)
     endif()

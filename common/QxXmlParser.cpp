@@ -69,22 +69,30 @@ bool QxXmlParser::OutOfElement() noexcept {
     return true;
 }
 
+bool QxXmlParser::HasName(std::int32_t element, std::wstring_view name) const noexcept {
+    const std::int32_t start = At(element).startTagOpen + 1;
+    const std::wstring_view inside = Piece(start, At(element).startTagClose);
+    const bool plain = QxXmlScan::Find(inside, L':', 0) == static_cast<std::int32_t>(inside.size()) &&
+                       !QxXmlScan::IsSpace(m_document[static_cast<std::size_t>(start)]);
+    if (!plain)
+        return QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
+    // No prefix: most names are told apart before the end of the tag's name is looked for.
+    const std::wstring_view tag =
+        std::wstring_view(m_document).substr(static_cast<std::size_t>(start), name.size());
+    return QxXmlScan::Equal(tag, name) && TagName(element).size() == name.size();
+}
+
 /// The first of candidate and its later siblings that has the name; 0 if none.
 std::int32_t QxXmlParser::FindFrom(std::int32_t candidate, std::wstring_view name) const noexcept {
     if (name.empty())
         return candidate;
-    while (candidate != 0 && !QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(candidate)), name))
+    while (candidate != 0 && !HasName(candidate, name))
         candidate = At(candidate).nextSibling;
     return candidate;
 }
 
 std::wstring_view QxXmlParser::TagName(std::int32_t element) const noexcept {
-    if (element == 0)
-        return {};
-    Token token;
-    token.next = At(element).startTagOpen + 1;
-    QxXmlScan::NextToken(m_document, token);
-    return token.In(m_document);
+    return element != 0 ? QxXmlScan::TagName(m_document, At(element).startTagOpen) : std::wstring_view();
 }
 
 std::wstring_view QxXmlParser::GetTagName() const noexcept {

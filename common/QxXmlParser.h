@@ -117,16 +117,11 @@ private:
     // Parsing
     void ClearElements();
     void ReservePositions();
-    bool Parse();
-    std::int32_t SkipMarkup(std::int32_t open, std::int32_t first) const noexcept;
-    bool OpenElement(std::int32_t open, std::int32_t parent, std::int32_t previous);
-    bool ParseEndTag(std::int32_t element, std::int32_t open);
-    void CompleteElement(std::int32_t element, std::int32_t endTagClose) noexcept;
-    bool Fail(std::wstring_view message, std::int32_t element = 0);
 
     // Reading
     std::int32_t FirstTopLevel() const noexcept { return m_positions.empty() ? 0 : At(0).firstChild; }
     std::int32_t FindFrom(std::int32_t candidate, std::wstring_view name) const noexcept;
+    bool HasName(std::int32_t element, std::wstring_view name) const noexcept;
     std::wstring_view TagName(std::int32_t element) const noexcept;
     std::wstring_view Content(std::int32_t element, bool& raw) const noexcept;
     QxString Data(std::int32_t element) const;

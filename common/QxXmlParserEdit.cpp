@@ -89,17 +89,19 @@ std::int32_t QxXmlParser::NewElement(std::int32_t parent, std::int32_t sibling) 
     return element;
 }
 
-/// Rewrites "<name/>" as "<name>content</name>".
+/// Rewrites "<name/>" as "<name>content</name>". Of "<name//>" the first slash stays, and a blank keeps it
+/// from making the tag an empty element again.
 void QxXmlParser::OpenEmptyElement(std::int32_t element, std::wstring_view content) {
-    std::wstring text(L">");
-    text.append(content).append(L"</").append(TagName(element)).append(L">");
     const std::int32_t slash = At(element).endTagOpen;
+    std::wstring text(m_document[static_cast<std::size_t>(slash) - 1] == L'/' ? L" >" : L">");
+    const std::int32_t close = slash + static_cast<std::int32_t>(text.size()) - 1;
+    text.append(content).append(L"</").append(TagName(element)).append(L">");
     ReplaceText(slash, 2, text);
     const auto length = static_cast<std::int32_t>(text.size());
     ShiftFrom(element, slash + 2, length - 2);
     ElemPos& position = At(element);
-    position.startTagClose = slash;
-    position.endTagOpen = slash + 1 + static_cast<std::int32_t>(content.size());
+    position.startTagClose = close;
+    position.endTagOpen = close + 1 + static_cast<std::int32_t>(content.size());
     position.endTagClose = slash + length - 1;
 }
 

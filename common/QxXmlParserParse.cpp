@@ -7,10 +7,13 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 using QxXmlScan::Find;
 
 namespace {
+
+using ElemPos = QxXmlParser::ElemPos;
 
 constexpr std::wstring_view ElementTagNotFound = L"Element tag not found";
 constexpr std::wstring_view TagStartsWithQuote = L"Tag starts with quote";
@@ -26,20 +29,158 @@ constexpr std::size_t LargeText = 65536;
 /// "<a/>": no element is shorter.
 constexpr std::size_t ShortestElement = 4;
 
-/// Whether the end tag is just "</", the element's name and ">", as nearly every one is. False leaves the
-/// answer to the token rules.
+wchar_t CharacterAt(std::wstring_view text, std::int32_t offset) noexcept {
+    return text[static_cast<std::size_t>(offset)];
+}
+
+/// Whether the end tag is just "</", the element's name and ">", as nearly every one is. Compares it with
+/// the start tag in place, without looking for the name's end first. False leaves the answer to the token
+/// rules.
 bool IsPlainEndTag(std::wstring_view text, std::int32_t startTag, std::int32_t endTag,
                    std::int32_t& close) noexcept {
-    const wchar_t* const name = text.data() + startTag + 1;
-    const wchar_t* const end = text.data() + text.size();
-    const wchar_t* const endName = text.data() + endTag + 2;
-    std::int32_t length = 0;
-    while (endName + length != end && endName[length] != L'>' && endName[length] == name[length])
-        ++length;
-    if (endName + length == end || endName[length] != L'>')
+    const std::int32_t name = startTag + 1;
+    const std::int32_t endName = endTag + 2;
+    const std::int32_t same = QxXmlScan::CommonLength(text, name, endName);
+    if (endName + same >= static_cast<std::int32_t>(text.size()) || CharacterAt(text, endName + same) != L'>')
         return false;
-    close = endTag + 2 + length;
-    return length > 0 && QxXmlScan::WordLength(text, startTag + 1) == length;
+    close = endName + same;
+    // The same up to the bracket, or the start tag goes on behind the name, with attributes.
+    return CharacterAt(text, name + same) == L'>' || (same > 0 && QxXmlScan::WordLength(text, name) == same);
+}
+
+/// One parse. A class of this file, so that the compiler sees that it is used once and makes one loop of it.
+class DocumentParse {
+public:
+    DocumentParse(std::wstring_view text, std::vector<ElemPos>& positions, QxString& error) noexcept
+        : m_text(text),
+          m_length(static_cast<std::int32_t>(text.size())),
+          m_positions(positions),
+          m_error(error) {}
+
+    bool Run();
+
+private:
+    ElemPos& At(std::int32_t element) { return m_positions[static_cast<std::size_t>(element)]; }
+    std::int32_t SkipMarkup(std::int32_t open, std::int32_t first) const noexcept;
+    bool OpenElement(std::int32_t open, std::int32_t parent, std::int32_t previous);
+    bool ParseEndTag(std::int32_t element, std::int32_t open);
+    void CompleteElement(ElemPos& element, std::int32_t endTagClose) noexcept;
+    bool Fail(std::wstring_view message, std::int32_t element = 0);
+
+    const std::wstring_view m_text;
+    const std::int32_t m_length;
+    std::vector<ElemPos>& m_positions;
+    QxString& m_error;
+};
+
+bool DocumentParse::Run() {
+    std::int32_t parent = 0;
+    std::int32_t previous = 0; // the last child of parent so far
+    std::int32_t open = Find(m_text, L'<', 0);
+    for (;;) {
+        if (open == m_length)
+            return parent == 0 ? Fail(ElementTagNotFound) : Fail(EndTagNotFound, parent);
+        const std::int32_t first = QxXmlScan::SkipSpace(m_text, open + 1);
+        if (first == m_length)
+            return Fail(AbruptEnd);
+        switch (CharacterAt(m_text, first)) {
+        case L'"':
+            return Fail(TagStartsWithQuote);
+        case L'?':
+        case L'!':
+            open = SkipMarkup(open, first);
+            if (open == m_length)
+                return Fail(EndOfTagNotFound);
+            open = Find(m_text, L'<', open);
+            continue;
+        case L'/':
+            if (parent == 0 || !ParseEndTag(parent, open))
+                return false;
+            previous = parent;
+            break;
+        default:
+            if (!OpenElement(open, parent, previous))
+                return false;
+            previous = static_cast<std::int32_t>(m_positions.size()) - 1;
+            if (At(previous).endTagOpen > At(previous).startTagClose) {
+                parent = std::exchange(previous, 0);
+                open = Find(m_text, L'<', At(parent).endTagOpen);
+                continue;
+            }
+            CompleteElement(At(previous), At(previous).startTagClose);
+        }
+        parent = At(previous).parent;
+        if (parent == 0)
+            return true;
+        open = At(previous).scanPos;
+    }
+}
+
+/// Passes over a comment, a declaration, a CDATA section or a processing instruction: the offset of its
+/// terminator, or the text's length.
+std::int32_t DocumentParse::SkipMarkup(std::int32_t open, std::int32_t first) const noexcept {
+    const std::wstring_view token = m_text.substr(static_cast<std::size_t>(first), 2);
+    if (token[0] == L'?')
+        return QxXmlScan::FindTerminator(m_text, L"?>", open + 1);
+    if (token == L"![")
+        return QxXmlScan::FindTerminator(m_text, L"]]>", open + 1);
+    if (token == L"!-")
+        return QxXmlScan::FindTerminator(m_text, L"-->", open + 1);
+    return QxXmlScan::FindTerminator(m_text, L">", open + 1);
+}
+
+/// Adds the entry of the element whose "<" is at open and links it. The start tag ends at the first ">",
+/// in quotes or not.
+bool DocumentParse::OpenElement(std::int32_t open, std::int32_t parent, std::int32_t previous) {
+    const std::int32_t close = Find(m_text, L'>', open + 1);
+    if (close == m_length)
+        return Fail(EndOfTagNotFound);
+    if (m_positions.size() == m_positions.capacity())
+        m_positions.reserve(m_positions.size() + m_positions.size() / 2);
+    const auto element = static_cast<std::int32_t>(m_positions.size());
+    const bool empty = CharacterAt(m_text, close - 1) == L'/';
+    m_positions.push_back({open, close, empty ? close - 1 : close + 1, 0, close + 1, parent, 0, 0});
+    if (previous != 0)
+        At(previous).nextSibling = element;
+    else
+        At(parent).firstChild = element;
+    if (parent == 0)
+        At(0).endTagOpen = open;
+    return true;
+}
+
+bool DocumentParse::ParseEndTag(std::int32_t element, std::int32_t open) {
+    ElemPos& position = At(element);
+    position.endTagOpen = open;
+    std::int32_t close = 0;
+    if (!IsPlainEndTag(m_text, position.startTagOpen, open, close)) {
+        switch (
+            QxXmlScan::ReadEndTag(m_text, open, QxXmlScan::TagName(m_text, position.startTagOpen), close)) {
+        case QxXmlScan::EndTag::NotAnEndTag:
+            return Fail(ExpectingEndTag, element);
+        case QxXmlScan::EndTag::OtherName:
+            return Fail(OtherEndTag, element);
+        case QxXmlScan::EndTag::NotCompleted:
+            return Fail(EndTagNotCompleted, element);
+        case QxXmlScan::EndTag::Complete:
+            break;
+        }
+    }
+    CompleteElement(position, close);
+    return true;
+}
+
+void DocumentParse::CompleteElement(ElemPos& element, std::int32_t endTagClose) noexcept {
+    element.endTagClose = endTagClose;
+    element.scanPos = Find(m_text, L'<', endTagClose + 1);
+}
+
+/// element is the one that the message names, 0 for a message without a name.
+bool DocumentParse::Fail(std::wstring_view message, std::int32_t element) {
+    const std::wstring_view name =
+        element != 0 ? QxXmlScan::TagName(m_text, At(element).startTagOpen) : std::wstring_view();
+    m_error = QxMisc::FillIn(message, {name});
+    return false;
 }
 
 } // namespace
@@ -56,7 +197,7 @@ bool QxXmlParser::SetDocument(std::wstring_view text) {
         return false;
     try {
         ReservePositions();
-        if (Parse())
+        if (DocumentParse(m_document, m_positions, m_error).Run())
             return true;
     } catch (...) {
         ClearElements();
@@ -79,110 +220,4 @@ void QxXmlParser::ReservePositions() {
         count = std::max(count, std::min(startTags, length / ShortestElement) + 1);
     }
     m_positions.reserve(count);
-}
-
-bool QxXmlParser::Parse() {
-    const std::wstring_view text = m_document;
-    const auto length = static_cast<std::int32_t>(text.size());
-    std::int32_t parent = 0;
-    std::int32_t previous = 0; // the last child of parent so far
-    for (std::int32_t scan = 0;;) {
-        const std::int32_t open = Find(text, L'<', scan);
-        if (open == length)
-            return parent == 0 ? Fail(ElementTagNotFound) : Fail(EndTagNotFound, parent);
-        const std::int32_t first = QxXmlScan::SkipSpace(text, open + 1);
-        if (first == length)
-            return Fail(AbruptEnd);
-        const wchar_t kind = text[static_cast<std::size_t>(first)];
-        if (kind == L'"')
-            return Fail(TagStartsWithQuote);
-        if (kind == L'?' || kind == L'!') {
-            scan = SkipMarkup(open, first);
-            if (scan == length)
-                return Fail(EndOfTagNotFound);
-            continue;
-        }
-        if (kind == L'/') {
-            if (parent == 0 || !ParseEndTag(parent, open))
-                return false;
-            previous = parent;
-        } else {
-            if (!OpenElement(open, parent, previous))
-                return false;
-            previous = static_cast<std::int32_t>(m_positions.size()) - 1;
-            if (!IsEmptyElement(previous)) {
-                parent = previous;
-                previous = 0;
-                scan = At(parent).endTagOpen;
-                continue;
-            }
-            CompleteElement(previous, At(previous).startTagClose);
-        }
-        parent = At(previous).parent;
-        if (parent == 0)
-            return true;
-        scan = At(previous).scanPos;
-    }
-}
-
-/// Passes over a comment, a declaration, a CDATA section or a processing instruction: the offset of its
-/// terminator, or the text's length.
-std::int32_t QxXmlParser::SkipMarkup(std::int32_t open, std::int32_t first) const noexcept {
-    const std::wstring_view token = std::wstring_view(m_document).substr(static_cast<std::size_t>(first), 2);
-    if (token[0] == L'?')
-        return QxXmlScan::FindTerminator(m_document, L"?>", open + 1);
-    if (token == L"![")
-        return QxXmlScan::FindTerminator(m_document, L"]]>", open + 1);
-    if (token == L"!-")
-        return QxXmlScan::FindTerminator(m_document, L"-->", open + 1);
-    return QxXmlScan::FindTerminator(m_document, L">", open + 1);
-}
-
-/// Adds the entry of the element whose "<" is at open and links it. The start tag ends at the first ">",
-/// in quotes or not.
-bool QxXmlParser::OpenElement(std::int32_t open, std::int32_t parent, std::int32_t previous) {
-    const std::int32_t close = Find(m_document, L'>', open + 1);
-    if (close == static_cast<std::int32_t>(m_document.size()))
-        return Fail(EndOfTagNotFound);
-    if (m_positions.size() == m_positions.capacity())
-        m_positions.reserve(m_positions.size() + m_positions.size() / 2);
-    const auto element = static_cast<std::int32_t>(m_positions.size());
-    const bool empty = m_document[static_cast<std::size_t>(close) - 1] == L'/';
-    m_positions.push_back({open, close, empty ? close - 1 : close + 1, 0, close + 1, parent, 0, 0});
-    if (previous != 0)
-        At(previous).nextSibling = element;
-    else
-        At(parent).firstChild = element;
-    if (parent == 0)
-        At(0).endTagOpen = open;
-    return true;
-}
-
-bool QxXmlParser::ParseEndTag(std::int32_t element, std::int32_t open) {
-    At(element).endTagOpen = open;
-    std::int32_t close = 0;
-    if (!IsPlainEndTag(m_document, At(element).startTagOpen, open, close)) {
-        switch (QxXmlScan::ReadEndTag(m_document, open, TagName(element), close)) {
-        case QxXmlScan::EndTag::NotAnEndTag:
-            return Fail(ExpectingEndTag, element);
-        case QxXmlScan::EndTag::OtherName:
-            return Fail(OtherEndTag, element);
-        case QxXmlScan::EndTag::NotCompleted:
-            return Fail(EndTagNotCompleted, element);
-        case QxXmlScan::EndTag::Complete:
-            break;
-        }
-    }
-    CompleteElement(element, close);
-    return true;
-}
-
-void QxXmlParser::CompleteElement(std::int32_t element, std::int32_t endTagClose) noexcept {
-    At(element).endTagClose = endTagClose;
-    At(element).scanPos = Find(m_document, L'<', endTagClose);
-}
-
-bool QxXmlParser::Fail(std::wstring_view message, std::int32_t element) {
-    m_error = QxMisc::FillIn(message, {TagName(element)});
-    return false;
 }

@@ -29,17 +29,6 @@ bool EndsToken(wchar_t character) noexcept {
 
 } // namespace
 
-bool IsSpace(wchar_t character) noexcept {
-    return character == L' ' || character == L'\t' || character == L'\n' || character == L'\r';
-}
-
-std::int32_t SkipSpace(std::wstring_view text, std::int32_t from) noexcept {
-    const auto length = static_cast<std::int32_t>(text.size());
-    while (from < length && IsSpace(text[static_cast<std::size_t>(from)]))
-        ++from;
-    return from;
-}
-
 std::int32_t WordLength(std::wstring_view text, std::int32_t from) noexcept {
     const wchar_t* const begin = text.data() + from;
     const wchar_t* const end = text.data() + text.size();
@@ -92,13 +81,25 @@ std::int32_t CountStartTags(std::wstring_view text) noexcept {
     return count;
 }
 
+std::wstring_view TagName(std::wstring_view text, std::int32_t open) noexcept {
+    const std::int32_t start = SkipSpace(text, open + 1);
+    return text.substr(static_cast<std::size_t>(start),
+                       static_cast<std::size_t>(std::max(WordLength(text, start), 1)));
+}
+
 std::wstring_view WithoutPrefix(std::wstring_view name) noexcept {
     const auto colon = static_cast<std::size_t>(Find(name, L':', 0));
     return colon == name.size() ? name : name.substr(colon + 1);
 }
 
 bool Equal(std::wstring_view a, std::wstring_view b) noexcept {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin());
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t at = 0; at < a.size(); ++at) {
+        if (a[at] != b[at])
+            return false;
+    }
+    return true;
 }
 
 EndTag ReadEndTag(std::wstring_view text, std::int32_t open, std::wstring_view name,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <string_view>
 
@@ -31,8 +32,17 @@ struct Token {
 bool NextToken(std::wstring_view text, Token& token) noexcept;
 
 /// Blank, tab or line end.
-bool IsSpace(wchar_t character) noexcept;
-std::int32_t SkipSpace(std::wstring_view text, std::int32_t from) noexcept;
+inline bool IsSpace(wchar_t character) noexcept {
+    return character == L' ' || character == L'\t' || character == L'\n' || character == L'\r';
+}
+
+inline std::int32_t SkipSpace(std::wstring_view text, std::int32_t from) noexcept {
+    const auto length = static_cast<std::int32_t>(text.size());
+    while (from < length && IsSpace(text[static_cast<std::size_t>(from)]))
+        ++from;
+    return from;
+}
+
 /// The length of the unquoted token at an offset; 0 at white space or a special character.
 std::int32_t WordLength(std::wstring_view text, std::int32_t from) noexcept;
 /// Finds a terminator: a part whose last character is its only ">".
@@ -40,6 +50,8 @@ std::int32_t FindTerminator(std::wstring_view text, std::wstring_view terminator
 /// The number of "<" that can begin a start tag.
 std::int32_t CountStartTags(std::wstring_view text) noexcept;
 
+/// The first token of the tag whose "<" is at open.
+std::wstring_view TagName(std::wstring_view text, std::int32_t open) noexcept;
 /// What a name is compared by: the part behind its namespace prefix.
 std::wstring_view WithoutPrefix(std::wstring_view name) noexcept;
 /// Length first, then the characters.
@@ -56,16 +68,40 @@ inline std::int32_t Find(std::wstring_view text, wchar_t sought, std::int32_t fr
         const __m128i pattern = _mm_set1_epi16(static_cast<short>(sought));
         for (; length - at >= 8; at += 8) {
             const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(characters + at));
-            const int equal = _mm_movemask_epi8(_mm_cmpeq_epi16(block, pattern));
-            if (equal != 0) {
-                while (characters[at] != sought)
-                    ++at;
-                return at;
-            }
+            const auto equal = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, pattern)));
+            if (equal != 0)
+                return at + std::countr_zero(equal) / 2;
         }
     }
 #endif
     while (at < length && characters[at] != sought)
+        ++at;
+    return at;
+}
+
+/// How many characters two places of the text have in common, up to a ">" or a quote. second is the later
+/// one.
+inline std::int32_t CommonLength(std::wstring_view text, std::int32_t first, std::int32_t second) noexcept {
+    const wchar_t* const a = text.data() + first;
+    const wchar_t* const b = text.data() + second;
+    const auto room = static_cast<std::int32_t>(text.size()) - second;
+    std::int32_t at = 0;
+#ifdef QX_XML_SCAN_SSE2
+    if constexpr (sizeof(wchar_t) == 2) {
+        const __m128i bracket = _mm_set1_epi16(L'>');
+        const __m128i quote = _mm_set1_epi16(L'"');
+        for (; room - at >= 8; at += 8) {
+            const __m128i ofA = _mm_loadu_si128(reinterpret_cast<const __m128i*>(a + at));
+            const __m128i ofB = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + at));
+            const __m128i stop = _mm_or_si128(_mm_cmpeq_epi16(ofB, bracket), _mm_cmpeq_epi16(ofB, quote));
+            const __m128i equal = _mm_andnot_si128(stop, _mm_cmpeq_epi16(ofA, ofB));
+            const auto common = static_cast<unsigned>(_mm_movemask_epi8(equal));
+            if (common != 0xFFFF)
+                return at + std::countr_one(common) / 2;
+        }
+    }
+#endif
+    while (at < room && a[at] == b[at] && b[at] != L'>' && b[at] != L'"')
         ++at;
     return at;
 }

@@ -86,6 +86,12 @@ TEST_CASE("XmlParser_add_child_rewrites_an_empty_element") {
     CheckDocument(parser, L"<n:r a=\"1\" ><a/></n:r>\n");
 }
 
+TEST_CASE("XmlParser_add_child_rewrites_an_empty_element_with_two_slashes") {
+    QxXmlParser parser = Parsed(L"<r b//>");
+    REQUIRE(parser.AddChildElement(L"a"));
+    CheckDocument(parser, L"<r b/ ><a/></r>");
+}
+
 TEST_CASE("XmlParser_add_child_goes_before_the_end_tag_of_a_parent_without_children") {
     QxXmlParser parser = Parsed(L"<r>x<!-- c --></r >");
     REQUIRE(parser.AddChildElement(L"a", L"1"));

@@ -48,6 +48,14 @@ TEST_CASE("XmlParser_names_are_compared_without_their_prefix") {
     CHECK_FALSE(parser.FindChildElement(L"c"));
 }
 
+TEST_CASE("XmlParser_names_of_unusual_tags_are_the_first_token") {
+    QxXmlParser parser = Parsed(L"<r>< a/><b x:c=\"1\"/><c=1/><=/></r>");
+    for (const wchar_t* name : {L"a", L"b", L"c", L"="})
+        CHECK(parser.FindChildElement(name));
+    for (const wchar_t* name : {L" a", L"b x", L"c=", L"c=1", L"=/", L" "})
+        CHECK_FALSE(parser.FindChildElement(name, true));
+}
+
 TEST_CASE("XmlParser_find_element_goes_on_among_siblings_inside_an_element") {
     QxXmlParser parser = Parsed(Document);
     REQUIRE(parser.FindChildElement(L"a"));

@@ -79,6 +79,32 @@ TEST_CASE("XmlScan_start_tags_are_counted_without_end_tags_and_skipped_markup") 
     CHECK(QxXmlScan::CountStartTags(L"< a>") == 1);
 }
 
+TEST_CASE("XmlScan_common_length_stops_at_a_difference_a_bracket_a_quote_and_the_end") {
+    for (std::size_t length = 0; length < 20; ++length) {
+        const std::wstring name(length, L'n');
+        const auto expected = static_cast<std::int32_t>(length);
+        const auto common = [&](const wchar_t* behindFirst, const wchar_t* behindSecond) {
+            const std::wstring text = name + behindFirst + name + behindSecond;
+            return QxXmlScan::CommonLength(text, 0,
+                                           static_cast<std::int32_t>(text.rfind(name + behindSecond)));
+        };
+        INFO(length);
+        CHECK(common(L">x", L">xxxxxxxxxxxxxxxxxx") == expected);
+        CHECK(common(L" x>", L">xxxxxxxxxxxxxxxxxx") == expected);
+        CHECK(common(L"\"x\"", L"\"xxxxxxxxxxxxxxxxxx") == expected);
+        CHECK(common(L"x", L"yxxxxxxxxxxxxxxxxxx") == expected);
+        CHECK(common(L"x", L">") == expected);
+    }
+    CHECK(QxXmlScan::CommonLength(L"aaaa", 0, 2) == 2);
+}
+
+TEST_CASE("XmlScan_tag_name_is_the_first_token") {
+    CHECK(QxXmlScan::TagName(L"<a>", 0) == L"a");
+    CHECK(QxXmlScan::TagName(L"< \ta b>", 0) == L"a");
+    CHECK(QxXmlScan::TagName(L"<<a>", 0) == L"<");
+    CHECK(QxXmlScan::TagName(L"<a", 0) == L"a");
+}
+
 TEST_CASE("XmlScan_prefix_ends_at_the_first_colon") {
     CHECK(QxXmlScan::WithoutPrefix(L"a") == L"a");
     CHECK(QxXmlScan::WithoutPrefix(L"n:a") == L"a");
