@@ -66,7 +66,7 @@ TEST_CASE("LogSystemError_writes_prefix_and_text_with_single_percent_signs") {
     CHECK(text.find(L"%%") == std::wstring::npos);
 }
 
-TEST_CASE("Clock_local_and_utc_are_the_system's_whole_seconds") {
+TEST_CASE("Clock_local_and_utc_are_whole_seconds_of_the_system") {
     SYSTEMTIME local, utc;
     GetLocalTime(&local);
     GetSystemTime(&utc);
