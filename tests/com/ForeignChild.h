@@ -1,0 +1,96 @@
+#pragma once
+
+#include "ComClient.h"
+
+/// How every record interface begins. Jobs ask no more of a child.
+struct RecordBeginning : IDispatch {
+    virtual HRESULT STDMETHODCALLTYPE get_Xml(BSTR* value) = 0;
+    virtual HRESULT STDMETHODCALLTYPE put_Xml(BSTR value) = 0;
+};
+
+/// A child record of the client's own, which can stand for any kind of child. It lives on the stack of its
+/// test and counts the references that others hold.
+class ForeignChild : public RecordBeginning, public ISupportErrorInfo {
+public:
+    explicit ForeignChild(REFIID childInterface) : m_interface(childInterface) {}
+
+    template<class Interface>
+    Interface* As() {
+        return reinterpret_cast<Interface*>(static_cast<RecordBeginning*>(this));
+    }
+
+    /// Leaves this error information for the caller whenever Xml fails, and vouches for it.
+    void ExplainFailures(const wchar_t* description) {
+        ComPtr<ICreateErrorInfo> creator;
+        REQUIRE_HR(CreateErrorInfo(creator.Put()), S_OK);
+        REQUIRE_HR(creator->SetDescription(const_cast<wchar_t*>(description)), S_OK);
+        REQUIRE_HR(creator->SetSource(const_cast<wchar_t*>(L"ForeignChild")), S_OK);
+        REQUIRE_HR(creator->SetGUID(m_interface), S_OK);
+        REQUIRE_HR(creator->QueryInterface(IID_IErrorInfo, explanation.PutVoid()), S_OK);
+    }
+
+    // What the test sets.
+
+    HRESULT queryResult = S_OK; ///< of a query for the child's interface
+    HRESULT getResult = S_OK;
+    HRESULT putResult = S_OK;
+    std::wstring xml; ///< what Xml gives, and the text it was last given
+    ComPtr<IErrorInfo> explanation;
+
+    // What the test looks at.
+
+    int references = 0;
+    int puts = 0;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        *object = nullptr;
+        if (iid == m_interface) {
+            if (FAILED(queryResult))
+                return queryResult;
+            *object = static_cast<RecordBeginning*>(this);
+        } else if (iid == IID_IUnknown || iid == IID_IDispatch) {
+            *object = static_cast<RecordBeginning*>(this);
+        } else if (iid == IID_ISupportErrorInfo && explanation) {
+            *object = static_cast<ISupportErrorInfo*>(this);
+        } else {
+            return E_NOINTERFACE;
+        }
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
+    ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references); }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                     UINT*) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE get_Xml(BSTR* value) override {
+        if (FAILED(getResult))
+            return Fail(getResult);
+        *value = SysAllocStringLen(xml.data(), static_cast<UINT>(xml.size()));
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE put_Xml(BSTR value) override {
+        ++puts;
+        xml = BstrView(value);
+        return FAILED(putResult) ? Fail(putResult) : S_OK;
+    }
+
+    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override {
+        return iid == m_interface ? S_OK : S_FALSE;
+    }
+
+private:
+    HRESULT Fail(HRESULT result) {
+        if (explanation)
+            SetErrorInfo(0, explanation.Get());
+        return result;
+    }
+
+    IID m_interface;
+};

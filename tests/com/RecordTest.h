@@ -1,0 +1,104 @@
+#pragma once
+
+#include "ComClient.h"
+
+// What the tests of the records share beside the client's ground.
+
+/// "<PrintJob Version="4.1">elements</PrintJob>": a record of a chosen version begins with such a document.
+std::wstring RecordText(std::wstring_view root, std::wstring_view version, std::wstring_view elements = {});
+
+/// A new record that has read the text, S_OK required.
+ComPtr<IPrintJob> PrintJobFrom(std::wstring_view xml);
+/// A print job of a version, with these elements alone. An empty JobContents is created for it.
+ComPtr<IPrintJob> PrintJobOfVersion(std::wstring_view version, std::wstring_view elements = {});
+
+DATE MakeDate(WORD year, WORD month, WORD day, WORD hour = 0, WORD minute = 0, WORD second = 0);
+/// "2010-03-04T05:06:07".
+std::wstring DateText(DATE date);
+/// Whether a date lies within some seconds of the clock.
+bool IsLocalNow(DATE date);
+bool IsUtcNow(DATE date);
+
+int Occurrences(std::wstring_view text, std::wstring_view piece);
+#define CHECK_HAS(text, piece)                                                                               \
+    do {                                                                                                     \
+        INFO(Narrow(text));                                                                                  \
+        CHECK(Occurrences(text, piece) == 1);                                                                \
+    } while (false)
+#define CHECK_HAS_NOT(text, piece)                                                                           \
+    do {                                                                                                     \
+        INFO(Narrow(text));                                                                                  \
+        CHECK(Occurrences(text, piece) == 0);                                                                \
+    } while (false)
+
+/// A getter refuses a null pointer and leaves no error information.
+template<class Interface, class Type>
+void CheckNullPointer(const ComPtr<Interface>& object,
+                      HRESULT (STDMETHODCALLTYPE Interface::*getter)(Type*)) {
+    CHECK_HR((object.Get()->*getter)(nullptr), E_POINTER);
+    CHECK_TEXT(TakeErrorDescription(), L"<none>");
+}
+
+/// A property by its accessors and its name, for tables of properties.
+template<class Interface, class Type>
+struct Property {
+    const wchar_t* name;
+    HRESULT (STDMETHODCALLTYPE Interface::*get)(Type*);
+    HRESULT (STDMETHODCALLTYPE Interface::*put)(Type);
+};
+#define PROPERTY(Interface, Name)                                                                            \
+    { L"" #Name, &Interface::get_##Name, &Interface::put_##Name }
+
+/// Every text property keeps a value of its own; a null text is stored as the empty one.
+template<class Interface, std::size_t count>
+void CheckTextProperties(const ComPtr<Interface>& record,
+                         const Property<Interface, BSTR> (&properties)[count]) {
+    for (const auto& property : properties) {
+        INFO(Narrow(property.name));
+        CHECK_TEXT(Text(record, property.get), L"");
+        CHECK_HR(Put(record, property.put, std::wstring(L"<&> \u00e4 of ") + property.name), S_OK);
+    }
+    for (const auto& property : properties) {
+        INFO(Narrow(property.name));
+        CheckNullPointer(record, property.get);
+        CHECK_TEXT(Text(record, property.get), std::wstring(L"<&> \u00e4 of ") + property.name);
+        CHECK_HR((record.Get()->*property.put)(nullptr), S_OK);
+        CHECK_TEXT(Text(record, property.get), L"");
+    }
+}
+
+/// Every number property keeps a value of its own, of the whole range.
+template<class Interface, std::size_t count>
+void CheckNumberProperties(const ComPtr<Interface>& record,
+                           const Property<Interface, LONG> (&properties)[count]) {
+    LONG number = -7;
+    for (const auto& property : properties)
+        CHECK_HR((record.Get()->*property.put)(number++), S_OK);
+    number = -7;
+    for (const auto& property : properties) {
+        INFO(Narrow(property.name));
+        CheckNullPointer(record, property.get);
+        CHECK(Value(record, property.get) == number++);
+        for (const LONG limit : {LONG_MIN, -1L, 0L, LONG_MAX}) {
+            CHECK_HR((record.Get()->*property.put)(limit), S_OK);
+            CHECK(Value(record, property.get) == limit);
+        }
+    }
+}
+
+/// Every flag is off at first, and on for any value but 0.
+template<class Interface, std::size_t count>
+void CheckFlagProperties(const ComPtr<Interface>& record,
+                         const Property<Interface, VARIANT_BOOL> (&properties)[count]) {
+    for (const auto& property : properties) {
+        INFO(Narrow(property.name));
+        CheckNullPointer(record, property.get);
+        CHECK(Value(record, property.get) == VARIANT_FALSE);
+        for (const VARIANT_BOOL on : {VARIANT_TRUE, VARIANT_BOOL{1}, VARIANT_BOOL{256}}) {
+            CHECK_HR((record.Get()->*property.put)(on), S_OK);
+            CHECK(Value(record, property.get) == VARIANT_TRUE);
+        }
+        CHECK_HR((record.Get()->*property.put)(VARIANT_FALSE), S_OK);
+        CHECK(Value(record, property.get) == VARIANT_FALSE);
+    }
+}
