@@ -1,10 +1,14 @@
-#!/bin/sh
-# Builds and runs every benchmark for Windows, under Wine. Usage: bench/run.sh [build folder]
-set -eu
-here=$(cd "$(dirname "$0")" && pwd)
-build=${1:-$here/../build/windows}
-cmake -S "$here/.." --preset windows -B "$build" > /dev/null
-cmake --build "$build" --parallel 2 --target bench
-for program in "$build"/bench/*_bench.exe; do
-    "$here/../cmake/wine.sh" "$program"
+#!/usr/bin/env bash
+# Builds and runs every benchmark for Windows, under Wine.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+cmake/setup.sh
+source cmake/wine-session.sh
+start_wine
+cmake --preset windows >/dev/null
+cmake --build --preset windows --target bench
+"$wine" regsvr32 /s "$(windows_path "$PWD/build/windows/JobObjects/Tarnwick.dll")"
+for program in build/windows/bench/*_bench.exe; do
+    "$wine" "$program" </dev/null
 done
