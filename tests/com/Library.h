@@ -1,0 +1,57 @@
+#pragma once
+
+#include <windows.h>
+#include <unknwn.h>
+
+#include <string>
+#include <vector>
+
+// The library as a module and its classes as a list, for tests that go beneath CoCreateInstance.
+
+/// The path under which the library is registered.
+std::wstring RegisteredLibraryPath();
+
+/// Keeps the registered library loaded.
+class Library {
+public:
+    Library();
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+    ~Library();
+
+    HMODULE Module() const { return m_module; }
+
+    // The entry points. They hold no assertion: any thread may call them.
+    HRESULT GetClassObject(REFCLSID classId, REFIID iid, void** object) const {
+        return m_getClassObject(classId, iid, object);
+    }
+    HRESULT CanUnloadNow() const { return m_canUnloadNow(); }
+    HRESULT RegisterServer() const { return m_registerServer(); }
+    HRESULT UnregisterServer() const { return m_unregisterServer(); }
+
+private:
+    template<class Function>
+    void Find(const char* name, Function& function) const;
+
+    HMODULE m_module;
+    HRESULT(STDAPICALLTYPE* m_getClassObject)(REFCLSID, REFIID, void**) = nullptr;
+    HRESULT(STDAPICALLTYPE* m_canUnloadNow)() = nullptr;
+    HRESULT(STDAPICALLTYPE* m_registerServer)() = nullptr;
+    HRESULT(STDAPICALLTYPE* m_unregisterServer)() = nullptr;
+};
+
+/// One of the ten classes, as published.
+struct LibraryClass {
+    std::string name;
+    CLSID classId;
+    IID interfaceId;
+    bool aggregatable;
+};
+
+const std::vector<LibraryClass>& LibraryClasses();
+const LibraryClass& LibraryClassNamed(const std::string& name);
+
+/// A pointer value that a failing call has to replace.
+inline void* GarbagePointer() {
+    return reinterpret_cast<void*>(static_cast<ULONG_PTR>(0xCDCDCDCD));
+}
