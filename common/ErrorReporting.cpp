@@ -4,9 +4,9 @@
 #include "log/QxLogger.h"
 
 #include <exception>
-#include <iterator>
 #include <new>
 #include <stdexcept>
+#include <string>
 
 namespace {
 
@@ -57,12 +57,16 @@ HRESULT AttachDescription(const wchar_t* message) noexcept {
 }
 
 HRESULT ReportStandardException(const std::exception& error, const wchar_t* source) noexcept {
-    wchar_t wide[256];
-    std::size_t length = 0;
-    for (const char* c = error.what(); *c && length + 1 < std::size(wide); ++c)
-        wide[length++] = static_cast<unsigned char>(*c);
-    wide[length] = L'\0';
-    ReportException(wide, source);
+    try {
+        const std::string_view text = error.what();
+        // Byte by byte: the texts of the standard library are plain.
+        std::wstring wide;
+        for (const char c : text)
+            wide += static_cast<wchar_t>(static_cast<unsigned char>(c));
+        ReportException(wide.c_str(), source);
+    } catch (...) {
+        ReportException(generalMessage, source); // without memory for the text
+    }
     return E_FAIL;
 }
 
