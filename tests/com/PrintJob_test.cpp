@@ -1,6 +1,5 @@
 #include "RecordTest.h"
 
-#include <iterator>
 
 namespace {
 
