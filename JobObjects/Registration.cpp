@@ -33,8 +33,8 @@ void ThrowIfRegistryFailed(LSTATUS status) {
 /// Creates a key below HKEY_CLASSES_ROOT and sets one of its values; a null value text sets none.
 void SetValue(const std::wstring& key, const wchar_t* name, const wchar_t* value) {
     HKEY handle = nullptr;
-    ThrowIfRegistryFailed(RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
-                                          &handle, nullptr));
+    ThrowIfRegistryFailed(
+        RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &handle, nullptr));
     LSTATUS status = ERROR_SUCCESS;
     if (value)
         status = RegSetValueExW(handle, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value),
@@ -73,8 +73,10 @@ void UnregisterAppId() {
 /// The keys of one class: two ProgIDs and the CLSID.
 struct ClassKeys {
     explicit ClassKeys(const ClassMapEntry& entry)
-        : progId(std::wstring(L"Corvane.") + entry.name), versionedProgId(progId + L".1"),
-          classIdText(GuidText(*entry.classId)), classId(L"CLSID\\" + classIdText) {}
+        : progId(std::wstring(L"Corvane.") + entry.name),
+          versionedProgId(progId + L".1"),
+          classIdText(GuidText(*entry.classId)),
+          classId(L"CLSID\\" + classIdText) {}
 
     std::wstring progId;
     std::wstring versionedProgId;
@@ -126,11 +128,10 @@ void UnregisterOwnTypeLibrary() {
     library->ReleaseTLibAttr(attributes);
 
     UniqueBstr registered;
-    if (FAILED(QueryPathOfRegTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid,
-                                     registered.Put())))
+    if (FAILED(
+            QueryPathOfRegTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, registered.Put())))
         return; // not registered: nothing to remove
-    ThrowIfFailed(
-        UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind));
+    ThrowIfFailed(UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind));
 }
 
 } // namespace

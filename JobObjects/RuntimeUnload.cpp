@@ -3,10 +3,11 @@
 #ifdef __MINGW32__
 
 // GCC's static runtime was written for programs: what its exception handling takes from the process (a
-// thread-local storage slot, semaphores behind its mutexes, a pool of memory for exceptions thrown when memory is
-// short) it never gives back. A library that is loaded and unloaded at will would use the process up: the slots
-// alone run out after about a thousand cycles. So the library notes what the runtime takes, by standing in for
-// the three imported functions that the runtime calls for it, and gives it back at the very end.
+// thread-local storage slot, semaphores behind its mutexes, a pool of memory for exceptions thrown when
+// memory is short) it never gives back. A library that is loaded and unloaded at will would use the process
+// up: the slots alone run out after about a thousand cycles. So the library notes what the runtime takes, by
+// standing in for the three imported functions that the runtime calls for it, and gives it back at the very
+// end.
 
 #include <windows.h>
 
@@ -20,12 +21,12 @@ void __freeres(); // frees the pool; the runtime's own hook for tools that look 
 namespace {
 
 /// Values taken and not given back yet; 0 is an empty place. When all places are taken, a value is not noted.
-template <class Value, std::size_t Size>
+template<class Value, std::size_t Size>
 class Taken {
 public:
     void Note(Value value) noexcept { Replace(Value{}, value); }
     void Forget(Value value) noexcept { Replace(value, Value{}); }
-    template <class GiveBack>
+    template<class GiveBack>
     void GiveAllBack(GiveBack giveBack) noexcept {
         for (std::atomic<Value>& place : m_places)
             if (const Value value = place.exchange(Value{}))
@@ -47,7 +48,7 @@ private:
 constinit Taken<DWORD, 8> slots; // one above the slot's index
 constinit Taken<HANDLE, 32> semaphores;
 
-template <class Function>
+template<class Function>
 Function SystemFunction(const char* name) noexcept {
     const FARPROC address = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name);
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
@@ -62,8 +63,8 @@ DWORD WINAPI NotedTlsAlloc() noexcept {
 
 HANDLE WINAPI NotedCreateSemaphore(SECURITY_ATTRIBUTES* security, LONG initial, LONG maximum,
                                    const wchar_t* name) noexcept {
-    const HANDLE semaphore = SystemFunction<decltype(&CreateSemaphoreW)>("CreateSemaphoreW")(
-        security, initial, maximum, name);
+    const HANDLE semaphore =
+        SystemFunction<decltype(&CreateSemaphoreW)>("CreateSemaphoreW")(security, initial, maximum, name);
     if (semaphore)
         semaphores.Note(semaphore);
     return semaphore;
@@ -83,10 +84,10 @@ BOOL WINAPI NotedCloseHandle(HANDLE handle) noexcept {
 // The names under which the linker looks for the imported functions of this library.
 extern "C" {
 [[gnu::used]] decltype(&NotedTlsAlloc) importedTlsAlloc __asm__("__imp__TlsAlloc@0") = NotedTlsAlloc;
-[[gnu::used]] decltype(&NotedCreateSemaphore) importedCreateSemaphore __asm__("__imp__CreateSemaphoreW@16") =
-    NotedCreateSemaphore;
-[[gnu::used]] decltype(&NotedCloseHandle) importedCloseHandle __asm__("__imp__CloseHandle@4") =
-    NotedCloseHandle;
+[[gnu::used]] decltype(&NotedCreateSemaphore)
+    importedCreateSemaphore __asm__("__imp__CreateSemaphoreW@16") = NotedCreateSemaphore;
+[[gnu::used]] decltype(&NotedCloseHandle)
+    importedCloseHandle __asm__("__imp__CloseHandle@4") = NotedCloseHandle;
 }
 
 void ReleaseRuntime() noexcept {
@@ -97,6 +98,7 @@ void ReleaseRuntime() noexcept {
 
 #else
 
-void ReleaseRuntime() noexcept {}
+void ReleaseRuntime() noexcept {
+}
 
 #endif

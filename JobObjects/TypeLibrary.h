@@ -9,8 +9,8 @@
 #include <atomic>
 
 /// Loads the library's type library: from the resource of the given index in the module's own file
-/// (0: the file as it is), or else from the file of the same name with the extension ".tlb". Gives the path it
-/// was loaded from.
+/// (0: the file as it is), or else from the file of the same name with the extension ".tlb". Gives the path
+/// it was loaded from.
 HRESULT LoadOwnTypeLibrary(unsigned resourceIndex, UniqueBstr& path, ComPtr<ITypeLib>& library) noexcept;
 
 /// The type information of one of the library's interfaces, loaded on first use and kept until the library

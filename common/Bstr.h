@@ -16,8 +16,9 @@ inline std::wstring_view BstrView(BSTR text) noexcept {
 
 /// A new BSTR for an out-parameter. Throws std::bad_alloc.
 inline BSTR NewBstr(std::wstring_view text) {
-    BSTR copy = text.size() <= static_cast<UINT>(-1) ? SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))
-                                                     : nullptr;
+    BSTR copy = text.size() <= static_cast<UINT>(-1)
+                    ? SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))
+                    : nullptr;
     if (!copy)
         throw std::bad_alloc();
     return copy;

@@ -6,7 +6,7 @@
 #include <utility>
 
 /// Owns one counted reference to a COM object.
-template <class Interface>
+template<class Interface>
 class ComPtr {
 public:
     constexpr ComPtr() noexcept = default;

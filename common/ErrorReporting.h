@@ -54,7 +54,7 @@ HRESULT FailWithoutInfo(HRESULT code) noexcept;
 
 /// The error boundary: runs a method's body so that no exception leaves it. The body returns an HRESULT, or
 /// nothing for S_OK. The source is the fixed text under which failures are reported.
-template <class Body>
+template<class Body>
 HRESULT RunMethod(const wchar_t* source, Body&& body) noexcept {
     try {
         if constexpr (std::is_void_v<decltype(body())>) {

@@ -48,8 +48,7 @@ HRESULT CJobContentsImpl::put_GenerateDefaultPageAttributes(VARIANT_BOOL newVal)
 }
 
 HRESULT CJobContentsImpl::GenerateContentsFromPageCounterInfo(BSTR attributes, LONG jobOriginals,
-                                                              LONG jobCopies, LONG jobPages,
-                                                              LONG jobSheets) {
+                                                              LONG jobCopies, LONG jobPages, LONG jobSheets) {
     return RunMethod(generateGeneralSource, [&] {
         m_contents.GenerateContentsFromPageCounterInfo(BstrView(attributes), jobOriginals, jobCopies,
                                                        jobPages, jobSheets);
@@ -60,8 +59,8 @@ HRESULT CJobContentsImpl::GenerateGeneralContentsFromPageCounterInfo(BSTR attrib
                                                                      LONG jobCopies, VARIANT_BOOL stripColor,
                                                                      BSTR* pageAttributes) {
     return GetValue(pageAttributes, generateGeneralSource, [&] {
-        return m_contents.GenerateGeneralContentsFromPageCounterInfo(
-            BstrView(attributes), jobOriginals, jobCopies, stripColor != VARIANT_FALSE);
+        return m_contents.GenerateGeneralContentsFromPageCounterInfo(BstrView(attributes), jobOriginals,
+                                                                     jobCopies, stripColor != VARIANT_FALSE);
     });
 }
 
@@ -84,8 +83,8 @@ HRESULT CJobContentsImpl::GenerateContentsFromDBInfo(BSTR copyLines, LONG jobOri
 HRESULT CJobContentsImpl::MatchAttributes(BSTR attributes, BSTR* paperSize, BSTR* paperDimensions,
                                           BSTR* jobPdl, BSTR* jobFinishing, BSTR* pageAttributes,
                                           VARIANT_BOOL* isColor, BSTR* unmatchedAttributes) {
-    BSTR* const texts[] = {paperSize, paperDimensions, jobPdl, jobFinishing, pageAttributes,
-                           unmatchedAttributes};
+    BSTR* const texts[] = {paperSize,    paperDimensions, jobPdl,
+                           jobFinishing, pageAttributes,  unmatchedAttributes};
     for (BSTR* text : texts)
         if (!text)
             return FailWithoutInfo(E_POINTER);
@@ -98,9 +97,9 @@ HRESULT CJobContentsImpl::MatchAttributes(BSTR attributes, BSTR* paperSize, BSTR
     return RunMethod(generateGeneralSource, [&] {
         const CJobContents::MatchedAttributes matched = m_contents.MatchAttributes(BstrView(attributes));
         UniqueBstr results[] = {
-            UniqueBstr(matched.paperSize),          UniqueBstr(matched.paperDimensions),
-            UniqueBstr(matched.jobPdl),             UniqueBstr(matched.jobFinishing),
-            UniqueBstr(matched.pageAttributes),     UniqueBstr(matched.unmatchedAttributes),
+            UniqueBstr(matched.paperSize),      UniqueBstr(matched.paperDimensions),
+            UniqueBstr(matched.jobPdl),         UniqueBstr(matched.jobFinishing),
+            UniqueBstr(matched.pageAttributes), UniqueBstr(matched.unmatchedAttributes),
         };
         for (std::size_t i = 0; i < std::size(results); ++i)
             *texts[i] = results[i].Detach();

@@ -11,17 +11,25 @@
 // The accessors of the records by value type. A getter refuses a null pointer with E_POINTER before anything
 // else and clears the value before it works.
 
-inline BSTR ToAutomation(const QxString& value) { return NewBstr(value); }
-inline BSTR ToAutomation(const std::wstring& value) { return NewBstr(value); }
-template <std::integral Number>
+inline BSTR ToAutomation(const QxString& value) {
+    return NewBstr(value);
+}
+inline BSTR ToAutomation(const std::wstring& value) {
+    return NewBstr(value);
+}
+template<std::integral Number>
 LONG ToAutomation(Number value) noexcept {
     return static_cast<LONG>(value);
 }
-inline VARIANT_BOOL ToAutomation(bool value) noexcept { return value ? VARIANT_TRUE : VARIANT_FALSE; }
-inline DATE ToAutomation(const QxDateTime& value) noexcept { return value.Value(); }
+inline VARIANT_BOOL ToAutomation(bool value) noexcept {
+    return value ? VARIANT_TRUE : VARIANT_FALSE;
+}
+inline DATE ToAutomation(const QxDateTime& value) noexcept {
+    return value.Value();
+}
 
 /// Gives the value that the body works out; a failure inside is reported under the source.
-template <class Out, class Body>
+template<class Out, class Body>
 HRESULT GetValue(Out* pVal, const wchar_t* source, Body&& body) noexcept {
     if (!pVal)
         return FailWithoutInfo(E_POINTER);
@@ -36,7 +44,7 @@ HRESULT PutText(QxString& field, BSTR value, const wchar_t* source) noexcept;
 [[noreturn]] void ThrowInvalidXmlFragment(const wchar_t* source);
 
 /// A number, flag or date that is at hand: nothing can fail.
-template <class Out, class Field>
+template<class Out, class Field>
 HRESULT GetField(Out* pVal, const Field& field) noexcept {
     if (!pVal)
         return FailWithoutInfo(E_POINTER);
@@ -45,7 +53,7 @@ HRESULT GetField(Out* pVal, const Field& field) noexcept {
 }
 
 /// Gives the held child with a reference added, or null.
-template <class Interface>
+template<class Interface>
 HRESULT GetChild(Interface** pVal, const ComPtr<Interface>& field) noexcept {
     if (!pVal)
         return FailWithoutInfo(E_POINTER);
@@ -55,7 +63,7 @@ HRESULT GetChild(Interface** pVal, const ComPtr<Interface>& field) noexcept {
 
 /// Replaces an optional child. Null, or an object that does not have the interface, clears it; any other
 /// failure of the query leaves it alone and is reported.
-template <class Interface>
+template<class Interface>
 HRESULT PutOptionalChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
                          const wchar_t* source) noexcept {
     return RunMethod(source, [&] {
@@ -68,7 +76,7 @@ HRESULT PutOptionalChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
 }
 
 /// Replaces a required child: null is refused.
-template <class Interface>
+template<class Interface>
 HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
                          const wchar_t* source) noexcept {
     if (!value)
@@ -93,36 +101,48 @@ HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
         return PutText(field, newVal, METHOD_SOURCE(Class, put_##Name));                                     \
     }
 #define NUMBER_PROPERTY(Name, field)                                                                         \
-    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override { return GetField(pVal, field); }              \
+    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override {                                              \
+        return GetField(pVal, field);                                                                        \
+    }                                                                                                        \
     HRESULT STDMETHODCALLTYPE put_##Name(LONG newVal) override {                                             \
         field = newVal;                                                                                      \
         return S_OK;                                                                                         \
     }
 #define MINIMUM_NUMBER_PROPERTY(Name, field, minimum)                                                        \
-    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override { return GetField(pVal, field); }              \
+    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override {                                              \
+        return GetField(pVal, field);                                                                        \
+    }                                                                                                        \
     HRESULT STDMETHODCALLTYPE put_##Name(LONG newVal) override {                                             \
         field = std::max<LONG>(newVal, minimum);                                                             \
         return S_OK;                                                                                         \
     }
 #define FLAG_PROPERTY(Name, field)                                                                           \
-    HRESULT STDMETHODCALLTYPE get_##Name(VARIANT_BOOL* pVal) override { return GetField(pVal, field); }      \
+    HRESULT STDMETHODCALLTYPE get_##Name(VARIANT_BOOL* pVal) override {                                      \
+        return GetField(pVal, field);                                                                        \
+    }                                                                                                        \
     HRESULT STDMETHODCALLTYPE put_##Name(VARIANT_BOOL newVal) override {                                     \
         field = newVal != VARIANT_FALSE;                                                                     \
         return S_OK;                                                                                         \
     }
 #define DATE_PROPERTY(Name, field)                                                                           \
-    HRESULT STDMETHODCALLTYPE get_##Name(DATE* pVal) override { return GetField(pVal, field); }              \
+    HRESULT STDMETHODCALLTYPE get_##Name(DATE* pVal) override {                                              \
+        return GetField(pVal, field);                                                                        \
+    }                                                                                                        \
     HRESULT STDMETHODCALLTYPE put_##Name(DATE newVal) override {                                             \
         field = QxDateTime(newVal);                                                                          \
         return S_OK;                                                                                         \
     }
 #define OPTIONAL_CHILD_PROPERTY(Class, Name, Interface, field)                                               \
-    HRESULT STDMETHODCALLTYPE get_##Name(Interface** pVal) override { return GetChild(pVal, field); }        \
+    HRESULT STDMETHODCALLTYPE get_##Name(Interface** pVal) override {                                        \
+        return GetChild(pVal, field);                                                                        \
+    }                                                                                                        \
     HRESULT STDMETHODCALLTYPE put_##Name(Interface* newVal) override {                                       \
         return PutOptionalChild(field, newVal, IID_##Interface, METHOD_SOURCE(Class, put_##Name));           \
     }
 #define REQUIRED_CHILD_PROPERTY(Class, Name, Interface, field)                                               \
-    HRESULT STDMETHODCALLTYPE get_##Name(Interface** pVal) override { return GetChild(pVal, field); }        \
+    HRESULT STDMETHODCALLTYPE get_##Name(Interface** pVal) override {                                        \
+        return GetChild(pVal, field);                                                                        \
+    }                                                                                                        \
     HRESULT STDMETHODCALLTYPE put_##Name(Interface* newVal) override {                                       \
         return PutRequiredChild(field, newVal, IID_##Interface, METHOD_SOURCE(Class, put_##Name));           \
     }
@@ -138,7 +158,9 @@ HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
                          [&] { record.Set##Name(QxString(BstrView(newVal))); });                             \
     }
 #define WRAPPED_NUMBER_PROPERTY(Name, record)                                                                \
-    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override { return GetField(pVal, record.Name()); }      \
+    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override {                                              \
+        return GetField(pVal, record.Name());                                                                \
+    }                                                                                                        \
     HRESULT STDMETHODCALLTYPE put_##Name(LONG newVal) override {                                             \
         record.Set##Name(newVal);                                                                            \
         return S_OK;                                                                                         \

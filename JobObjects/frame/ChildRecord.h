@@ -11,7 +11,7 @@
 HRESULT CreateByProgId(const wchar_t* progId, REFIID iid, void** object) noexcept;
 
 /// Throws a ComError with the child's own error information. E_POINTER if there is no child.
-template <class Interface>
+template<class Interface>
 UniqueBstr GetChildXml(const ComPtr<Interface>& child, REFIID iid) {
     if (!child)
         throw ComError(E_POINTER);
@@ -20,7 +20,7 @@ UniqueBstr GetChildXml(const ComPtr<Interface>& child, REFIID iid) {
     return xml;
 }
 
-template <class Interface>
+template<class Interface>
 void PutChildXml(const ComPtr<Interface>& child, std::wstring_view xml, REFIID iid) {
     if (!child)
         throw ComError(E_POINTER);
@@ -28,7 +28,7 @@ void PutChildXml(const ComPtr<Interface>& child, std::wstring_view xml, REFIID i
 }
 
 /// A new child with the given XML, for properties that hand out copies.
-template <class Interface>
+template<class Interface>
 ComPtr<Interface> CreateFilledChild(const wchar_t* progId, std::wstring_view xml, REFIID iid) {
     ComPtr<Interface> child;
     ThrowIfFailed(CreateByProgId(progId, iid, child.PutVoid()));

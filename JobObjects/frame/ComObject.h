@@ -7,7 +7,7 @@
 
 /// The reference-counted object of an implementation class. Holds one module lock for its life. The count is
 /// not interlocked: the classes are apartment-threaded.
-template <class Impl>
+template<class Impl>
 class ComObject final : public Impl {
 public:
     ComObject() { TheModule().Lock(); }
@@ -32,7 +32,7 @@ private:
 };
 
 /// The implementation class inside an aggregate: its interfaces belong to the outer object.
-template <class Impl>
+template<class Impl>
 class ContainedObject final : public Impl {
 public:
     explicit ContainedObject(IUnknown* outer) : m_outer(outer) {}
@@ -48,7 +48,7 @@ private:
 };
 
 /// The inner object that an outer one holds: its own identity around a contained implementation.
-template <class Impl>
+template<class Impl>
 class AggregatedObject final : public IUnknown {
 public:
     explicit AggregatedObject(IUnknown* outer) : m_contained(outer) { TheModule().Lock(); }
@@ -87,7 +87,7 @@ inline HRESULT QueryNewObject(IUnknown* created, REFIID iid, void** object) {
 }
 
 /// Instance creator of a class that cannot be aggregated.
-template <class Impl>
+template<class Impl>
 HRESULT CreateObject(IUnknown*, REFIID iid, void** object) noexcept {
     return RunMethod(Impl::ConstructionSource, [&] {
         auto* created = new ComObject<Impl>;
@@ -96,7 +96,7 @@ HRESULT CreateObject(IUnknown*, REFIID iid, void** object) noexcept {
 }
 
 /// Instance creator of a class that may be part of an aggregate.
-template <class Impl>
+template<class Impl>
 HRESULT CreateAggregatableObject(IUnknown* outer, REFIID iid, void** object) noexcept {
     if (!outer)
         return CreateObject<Impl>(outer, iid, object);

@@ -7,7 +7,7 @@
 /// What the ten implementation classes share: their interfaces, late binding over the type library, and the
 /// assurance that failures carry error information. The reference count belongs to the object wrapper
 /// (ComObject.h).
-template <class Interface, const IID& interfaceId>
+template<class Interface, const IID& interfaceId>
 class Record : public Interface, public ISupportErrorInfo {
 public:
     using InterfaceType = Interface;
@@ -37,8 +37,7 @@ public:
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
         return DispatchGetTypeInfo(s_typeInfo, index, info);
     }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
-                                            DISPID* ids) override {
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
         return DispatchGetIDsOfNames(s_typeInfo, names, count, ids);
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* parameters,

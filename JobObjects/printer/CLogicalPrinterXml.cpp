@@ -13,14 +13,14 @@ constexpr QxVersion currentForm(3, 6);    // below it the older form
 constexpr QxVersion colorCapableVersion(4, 0);
 constexpr QxVersion trackerVersion(6, 0);
 constexpr QxVersion securePrintVersion(7, 0);
-constexpr QxVersion always;                // an undefined version sorts below every other
-constexpr QxVersion forGood(0x7FFFFFFF, 0);
+constexpr QxVersion always;  // an undefined version sorts below every other
+constexpr QxVersion forGood; // as an end: none
 
 } // namespace
 
 /// One element, in the order of the document, with the versions that have it: from since, below until. A date
-/// that is missing is the zero date, a missing text is empty, a missing number or flag leaves the field alone.
-/// Markup stands in the document as it is and is taken from it whole, with its own tags.
+/// that is missing is the zero date, a missing text is empty, a missing number or flag leaves the field
+/// alone. Markup stands in the document as it is and is taken from it whole, with its own tags.
 struct CLogicalPrinterImpl::Element {
     enum class Kind { Text, Markup, Number, Flag, Date };
     using Self = CLogicalPrinterImpl;
@@ -35,7 +35,9 @@ struct CLogicalPrinterImpl::Element {
     constexpr Element(const wchar_t* n, QxDateTime Self::*field)
         : name(n), since(always), until(forGood), kind(Kind::Date), date(field) {}
 
-    bool BelongsTo(const QxVersion& version) const noexcept { return version >= since && version < until; }
+    bool BelongsTo(const QxVersion& version) const noexcept {
+        return version >= since && (!until.IsValid() || version < until);
+    }
 
     const wchar_t* name;
     QxVersion since;
@@ -110,11 +112,21 @@ std::wstring CLogicalPrinterImpl::WriteXml() {
         if (!element.BelongsTo(m_version))
             continue;
         switch (element.kind) {
-        case Element::Kind::Text: writer.Element(element.name, this->*element.text); break;
-        case Element::Kind::Markup: writer.Raw(this->*element.text); break;
-        case Element::Kind::Number: writer.Element(element.name, this->*element.number); break;
-        case Element::Kind::Flag: writer.Element(element.name, this->*element.flag); break;
-        case Element::Kind::Date: writer.Element(element.name, (this->*element.date).Format()); break;
+        case Element::Kind::Text:
+            writer.Element(element.name, this->*element.text);
+            break;
+        case Element::Kind::Markup:
+            writer.Raw(this->*element.text);
+            break;
+        case Element::Kind::Number:
+            writer.Element(element.name, this->*element.number);
+            break;
+        case Element::Kind::Flag:
+            writer.Element(element.name, this->*element.flag);
+            break;
+        case Element::Kind::Date:
+            writer.Element(element.name, (this->*element.date).Format());
+            break;
         }
     }
     writer.EndTag(L"LogicalPrinter");
@@ -136,14 +148,21 @@ void CLogicalPrinterImpl::ReadElements(QxXmlParser& parser) {
 
 void CLogicalPrinterImpl::ReadElement(QxXmlParser& parser, const Element& element) {
     switch (element.kind) {
-    case Element::Kind::Text: this->*element.text = RecordReading::Text(parser, element.name); break;
-    case Element::Kind::Markup:
-        this->*element.text = parser.FindChildElement(element.name, true)
-                                  ? QxString(parser.GetChildSubDocument())
-                                  : QxString();
+    case Element::Kind::Text:
+        this->*element.text = RecordReading::Text(parser, element.name);
         break;
-    case Element::Kind::Number: parser.ReadChild(element.name, this->*element.number); break;
-    case Element::Kind::Flag: parser.ReadChild(element.name, this->*element.flag); break;
-    case Element::Kind::Date: this->*element.date = RecordReading::DateTime(parser, element.name); break;
+    case Element::Kind::Markup:
+        this->*element.text =
+            parser.FindChildElement(element.name, true) ? QxString(parser.GetChildSubDocument()) : QxString();
+        break;
+    case Element::Kind::Number:
+        parser.ReadChild(element.name, this->*element.number);
+        break;
+    case Element::Kind::Flag:
+        parser.ReadChild(element.name, this->*element.flag);
+        break;
+    case Element::Kind::Date:
+        this->*element.date = RecordReading::DateTime(parser, element.name);
+        break;
     }
 }

@@ -12,8 +12,8 @@ public:
     DEVICE_JOB_PROPERTIES(CCopyJobImpl, m_job)
 
 private:
-    static constexpr DeviceJob::Form s_form{
-        L"CopyJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/CopyJob", QxVersion(4, 0), QxVersion()};
+    static constexpr DeviceJob::Form s_form{L"CopyJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/CopyJob",
+                                            QxVersion(4, 0), QxVersion()};
 
     std::span<const DeviceJob::OwnField> OwnFields() const noexcept { return {}; }
 

@@ -15,8 +15,8 @@ public:
     NUMBER_PROPERTY(Duration, m_duration)
 
 private:
-    static constexpr DeviceJob::Form s_form{
-        L"FaxJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/FaxJob", QxVersion(4, 2), QxVersion(4, 2)};
+    static constexpr DeviceJob::Form s_form{L"FaxJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/FaxJob",
+                                            QxVersion(4, 2), QxVersion(4, 2)};
 
     std::span<const DeviceJob::OwnField> OwnFields() const noexcept { return m_ownFields; }
 

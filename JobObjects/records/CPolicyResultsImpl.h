@@ -10,7 +10,8 @@
 /// The outcome of one print policy applied to a job, with the rules that the job violated.
 class CPolicyResultsImpl : public Record<IPolicyResults, IID_IPolicyResults> {
 public:
-    static constexpr const wchar_t* ConstructionSource = METHOD_SOURCE(CPolicyResultsImpl, CPolicyResultsImpl);
+    static constexpr const wchar_t* ConstructionSource =
+        METHOD_SOURCE(CPolicyResultsImpl, CPolicyResultsImpl);
 
     HRESULT STDMETHODCALLTYPE get_Xml(BSTR* pVal) override;
     HRESULT STDMETHODCALLTYPE put_Xml(BSTR newVal) override;

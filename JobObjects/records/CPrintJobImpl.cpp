@@ -3,7 +3,8 @@
 #include "JobObjects/frame/ChildRecord.h"
 #include "common/Clock.h"
 
-CPrintJobImpl::CPrintJobImpl() : m_version(7, 26), m_jobTimeLocal(Clock::LocalNow()), m_jobTimeUtc(Clock::UtcNow()) {
+CPrintJobImpl::CPrintJobImpl()
+    : m_version(7, 26), m_jobTimeLocal(Clock::LocalNow()), m_jobTimeUtc(Clock::UtcNow()) {
     ThrowIfFailed(CreateByProgId(L"Corvane.JobContents", IID_IJobContents, m_jobContents.PutVoid()));
 }
 

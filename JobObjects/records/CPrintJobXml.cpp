@@ -34,7 +34,7 @@ std::int32_t Milliseconds(std::wstring_view text) noexcept {
 
 /// Reads an optional child's sub-document into the held child, which is created when there is none. Without
 /// the element the child is released. A child that cannot be created makes the read fail with E_POINTER.
-template <class Interface>
+template<class Interface>
 void ReadOptionalChild(QxXmlParser& parser, std::wstring_view name, const wchar_t* progId, REFIID iid,
                        ComPtr<Interface>& child) {
     if (!parser.FindChildElement(name, true)) {

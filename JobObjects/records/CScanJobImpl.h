@@ -15,8 +15,8 @@ public:
     NUMBER_PROPERTY(Duration, m_duration)
 
 private:
-    static constexpr DeviceJob::Form s_form{
-        L"ScanJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/ScanJob", QxVersion(4, 0), QxVersion()};
+    static constexpr DeviceJob::Form s_form{L"ScanJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/ScanJob",
+                                            QxVersion(4, 0), QxVersion()};
 
     std::span<const DeviceJob::OwnField> OwnFields() const noexcept { return m_ownFields; }
 

@@ -19,18 +19,36 @@ std::string Narrow(std::wstring_view text) {
     return narrow;
 }
 
-ComPtr<IPrintJob> CreatePrintJob() { return Create<IPrintJob>(__uuidof(PrintJob)); }
-ComPtr<IJobContents> CreateJobContents() { return Create<IJobContents>(__uuidof(JobContents)); }
-ComPtr<ICopyLines> CreateCopyLines() { return Create<ICopyLines>(__uuidof(CopyLines)); }
-ComPtr<ICopyLine> CreateCopyLine() { return Create<ICopyLine>(__uuidof(CopyLine)); }
+ComPtr<IPrintJob> CreatePrintJob() {
+    return Create<IPrintJob>(__uuidof(PrintJob));
+}
+ComPtr<IJobContents> CreateJobContents() {
+    return Create<IJobContents>(__uuidof(JobContents));
+}
+ComPtr<ICopyLines> CreateCopyLines() {
+    return Create<ICopyLines>(__uuidof(CopyLines));
+}
+ComPtr<ICopyLine> CreateCopyLine() {
+    return Create<ICopyLine>(__uuidof(CopyLine));
+}
 ComPtr<IWindowsPrintInfo> CreateWindowsPrintInfo() {
     return Create<IWindowsPrintInfo>(__uuidof(WindowsPrintInfo));
 }
-ComPtr<IPolicyResults> CreatePolicyResults() { return Create<IPolicyResults>(__uuidof(PolicyResults)); }
-ComPtr<ICopyJob> CreateCopyJob() { return Create<ICopyJob>(__uuidof(CopyJob)); }
-ComPtr<IScanJob> CreateScanJob() { return Create<IScanJob>(__uuidof(ScanJob)); }
-ComPtr<IFaxJob> CreateFaxJob() { return Create<IFaxJob>(__uuidof(FaxJob)); }
-ComPtr<ILogicalPrinter> CreateLogicalPrinter() { return Create<ILogicalPrinter>(__uuidof(LogicalPrinter)); }
+ComPtr<IPolicyResults> CreatePolicyResults() {
+    return Create<IPolicyResults>(__uuidof(PolicyResults));
+}
+ComPtr<ICopyJob> CreateCopyJob() {
+    return Create<ICopyJob>(__uuidof(CopyJob));
+}
+ComPtr<IScanJob> CreateScanJob() {
+    return Create<IScanJob>(__uuidof(ScanJob));
+}
+ComPtr<IFaxJob> CreateFaxJob() {
+    return Create<IFaxJob>(__uuidof(FaxJob));
+}
+ComPtr<ILogicalPrinter> CreateLogicalPrinter() {
+    return Create<ILogicalPrinter>(__uuidof(LogicalPrinter));
+}
 
 std::wstring TakeErrorDescription() {
     ComPtr<IErrorInfo> info;

@@ -25,11 +25,12 @@ std::string Narrow(std::wstring_view text);
 #define REQUIRE_TEXT(actual, expected) REQUIRE(Narrow(actual) == Narrow(expected))
 
 /// A new object of a class, by CoCreateInstance. The test fails if there is none.
-template <class Interface>
+template<class Interface>
 ComPtr<Interface> Create(REFCLSID classId) {
     ComPtr<Interface> object;
-    REQUIRE_HR(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface), object.PutVoid()),
-               S_OK);
+    REQUIRE_HR(
+        CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface), object.PutVoid()),
+        S_OK);
     return object;
 }
 
@@ -45,9 +46,8 @@ ComPtr<IFaxJob> CreateFaxJob();
 ComPtr<ILogicalPrinter> CreateLogicalPrinter();
 
 /// The value of a text property, S_OK required: Text(job, &IPrintJob::get_Xml).
-template <class Interface>
-std::wstring Text(const ComPtr<Interface>& object,
-                  HRESULT (STDMETHODCALLTYPE Interface::*getter)(BSTR*)) {
+template<class Interface>
+std::wstring Text(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::*getter)(BSTR*)) {
     UniqueBstr value;
     REQUIRE_HR((object.Get()->*getter)(value.Put()), S_OK);
     REQUIRE(value.Get() != nullptr);
@@ -55,7 +55,7 @@ std::wstring Text(const ComPtr<Interface>& object,
 }
 
 /// The value of any other property, S_OK required: Value(job, &IPrintJob::get_JobSize).
-template <class Interface, class Type>
+template<class Interface, class Type>
 Type Value(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::*getter)(Type*)) {
     Type value;
     memset(&value, 0xCD, sizeof(value)); // garbage that the getter has to replace
@@ -64,7 +64,7 @@ Type Value(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface
 }
 
 /// Sets a text property and returns the result: Put(job, &IPrintJob::put_Xml, text).
-template <class Interface>
+template<class Interface>
 HRESULT Put(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::*putter)(BSTR),
             std::wstring_view text) {
     return (object.Get()->*putter)(UniqueBstr(text).Get());
