@@ -10,8 +10,8 @@ packages=(
     g++ catch2
     # 32-bit Wine runs the tests and the demo.
     wine wine64 wine32:i386
-    # Checks of the XML files, of the formatting, and of the code.
-    libxml2-utils clang-format clang-tidy
+    # Checks of the XML files, of the formatting, of the code and of the generated pages.
+    libxml2-utils clang-format clang-tidy python3
 )
 
 die() {
