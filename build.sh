@@ -9,7 +9,8 @@ cmake --preset windows
 cmake --build --preset windows --target Tarnwick --parallel "${JOBS:-$(nproc)}"
 
 rm -rf dist
-cmake --install build/windows --prefix "$PWD/dist"
+# Without its debug information, which stays in build/windows.
+cmake --install build/windows --prefix "$PWD/dist" --strip
 
 files=(Tarnwick.dll JobObjects.tlb JobAttributes.xml JobObjects.idl include/JobObjects.h)
 for file in "${files[@]}"; do
