@@ -1,0 +1,216 @@
+#include "LogSession.h"
+
+#include <cstdio>
+
+// A library that is loaded from another folder has its own catalogue, or none. Its objects come from its own
+// entry point: the registered library stays out of it.
+
+namespace {
+
+constexpr wchar_t head[] = L"<JobAttributes>";
+constexpr wchar_t papers[] = L"<PaperSizes><PaperSize DbId=\"1\" Default=\"true\"><PaperDimensions><X>10</X>"
+                             L"<Y>20</Y></PaperDimensions><PaperNames><PaperName Default=\"true\">Card"
+                             L"</PaperName></PaperNames></PaperSize></PaperSizes>";
+constexpr wchar_t pairs[] = L"<PageAttributePairs><PageAttributePair><First DbId=\"1\" Default=\"true\">One"
+                            L"</First><Second DbId=\"2\" Default=\"false\">Two</Second></PageAttributePair>"
+                            L"</PageAttributePairs>";
+constexpr wchar_t attributes[] = L"<PageAttributes/>";
+constexpr wchar_t finishings[] = L"<FinishingAttributes/>";
+constexpr wchar_t pdls[] = L"<Pdls><Pdl DbId=\"7\" Default=\"true\">Raster</Pdl></Pdls>";
+constexpr wchar_t tail[] = L"</JobAttributes>";
+
+std::wstring RegisteredFile() {
+    wchar_t path[MAX_PATH];
+    DWORD size = sizeof(path);
+    REQUIRE(RegGetValueW(HKEY_CLASSES_ROOT, L"CLSID\\{B277E8AC-06C2-4643-A78C-34A04147E8D5}\\InprocServer32",
+                         nullptr, RRF_RT_REG_SZ, nullptr, path, &size) == ERROR_SUCCESS);
+    return path;
+}
+
+std::wstring FileNotFoundText() {
+    wchar_t text[256];
+    DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS |
+                                      FORMAT_MESSAGE_MAX_WIDTH_MASK,
+                                  nullptr, ERROR_FILE_NOT_FOUND, 0, text, 256, nullptr);
+    while (length > 0 && text[length - 1] == L' ')
+        --length;
+    REQUIRE(length > 0);
+    return std::wstring(text, length);
+}
+
+/// A copy of the library in the session's folder, loaded by its path.
+class LibraryCopy {
+public:
+    explicit LibraryCopy(const LogSession& session)
+        : m_file(session.Folder().File(L"Tarnwick.dll")),
+          m_catalogue(session.Folder().File(L"JobAttributes.xml")) {
+        REQUIRE(CopyFileW(RegisteredFile().c_str(), m_file.c_str(), TRUE));
+    }
+    ~LibraryCopy() {
+        if (m_module)
+            FreeLibrary(m_module);
+    }
+    LibraryCopy(const LibraryCopy&) = delete;
+    LibraryCopy& operator=(const LibraryCopy&) = delete;
+
+    const std::wstring& CataloguePath() const { return m_catalogue; }
+
+    void WriteCatalogue(const std::wstring& text) const {
+        std::FILE* file = _wfopen(m_catalogue.c_str(), L"wb");
+        REQUIRE(file != nullptr);
+        const std::string bytes = Narrow(text);
+        REQUIRE(std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size());
+        std::fclose(file);
+    }
+
+    ComPtr<ICopyLine> CreateCopyLine() {
+        if (!m_module)
+            m_module = LoadLibraryW(m_file.c_str());
+        REQUIRE(m_module != nullptr);
+        using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+        const auto getClassObject = reinterpret_cast<GetClassObject>(
+            reinterpret_cast<void*>(GetProcAddress(m_module, "DllGetClassObject")));
+        REQUIRE(getClassObject != nullptr);
+        ComPtr<IClassFactory> factory;
+        REQUIRE_HR(getClassObject(__uuidof(CopyLine), IID_IClassFactory, factory.PutVoid()), S_OK);
+        ComPtr<ICopyLine> line;
+        REQUIRE_HR(factory->CreateInstance(nullptr, __uuidof(ICopyLine), line.PutVoid()), S_OK);
+        return line;
+    }
+
+private:
+    std::wstring m_file;
+    std::wstring m_catalogue;
+    HMODULE m_module = nullptr;
+};
+
+/// What is logged when the paper "Card" is looked up with this catalogue, and the code that is found.
+std::wstring LookUp(const std::wstring& catalogue, LONG expectedCode) {
+    LogSession session;
+    session.Enable();
+    LibraryCopy library(session);
+    library.WriteCatalogue(catalogue);
+    const auto line = library.CreateCopyLine();
+    REQUIRE_HR(Put(line, &ICopyLine::put_PaperSize, L"card"), S_OK);
+    CHECK(Value(line, &ICopyLine::get_DBPaperSize) == expectedCode);
+    return session.TakeText();
+}
+
+const std::wstring unresolved = L"Could not resolve PaperSize entry for 'card'.\r\n";
+
+} // namespace
+
+TEST_CASE("Log_catalogue_beside_the_library_is_the_one_that_counts") {
+    CHECK_TEXT(LookUp(std::wstring(head) + papers + pairs + attributes + finishings + pdls + tail, 1), L"");
+}
+
+TEST_CASE("Log_missing_catalogue_is_told_at_each_call_and_read_once_it_is_there") {
+    LogSession session;
+    session.Enable();
+    LibraryCopy library(session);
+    const auto line = library.CreateCopyLine();
+    REQUIRE_HR(Put(line, &ICopyLine::put_PaperSize, L"card"), S_OK);
+    const std::wstring failed = L"Failed to load job attributes xml file '" + library.CataloguePath() +
+                                L"'. " + FileNotFoundText() + L"\r\n";
+    for (int i = 0; i < 2; ++i) {
+        CHECK(Value(line, &ICopyLine::get_DBPaperSize) == 0);
+        CHECK_TEXT(session.TakeText(), failed + unresolved);
+    }
+    library.WriteCatalogue(std::wstring(head) + papers + pairs + attributes + finishings + pdls + tail);
+    CHECK(Value(line, &ICopyLine::get_DBPaperSize) == 1);
+    CHECK_TEXT(session.TakeText(), L"");
+
+    // Read once: what happens to the file later has no effect in this process.
+    library.WriteCatalogue(L"");
+    CHECK(Value(line, &ICopyLine::get_DBPaperSize) == 1);
+    CHECK_TEXT(session.TakeText(), L"");
+}
+
+TEST_CASE("Log_broken_catalogue_is_corrupt") {
+    CHECK_TEXT(LookUp(L"<JobAttributes><PaperSizes>", 0),
+               L"Job attributes xml file is corrupt.\r\n" + unresolved);
+    CHECK_TEXT(LookUp(L"no markup", 0), L"Job attributes xml file is corrupt.\r\n" + unresolved);
+}
+
+TEST_CASE("Log_missing_section_of_the_catalogue_is_named") {
+    const auto missing = [](const wchar_t* name) {
+        return L"Missing '" + std::wstring(name) + L"' xml element.\r\n";
+    };
+    std::wstring catalogue = head;
+    CHECK_TEXT(LookUp(catalogue + pairs + attributes + finishings + pdls + tail, 0),
+               missing(L"PaperSizes") + unresolved);
+    catalogue += papers; // stays in use, whatever follows
+    CHECK_TEXT(LookUp(catalogue + tail, 1), missing(L"PageAttributePairs"));
+    catalogue += pairs;
+    CHECK_TEXT(LookUp(catalogue + tail, 1), missing(L"PageAttributes"));
+    catalogue += attributes;
+    CHECK_TEXT(LookUp(catalogue + tail, 1), missing(L"FinishingAttributes"));
+    catalogue += finishings;
+    CHECK_TEXT(LookUp(catalogue + tail, 1), missing(L"Pdls"));
+    CHECK_TEXT(LookUp(std::wstring(head) + pdls + papers + pairs + attributes + finishings + tail, 1),
+               missing(L"Pdls"));
+}
+
+TEST_CASE("Log_incomplete_paper_sizes_of_the_catalogue_are_named") {
+    const std::wstring rest = std::wstring(pairs) + attributes + finishings + pdls + tail;
+    CHECK_TEXT(LookUp(std::wstring(head) +
+                          L"<PaperSizes><PaperSize DbId=\"3\"><PaperNames><PaperName>Card</PaperName>"
+                          L"</PaperNames></PaperSize></PaperSizes>" +
+                          rest,
+                      3),
+               L"Missing 'PaperDimensions' xml element.\r\n");
+    CHECK_TEXT(LookUp(std::wstring(head) +
+                          L"<PaperSizes><PaperSize DbId=\"3\"><PaperDimensions/></PaperSize></PaperSizes>" +
+                          rest,
+                      0),
+               L"Missing 'PaperNames' xml element.\r\n" + unresolved);
+}
+
+TEST_CASE("Log_unresolved_words_and_codes_are_named") {
+    LogSession session;
+    session.Enable();
+    const auto line = CreateCopyLine();
+    const auto contents = CreateJobContents();
+    Put(line, &ICopyLine::put_PaperSize, L"Napkin");
+    Value(line, &ICopyLine::get_DBPaperSize);
+    CHECK_TEXT(session.TakeText(), L"Could not resolve PaperSize entry for 'Napkin'.\r\n");
+    Put(line, &ICopyLine::put_Attributes, L"Shiny,Red");
+    Value(line, &ICopyLine::get_DBAttributes);
+    CHECK_TEXT(session.TakeText(), L"Supplied PageAttributes 'Shiny,Red' did not match any attributes.\r\n");
+    Put(contents, &IJobContents::put_JobFinishing, L"Glue");
+    Value(contents, &IJobContents::get_DBFinishing);
+    CHECK_TEXT(session.TakeText(), L"Supplied JobFinishing 'Glue' did not match any finishing options.\r\n");
+    Put(contents, &IJobContents::put_JobPdl, L"Braille");
+    Value(contents, &IJobContents::get_DBPdl);
+    CHECK_TEXT(session.TakeText(), L"Supplied JobPdl 'Braille' was not found.\r\n");
+
+    CHECK_HR(contents->GenerateContentsFromDBInfo(UniqueBstr(L"0,1,1,1,5;1,1,1,1,0;1,1,1,1,1073741824").Get(),
+                                                  1, 1, 4095, 1 << 30),
+             S_OK);
+    CHECK_TEXT(session.TakeText(),
+               L"Supplied JobPdl DB id '0xfff' was invalid. Using Default.\r\n"
+               L"Supplied JobFinishing DB id '0x40000000' was invalid.\r\n"
+               L"DB CopyLine string '0,1,1,1,5' is invalid.\r\n"
+               L"DB CopyLine string '1,1,1,1,0' is invalid.\r\n"
+               L"Supplied DB PageAttributes id '0x40000000' did not match any attributes.\r\n");
+
+    CHECK_HR(
+        contents->GenerateCopyLineFromPageCounterInfo(UniqueBstr(L"A4,Duplex,simplex").Get(), 1, 0, 0, 1),
+        S_OK);
+    CHECK_TEXT(session.TakeText(),
+               L"Both attributes of a pair were present ('Simplex','Duplex'), using Default.\r\n");
+}
+
+TEST_CASE("Log_known_words_and_empty_texts_are_not_mentioned") {
+    LogSession session;
+    session.Enable();
+    const auto line = CreateCopyLine();
+    const auto contents = CreateJobContents();
+    CHECK(Value(line, &ICopyLine::get_DBAttributes) == 0);
+    CHECK(Value(contents, &IJobContents::get_DBFinishing) == 0);
+    CHECK_HR(contents->GenerateContentsFromPageCounterInfo(UniqueBstr(L"A4,Duplex,Color,PDF,Staple").Get(), 1,
+                                                           1, 2, 1),
+             S_OK);
+    CHECK_TEXT(Text(contents, &IJobContents::get_DBCopyLines), L"1,0,2,1,10");
+    CHECK_TEXT(session.TakeText(), L"");
+}

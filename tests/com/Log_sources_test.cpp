@@ -1,0 +1,359 @@
+#include "ForeignChild.h"
+#include "ImportPatch.h"
+#include "LogSession.h"
+
+#include <functional>
+
+// The names under which the methods report. Components match them in the log, so they are compared to the
+// letter, the odd ones included.
+
+namespace {
+
+constexpr auto dispatchError5 = static_cast<HRESULT>(0x80040205); // has no text of the system's
+
+/// What the call writes to the log.
+std::wstring Logged(LogSession& session, HRESULT expected, const std::function<HRESULT()>& call) {
+    session.TakeText();
+    CHECK_HR(call(), expected);
+    return session.TakeText();
+}
+
+std::wstring Exception(const std::wstring& source, const std::wstring& message) {
+    return L"[" + source + L"] Exception: " + message + L"\r\n";
+}
+
+/// The system's text for a result, as reports show it.
+std::wstring SystemText(HRESULT result) {
+    wchar_t text[256];
+    DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                  static_cast<DWORD>(result), MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), text,
+                                  256, nullptr);
+    while (length > 0 && (text[length - 1] == L'\n' || text[length - 1] == L'\r'))
+        --length;
+    REQUIRE(length > 0);
+    return std::wstring(text, length);
+}
+
+std::wstring OutOfMemoryText() {
+    return SystemText(E_OUTOFMEMORY);
+}
+
+// Replacements for what the library imports: the first call fails, later ones go on to the original.
+
+int failuresLeft = 0;
+void* originalFunction = nullptr;
+
+BSTR WINAPI FailingSysAllocStringLen(const OLECHAR* text, UINT length) {
+    if (failuresLeft > 0) {
+        --failuresLeft;
+        return nullptr;
+    }
+    return reinterpret_cast<decltype(&SysAllocStringLen)>(originalFunction)(text, length);
+}
+
+void* __cdecl FailingMalloc(std::size_t size) {
+    if (failuresLeft > 0) {
+        --failuresLeft;
+        return nullptr;
+    }
+    return reinterpret_cast<void*(__cdecl*)(std::size_t)>(originalFunction)(size);
+}
+
+HRESULT WINAPI FailingCreateErrorInfo(ICreateErrorInfo**) {
+    --failuresLeft;
+    return E_OUTOFMEMORY;
+}
+
+/// The call's result while the library's first call of a function fails. It must have been called.
+HRESULT WithFailing(const char* function, void* replacement, const std::function<HRESULT()>& call) {
+    const ImportPatch patch(GetModuleHandleW(L"Tarnwick.dll"), function, replacement);
+    originalFunction = patch.Original();
+    failuresLeft = 1;
+    const HRESULT result = call();
+    CHECK(failuresLeft == 0);
+    failuresLeft = 0;
+    return result;
+}
+
+HRESULT WithoutTextMemory(const std::function<HRESULT()>& call) {
+    return WithFailing("SysAllocStringLen", reinterpret_cast<void*>(FailingSysAllocStringLen), call);
+}
+
+HRESULT WithoutMemory(const std::function<HRESULT()>& call) {
+    return WithFailing("malloc", reinterpret_cast<void*>(FailingMalloc), call);
+}
+
+/// A text getter that finds no memory for its result reports under the source and gives no text.
+template<class Interface>
+void CheckTextGetter(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::*getter)(BSTR*),
+                     const wchar_t* source) {
+    INFO(Narrow(source));
+    BSTR value = reinterpret_cast<BSTR>(0x1234);
+    CHECK_HR(WithoutTextMemory([&] { return (object.Get()->*getter)(&value); }), E_OUTOFMEMORY);
+    CHECK(value == nullptr);
+    CHECK_TEXT(TakeErrorDescription(), OutOfMemoryText());
+}
+
+} // namespace
+
+TEST_CASE("Log_names_the_reader_of_each_record") {
+    LogSession session;
+    session.Enable();
+    CHECK_TEXT(Logged(session, E_FAIL, [] { return Put(CreateCopyJob(), &ICopyJob::put_Xml, L"<x/>"); }),
+               Exception(L"CCopyJobImpl::put_Xml", L"CopyJob element is missing."));
+    CHECK_TEXT(Logged(session, E_FAIL, [] { return Put(CreateScanJob(), &IScanJob::put_Xml, L"<x/>"); }),
+               Exception(L"CScanJobImpl::put_Xml", L"ScanJob element is missing."));
+    CHECK_TEXT(Logged(session, E_FAIL, [] { return Put(CreateFaxJob(), &IFaxJob::put_Xml, L"<x/>"); }),
+               Exception(L"CFaxJobImpl::put_Xml", L"FaxJob element is missing."));
+    CHECK_TEXT(Logged(session, E_FAIL, [] { return Put(CreatePrintJob(), &IPrintJob::put_Xml, L"<x/>"); }),
+               Exception(L"CPrintJobImpl::put_Xml", L"PrintJob element is missing."));
+    CHECK_TEXT(Logged(session, E_FAIL,
+                      [] { return Put(CreateLogicalPrinter(), &ILogicalPrinter::put_Xml, L"<x/>"); }),
+               Exception(L"CLogicalPrinterImpl::put_Xml", L"LogicalPrinter element is missing."));
+}
+
+TEST_CASE("Log_names_the_layers_of_an_invalid_fragment") {
+    LogSession session;
+    session.Enable();
+    CHECK_TEXT(Logged(session, E_FAIL, [] { return Put(CreateCopyLine(), &ICopyLine::put_Xml, L"<x/>"); }),
+               L"[CCopyLine::put_Xml] Invalid Xml fragment\r\n"
+               L"[CCopyLineImpl::put_Xml] Invalid Xml fragment\r\n"
+               L"[CCopyLineImpl::get_Xml] Exception: [CCopyLineImpl::put_Xml] Invalid Xml fragment\r\n");
+    CHECK_TEXT(Logged(session, E_FAIL, [] { return Put(CreateCopyLines(), &ICopyLines::put_Xml, L"<x/>"); }),
+               L"[CCopyLines::put_Xml] Invalid Xml fragment\r\n"
+               L"[CCopyLinesImpl::put_Xml] Invalid Xml fragment\r\n"
+               L"[CCopyLinesImpl::put_Xml] Exception: [CCopyLinesImpl::put_Xml] Invalid Xml fragment\r\n");
+    CHECK_TEXT(
+        Logged(session, E_FAIL, [] { return Put(CreateJobContents(), &IJobContents::put_Xml, L"<x/>"); }),
+        L"[CJobContents::put_Xml] Invalid Xml fragment\r\n"
+        L"[CJobContentsImpl::put_Xml] Invalid Xml fragment\r\n"
+        L"[CJobContentsImpl::put_Xml] Exception: [CJobContentsImpl::put_Xml] Invalid Xml fragment\r\n");
+    CHECK_TEXT(
+        Logged(session, E_FAIL,
+               [] { return Put(CreateJobContents(), &IJobContents::put_Xml, L"<JobContents/>"); }),
+        L"[CCopyLines::put_Xml] Invalid Xml fragment\r\n"
+        L"[CJobContents::put_Xml] Invalid Xml fragment\r\n"
+        L"[CJobContentsImpl::put_Xml] Invalid Xml fragment\r\n"
+        L"[CJobContentsImpl::put_Xml] Exception: [CJobContentsImpl::put_Xml] Invalid Xml fragment\r\n");
+}
+
+TEST_CASE("Log_invalid_print_info_is_told_by_the_log_alone") {
+    LogSession session;
+    session.Enable();
+    CHECK_TEXT(Logged(session, E_FAIL,
+                      [] { return Put(CreateWindowsPrintInfo(), &IWindowsPrintInfo::put_Xml, L"<x/>"); }),
+               L"[CWindowsPrintInfo::put_Xml] Invalid Xml fragment\r\n"
+               L"[CWindowsPrintInfoImpl::put_Xml] Invalid Xml fragment\r\n");
+    CHECK_TEXT(TakeErrorDescription(), L"<none>");
+}
+
+TEST_CASE("Log_names_the_writer_of_each_job_whose_child_fails") {
+    LogSession session;
+    session.Enable();
+    ForeignChild child(__uuidof(IJobContents));
+    child.getResult = dispatchError5;
+    const auto logged = [&](auto&& job, auto putChild, auto getter) {
+        REQUIRE_HR((job.Get()->*putChild)(child.As<IJobContents>()), S_OK);
+        BSTR value = reinterpret_cast<BSTR>(0x1234);
+        const std::wstring text =
+            Logged(session, dispatchError5, [&] { return (job.Get()->*getter)(&value); });
+        CHECK(value == nullptr);
+        return text;
+    };
+    const std::wstring message = L"IDispatch error #5";
+    CHECK_TEXT(logged(CreateCopyJob(), &ICopyJob::put_JobContents, &ICopyJob::get_Xml),
+               Exception(L"CCopyJobImpl::get_Xml", message));
+    CHECK_TEXT(logged(CreateScanJob(), &IScanJob::put_JobContents, &IScanJob::get_Xml),
+               Exception(L"CScanJobImpl::get_Xml", message));
+    CHECK_TEXT(logged(CreateFaxJob(), &IFaxJob::put_JobContents, &IFaxJob::get_Xml),
+               Exception(L"CFaxJobImpl::get_Xml", message));
+    CHECK_TEXT(logged(CreatePrintJob(), &IPrintJob::put_JobContents, &IPrintJob::get_Xml),
+               Exception(L"CPrintJobImpl::get_Xml", message));
+    CHECK_TEXT(
+        logged(CreatePrintJob(), &IPrintJob::put_PageCounterJobContents, &IPrintJob::get_PageCounterInfoXml),
+        Exception(L"CPrintJobImpl::get_PageCounterInfoXml", message));
+    CHECK(child.references == 0);
+}
+
+TEST_CASE("Log_failure_that_explains_itself_is_a_com_exception") {
+    LogSession session;
+    session.Enable(8);
+    ForeignChild child(__uuidof(IJobContents));
+    child.getResult = dispatchError5;
+    child.ExplainFailures(L"the child's own text");
+    const auto job = CreateCopyJob();
+    REQUIRE_HR(job->put_JobContents(child.As<IJobContents>()), S_OK);
+    BSTR value = nullptr;
+    CHECK_TEXT(Logged(session, dispatchError5, [&] { return job->get_Xml(&value); }),
+               L"[CQxCom] [CCopyJobImpl::get_Xml] COM exception: IDispatch error #5\r\n");
+    ComPtr<IErrorInfo> info;
+    REQUIRE_HR(GetErrorInfo(0, info.Put()), S_OK);
+    CHECK(info.Get() == child.explanation.Get());
+}
+
+TEST_CASE("Log_names_both_layers_when_a_job_reads_an_invalid_child") {
+    LogSession session;
+    session.Enable();
+    CHECK_TEXT(Logged(session, E_FAIL,
+                      [] {
+                          return Put(CreateCopyJob(), &ICopyJob::put_Xml,
+                                     L"<CopyJob Version=\"4.0\"><JobContents/></CopyJob>");
+                      }),
+               L"[CCopyLines::put_Xml] Invalid Xml fragment\r\n"
+               L"[CJobContents::put_Xml] Invalid Xml fragment\r\n"
+               L"[CJobContentsImpl::put_Xml] Invalid Xml fragment\r\n"
+               L"[CJobContentsImpl::put_Xml] Exception: [CJobContentsImpl::put_Xml] Invalid Xml fragment\r\n"
+               L"[CCopyJobImpl::put_Xml] COM exception: " +
+                   SystemText(E_FAIL) + L"\r\n");
+    CHECK_TEXT(TakeErrorDescription(), L"[CJobContentsImpl::put_Xml] Invalid Xml fragment");
+}
+
+TEST_CASE("Log_names_the_property_of_another_log_target") {
+    LogSession session;
+    session.Enable();
+    LONG id = 0;
+    const auto job = CreatePrintJob();
+    CHECK_TEXT(Logged(session, static_cast<HRESULT>(0x800710DD), [&] { return job->get_DeviceId(&id); }),
+               Exception(L"CPrintJobImpl::CheckLogTargetTypeSupportsProperty",
+                         L"The DeviceId property is not supported when the LogTargetType is None."));
+    CHECK_TEXT(TakeErrorDescription(),
+               L"The DeviceId property is not supported when the LogTargetType is None.");
+}
+
+TEST_CASE("Log_names_the_destination_that_is_not_well_formed") {
+    LogSession session;
+    session.Enable();
+    const auto printer = CreateLogicalPrinter();
+    CHECK_TEXT(
+        Logged(session, E_FAIL, [&] { return Put(printer, &ILogicalPrinter::put_Destination, L"a<"); }),
+        Exception(L"CLogicalPrinterImpl::put_Destination", L"Destination element is not well formed."));
+}
+
+TEST_CASE("Log_names_each_text_getter_that_finds_no_memory") {
+    LogSession session;
+    session.Enable();
+    const std::wstring text = OutOfMemoryText();
+    const auto check = [&](const auto& object, auto getter, const wchar_t* source) {
+        session.TakeText();
+        CheckTextGetter(object, getter, source);
+        CHECK_TEXT(session.TakeText(), Exception(source, text));
+    };
+    // The two of a copy line report under each other's names.
+    check(CreateCopyLine(), &ICopyLine::get_Xml, L"CCopyLineImpl::put_Xml");
+    check(CreateCopyLines(), &ICopyLines::get_Xml, L"CCopyLinesImpl::get_Xml");
+    check(CreateJobContents(), &IJobContents::get_Xml, L"CJobContentsImpl::get_Xml");
+    check(CreatePolicyResults(), &IPolicyResults::get_Xml, L"CPolicyResultsImpl::get_Xml");
+    check(CreateWindowsPrintInfo(), &IWindowsPrintInfo::get_Xml, L"CWindowsPrintInfoImpl::get_Xml");
+    check(CreateLogicalPrinter(), &ILogicalPrinter::get_Xml, L"CLogicalPrinterImpl::get_Xml");
+    check(CreateLogicalPrinter(), &ILogicalPrinter::get_DriverInfoXml,
+          L"CLogicalPrinterImpl::get_DriverInfoXml");
+    check(CreatePrintJob(), &IPrintJob::get_PageCounterInfoXml, L"CPrintJobImpl::get_PageCounterInfoXml");
+
+    const auto older = CreateLogicalPrinter();
+    REQUIRE_HR(Put(older, &ILogicalPrinter::put_Xml, L"<LogicalPrinter Version=\"3.5\"/>"), S_OK);
+    check(older, &ILogicalPrinter::get_Xml, L"CLogicalPrinterImpl::get_Xml35");
+}
+
+TEST_CASE("Log_names_the_methods_of_job_contents_that_find_no_memory") {
+    LogSession session;
+    session.Enable();
+    const auto contents = CreateJobContents();
+    const UniqueBstr words(L"A4,Duplex,B&W,PostScript,Staple,and a word too long for any short text buffer");
+    BSTR texts[6] = {};
+    VARIANT_BOOL flag = 0x55;
+    // The catalogue is loaded first, so that what fails is the method's own work.
+    BSTR left = nullptr;
+    REQUIRE_HR(contents->DoAttributesMatch(words.Get(), &left, &flag), S_OK);
+    SysFreeString(left);
+
+    const std::wstring text = OutOfMemoryText();
+    const auto check = [&](const wchar_t* source, const std::function<HRESULT()>& call) {
+        INFO(Narrow(source));
+        CHECK_TEXT(Logged(session, E_OUTOFMEMORY, [&] { return WithoutMemory(call); }),
+                   Exception(source, text));
+        CHECK_TEXT(TakeErrorDescription(), text);
+    };
+    // One name serves most of them.
+    const wchar_t* general = L"CJobContentsImpl::GenerateGeneralContentsFromPageCounterInfo";
+    check(general, [&] { return contents->GenerateContentsFromPageCounterInfo(words.Get(), 1, 1, 1, 1); });
+    check(general, [&] {
+        return contents->GenerateGeneralContentsFromPageCounterInfo(words.Get(), 1, 1, VARIANT_FALSE,
+                                                                    &texts[0]);
+    });
+    CHECK(texts[0] == nullptr);
+    const UniqueBstr lines(L"1,1,1,1,5;2,1,1,1,5");
+    check(general, [&] { return contents->GenerateContentsFromDBInfo(lines.Get(), 1, 1, 6, 3); });
+    auto* const garbage = reinterpret_cast<BSTR>(0x1234);
+    for (BSTR& each : texts)
+        each = garbage;
+    check(general, [&] {
+        return contents->MatchAttributes(words.Get(), &texts[0], &texts[1], &texts[2], &texts[3], &texts[4],
+                                         &flag, &texts[5]);
+    });
+    for (BSTR each : texts)
+        CHECK(each == nullptr);
+    CHECK(flag == VARIANT_FALSE);
+
+    check(L"CJobContentsImpl::GenerateCopyLineFromPageCounterInfo",
+          [&] { return contents->GenerateCopyLineFromPageCounterInfo(words.Get(), 1, 1, 1, 1); });
+    left = garbage;
+    check(L"CJobContentsImpl::DoAttributesMatch",
+          [&] { return contents->DoAttributesMatch(words.Get(), &left, &flag); });
+    CHECK(left == nullptr);
+    CHECK(flag == VARIANT_FALSE);
+}
+
+TEST_CASE("Log_text_that_finds_no_memory_behind_others_leaves_no_out_value") {
+    LogSession session;
+    session.Enable();
+    const auto contents = CreateJobContents();
+    const UniqueBstr words(L"A4");
+    BSTR texts[6] = {};
+    VARIANT_BOOL flag = 0x55;
+    CHECK_HR(WithoutTextMemory([&] {
+                 return contents->MatchAttributes(words.Get(), &texts[0], &texts[1], &texts[2], &texts[3],
+                                                  &texts[4], &flag, &texts[5]);
+             }),
+             E_OUTOFMEMORY);
+    for (BSTR each : texts)
+        CHECK(each == nullptr);
+    CHECK(flag == VARIANT_FALSE);
+}
+
+TEST_CASE("Log_names_the_readers_that_find_no_memory") {
+    LogSession session;
+    session.Enable();
+    const std::wstring text = OutOfMemoryText();
+    const auto printer = CreateLogicalPrinter();
+    const UniqueBstr xml(
+        L"<LogicalPrinter Version=\"3.6\"><PrinterName>a name</PrinterName></LogicalPrinter>");
+    CHECK_TEXT(Logged(session, E_OUTOFMEMORY,
+                      [&] { return WithoutMemory([&] { return printer->put_Xml(xml.Get()); }); }),
+               Exception(L"CLogicalPrinterImpl::put_Xml", text));
+
+    const auto line = CreateCopyLine();
+    const UniqueBstr lineXml(L"<CopyLine><PaperSize>A4</PaperSize></CopyLine>");
+    CHECK_TEXT(Logged(session, E_OUTOFMEMORY,
+                      [&] { return WithoutMemory([&] { return line->put_Xml(lineXml.Get()); }); }),
+               Exception(L"CCopyLineImpl::get_Xml", text));
+
+    const auto info = CreateWindowsPrintInfo();
+    const UniqueBstr infoXml(L"<WindowsPrintInfo><DevModeFormName>A4</DevModeFormName></WindowsPrintInfo>");
+    CHECK_TEXT(Logged(session, E_OUTOFMEMORY,
+                      [&] { return WithoutMemory([&] { return info->put_Xml(infoXml.Get()); }); }),
+               Exception(L"CWindowsPrintInfoImpl::put_Xml", text));
+}
+
+TEST_CASE("Log_line_is_written_even_when_there_is_no_error_information") {
+    LogSession session;
+    session.Enable();
+    const auto job = CreateCopyJob();
+    CHECK_TEXT(Logged(session, E_FAIL,
+                      [&] {
+                          return WithFailing("CreateErrorInfo",
+                                             reinterpret_cast<void*>(FailingCreateErrorInfo),
+                                             [&] { return Put(job, &ICopyJob::put_Xml, L"<x/>"); });
+                      }),
+               failedOnce);
+    CHECK_TEXT(TakeErrorDescription(), L"<none>");
+}
