@@ -34,7 +34,8 @@ public:
     HRESULT queryResult = S_OK; ///< of a query for the child's interface
     HRESULT getResult = S_OK;
     HRESULT putResult = S_OK;
-    std::wstring xml; ///< what Xml gives, and the text it was last given
+    HRESULT vouches = S_OK; ///< whether it answers for its error information
+    std::wstring xml;       ///< what Xml gives, and the text it was last given
     ComPtr<IErrorInfo> explanation;
 
     // What the test looks at.
@@ -82,7 +83,7 @@ public:
     }
 
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override {
-        return iid == m_interface ? S_OK : S_FALSE;
+        return iid == m_interface ? vouches : S_FALSE;
     }
 
 private:

@@ -1,0 +1,279 @@
+// Jobs with children of the client's own making: what jobs ask of them, and how their failures come through.
+
+#include "ForeignChild.h"
+#include "RecordTest.h"
+
+namespace {
+
+constexpr auto ownResult = static_cast<HRESULT>(0x8004FF05); // the system has no text for it
+constexpr auto foreignText = L"<Foreign>1 &lt; 2</Foreign>";
+
+/// Puts the children of one kind: the job's property and the element that is read into it.
+struct Kind {
+    const char* name;
+    IID interfaceId;
+    HRESULT (*put)(IPrintJob* job, ForeignChild& child);
+    const wchar_t* element;
+    bool required;
+};
+
+const Kind kinds[] = {
+    {"JobContents", __uuidof(IJobContents),
+     [](IPrintJob* job, ForeignChild& child) { return job->put_JobContents(child.As<IJobContents>()); },
+     L"<JobContents a=\"1\">x</JobContents>", true},
+    {"PageCounterJobContents", __uuidof(IJobContents),
+     [](IPrintJob* job, ForeignChild& child) {
+         return job->put_PageCounterJobContents(child.As<IJobContents>());
+     },
+     L"<PageCounterInfo><JobContents>x</JobContents></PageCounterInfo>", false},
+    {"WindowsPrintInfo", __uuidof(IWindowsPrintInfo),
+     [](IPrintJob* job, ForeignChild& child) {
+         return job->put_WindowsPrintInfo(child.As<IWindowsPrintInfo>());
+     },
+     L"<WindowsPrintInfo>x</WindowsPrintInfo>", false},
+    {"PolicyResults", __uuidof(IPolicyResults),
+     [](IPrintJob* job, ForeignChild& child) { return job->put_PolicyResults(child.As<IPolicyResults>()); },
+     L"<PolicyResults>x</PolicyResults>", false},
+};
+
+std::wstring TextWith(const Kind& kind) {
+    return RecordText(L"PrintJob", L"7.26", kind.element);
+}
+
+/// The element that the child itself is given.
+std::wstring ChildText(const Kind& kind) {
+    const std::wstring text = kind.element;
+    const std::wstring counter = L"<PageCounterInfo>";
+    return text.starts_with(counter) ? text.substr(counter.size(), text.size() - 2 * counter.size() - 1)
+                                     : text;
+}
+
+} // namespace
+
+TEST_CASE("ForeignChild_is_held_and_released_by_the_job") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild child(kind.interfaceId);
+        {
+            const auto job = CreatePrintJob();
+            REQUIRE_HR(kind.put(job.Get(), child), S_OK);
+            CHECK(child.references == 1);
+            REQUIRE_HR(kind.put(job.Get(), child), S_OK); // itself again
+            CHECK(child.references == 1);
+            ForeignChild other(kind.interfaceId);
+            REQUIRE_HR(kind.put(job.Get(), other), S_OK);
+            CHECK(child.references == 0);
+            CHECK(other.references == 1);
+            REQUIRE_HR(kind.put(job.Get(), child), S_OK);
+            CHECK(other.references == 0);
+        }
+        CHECK(child.references == 0);
+    }
+}
+
+TEST_CASE("ForeignChild_text_stands_in_the_job_s_as_it_is") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        // Also a text that no parser takes: jobs do not look into it.
+        for (const wchar_t* text : {foreignText, L"", L"no markup < & at all", L"<a></b>"}) {
+            ForeignChild child(kind.interfaceId);
+            child.xml = text;
+            const auto job = CreatePrintJob();
+            const std::wstring without = Text(job, &IPrintJob::get_Xml);
+            REQUIRE_HR(kind.put(job.Get(), child), S_OK);
+            const std::wstring with = Text(job, &IPrintJob::get_Xml);
+            if (kind.required)
+                CHECK_HAS(with, L"</JobContentsDiscardCount>" + std::wstring(text) + L"<PageCounterInfo>");
+            else
+                CHECK(with.size() == without.size() + child.xml.size());
+            if (!child.xml.empty())
+                CHECK_HAS(with, text);
+        }
+    }
+}
+
+TEST_CASE("ForeignChild_texts_stand_in_their_order") {
+    ForeignChild children[] = {ForeignChild(kinds[0].interfaceId), ForeignChild(kinds[1].interfaceId),
+                               ForeignChild(kinds[2].interfaceId), ForeignChild(kinds[3].interfaceId)};
+    const wchar_t* const texts[] = {L"<A/>", L"<B/>", L"<C/>", L"<D/>"};
+    const auto job = CreatePrintJob();
+    for (int i = 0; i < 4; ++i) {
+        children[i].xml = texts[i];
+        REQUIRE_HR(kinds[i].put(job.Get(), children[i]), S_OK);
+    }
+    CHECK_HAS(Text(job, &IPrintJob::get_Xml),
+              L"</JobContentsDiscardCount><A/><PageCounterInfo><B/><PageCounterErrorMessage/>"
+              L"<PageCounterResult/></PageCounterInfo><C/><D/></PrintJob>");
+}
+
+TEST_CASE("ForeignChild_is_given_its_element_when_the_job_is_read") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild child(kind.interfaceId);
+        const auto job = CreatePrintJob();
+        REQUIRE_HR(kind.put(job.Get(), child), S_OK);
+        REQUIRE_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), S_OK);
+        CHECK(child.puts == 1);
+        CHECK_TEXT(child.xml, ChildText(kind));
+        CHECK(child.references == 1); // used again, not replaced
+        REQUIRE_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", L"7.26")), S_OK);
+        CHECK(child.puts == 1);
+        CHECK(child.references == 0); // the element is missing
+    }
+}
+
+TEST_CASE("ForeignChild_failure_of_reading_comes_through_unchanged") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild child(kind.interfaceId);
+        child.ExplainFailures(L"The child does not like it.");
+        child.putResult = ownResult;
+        const auto job = CreatePrintJob();
+        REQUIRE_HR(kind.put(job.Get(), child), S_OK);
+        CHECK_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), ownResult);
+        ComPtr<IErrorInfo> info;
+        REQUIRE_HR(GetErrorInfo(0, info.Put()), S_OK);
+        CHECK(info.Get() == child.explanation.Get());
+        CHECK(child.references == 1); // still held
+    }
+}
+
+TEST_CASE("ForeignChild_failure_of_writing_comes_through_unchanged") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild child(kind.interfaceId);
+        child.ExplainFailures(L"The child has nothing to say.");
+        child.getResult = ownResult;
+        const auto job = CreatePrintJob();
+        REQUIRE_HR(kind.put(job.Get(), child), S_OK);
+        UniqueBstr xml;
+        CHECK_HR(job->get_Xml(xml.Put()), ownResult);
+        CHECK(xml.Get() == nullptr);
+        ComPtr<IErrorInfo> info;
+        REQUIRE_HR(GetErrorInfo(0, info.Put()), S_OK);
+        CHECK(info.Get() == child.explanation.Get());
+        UniqueBstr source;
+        REQUIRE_HR(info->GetSource(source.Put()), S_OK);
+        CHECK_TEXT(source.View(), L"ForeignChild");
+    }
+}
+
+TEST_CASE("ForeignChild_failure_of_the_page_counter_contents_fails_their_own_text_too") {
+    ForeignChild child(__uuidof(IJobContents));
+    child.ExplainFailures(L"The child has nothing to say.");
+    child.getResult = ownResult;
+    const auto job = CreatePrintJob();
+    REQUIRE_HR(job->put_PageCounterJobContents(child.As<IJobContents>()), S_OK);
+    BSTR text = reinterpret_cast<BSTR>(0x5A5A5A5A);
+    CHECK_HR(job->get_PageCounterInfoXml(&text), ownResult);
+    CHECK(text == nullptr);
+    CHECK_TEXT(TakeErrorDescription(), L"The child has nothing to say.");
+}
+
+TEST_CASE("ForeignChild_failure_without_error_information_gets_the_text_of_its_result") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild child(kind.interfaceId);
+        child.putResult = ownResult;
+        child.getResult = static_cast<HRESULT>(0x80040200);
+        const auto job = CreatePrintJob();
+        REQUIRE_HR(kind.put(job.Get(), child), S_OK);
+        CHECK_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), ownResult);
+        CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
+        UniqueBstr xml;
+        CHECK_HR(job->get_Xml(xml.Put()), child.getResult);
+        CHECK_TEXT(TakeErrorDescription(), L"Unknown error 0x80040200");
+    }
+}
+
+TEST_CASE("ForeignChild_error_information_it_does_not_vouch_for_is_not_passed_on") {
+    ForeignChild child(__uuidof(IJobContents));
+    child.ExplainFailures(L"about something else");
+    child.getResult = ownResult;
+    child.vouches = S_FALSE;
+    const auto job = CreatePrintJob();
+    REQUIRE_HR(job->put_JobContents(child.As<IJobContents>()), S_OK);
+    UniqueBstr xml;
+    CHECK_HR(job->get_Xml(xml.Put()), ownResult);
+    CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
+}
+
+TEST_CASE("ForeignChild_is_given_the_white_space_behind_its_element_too") {
+    ForeignChild child(__uuidof(IJobContents));
+    const auto job = CreatePrintJob();
+    REQUIRE_HR(job->put_JobContents(child.As<IJobContents>()), S_OK);
+    REQUIRE_HR(Put(job, &IPrintJob::put_Xml,
+                   RecordText(L"PrintJob", L"7.26",
+                              L"\n <x:JobContents><a/>\t</x:JobContents>\r\n  <JobName>n</JobName>\n")),
+               S_OK);
+    CHECK_TEXT(child.xml, L"<x:JobContents><a/>\t</x:JobContents>\r\n  ");
+    CHECK_TEXT(Text(job, &IPrintJob::get_JobName), L"n");
+}
+
+TEST_CASE("ForeignChild_without_the_interface_clears_an_optional_child") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild held(kind.interfaceId);
+        ForeignChild child(kind.interfaceId);
+        child.queryResult = E_NOINTERFACE;
+        const auto job = CreatePrintJob();
+        REQUIRE_HR(kind.put(job.Get(), held), S_OK);
+        CHECK_HR(kind.put(job.Get(), child), kind.required ? E_NOINTERFACE : S_OK);
+        CHECK(held.references == (kind.required ? 1 : 0));
+        CHECK(child.references == 0);
+    }
+}
+
+TEST_CASE("ForeignChild_that_fails_its_query_otherwise_leaves_the_held_child_alone") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild held(kind.interfaceId);
+        ForeignChild child(kind.interfaceId);
+        child.queryResult = ownResult;
+        const auto job = CreatePrintJob();
+        REQUIRE_HR(kind.put(job.Get(), held), S_OK);
+        CHECK_HR(kind.put(job.Get(), child), ownResult);
+        CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
+        CHECK(held.references == 1);
+        CHECK(child.references == 0);
+    }
+}
+
+TEST_CASE("ForeignChild_of_a_device_job_follows_the_same_rules") {
+    ForeignChild contents(__uuidof(IJobContents));
+    ForeignChild results(__uuidof(IPolicyResults));
+    const auto job = CreateFaxJob();
+    REQUIRE_HR(job->put_JobContents(contents.As<IJobContents>()), S_OK);
+    REQUIRE_HR(job->put_PolicyResults(results.As<IPolicyResults>()), S_OK);
+    contents.xml = L"<A/>";
+    results.xml = L"<B/>";
+    CHECK_HAS(Text(job, &IFaxJob::get_Xml), L"</Duration><A/><B/></FaxJob>");
+
+    const std::wstring text = RecordText(L"FaxJob", L"4.2",
+                                         L"<JobContents>c</JobContents>"
+                                         L"<PolicyResults>p</PolicyResults>");
+    CHECK_HR(Put(job, &IFaxJob::put_Xml, text), S_OK);
+    CHECK_TEXT(contents.xml, L"<JobContents>c</JobContents>");
+    CHECK_TEXT(results.xml, L"<PolicyResults>p</PolicyResults>");
+
+    results.ExplainFailures(L"The results do not like it.");
+    results.putResult = ownResult;
+    CHECK_HR(Put(job, &IFaxJob::put_Xml, text), ownResult);
+    CHECK_TEXT(TakeErrorDescription(), L"The results do not like it.");
+    contents.putResult = E_ACCESSDENIED;
+    CHECK_HR(Put(job, &IFaxJob::put_Xml, text), E_ACCESSDENIED);
+    contents.ExplainFailures(L"The contents have nothing to say.");
+    contents.getResult = ownResult;
+    UniqueBstr xml;
+    CHECK_HR(job->get_Xml(xml.Put()), ownResult);
+    CHECK_TEXT(TakeErrorDescription(), L"The contents have nothing to say.");
+
+    CHECK(contents.references == 1);
+    CHECK(results.references == 1);
+    contents.queryResult = ownResult;
+    results.queryResult = E_NOINTERFACE;
+    CHECK_HR(job->put_JobContents(contents.As<IJobContents>()), ownResult);
+    CHECK_HR(job->put_PolicyResults(results.As<IPolicyResults>()), S_OK);
+    CHECK(contents.references == 1);
+    CHECK(results.references == 0);
+}
