@@ -1,0 +1,28 @@
+#include "Apartments.h"
+
+#include "JobClient.h"
+
+// Multithreaded clients. COM makes their objects in a single-threaded apartment that it hosts for them, and
+// may keep the class object there: so these tests do without the check that the library is free to go.
+
+TEST_CASE("PrintJob_created_by_an_mta_client_works_in_its_host_sta") {
+    const MarshallerKey key;
+    RunInApartment(COINIT_MULTITHREADED, [] {
+        const auto job = CreatePrintJob();
+        REQUIRE(IsProxy(job.Get()));
+        CheckPrintJob(job);
+    });
+}
+
+TEST_CASE("PrintJob_of_an_mta_client_serves_all_its_threads") {
+    const MarshallerKey key;
+    RunInApartment(COINIT_MULTITHREADED, [] {
+        const auto job = CreatePrintJob();
+        REQUIRE_HR(Put(job, &IPrintJob::put_JobName, L"shared"), S_OK);
+        RunInApartment(COINIT_MULTITHREADED, [&job] {
+            CHECK_TEXT(Text(job, &IPrintJob::get_JobName), L"shared");
+            CheckErrors(job);
+        });
+        CHECK_TEXT(TakeErrorDescription(), L"<none>");
+    });
+}
