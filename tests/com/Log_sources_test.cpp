@@ -38,40 +38,51 @@ std::wstring OutOfMemoryText() {
     return SystemText(E_OUTOFMEMORY);
 }
 
-// Replacements for what the library imports: the first call fails, later ones go on to the original.
+// Replacements for what the library imports: one call fails, the others go on to the original.
 
-int failuresLeft = 0;
+int callsUntilFailure = 0; ///< that still go well
+bool failureIsDue = false;
 void* originalFunction = nullptr;
 
+bool FailsNow() {
+    if (!failureIsDue || callsUntilFailure-- > 0)
+        return false;
+    failureIsDue = false;
+    return true;
+}
+
 BSTR WINAPI FailingSysAllocStringLen(const OLECHAR* text, UINT length) {
-    if (failuresLeft > 0) {
-        --failuresLeft;
-        return nullptr;
-    }
-    return reinterpret_cast<decltype(&SysAllocStringLen)>(originalFunction)(text, length);
+    return FailsNow() ? nullptr
+                      : reinterpret_cast<decltype(&SysAllocStringLen)>(originalFunction)(text, length);
 }
 
 void* __cdecl FailingMalloc(std::size_t size) {
-    if (failuresLeft > 0) {
-        --failuresLeft;
-        return nullptr;
-    }
-    return reinterpret_cast<void*(__cdecl*)(std::size_t)>(originalFunction)(size);
+    return FailsNow() ? nullptr : reinterpret_cast<void*(__cdecl*)(std::size_t)>(originalFunction)(size);
 }
 
-HRESULT WINAPI FailingCreateErrorInfo(ICreateErrorInfo**) {
-    --failuresLeft;
-    return E_OUTOFMEMORY;
+HRESULT WINAPI FailingCreateErrorInfo(ICreateErrorInfo** info) {
+    return FailsNow() ? E_OUTOFMEMORY : reinterpret_cast<decltype(&CreateErrorInfo)>(originalFunction)(info);
 }
 
-/// The call's result while the library's first call of a function fails. It must have been called.
-HRESULT WithFailing(const char* function, void* replacement, const std::function<HRESULT()>& call) {
+/// The call's result while the library's call of a function fails, after this number of successful ones.
+/// happened tells whether there were that many.
+HRESULT WithFailing(const char* function, void* replacement, int successes, bool& happened,
+                    const std::function<HRESULT()>& call) {
     const ImportPatch patch(GetModuleHandleW(L"Tarnwick.dll"), function, replacement);
     originalFunction = patch.Original();
-    failuresLeft = 1;
+    callsUntilFailure = successes;
+    failureIsDue = true;
     const HRESULT result = call();
-    CHECK(failuresLeft == 0);
-    failuresLeft = 0;
+    happened = !failureIsDue;
+    failureIsDue = false;
+    return result;
+}
+
+/// The same with the first call, which must come.
+HRESULT WithFailing(const char* function, void* replacement, const std::function<HRESULT()>& call) {
+    bool happened = false;
+    const HRESULT result = WithFailing(function, replacement, 0, happened, call);
+    CHECK(happened);
     return result;
 }
 
@@ -303,21 +314,29 @@ TEST_CASE("Log_names_the_methods_of_job_contents_that_find_no_memory") {
     CHECK(flag == VARIANT_FALSE);
 }
 
-TEST_CASE("Log_text_that_finds_no_memory_behind_others_leaves_no_out_value") {
+TEST_CASE("Log_each_text_that_finds_no_memory_leaves_no_out_value") {
     LogSession session;
     session.Enable();
     const auto contents = CreateJobContents();
     const UniqueBstr words(L"A4");
-    BSTR texts[6] = {};
-    VARIANT_BOOL flag = 0x55;
-    CHECK_HR(WithoutTextMemory([&] {
-                 return contents->MatchAttributes(words.Get(), &texts[0], &texts[1], &texts[2], &texts[3],
-                                                  &texts[4], &flag, &texts[5]);
-             }),
-             E_OUTOFMEMORY);
-    for (BSTR each : texts)
-        CHECK(each == nullptr);
-    CHECK(flag == VARIANT_FALSE);
+    int failures = 0;
+    for (bool happened = true; happened; ++failures) {
+        BSTR texts[6] = {};
+        VARIANT_BOOL flag = 0x55;
+        const HRESULT result = WithFailing(
+            "SysAllocStringLen", reinterpret_cast<void*>(FailingSysAllocStringLen), failures, happened, [&] {
+                return contents->MatchAttributes(words.Get(), &texts[0], &texts[1], &texts[2], &texts[3],
+                                                 &texts[4], &flag, &texts[5]);
+            });
+        INFO(failures);
+        CHECK_HR(result, happened ? E_OUTOFMEMORY : S_OK);
+        CHECK(flag == VARIANT_FALSE);
+        for (BSTR each : texts) {
+            CHECK((each == nullptr) == happened);
+            SysFreeString(each);
+        }
+    }
+    CHECK(failures == 7); // one for each text, and the call that went well
 }
 
 TEST_CASE("Log_names_the_readers_that_find_no_memory") {
@@ -342,6 +361,39 @@ TEST_CASE("Log_names_the_readers_that_find_no_memory") {
     CHECK_TEXT(Logged(session, E_OUTOFMEMORY,
                       [&] { return WithoutMemory([&] { return info->put_Xml(infoXml.Get()); }); }),
                Exception(L"CWindowsPrintInfoImpl::put_Xml", text));
+}
+
+TEST_CASE("Log_names_the_reader_of_the_older_printer_form") {
+    LogSession session;
+    session.Enable();
+    const auto printer = CreateLogicalPrinter();
+    const UniqueBstr xml(
+        L"<LogicalPrinter Version=\"3.5\"><PrinterName>a name</PrinterName></LogicalPrinter>");
+    const std::wstring text = OutOfMemoryText();
+    const std::wstring opening = Exception(L"CLogicalPrinterImpl::put_Xml", text);
+    const std::wstring reading = Exception(L"CLogicalPrinterImpl::put_Xml35", text);
+    int openingFailures = 0, readingFailures = 0;
+    for (int successes = 0; successes < 1000; ++successes) {
+        bool happened = false;
+        const HRESULT result = WithFailing("malloc", reinterpret_cast<void*>(FailingMalloc), successes,
+                                           happened, [&] { return printer->put_Xml(xml.Get()); });
+        SetErrorInfo(0, nullptr);
+        const std::wstring logged = session.TakeText();
+        INFO(successes << " " << Narrow(logged));
+        if (!happened) {
+            CHECK_HR(result, S_OK);
+            CHECK_TEXT(logged, L"");
+            break;
+        }
+        CHECK_HR(result, E_OUTOFMEMORY);
+        openingFailures += logged == opening;
+        readingFailures += logged == reading;
+        CHECK((logged == opening || logged == reading));
+    }
+    // The document is opened under the one name and read under the other.
+    CHECK(openingFailures > 0);
+    CHECK(readingFailures > 0);
+    CHECK_TEXT(Text(printer, &ILogicalPrinter::get_PrinterName), L"a name");
 }
 
 TEST_CASE("Log_line_is_written_even_when_there_is_no_error_information") {

@@ -12,6 +12,10 @@ Sub RunTests()
     Contents_records_without_their_root_report_an_invalid_fragment
     WindowsPrintInfo_without_its_root_fails_without_text
     CopyLines_item_out_of_range_is_an_invalid_argument
+    LogicalPrinter_destination_that_is_not_well_formed_is_refused
+    Device_job_without_contents_names_the_missing_element
+    Job_tells_the_failure_of_its_child
+    Failure_is_told_by_the_last_call_alone
 End Sub
 
 Sub PrintJob_without_its_root_names_the_missing_element()
@@ -104,6 +108,49 @@ Sub CopyLines_item_out_of_range_is_an_invalid_argument()
     CheckInvalidArgument Err.Number
     Set line = lines.Item(-1)
     CheckInvalidArgument Err.Number
+End Sub
+
+Sub LogicalPrinter_destination_that_is_not_well_formed_is_refused()
+    Dim printer
+    Test "LogicalPrinter_destination_that_is_not_well_formed_is_refused"
+    Set printer = CreateObject("Corvane.LogicalPrinter")
+    printer.Destination = "<a/>"
+    On Error Resume Next
+    printer.Destination = "abc"
+    CheckError Err.Number, Err.Description, E_FAIL, "Destination element is not well formed."
+    Err.Clear
+    CheckEqual printer.Destination, "<a/>"
+End Sub
+
+Sub Device_job_without_contents_names_the_missing_element()
+    Test "Device_job_without_contents_names_the_missing_element"
+    CheckPutXmlFails "Corvane.CopyJob", "<CopyJob Version=""4.0""/>", "JobContents element is missing."
+    CheckPutXmlFails "Corvane.ScanJob", "<ScanJob Version=""4.0""/>", "JobContents element is missing."
+    CheckPutXmlFails "Corvane.FaxJob", "<FaxJob Version=""4.0""/>", "JobContents element is missing."
+End Sub
+
+Sub Job_tells_the_failure_of_its_child()
+    Test "Job_tells_the_failure_of_its_child"
+    CheckPutXmlFails "Corvane.CopyJob", "<CopyJob Version=""4.0""><JobContents/></CopyJob>", _
+        "[CJobContentsImpl::put_Xml] Invalid Xml fragment"
+    CheckPutXmlFails "Corvane.PrintJob", "<PrintJob><JobContents/></PrintJob>", _
+        "[CJobContentsImpl::put_Xml] Invalid Xml fragment"
+End Sub
+
+' A failure without a text of its own does not show an earlier one's.
+Sub Failure_is_told_by_the_last_call_alone()
+    Dim lines, line
+    Test "Failure_is_told_by_the_last_call_alone"
+    Set lines = CreateObject("Corvane.CopyLines")
+    On Error Resume Next
+    lines.Xml = "<x/>"
+    CheckError Err.Number, Err.Description, E_FAIL, "[CCopyLinesImpl::put_Xml] Invalid Xml fragment"
+    Err.Clear
+    Set line = lines.Item(0)
+    CheckLacks Err.Description, "Xml fragment"
+    CheckInvalidArgument Err.Number
+    lines.Xml = "<JobCopyLines/>"
+    CheckLong Err.Number, 0
 End Sub
 
 ' --- Helpers -----------------------------------------------------------------------------------------------
