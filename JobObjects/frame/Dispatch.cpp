@@ -1,7 +1,5 @@
 #include "Dispatch.h"
 
-#include "common/ErrorReporting.h"
-
 HRESULT DispatchGetTypeInfoCount(UINT* count) noexcept {
     if (!count)
         return E_POINTER;
@@ -40,8 +38,5 @@ HRESULT DispatchInvoke(TypeInfoHolder& holder, IDispatch* object, DISPID id, REF
     const HRESULT loaded = holder.Get(&info);
     if (FAILED(loaded))
         return loaded;
-    // The dispatch layer describes a failure with the thread's error information: none may be left over
-    // from an earlier call.
-    SetErrorInfo(0, nullptr);
     return info->Invoke(object, id, flags, parameters, result, exception, badArgument);
 }
