@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Runs a test program in a Wine prefix of its own, for tests that need a registry to themselves or leave a process
+# behind:
+#
+#   run_isolated.sh <prefix> <library to register, or nothing: ""> <program> [argument...]
+#
+# A surrogate process never ends and keeps open whatever output it was started with, and who waits for that
+# output waits for ever. So all output goes to a file, which is printed when the whole prefix has been stopped.
+set -euo pipefail
+
+export WINEPREFIX=$1
+library=$2
+shift 2
+source "$(dirname "${BASH_SOURCE[0]}")/../../cmake/wine-session.sh"
+output=$WINEPREFIX/output.txt
+
+run() {
+    start_wine &&
+        { [ -z "$library" ] || "$wine" regsvr32 /s "$(windows_path "$library")"; } &&
+        "$wine" "$@"
+}
+
+status=0
+run "$@" >"$output" 2>&1 </dev/null || status=$?
+stop_wine >/dev/null 2>&1
+cat "$output"
+exit "$status"
