@@ -59,10 +59,13 @@ QxString CCopyLines::DBText() const {
     for (const auto& line : m_lines) {
         if (!text.empty())
             text.push_back(L';');
+        // Looked up in the order of the text, and so logged in it where a word is unknown.
+        const std::int32_t paper = line->DBPaperSize();
+        const std::int32_t attributes = line->DBAttributes();
         // The database keeps no blank pages of their own: they count as black-and-white.
-        text += QxMisc::FormatString(L"%d,%d,%d,%d,%d", line->DBPaperSize(),
-                                     WrappingSum(line->PagesBW(), line->PagesBlank()), line->PagesColor(),
-                                     line->Sheets(), line->DBAttributes());
+        const std::int32_t pagesBW = WrappingSum(line->PagesBW(), line->PagesBlank());
+        text += QxMisc::FormatString(L"%d,%d,%d,%d,%d", paper, pagesBW, line->PagesColor(), line->Sheets(),
+                                     attributes);
     }
     return text;
 }

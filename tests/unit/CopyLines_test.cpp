@@ -198,3 +198,12 @@ TEST_CASE("CopyLines_DBText_writes_five_numbers_a_line") {
     CHECK(lines.DBText() == L"2,5,7,6,10;0,-2147483648,0,1,1");
     CHECK(log.TakeLines() == Lines{L"Could not resolve PaperSize entry for 'Napkin'."});
 }
+
+TEST_CASE("CopyLines_DBText_warns_of_the_paper_before_the_attributes") {
+    CCopyLines lines;
+    lines.Append(Line(L"Napkin", 1, 0, 0, 1, L"Shiny"));
+    CapturedLog log;
+    CHECK(lines.DBText() == L"0,1,0,1,0");
+    CHECK(log.TakeLines() == Lines{L"Could not resolve PaperSize entry for 'Napkin'.",
+                                   L"Supplied PageAttributes 'Shiny' did not match any attributes."});
+}
