@@ -63,6 +63,9 @@ public:
     HRESULT STDMETHODCALLTYPE put_DeviceAddress(BSTR newVal) override;
 
 private:
+    /// The first version that can tell a log target's type; it also brought ApplicationName and VpnConnected.
+    static constexpr QxVersion s_logTargetVersion{4, 2};
+
     void SetLogTarget(std::int32_t type, QxString value) noexcept;
     HRESULT CheckLogTargetTypeSupportsProperty(std::int32_t requiredType,
                                                std::wstring_view propertyName) const noexcept;

@@ -4,13 +4,9 @@
 #include "LogTargetTypes.h"
 #include "common/QxMisc.h"
 
-namespace {
-constexpr QxVersion logTargetVersion(4, 2); // the first version that can tell a target's type
-}
-
 void CPrintJobImpl::SetLogTarget(std::int32_t type, QxString value) noexcept {
-    if (type != LogTargetNone && type != LogTargetLogicalPrinter && m_version < logTargetVersion)
-        m_version = logTargetVersion;
+    if (type != LogTargetNone && type != LogTargetLogicalPrinter && m_version < s_logTargetVersion)
+        m_version = s_logTargetVersion;
     m_logTargetType = type;
     m_logTarget = std::move(value);
 }

@@ -17,7 +17,6 @@ namespace {
 constexpr QxVersion assumedVersion(3, 0); // of a document that tells none
 constexpr QxVersion lowestVersion(3, 5);
 constexpr QxVersion policyResultsVersion(4, 0);
-constexpr QxVersion logTargetVersion(4, 2); // also ApplicationName and VpnConnected
 constexpr QxVersion tonerVersion(4, 3);
 constexpr QxVersion dataSourceVersion(5, 1); // also ApplicationDescription
 constexpr QxVersion userDomainVersion(6, 0);
@@ -125,7 +124,7 @@ void CPrintJobImpl::WriteJob(QxXmlWriter& writer) const {
     writer.Element(L"JobName", m_jobName);
     writer.Element(L"JobFileName", m_jobFileName);
     writer.Element(L"JobDataType", m_jobDataType);
-    if (m_version < logTargetVersion) {
+    if (m_version < s_logTargetVersion) {
         writer.Element(L"LogicalPrinterGuid", m_logTarget);
         return;
     }
@@ -144,7 +143,7 @@ void CPrintJobImpl::ReadJob(QxXmlParser& parser) {
 void CPrintJobImpl::ReadLogTarget(QxXmlParser& parser) {
     std::int32_t type = LogTargetNone;
     QxString value;
-    if (m_version < logTargetVersion) {
+    if (m_version < s_logTargetVersion) {
         value = Text(parser, L"LogicalPrinterGuid");
         if (!value.empty())
             type = LogTargetLogicalPrinter;
@@ -157,7 +156,7 @@ void CPrintJobImpl::ReadLogTarget(QxXmlParser& parser) {
 
 void CPrintJobImpl::WriteOrigin(QxXmlWriter& writer) const {
     writer.Element(L"MachineName", m_machineName);
-    if (m_version >= logTargetVersion) {
+    if (m_version >= s_logTargetVersion) {
         writer.Element(L"ApplicationName", m_applicationName);
         if (m_version >= dataSourceVersion)
             writer.Element(L"ApplicationDescription", m_applicationDescription);
@@ -180,7 +179,7 @@ void CPrintJobImpl::WriteOrigin(QxXmlWriter& writer) const {
 
 void CPrintJobImpl::ReadOrigin(QxXmlParser& parser) {
     m_machineName = Text(parser, L"MachineName");
-    const bool hasApplication = m_version >= logTargetVersion;
+    const bool hasApplication = m_version >= s_logTargetVersion;
     m_applicationName = hasApplication ? Text(parser, L"ApplicationName") : QxString();
     m_vpnConnected = hasApplication && Flag(parser, L"VpnConnected");
     ReadToner(parser);
