@@ -1,8 +1,11 @@
 #!/usr/bin/env bash
-# Runs a test program in a Wine prefix of its own, for tests that need a registry to themselves or leave a process
-# behind:
+# Runs a test program in a new Wine prefix of its own, for tests that need a registry to themselves or leave a
+# process behind:
 #
 #   run_isolated.sh <prefix> <library to register, or nothing: ""> <program> [argument...]
+#
+# The prefix is made afresh for each run: Wine's marshaller registers a type library that it finds through a
+# manifest.
 #
 # A surrogate process never ends and keeps open whatever output it was started with, and who waits for that
 # output waits for ever. So all output goes to a file, which is printed when the whole prefix has been stopped.
@@ -12,7 +15,10 @@ export WINEPREFIX=$1
 library=$2
 shift 2
 source "$(dirname "${BASH_SOURCE[0]}")/../../cmake/wine-session.sh"
-output=$WINEPREFIX/output.txt
+output=$WINEPREFIX.txt
+stop_wine >/dev/null 2>&1 # of a run that was interrupted
+rm -rf "$WINEPREFIX"
+mkdir -p "$WINEPREFIX"
 
 run() {
     start_wine &&

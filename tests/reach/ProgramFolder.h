@@ -1,0 +1,6 @@
+#pragma once
+
+#include <string>
+
+/// The path of a file that lies in the folder of the running program.
+std::wstring BesideProgram(const wchar_t* fileName);
