@@ -10,9 +10,11 @@
 /// asks it for an interface. Returns the result of the step that fails.
 HRESULT CreateByProgId(const wchar_t* progId, REFIID iid, void** object) noexcept;
 
+// The child comes by value: it may call back into the record, or let others call, and be replaced meanwhile.
+
 /// Throws a ComError with the child's own error information. E_POINTER if there is no child.
 template<class Interface>
-UniqueBstr GetChildXml(const ComPtr<Interface>& child, REFIID iid) {
+UniqueBstr GetChildXml(ComPtr<Interface> child, REFIID iid) {
     if (!child)
         throw ComError(E_POINTER);
     UniqueBstr xml;
@@ -21,7 +23,7 @@ UniqueBstr GetChildXml(const ComPtr<Interface>& child, REFIID iid) {
 }
 
 template<class Interface>
-void PutChildXml(const ComPtr<Interface>& child, std::wstring_view xml, REFIID iid) {
+void PutChildXml(ComPtr<Interface> child, std::wstring_view xml, REFIID iid) {
     if (!child)
         throw ComError(E_POINTER);
     ThrowIfCallFailed(child->put_Xml(UniqueBstr(xml).Get()), child.Get(), iid);

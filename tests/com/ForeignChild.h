@@ -2,6 +2,8 @@
 
 #include "ComClient.h"
 
+#include <functional>
+
 /// How every record interface begins. Jobs ask no more of a child.
 struct RecordBeginning : IDispatch {
     virtual HRESULT STDMETHODCALLTYPE get_Xml(BSTR* value) = 0;
@@ -37,10 +39,12 @@ public:
     HRESULT vouches = S_OK; ///< whether it answers for its error information
     std::wstring xml;       ///< what Xml gives, and the text it was last given
     ComPtr<IErrorInfo> explanation;
+    std::function<void()> callBack; ///< runs inside each access to Xml
 
     // What the test looks at.
 
     int references = 0;
+    int referencesAfterCallBack = 0;
     int puts = 0;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -71,12 +75,14 @@ public:
         return E_NOTIMPL;
     }
     HRESULT STDMETHODCALLTYPE get_Xml(BSTR* value) override {
+        CallBack();
         if (FAILED(getResult))
             return Fail(getResult);
         *value = SysAllocStringLen(xml.data(), static_cast<UINT>(xml.size()));
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE put_Xml(BSTR value) override {
+        CallBack();
         ++puts;
         xml = BstrView(value);
         return FAILED(putResult) ? Fail(putResult) : S_OK;
@@ -87,6 +93,11 @@ public:
     }
 
 private:
+    void CallBack() {
+        if (callBack)
+            callBack();
+        referencesAfterCallBack = references;
+    }
     HRESULT Fail(HRESULT result) {
         if (explanation)
             SetErrorInfo(0, explanation.Get());

@@ -277,3 +277,28 @@ TEST_CASE("ForeignChild_of_a_device_job_follows_the_same_rules") {
     CHECK(contents.references == 1);
     CHECK(results.references == 0);
 }
+
+TEST_CASE("ForeignChild_replaced_from_inside_its_own_call_lives_until_the_call_ends") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild child(kind.interfaceId);
+        ForeignChild other(kind.interfaceId);
+        const auto job = CreatePrintJob();
+        child.callBack = [&] { CHECK_HR(kind.put(job.Get(), other), S_OK); };
+        child.xml = foreignText;
+        other.xml = foreignText;
+
+        REQUIRE_HR(kind.put(job.Get(), child), S_OK);
+        CHECK_HAS(Text(job, &IPrintJob::get_Xml), foreignText);
+        CHECK(child.referencesAfterCallBack == 1);
+        CHECK(child.references == 0);
+
+        REQUIRE_HR(kind.put(job.Get(), child), S_OK);
+        REQUIRE_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), S_OK);
+        CHECK_TEXT(child.xml, ChildText(kind));
+        CHECK(child.referencesAfterCallBack == 1);
+        CHECK(child.references == 0);
+        CHECK(other.references == 1);
+        CHECK(other.puts == 0);
+    }
+}
