@@ -48,12 +48,12 @@ HRESULT AttachDescription(const wchar_t* message) noexcept {
     ComPtr<ICreateErrorInfo> creator;
     HRESULT result = CreateErrorInfo(creator.Put());
     if (FAILED(result))
-        return result;
+        return FailWithoutInfo(result);
     // The source and the interface stay unset: callers see the description only. The callee copies.
     creator->SetDescription(const_cast<wchar_t*>(message));
     ComPtr<IErrorInfo> info;
     result = creator->QueryInterface(IID_IErrorInfo, info.PutVoid());
-    return FAILED(result) ? result : SetErrorInfo(0, info.Get());
+    return FAILED(result) ? FailWithoutInfo(result) : SetErrorInfo(0, info.Get());
 }
 
 HRESULT ReportStandardException(const std::exception& error, const wchar_t* source) noexcept {

@@ -400,6 +400,7 @@ TEST_CASE("Log_line_is_written_even_when_there_is_no_error_information") {
     LogSession session;
     session.Enable();
     const auto job = CreateCopyJob();
+    CHECK_HR(Put(job, &ICopyJob::put_Xml, L"<x/>"), E_FAIL); // leaves a description that must not stay
     CHECK_TEXT(Logged(session, E_FAIL,
                       [&] {
                           return WithFailing("CreateErrorInfo",
