@@ -1,8 +1,12 @@
 #include "JobObjects/CJobObjectsModule.h"
 
 #include "JobObjects.h"
+#include "JobObjects/ModulePath.h"
+#include "JobObjects/TypeLibrary.h"
 
 #include <catch2/catch.hpp>
+
+#include <string>
 
 // The module object by itself, linked into the test: what it does for the library's own code.
 
@@ -11,6 +15,15 @@ namespace {
 CJobObjectsModule& InitializedModule() {
     TheModule().Initialize(GetModuleHandleW(nullptr));
     return TheModule();
+}
+
+constexpr unsigned missingResource = 7;
+
+/// Where the type library is looked for when the module, here the test program, lacks the resource.
+std::wstring FileBesideTheModule() {
+    InitializedModule();
+    const std::wstring path = OwnModulePath();
+    return path.substr(0, path.rfind(L'.')) + L".tlb";
 }
 
 int callbackRuns = 0;
@@ -77,4 +90,32 @@ TEST_CASE("Module_class_object_is_cached_until_termination") {
     second->Release();
     CHECK(module.LockCount() == 0);
     module.Terminate();
+}
+
+TEST_CASE("Module_type_library_is_loaded_from_the_file_beside_the_module_without_the_resource") {
+    const std::wstring file = FileBesideTheModule();
+    {
+        ComPtr<ICreateTypeLib2> creator;
+        REQUIRE(CreateTypeLib2(SYS_WIN32, file.c_str(), creator.Put()) == S_OK);
+        REQUIRE(creator->SetGuid(LIBID_JobObjectsLib) == S_OK);
+        REQUIRE(creator->SaveAllChanges() == S_OK);
+    }
+    UniqueBstr path;
+    ComPtr<ITypeLib> library;
+    CHECK(LoadOwnTypeLibrary(missingResource, path, library) == S_OK);
+    CHECK(path.View() == file);
+    CHECK(library);
+    library = {}; // lets the file go
+    CHECK(DeleteFileW(file.c_str()));
+}
+
+TEST_CASE("Module_type_library_that_is_nowhere_fails_with_the_result_of_the_second_attempt") {
+    const std::wstring file = FileBesideTheModule();
+    ComPtr<ITypeLib> library;
+    const HRESULT expected = LoadTypeLibEx(file.c_str(), REGKIND_NONE, library.Put());
+    REQUIRE(FAILED(expected));
+    UniqueBstr path;
+    CHECK(LoadOwnTypeLibrary(missingResource, path, library) == expected);
+    CHECK(path.Get() == nullptr);
+    CHECK_FALSE(library);
 }
