@@ -4,6 +4,8 @@ if(NOT TARGET catch2_header)
     file(COPY ${CATCH2_INCLUDE}/catch2 DESTINATION ${CMAKE_BINARY_DIR}/catch2_header)
     add_library(catch2_header INTERFACE)
     target_include_directories(catch2_header SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/catch2_header)
+    # Compiling this header takes longer than most tests. Files that configure it include it themselves.
+    target_precompile_headers(catch2_header INTERFACE <catch2/catch.hpp>)
 endif()
 
 # Registers each test case of an executable as a test of its own. The executable is asked for its test cases
