@@ -17,15 +17,11 @@ bool IsSpace(wchar_t c) noexcept {
     return c == L' ' || (c >= L'\t' && c <= L'\r');
 }
 
-wchar_t LowerLetter(wchar_t c) noexcept {
-    return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
-}
-
 /// The digit's value, or 99 for what is no digit in any base.
 unsigned DigitValue(wchar_t c) noexcept {
     if (c >= L'0' && c <= L'9')
         return static_cast<unsigned>(c - L'0');
-    c = LowerLetter(c);
+    c = QxMisc::LowerLetter(c);
     if (c >= L'a' && c <= L'f')
         return static_cast<unsigned>(c - L'a') + 10;
     return 99;
@@ -68,7 +64,7 @@ ScannedNumber ScanNumber(std::wstring_view text, unsigned base) noexcept {
     if (base == 0) {
         const bool zero = !text.empty() && text.front() == L'0';
         const bool hexadecimal =
-            zero && text.size() > 2 && LowerLetter(text[1]) == L'x' && DigitValue(text[2]) < 16;
+            zero && text.size() > 2 && QxMisc::LowerLetter(text[1]) == L'x' && DigitValue(text[2]) < 16;
         base = hexadecimal ? 16 : zero ? 8 : 10;
         if (hexadecimal)
             text.remove_prefix(2);
@@ -138,12 +134,6 @@ std::uint32_t QxMisc::ParseUInt32(std::wstring_view text) noexcept {
 
 std::wstring QxMisc::FormatInt32(std::int32_t value) {
     return std::to_wstring(value);
-}
-
-std::wstring QxMisc::ToLower(std::wstring_view text) {
-    std::wstring result(text);
-    std::transform(result.begin(), result.end(), result.begin(), LowerLetter);
-    return result;
 }
 
 bool QxMisc::EqualsIgnoreCase(std::wstring_view a, std::wstring_view b) noexcept {

@@ -31,7 +31,9 @@ std::uint32_t ParseUInt32(std::wstring_view text) noexcept;
 std::wstring FormatInt32(std::int32_t value);
 
 /// Lowers the letters A to Z only, so that the result does not depend on a locale.
-std::wstring ToLower(std::wstring_view text);
+constexpr wchar_t LowerLetter(wchar_t c) noexcept {
+    return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
+}
 bool EqualsIgnoreCase(std::wstring_view a, std::wstring_view b) noexcept;
 bool Contains(std::wstring_view text, std::wstring_view part) noexcept;
 /// One pass from left to right; what a replacement puts together anew is not replaced again.

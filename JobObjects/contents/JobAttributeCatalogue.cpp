@@ -15,10 +15,6 @@ namespace {
 
 constinit JobAttributeCatalogue processCatalogue;
 
-constexpr wchar_t ToLowerLetter(wchar_t c) noexcept {
-    return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
-}
-
 const CatalogueEntry* Find(const CatalogueMap& map, std::wstring_view name) noexcept {
     const auto found = map.find(name);
     return found == map.end() ? nullptr : &found->second;
@@ -73,7 +69,7 @@ JobAttributeCatalogue& TheCatalogue() noexcept {
 
 bool LowerCaseLess::operator()(std::wstring_view a, std::wstring_view b) const noexcept {
     return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](wchar_t x, wchar_t y) {
-        return ToLowerLetter(x) < ToLowerLetter(y);
+        return QxMisc::LowerLetter(x) < QxMisc::LowerLetter(y);
     });
 }
 

@@ -19,6 +19,7 @@ public:
     ULONG STDMETHODCALLTYPE Release() override {
         const ULONG count = --m_references;
         if (count == 0) {
+            m_references = 1; // a child that counts this object while it goes must not delete it again
             delete this;
             TheModule().Unlock(); // last: the members' releases still need the library
         }
@@ -66,6 +67,7 @@ public:
     ULONG STDMETHODCALLTYPE Release() override {
         const ULONG count = --m_references;
         if (count == 0) {
+            m_references = 1;
             delete this;
             TheModule().Unlock();
         }

@@ -40,7 +40,7 @@ struct DeviceJob {
     QxString identifierData;
     std::int32_t deviceId = 0;
     QxDateTime jobTimeLocal;
-    ComPtr<IJobContents> jobContents; // never null
+    ComPtr<IJobContents> jobContents;
     ComPtr<IPolicyResults> policyResults;
 
 private:

@@ -1,6 +1,5 @@
 #include "RecordTest.h"
 
-
 namespace {
 
 constexpr Property<IPrintJob, BSTR> texts[] = {

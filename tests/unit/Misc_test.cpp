@@ -129,10 +129,11 @@ TEST_CASE("FormatInt32_limits_are_written") {
     CHECK(QxMisc::FormatInt32(minSigned) == L"-2147483648");
 }
 
-TEST_CASE("ToLower_changes_the_basic_letters_only") {
-    CHECK(QxMisc::ToLower(L"AZaz09[@`{") == L"azaz09[@`{");
-    CHECK(QxMisc::ToLower(L"\x00C4\x0130\x212A") == L"\x00C4\x0130\x212A");
-    CHECK(QxMisc::ToLower(L"") == L"");
+TEST_CASE("LowerLetter_changes_the_basic_letters_only") {
+    CHECK(QxMisc::LowerLetter(L'A') == L'a');
+    CHECK(QxMisc::LowerLetter(L'Z') == L'z');
+    for (const wchar_t c : {L'a', L'z', L'0', L'[', L'@', L'`', L'{', L'\x00C4', L'\x0130', L'\x212A'})
+        CHECK(QxMisc::LowerLetter(c) == c);
 }
 
 TEST_CASE("EqualsIgnoreCase_compares_whole_texts") {

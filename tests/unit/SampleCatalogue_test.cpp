@@ -119,10 +119,10 @@ TEST_CASE("SampleCatalogue_no_name_is_defined_twice") {
     CHECK(Shipped().pageAttributes.size() == CountOf(L"<PageAttribute "));
     CHECK(Shipped().finishingAttributes.size() == CountOf(L"<FinishingAttribute "));
     CHECK(Shipped().pdls.size() == CountOf(L"<Pdl "));
-    std::set<std::wstring> words;
+    std::set<QxString, LowerCaseLess> words;
     for (const QxString& word : AllWords()) {
         INFO("the " << words.size() << "th word");
-        CHECK(words.insert(QxMisc::ToLower(word)).second);
+        CHECK(words.insert(word).second);
     }
 }
 
