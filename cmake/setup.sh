@@ -10,6 +10,8 @@ packages=(
     g++ catch2
     # 32-bit Wine runs the tests and the demo.
     wine wine64 wine32:i386
+    # Free Pascal and its sources, from which the tests build a late-bound Windows client.
+    fp-compiler fpc-source
     # Checks of the XML files, of the formatting, of the code and of the generated pages.
     libxml2-utils clang-format clang-tidy python3
 )
