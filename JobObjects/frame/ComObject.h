@@ -19,7 +19,6 @@ public:
     ULONG STDMETHODCALLTYPE Release() override {
         const ULONG count = --m_references;
         if (count == 0) {
-            m_references = 1; // a child that counts this object while it goes must not delete it again
             delete this;
             TheModule().Unlock(); // last: the members' releases still need the library
         }
@@ -67,7 +66,6 @@ public:
     ULONG STDMETHODCALLTYPE Release() override {
         const ULONG count = --m_references;
         if (count == 0) {
-            m_references = 1;
             delete this;
             TheModule().Unlock();
         }
