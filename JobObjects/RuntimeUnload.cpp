@@ -15,8 +15,9 @@
 #include <cstddef>
 
 namespace __gnu_cxx {
+// The runtime's name. NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 void __freeres(); // frees the pool; the runtime's own hook for tools that look for leaks
-}
+} // namespace __gnu_cxx
 
 namespace {
 
@@ -50,7 +51,7 @@ constinit Taken<HANDLE, 32> semaphores;
 
 template<class Function>
 Function SystemFunction(const char* name) noexcept {
-    const FARPROC address = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name);
+    FARPROC address = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name);
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
 }
 

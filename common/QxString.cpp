@@ -31,7 +31,7 @@ QxString::~QxString() {
 }
 
 std::wstring_view QxString::view() const noexcept {
-    return m_data ? std::wstring_view(m_data->characters(), m_data->size) : std::wstring_view(L"", 0);
+    return m_data ? std::wstring_view(m_data->characters(), m_data->size) : std::wstring_view(L"");
 }
 
 const wchar_t* QxString::c_str() const noexcept {

@@ -56,7 +56,7 @@ HRESULT CPolicyResultsImpl::RemoveRuleViolation(LONG triggerId) {
 }
 
 HRESULT CPolicyResultsImpl::RuleViolated(LONG triggerId, VARIANT_BOOL* pVal) {
-    return GetField(pVal, m_violations.count(triggerId) != 0);
+    return GetField(pVal, m_violations.contains(triggerId));
 }
 
 void CPolicyResultsImpl::AddViolation(std::int32_t triggerId, std::wstring_view action) {
