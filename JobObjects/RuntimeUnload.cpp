@@ -64,7 +64,7 @@ DWORD WINAPI NotedTlsAlloc() noexcept {
 
 HANDLE WINAPI NotedCreateSemaphore(SECURITY_ATTRIBUTES* security, LONG initial, LONG maximum,
                                    const wchar_t* name) noexcept {
-    const HANDLE semaphore =
+    HANDLE semaphore =
         SystemFunction<decltype(&CreateSemaphoreW)>("CreateSemaphoreW")(security, initial, maximum, name);
     if (semaphore)
         semaphores.Note(semaphore);
