@@ -102,6 +102,17 @@ TEST_CASE("ChildCreation_of_contents_that_fails_during_a_read_leaves_none") {
     CHECK_HAS(Text(job, &IPrintJob::get_Xml), L"<JobContents ");
 }
 
+TEST_CASE("ChildCreation_of_contents_is_made_up_for_by_a_read_that_brings_them") {
+    const auto job = CreatePrintJob();
+    {
+        ClassSubstitute substitute(__uuidof(JobContents));
+        CHECK_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", L"7.26")), ownResult);
+    }
+    const std::wstring contents = L"<JobContents><JobCopyLines/><JobPdl>PDF</JobPdl></JobContents>";
+    REQUIRE_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", L"7.26", contents)), S_OK);
+    CHECK_HAS(Text(job, &IPrintJob::get_Xml), L"<JobPdl>PDF</JobPdl>");
+}
+
 TEST_CASE("ChildCreation_of_page_counter_contents_that_fails_fails_the_read") {
     const auto job = CreatePrintJob();
     ClassSubstitute substitute(__uuidof(JobContents));
