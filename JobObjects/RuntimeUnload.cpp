@@ -1,6 +1,8 @@
 #include "RuntimeUnload.h"
 
-#ifdef __MINGW32__
+#include <cstddef> // says whose runtime this is
+
+#if defined(__MINGW32__) && defined(__GLIBCXX__)
 
 // GCC's static runtime was written for programs: what its exception handling takes from the process (a
 // thread-local storage slot, semaphores behind its mutexes, a pool of memory for exceptions thrown when
@@ -12,7 +14,6 @@
 #include <windows.h>
 
 #include <atomic>
-#include <cstddef>
 
 namespace __gnu_cxx {
 // The runtime's name. NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
