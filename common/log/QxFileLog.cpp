@@ -6,9 +6,14 @@ static_assert(sizeof(wchar_t) == 2, "Text is written as it lies in memory: UTF-1
 
 namespace {
 
-/// How long a write waits for other writers. A process that was stopped while it held the lock must not stop
+/// How long a write waits for other writers. A process that was stopped while it held the file must not stop
 /// this one.
-constexpr DWORD maxLockWait = 3000;
+constexpr DWORD maxWait = 3000;
+
+/// Whether an attempt failed because another process appends to the file or renames it, which passes.
+bool IsHeldByAnother(DWORD reason) noexcept {
+    return reason == ERROR_LOCK_VIOLATION || reason == ERROR_IO_PENDING || reason == ERROR_SHARING_VIOLATION;
+}
 
 /// The byte that stands for the right to append. It lies far behind every real offset, so that readers of
 /// the file are never shut out.
@@ -39,7 +44,7 @@ std::wstring FileLines(std::wstring_view text) {
 void QxFileLog::Write(std::wstring_view text) noexcept {
     try {
         const std::wstring lines = FileLines(text);
-        if (lines.empty() || !Open() || !LockFileEnd())
+        if (lines.empty() || !OpenAndLock())
             return;
         const bool written = Append(lines);
         UnlockFileEnd(m_file.Get());
@@ -47,13 +52,32 @@ void QxFileLog::Write(std::wstring_view text) noexcept {
             return;
         // Outside the lock: flushing takes by far the longest, and other writers need not wait for it.
         FlushFileBuffers(m_file.Get());
-        if (IsFull())
+        if (IsFull(m_file.Get()))
             Rotate();
     } catch (...) {
         // Out of memory: the text is lost.
     }
 }
 
+bool QxFileLog::OpenAndLock() noexcept {
+    // After one vain wait a single attempt has to do, until the file is free again: a stopped process costs
+    // the host one wait and not one for each line.
+    const DWORD wait = m_refused ? 0 : maxWait;
+    const DWORD start = GetTickCount();
+    while (!Open() || !LockFileEnd()) {
+        if (!IsHeldByAnother(GetLastError()))
+            return false;
+        if (GetTickCount() - start >= wait) {
+            m_refused = true;
+            return false;
+        }
+        Sleep(1);
+    }
+    m_refused = false;
+    return true;
+}
+
+/// On failure the reason is the last error.
 bool QxFileLog::Open() noexcept {
     if (!m_file.IsOpen())
         m_file = QxKernelHandle(CreateFileW(Name().c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
@@ -61,28 +85,13 @@ bool QxFileLog::Open() noexcept {
     return m_file.IsOpen();
 }
 
+/// One attempt. On failure the reason is the last error.
 bool QxFileLog::LockFileEnd() noexcept {
-    // After one vain wait a single attempt has to do, until the lock is free again: a stopped process costs
-    // the host one wait and not one for each line.
-    const DWORD wait = m_lockRefused ? 0 : maxLockWait;
-    const DWORD start = GetTickCount();
-    for (;;) {
-        OVERLAPPED position = LockPosition();
-        if (LockFileEx(m_file.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
-                       &position)) {
-            m_lockRefused = false;
-            return true;
-        }
-        // A file system that knows no locks still takes the line.
-        const DWORD reason = GetLastError();
-        if (reason != ERROR_LOCK_VIOLATION && reason != ERROR_IO_PENDING)
-            return true;
-        if (GetTickCount() - start >= wait)
-            break;
-        Sleep(1);
-    }
-    m_lockRefused = true;
-    return false;
+    OVERLAPPED position = LockPosition();
+    // A file system that knows no locks still takes the line.
+    return LockFileEx(m_file.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
+                      &position) ||
+           !IsHeldByAnother(GetLastError());
 }
 
 bool QxFileLog::Append(std::wstring_view lines) noexcept {
@@ -99,18 +108,24 @@ bool QxFileLog::Append(std::wstring_view lines) noexcept {
     return false;
 }
 
-bool QxFileLog::IsFull() const noexcept {
+bool QxFileLog::IsFull(HANDLE file) const noexcept {
     LARGE_INTEGER size;
-    return m_maxBytes > 0 && GetFileSizeEx(m_file.Get(), &size) &&
+    return m_maxBytes > 0 && GetFileSizeEx(file, &size) &&
            static_cast<std::uint64_t>(size.QuadPart) >= m_maxBytes;
 }
 
 void QxFileLog::Rotate() {
     const std::wstring backup = std::wstring(Name()) + L".bak";
     m_file.Close();
+    // Refused while another writer has the file open; the next write then opens the same file again. Once
+    // granted it keeps other writers away until the file is renamed. Without it another process could rename
+    // the full file first, and the one that was begun after it would replace it as the backup.
+    const QxKernelHandle alone(CreateFileW(Name().c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                           nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!alone.IsOpen() || !IsFull(alone.Get()))
+        return;
     const DWORD attributes = GetFileAttributesW(backup.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_READONLY)
         SetFileAttributesW(backup.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
-    // Refused while another process has the file open; the next write then opens the same file again.
     MoveFileExW(Name().c_str(), backup.c_str(), MOVEFILE_REPLACE_EXISTING);
 }

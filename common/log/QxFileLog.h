@@ -22,14 +22,15 @@ public:
     void Write(std::wstring_view text) noexcept override;
 
 private:
+    bool OpenAndLock() noexcept;
     bool Open() noexcept;
     bool LockFileEnd() noexcept;
     bool Append(std::wstring_view lines) noexcept;
-    bool IsFull() const noexcept;
+    bool IsFull(HANDLE file) const noexcept;
     void Rotate();
 
     std::uint64_t m_maxBytes;
     QxKernelHandle m_file;
-    /// Another process held the lock for the whole time that a write may wait.
-    bool m_lockRefused = false;
+    /// Another process held the file for the whole time that a write may wait.
+    bool m_refused = false;
 };

@@ -4,6 +4,7 @@
 #include <winternl.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <vector>
 
 namespace {
@@ -70,4 +71,13 @@ ProcessCounters ProcessCounters::Now() {
     counters.handles = CountHandles();
     CountHeaps(counters);
     return counters;
+}
+
+std::string Growth(const ProcessCounters& before, const ProcessCounters& after) {
+    char text[200];
+    std::snprintf(text, sizeof(text),
+                  "heap blocks %zu -> %zu, heap bytes %zu -> %zu, handles %zu -> %zu, TLS slots %zu -> %zu",
+                  before.heapBlocks, after.heapBlocks, before.heapBytes, after.heapBytes, before.handles,
+                  after.handles, before.tlsSlots, after.tlsSlots);
+    return text;
 }

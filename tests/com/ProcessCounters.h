@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 /// What a process holds at one moment: to be compared before and after work that should leave nothing behind.
 struct ProcessCounters {
@@ -11,3 +12,14 @@ struct ProcessCounters {
 
     static ProcessCounters Now();
 };
+
+/// "heap blocks 1 -> 2, ...": what there was before and is after.
+std::string Growth(const ProcessCounters& before, const ProcessCounters& after);
+
+#define CHECK_NO_GROWTH(before, after)                                                                       \
+    do {                                                                                                     \
+        CHECK((after).heapBlocks <= (before).heapBlocks);                                                    \
+        CHECK((after).heapBytes <= (before).heapBytes);                                                      \
+        CHECK((after).handles <= (before).handles);                                                          \
+        CHECK((after).tlsSlots <= (before).tlsSlots);                                                        \
+    } while (false)

@@ -1,10 +1,12 @@
 #include "TestFolder.h"
 #include "common/log/QxFileLog.h"
+#include "tests/com/ImportPatch.h"
 
 #include <catch2/catch.hpp>
 
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -51,6 +53,34 @@ QxKernelHandle HoldAppendLock(const std::wstring& path) {
     position.OffsetHigh = 0x7FFFFFFF;
     REQUIRE(LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &position));
     return file;
+}
+
+/// Opens the file as a process does that renames it: nobody else can open it meanwhile.
+QxKernelHandle KeepFileFromOthers(const std::wstring& path) {
+    QxKernelHandle file(
+        CreateFileW(path.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS, 0, nullptr));
+    REQUIRE(file.IsOpen());
+    return file;
+}
+
+DWORD WINAPI CloseAfterAWhile(void* file) {
+    Sleep(200);
+    static_cast<QxKernelHandle*>(file)->Close();
+    return 0;
+}
+
+/// Where two other processes write as soon as this one has closed the file in order to rename it: the first
+/// rotates it, the second begins a new one.
+std::wstring othersPath;
+BOOL(WINAPI* closeHandle)(HANDLE) = nullptr;
+
+BOOL WINAPI CloseAndLetOthersWrite(HANDLE handle) {
+    const BOOL closed = closeHandle(handle);
+    if (const std::wstring path = std::exchange(othersPath, {}); !path.empty()) {
+        NewLog(path, 1)->Write(L"rotates\n");
+        NewLog(path, 1)->Write(L"begins anew\n");
+    }
+    return closed;
 }
 
 } // namespace
@@ -216,4 +246,49 @@ TEST_CASE("FileLog_stopped_writer_delays_one_line_and_hangs_none") {
     holder.Close();
     log->Write(L"kept\n");
     CHECK(FileText(path) == L"kept\r\n");
+}
+
+TEST_CASE("FileLog_line_written_while_another_process_renames_the_file_is_kept") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    const QxLogPtr log = NewLog(path);
+    QxKernelHandle renaming = KeepFileFromOthers(path);
+    const HANDLE thread = CreateThread(nullptr, 0, CloseAfterAWhile, &renaming, 0, nullptr);
+    REQUIRE(thread != nullptr);
+    log->Write(L"kept\n");
+    REQUIRE(WaitForSingleObject(thread, 60000) == WAIT_OBJECT_0);
+    CloseHandle(thread);
+    CHECK(FileText(path) == L"kept\r\n");
+}
+
+TEST_CASE("FileLog_file_kept_from_others_delays_one_line_and_hangs_none") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    QxKernelHandle holder = KeepFileFromOthers(path);
+    const QxLogPtr log = NewLog(path);
+    const DWORD start = GetTickCount();
+    log->Write(L"lost\n");
+    CHECK(GetTickCount() - start < 10000);
+    const DWORD second = GetTickCount();
+    log->Write(L"lost too\n");
+    CHECK(GetTickCount() - second < 1000);
+    holder.Close();
+    log->Write(L"kept\n");
+    CHECK(FileText(path) == L"kept\r\n");
+}
+
+TEST_CASE("FileLog_file_that_another_process_has_begun_meanwhile_does_not_become_the_backup") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
+    const QxLogPtr log = NewLog(path, 1);
+    {
+        const ImportPatch patch(GetModuleHandleW(nullptr), "CloseHandle",
+                                reinterpret_cast<void*>(CloseAndLetOthersWrite));
+        closeHandle = reinterpret_cast<decltype(closeHandle)>(patch.Original());
+        othersPath = path;
+        log->Write(LineOfUnits(unitsPerMiB));
+    }
+    CHECK(othersPath.empty());
+    CHECK(FileText(backup).size() == unitsPerMiB + 9);
+    CHECK(FileText(path) == L"begins anew\r\n");
 }

@@ -1,0 +1,237 @@
+#include "LogLine.h"
+#include "Soak.h"
+
+#include "../com/LogSession.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <memory>
+
+// Several processes write to one log file: none of them may lose, tear or repeat a line of another.
+
+namespace {
+
+/// A running log_writer.
+class WriterProcess {
+public:
+    WriterProcess(const std::string& name, int threads, int lines, int padding) {
+        wchar_t path[MAX_PATH];
+        REQUIRE(GetModuleFileNameW(nullptr, path, MAX_PATH) < MAX_PATH);
+        const std::wstring own(path);
+        const std::string arguments = " " + name + " " + std::to_string(threads) + " " +
+                                      std::to_string(lines) + " " + std::to_string(padding);
+        std::wstring command = L"\"" + own.substr(0, own.rfind(L'\\') + 1) + L"log_writer.exe\"" +
+                               std::wstring(arguments.begin(), arguments.end());
+        STARTUPINFOW startup{};
+        startup.cb = sizeof(startup);
+        REQUIRE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                               &startup, &m_process));
+    }
+    WriterProcess(const WriterProcess&) = delete;
+    WriterProcess& operator=(const WriterProcess&) = delete;
+    ~WriterProcess() {
+        Kill();
+        CloseHandle(m_process.hThread);
+        CloseHandle(m_process.hProcess);
+    }
+
+    /// Waits for its end. The longest call in milliseconds.
+    int LongestCall() {
+        REQUIRE(WaitForSingleObject(m_process.hProcess, 300000) == WAIT_OBJECT_0);
+        DWORD code = 0;
+        REQUIRE(GetExitCodeProcess(m_process.hProcess, &code));
+        return static_cast<int>(code);
+    }
+    bool IsRunning() const { return WaitForSingleObject(m_process.hProcess, 0) == WAIT_TIMEOUT; }
+    void Kill() {
+        TerminateProcess(m_process.hProcess, 1);
+        WaitForSingleObject(m_process.hProcess, 60000);
+    }
+
+private:
+    PROCESS_INFORMATION m_process{};
+};
+
+/// How often each complete line is in the texts. What is no line of a writer goes to the strangers.
+struct FoundLines {
+    std::map<std::wstring, int> marks;
+    std::vector<std::wstring> strangers;
+
+    void Add(const std::wstring& text) {
+        std::size_t start = 0;
+        for (std::size_t end; (end = text.find(L"\r\n", start)) != std::wstring::npos; start = end + 2)
+            AddLine(text.substr(start, end - start));
+        if (start != text.size())
+            strangers.push_back(text.substr(start));
+    }
+
+private:
+    void AddLine(const std::wstring& line) {
+        const std::size_t quote = line.find(L'\'');
+        const std::size_t last = line.rfind(L'\'');
+        if (quote != std::wstring::npos && last != quote) {
+            const std::wstring mark = line.substr(quote + 1, last - quote - 1);
+            if (LineOfMark(mark) == line) {
+                ++marks[mark];
+                return;
+            }
+        }
+        strangers.push_back(line);
+    }
+};
+
+/// Takes the lines of a writer's thread off the found ones; each has to be there once.
+void TakeEachOnce(FoundLines& found, const std::string& writer, int thread, int lines, int padding) {
+    const std::string name = writer + "." + std::to_string(thread);
+    for (int i = 0; i < lines; ++i) {
+        const auto line = found.marks.find(LineMark(std::wstring(name.begin(), name.end()), i, padding));
+        const int times = line == found.marks.end() ? 0 : line->second;
+        if (times != 1)
+            FAIL_CHECK("line " << i << " of " << name << " is there " << times << " times");
+        else
+            found.marks.erase(line);
+    }
+}
+
+/// A log_writer that is killed at some moment. What it wrote before has no gap.
+struct Victim {
+    std::string name;
+    int lines = 0; ///< complete ones
+
+    /// Its one thread, as the lines name it.
+    std::wstring Thread() const { return std::wstring(name.begin(), name.end()) + L".0"; }
+};
+
+/// Starts it and kills it so many milliseconds after it has begun to write.
+void KillWhileItWrites(const Victim& victim, int padding, DWORD delay) {
+    const HANDLE writing = CreateEventW(nullptr, TRUE, FALSE, victim.Thread().c_str());
+    REQUIRE(writing != nullptr);
+    WriterProcess process(victim.name, 1, 0, padding);
+    CHECK(WaitForSingleObject(writing, 60000) == WAIT_OBJECT_0);
+    CloseHandle(writing);
+    Sleep(delay);
+    process.Kill();
+}
+
+void TakeLinesOfVictim(FoundLines& found, Victim& victim, int padding) {
+    const std::wstring writer = victim.Thread();
+    for (;; ++victim.lines) {
+        const auto line = found.marks.find(LineMark(writer, victim.lines, padding));
+        if (line == found.marks.end())
+            return;
+        if (line->second != 1)
+            FAIL_CHECK("line " << victim.lines << " of " << victim.name << " is there " << line->second
+                               << " times");
+        found.marks.erase(line);
+    }
+}
+
+/// Whether a stranger is the beginning of the line that a victim was writing when it was killed.
+bool IsTornLineOf(const Victim& victim, const std::wstring& stranger, int padding) {
+    return LineOfMark(LineMark(victim.Thread(), victim.lines, padding)).rfind(stranger, 0) == 0;
+}
+
+/// The next writer goes on directly behind what a killed one left of its line: takes such pairs apart.
+FoundLines WithTornLinesApart(const FoundLines& found) {
+    FoundLines apart{found.marks, {}};
+    for (const std::wstring& stranger : found.strangers) {
+        const std::size_t next = stranger.find(L"[CPrintJobImpl::put_Xml] ", 1);
+        apart.strangers.push_back(stranger.substr(0, next));
+        if (next != std::wstring::npos)
+            apart.Add(stranger.substr(next) + L"\r\n");
+    }
+    return apart;
+}
+
+} // namespace
+
+TEST_CASE("Log_file_of_eight_processes_with_rotation_keeps_every_line_once") {
+    // Together more than one file and less than two, so that the one backup holds all that was rotated away.
+    constexpr int processes = 8, threads = 16, lines = 5, padding = 2400;
+    const int rounds = SoakCount("SOAK_LOG_ROUNDS", 2);
+    int rotations = 0, longest = 0;
+    for (int round = 0; round < rounds; ++round) {
+        LogSession session;
+        session.Enable();
+        session.Put(L"MaxFileSize", 1u);
+        {
+            std::vector<std::unique_ptr<WriterProcess>> writers;
+            for (int i = 0; i < processes; ++i)
+                writers.push_back(
+                    std::make_unique<WriterProcess>("p" + std::to_string(i), threads, lines, padding));
+            for (const auto& writer : writers) {
+                const int time = writer->LongestCall();
+                REQUIRE(time >= 0);
+                longest = std::max(longest, time);
+            }
+        }
+        FoundLines found;
+        for (const std::wstring& path : {session.Path() + L".bak", session.Path()})
+            if (FileExists(path))
+                found.Add(FileText(path));
+        rotations += FileExists(session.Path() + L".bak");
+        for (int i = 0; i < processes; ++i)
+            for (int thread = 0; thread < threads; ++thread)
+                TakeEachOnce(found, "p" + std::to_string(i), thread, lines, padding);
+        CHECK(found.marks.empty());
+        CHECK(found.strangers.empty());
+    }
+    std::printf(
+        "%d rounds of %d processes with %d threads, %d lines each: %d rotations, longest call %d ms\n",
+        rounds, processes, threads, lines, rotations, longest);
+    CHECK(rotations > 0);
+}
+
+TEST_CASE("Log_file_of_writers_that_are_killed_keeps_the_lines_of_the_others") {
+    constexpr int steadyThreads = 2, steadyLines = 100, padding = 6000;
+    constexpr int longestWait = 3000, patience = 3000; // what a line may wait for others, and a busy machine
+    const int kills = SoakCount("SOAK_KILLS", 6);
+    Random random(4711);
+    LogSession session;
+    session.Enable();
+    std::vector<Victim> victims;
+    std::vector<std::string> steady;
+    int longest = 0;
+    while (static_cast<int>(victims.size()) < kills) {
+        steady.push_back("steady" + std::to_string(steady.size()));
+        WriterProcess writer(steady.back(), steadyThreads, steadyLines, padding);
+        do {
+            victims.push_back({"victim" + std::to_string(victims.size())});
+            KillWhileItWrites(victims.back(), padding, random.Below(40));
+        } while (writer.IsRunning() && static_cast<int>(victims.size()) < kills);
+        const int time = writer.LongestCall();
+        REQUIRE(time >= 0);
+        longest = std::max(longest, time);
+    }
+
+    FoundLines found;
+    found.Add(FileText(session.Path()));
+    found = WithTornLinesApart(found);
+    for (const std::string& name : steady)
+        for (int thread = 0; thread < steadyThreads; ++thread)
+            TakeEachOnce(found, name, thread, steadyLines, padding);
+    int written = 0, writing = 0;
+    for (Victim& victim : victims) {
+        TakeLinesOfVictim(found, victim, padding);
+        written += victim.lines;
+        writing += victim.lines > 0;
+    }
+    CHECK(found.marks.empty());
+    const std::size_t torn = found.strangers.size();
+    for (const Victim& victim : victims) {
+        const auto piece =
+            std::find_if(found.strangers.begin(), found.strangers.end(),
+                         [&](const std::wstring& line) { return IsTornLineOf(victim, line, padding); });
+        if (piece != found.strangers.end())
+            found.strangers.erase(piece);
+    }
+    CHECK(found.strangers.empty()); // each left at most one
+    std::printf(
+        "%zu writers killed, %d of them after %d lines, leaving %zu torn lines; %zu others wrote %zu lines, "
+        "longest call %d ms\n",
+        victims.size(), writing, written, torn, steady.size(), steady.size() * steadyThreads * steadyLines,
+        longest);
+    CHECK(writing > 0);
+    CHECK(longest <= longestWait + patience);
+}

@@ -1,0 +1,97 @@
+// A client that fills the log: log_writer <name> <threads> <lines> <padding>, with 0 lines until it is
+// killed.
+//
+// Each of its threads puts a text into a print job that the job refuses; the refusal is logged with a part of
+// the text, here "<name>.<thread>.<number>:" and up to so many letters. The exit code is the time of the
+// longest call in milliseconds; a negative one means that something went wrong.
+
+#include "LogLine.h"
+
+#include "common/Bstr.h"
+#include "common/ComPtr.h"
+
+#include "JobObjects.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <vector>
+
+namespace {
+
+constexpr int failed = -1;
+
+struct Writer {
+    std::wstring name;
+    int lines;
+    int padding;
+    int longestCall;
+};
+
+/// Writes one line; the time it took, or failed.
+int WriteLine(IPrintJob* job, const std::wstring& mark) {
+    const UniqueBstr xml(L"<PrintJob Version=\"7.26\"><LogTarget Type=\"" + mark + L"\"/></PrintJob>");
+    const DWORD start = GetTickCount();
+    const HRESULT result = job->put_Xml(xml.Get());
+    const DWORD end = GetTickCount();
+    return result == E_FAIL ? static_cast<int>(end - start) : failed;
+}
+
+/// Who waits for it has made an event with the writer's name.
+void TellThatWritingBegins(const std::wstring& name) {
+    if (const HANDLE event = OpenEventW(EVENT_MODIFY_STATE, FALSE, name.c_str())) {
+        SetEvent(event);
+        CloseHandle(event);
+    }
+}
+
+int WriteLines(const Writer& writer) {
+    ComPtr<IPrintJob> job;
+    if (FAILED(CoCreateInstance(__uuidof(PrintJob), nullptr, CLSCTX_INPROC_SERVER, __uuidof(IPrintJob),
+                                job.PutVoid())))
+        return failed;
+    TellThatWritingBegins(writer.name);
+    int longest = 0;
+    for (int i = 0; writer.lines == 0 || i < writer.lines; ++i) {
+        const int time = WriteLine(job.Get(), LineMark(writer.name, i, writer.padding));
+        if (time == failed)
+            return failed;
+        longest = std::max(longest, time);
+    }
+    SetErrorInfo(0, nullptr);
+    return longest;
+}
+
+DWORD WINAPI RunWriter(void* argument) {
+    Writer& writer = *static_cast<Writer*>(argument);
+    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
+        return 1;
+    writer.longestCall = WriteLines(writer);
+    CoUninitialize();
+    return 0;
+}
+
+std::wstring Wide(const char* text) {
+    return std::wstring(text, text + std::char_traits<char>::length(text));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 5)
+        return failed;
+    std::vector<Writer> writers(static_cast<std::size_t>(std::atoi(argv[2])));
+    std::vector<HANDLE> threads;
+    for (std::size_t i = 0; i < writers.size(); ++i) {
+        writers[i] = {Wide(argv[1]) + L"." + std::to_wstring(i), std::atoi(argv[3]), std::atoi(argv[4]),
+                      failed};
+        threads.push_back(CreateThread(nullptr, 0, RunWriter, &writers[i], 0, nullptr));
+    }
+    int longest = writers.empty() ? failed : 0;
+    for (std::size_t i = 0; i < writers.size(); ++i) {
+        if (!threads[i] || WaitForSingleObject(threads[i], INFINITE) != WAIT_OBJECT_0 ||
+            writers[i].longestCall == failed)
+            return failed;
+        longest = std::max(longest, writers[i].longestCall);
+    }
+    return longest;
+}
