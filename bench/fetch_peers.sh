@@ -1,12 +1,12 @@
 #!/bin/sh
-# Fetches the sources of the libraries that the benchmarks compare with, from Debian's source packages, into
-# the folder given. Reads the machine's own package sources, with lists of its own, so that neither the
-# system's configuration is changed nor root is needed.
+# Fetches the sources of Google Benchmark and of the libraries that the benchmarks compare with, from Debian's
+# source packages, into the folder given. Reads the machine's own package sources, with lists of its own, so that
+# neither the system's configuration is changed nor root is needed.
 set -eu
 folder=$1
 mkdir -p "$folder/lists/partial" "$folder/cache/archives/partial" "$folder/sources"
 cd "$folder"
-[ -f pugixml/src/pugixml.cpp ] && exit 0
+[ -f pugixml/src/pugixml.cpp ] && [ -f benchmark/src/benchmark.cc ] && exit 0
 for file in /etc/apt/sources.list /etc/apt/sources.list.d/*; do
     case $file in
     *.list) if [ -f "$file" ]; then sed -n 's/^deb /deb-src /p' "$file"; fi >"sources/$(basename "$file")" ;;
@@ -16,6 +16,8 @@ done
 options="-o Dir::Etc::sourcelist=- -o Dir::Etc::sourceparts=$folder/sources -o Dir::State::lists=$folder/lists
     -o Dir::Cache=$folder/cache -o APT::Sandbox::User="
 apt-get $options -qq update
-apt-get $options -qq source --download-only pugixml
-mkdir -p pugixml
-tar -xf pugixml_*.orig.tar.* -C pugixml --strip-components=1
+apt-get $options -qq source --download-only pugixml benchmark
+for name in pugixml benchmark; do
+    mkdir -p $name
+    tar -xf "${name}"_*.orig.tar.* -C $name --strip-components=1
+done

@@ -12,6 +12,8 @@ packages=(
     wine wine64 wine32:i386
     # Free Pascal and its sources, from which the tests build a late-bound Windows client.
     fp-compiler fpc-source
+    # The benchmarks compare with it; what else they need they fetch themselves.
+    librapidxml-dev
     # Checks of the XML files, of the formatting, of the code and of the generated pages.
     libxml2-utils clang-format clang-tidy python3
 )

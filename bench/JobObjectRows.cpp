@@ -1,0 +1,138 @@
+// A print job record through the Xml property, beside the same work without COM, by the system's markup
+// library, and beside the bare calls that create the children.
+
+#include "MsxmlPeer.h"
+#include "RecordText.h"
+#include "Rows.h"
+
+#include "JobObjects.h"
+
+#include <objbase.h>
+#include <ole2.h>
+
+namespace {
+
+constexpr const wchar_t* childProgIds[] = {L"Corvane.JobContents", L"Corvane.WindowsPrintInfo",
+                                           L"Corvane.PolicyResults"};
+
+ComPtr<IUnknown> CreateByProgId(const wchar_t* progId) {
+    CLSID classId;
+    ComPtr<IUnknown> object;
+    Require(CLSIDFromProgID(progId, &classId) == S_OK, "the class of a ProgID");
+    Require(CoCreateInstance(classId, nullptr, CLSCTX_ALL, IID_IUnknown, object.PutVoid()) == S_OK,
+            "an object");
+    Require(OleRun(object.Get()) == S_OK, "a running object");
+    return object;
+}
+
+ComPtr<IPrintJob> CreatePrintJob() {
+    ComPtr<IPrintJob> job;
+    Require(CoCreateInstance(__uuidof(PrintJob), nullptr, CLSCTX_INPROC_SERVER, __uuidof(IPrintJob),
+                             job.PutVoid()) == S_OK,
+            "a print job");
+    return job;
+}
+
+/// A record's text with an object and a document that hold it.
+struct HeldJob {
+    UniqueBstr text;
+    ComPtr<IPrintJob> job;
+    ComPtr<IXMLDOMDocument> document;
+};
+
+std::vector<HeldJob> HoldJobs() {
+    std::vector<HeldJob> held;
+    for (const JobText& text : JobTexts())
+        held.push_back({UniqueBstr(text.text), CreatePrintJob(), MsxmlPeer::NewDocument()});
+    return held;
+}
+
+void Put(const ComPtr<IPrintJob>& job, BSTR text) {
+    Require(job->put_Xml(text) == S_OK, "Xml put");
+}
+
+UniqueBstr Get(const ComPtr<IPrintJob>& job) {
+    UniqueBstr text;
+    Require(job->get_Xml(text.Put()) == S_OK, "Xml get");
+    return text;
+}
+
+/// As after the record was made: only the job contents that a record starts with are left to be used again.
+void DropChildren(const ComPtr<IPrintJob>& job) {
+    job->put_PageCounterJobContents(nullptr);
+    job->put_WindowsPrintInfo(nullptr);
+    job->put_PolicyResults(nullptr);
+}
+
+std::wstring_view WithoutLineEnd(std::wstring_view text) {
+    while (!text.empty() && (text.back() == L'\n' || text.back() == L'\r'))
+        text.remove_suffix(1);
+    return text;
+}
+
+void CheckJobs(const std::vector<HeldJob>& held) {
+    const ComPtr<IPrintJob> other = CreatePrintJob();
+    for (std::size_t i = 0; i < held.size(); ++i) {
+        Put(held[i].job, held[i].text.Get());
+        Require(Get(held[i].job).View() == held[i].text.View(), "the text of a record");
+        DropChildren(other);
+        Put(other, held[i].text.Get());
+        Require(Get(other).View() == held[i].text.View(), "the text of a record with new children");
+        Require(MsxmlPeer::Read(held[i].document.Get(), held[i].text.Get()) == JobTexts()[i].values,
+                "a value that MSXML read");
+        Require(RecordText::Read(WithoutLineEnd(MsxmlPeer::Write(held[i].document.Get()).View())) ==
+                    JobTexts()[i].values,
+                "a text that MSXML wrote");
+    }
+}
+
+template<class Work>
+Contender ForAll(const std::string& name, const std::vector<HeldJob>& held, Work work) {
+    return {name,
+            [&held, work] {
+                for (const HeldJob& job : held)
+                    work(job);
+            },
+            static_cast<double>(held.size())};
+}
+
+} // namespace
+
+void AddJobObjectRows(Table& table) {
+    const std::vector<HeldJob> held = HoldJobs();
+    CheckJobs(held);
+    const ComPtr<IPrintJob> again = CreatePrintJob();
+    Put(again, held[0].text.Get());
+    table.Time("PrintJob Xml put, children held",
+               {ForAll("vtable", held, [&again](const HeldJob& job) { Put(again, job.text.Get()); }),
+                ForAll("parser alone", held,
+                       [](const HeldJob& job) { Use(RecordText::Read(job.text.View()).guid.size()); }),
+                ForAll("MSXML 6 load and read", held,
+                       [](const HeldJob& job) {
+                           Use(MsxmlPeer::Read(job.document.Get(), job.text.Get()).guid.size());
+                       })},
+               {{"parser alone", 3}, {"MSXML 6 load and read", 0.04}});
+    table.Time("PrintJob Xml get",
+               {ForAll("vtable", held, [](const HeldJob& job) { Use(Get(job.job).View().size()); }),
+                {"writer alone",
+                 [] {
+                     for (const JobText& job : JobTexts())
+                         Use(RecordText::Write(job.values).size());
+                 },
+                 static_cast<double>(held.size())},
+                ForAll("MSXML 6 get_xml", held,
+                       [](const HeldJob& job) { Use(MsxmlPeer::Write(job.document.Get()).View().size()); })},
+               {{"writer alone", 4}, {"MSXML 6 get_xml", 0.04}});
+    table.Time("PrintJob Xml put, children created",
+               {ForAll("vtable", held,
+                       [&again](const HeldJob& job) {
+                           DropChildren(again);
+                           Put(again, job.text.Get());
+                       }),
+                ForAll("the three creations alone", held,
+                       [](const HeldJob&) {
+                           for (const wchar_t* progId : childProgIds)
+                               Use(CreateByProgId(progId) ? 1u : 0u);
+                       })},
+               {{"the three creations alone", 1.1}});
+}

@@ -1,0 +1,79 @@
+#include "Peers.h"
+#include "Rows.h"
+
+#include "common/QxXmlParser.h"
+#include "common/QxXmlWriter.h"
+
+namespace {
+
+constexpr std::size_t megabyte = 1'000'000;
+
+std::string ParseName(std::size_t megabytes) {
+    return "parse copy lines of " + std::to_string(megabytes) + " MB";
+}
+
+void AddParseRow(Table& table, std::size_t megabytes, double atMost) {
+    const CopyLinesText lines = MakeCopyLines(megabytes * megabyte);
+    {
+        QxXmlParser parser;
+        Require(parser.SetDocument(lines.text) && parser.PositionCount() - 1 == lines.elements,
+                "the number of elements that were parsed");
+    }
+    Require(PugiPeer::CountElements(lines.text) == lines.elements,
+            "the number of elements that pugixml parsed");
+    std::vector<Goal> goals;
+    if (atMost > 0)
+        goals.push_back({"pugixml", atMost});
+    table.Time(ParseName(megabytes),
+               {{"new parser",
+                 [&lines] {
+                     QxXmlParser parser;
+                     Use(parser.SetDocument(lines.text));
+                 }},
+                {"pugixml", [&lines] { Use(PugiPeer::Parse(lines.text)); }},
+                {"plain copy of the text", [&lines] { Use(std::wstring(lines.text).size()); }}},
+               goals);
+}
+
+std::wstring Append(int count) {
+    QxXmlParser parser;
+    parser.AddElement(L"List");
+    for (int i = 0; i < count; ++i)
+        parser.AddChildElement(L"Item", L"some text value");
+    return parser.GetDocument();
+}
+
+std::wstring WriteAtOnce(int count) {
+    QxXmlWriter writer;
+    writer.OpenStartTag(L"List");
+    writer.CloseStartTag();
+    for (int i = 0; i < count; ++i)
+        writer.Element(L"Item", L"some text value");
+    writer.EndTag(L"List");
+    return writer.Take();
+}
+
+void AddAppendRow(Table& table, int count, double atMost) {
+    Require(Append(count) == WriteAtOnce(count), "the text of appended children");
+    std::vector<Goal> goals;
+    if (atMost > 0)
+        goals.push_back({"written at once", atMost});
+    table.Time("append " + std::to_string(count) + " children",
+               {{"one by one", [count] { Use(Append(count).size()); }},
+                {"written at once", [count] { Use(WriteAtOnce(count).size()); }}},
+               goals);
+}
+
+} // namespace
+
+void AddLargeRows(Table& table) {
+    AddParseRow(table, 1, 0);
+    AddParseRow(table, 10, 1.1);
+    AddParseRow(table, 100, 1.1);
+    table.Compare("ten times the size", {ParseName(10), "new parser"}, {ParseName(1), "new parser"}, 12);
+    table.Compare("ten times the size", {ParseName(100), "new parser"}, {ParseName(10), "new parser"}, 12);
+    AddAppendRow(table, 10'000, 0);
+    AddAppendRow(table, 100'000, 3);
+    table.Compare("ten times the children", {"append 100000 children", "one by one"},
+                  {"append 10000 children", "one by one"}, 12);
+}

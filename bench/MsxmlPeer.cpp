@@ -1,0 +1,115 @@
+#include "MsxmlPeer.h"
+
+#include "RecordForm.h"
+#include "Table.h"
+
+namespace {
+
+QxString NodeText(IXMLDOMNode* node) {
+    UniqueBstr text;
+    Require(node->get_text(text.Put()) == S_OK, "MSXML: a node's text");
+    return text.View();
+}
+
+bool HasName(IXMLDOMNode* node, std::wstring_view name) {
+    UniqueBstr found;
+    Require(node->get_nodeName(found.Put()) == S_OK, "MSXML: a node's name");
+    return found.View() == name;
+}
+
+/// Looks for each child from the one found last on, and from the first one on only if it is not there: each
+/// look at a node costs a call and two texts.
+class MsxmlNode {
+public:
+    explicit MsxmlNode(ComPtr<IXMLDOMNode> node) : m_node(std::move(node)) {}
+
+    QxString Text(std::wstring_view name) { return Find(name) ? NodeText(m_child.Get()) : QxString(); }
+    std::int32_t Number(std::wstring_view name) { return QxMisc::ParseInt32(Text(name)); }
+    bool Flag(std::wstring_view name) { return QxMisc::ParseBool(Text(name)); }
+    QxString Data() const { return NodeText(m_node.Get()); }
+    QxString Attribute(const wchar_t* name) const {
+        ComPtr<IXMLDOMNamedNodeMap> attributes;
+        ComPtr<IXMLDOMNode> attribute;
+        Require(m_node->get_attributes(attributes.Put()) == S_OK, "MSXML: attributes");
+        const UniqueBstr text{std::wstring_view(name)};
+        return attributes->getNamedItem(text.Get(), attribute.Put()) == S_OK ? NodeText(attribute.Get())
+                                                                             : QxString();
+    }
+
+    template<class UseNode>
+    void Within(std::wstring_view name, UseNode use) {
+        if (!Find(name))
+            return;
+        MsxmlNode node(m_child);
+        use(node);
+    }
+    template<class UseNode>
+    void ForEach(std::wstring_view name, UseNode use) {
+        for (ComPtr<IXMLDOMNode> child = FirstChild(); child; child = NextSibling(child)) {
+            if (HasName(child.Get(), name)) {
+                MsxmlNode node(child);
+                use(node);
+            }
+        }
+    }
+
+private:
+    ComPtr<IXMLDOMNode> FirstChild() const {
+        ComPtr<IXMLDOMNode> child;
+        m_node->get_firstChild(child.Put());
+        return child;
+    }
+    static ComPtr<IXMLDOMNode> NextSibling(const ComPtr<IXMLDOMNode>& node) {
+        ComPtr<IXMLDOMNode> next;
+        node->get_nextSibling(next.Put());
+        return next;
+    }
+    bool FindFrom(ComPtr<IXMLDOMNode> child, std::wstring_view name) {
+        for (; child; child = NextSibling(child)) {
+            if (HasName(child.Get(), name)) {
+                m_child = std::move(child);
+                return true;
+            }
+        }
+        return false;
+    }
+    bool Find(std::wstring_view name) {
+        return (m_child && FindFrom(NextSibling(m_child), name)) || FindFrom(FirstChild(), name);
+    }
+
+    ComPtr<IXMLDOMNode> m_node;
+    ComPtr<IXMLDOMNode> m_child;
+};
+
+} // namespace
+
+ComPtr<IXMLDOMDocument> MsxmlPeer::NewDocument() {
+    CLSID classId;
+    ComPtr<IXMLDOMDocument> document;
+    Require(CLSIDFromProgID(L"Msxml2.DOMDocument.6.0", &classId) == S_OK, "MSXML 6 is not registered");
+    Require(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IXMLDOMDocument,
+                             document.PutVoid()) == S_OK,
+            "an MSXML 6 document");
+    document->put_async(VARIANT_FALSE);
+    document->put_validateOnParse(VARIANT_FALSE);
+    return document;
+}
+
+void MsxmlPeer::Load(IXMLDOMDocument* document, BSTR text) {
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    Require(document->loadXML(text, &loaded) == S_OK && loaded, "MSXML refuses the record");
+}
+
+JobValues MsxmlPeer::Read(IXMLDOMDocument* document, BSTR text) {
+    Load(document, text);
+    ComPtr<IXMLDOMElement> root;
+    Require(document->get_documentElement(root.Put()) == S_OK, "MSXML: the root");
+    MsxmlNode node{ComPtr<IXMLDOMNode>(root.Get())};
+    return RecordForm::ReadJob(node);
+}
+
+UniqueBstr MsxmlPeer::Write(IXMLDOMDocument* document) {
+    UniqueBstr text;
+    Require(document->get_xml(text.Put()) == S_OK, "MSXML: the document's text");
+    return text;
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Records.h"
+
+#include "common/Bstr.h"
+#include "common/ComPtr.h"
+
+#include <msxml2.h>
+
+/// The system's own markup library, version 6, used through its COM interfaces.
+namespace MsxmlPeer {
+
+ComPtr<IXMLDOMDocument> NewDocument();
+void Load(IXMLDOMDocument* document, BSTR text);
+/// Loads the document and reads every value.
+JobValues Read(IXMLDOMDocument* document, BSTR text);
+/// The loaded document's text, without the line end that is put behind it.
+UniqueBstr Write(IXMLDOMDocument* document);
+
+} // namespace MsxmlPeer

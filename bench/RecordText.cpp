@@ -1,0 +1,102 @@
+#include "RecordText.h"
+
+#include "RecordForm.h"
+
+#include "common/QxXmlParser.h"
+#include "common/QxXmlWriter.h"
+#include "common/RecordReading.h"
+
+namespace {
+
+/// The parser's current element, whose children are read as the records read them.
+class ParserNode {
+public:
+    explicit ParserNode(QxXmlParser& parser) : m_parser(parser) {}
+
+    QxString Text(std::wstring_view name) { return RecordReading::Text(m_parser, name); }
+    std::int32_t Number(std::wstring_view name) { return RecordReading::Number(m_parser, name); }
+    bool Flag(std::wstring_view name) { return RecordReading::Flag(m_parser, name); }
+    QxString Data() { return m_parser.GetData(); }
+    QxString Attribute(std::wstring_view name) { return m_parser.GetAttribute(name); }
+
+    template<class UseNode>
+    void Within(std::wstring_view name, UseNode use) {
+        if (m_parser.FindChildElement(name, true))
+            Enter(use);
+    }
+    template<class UseNode>
+    void ForEach(std::wstring_view name, UseNode use) {
+        while (m_parser.FindChildElement(name))
+            Enter(use);
+    }
+
+private:
+    template<class UseNode>
+    void Enter(UseNode& use) {
+        m_parser.IntoElement();
+        use(*this);
+        m_parser.OutOfElement();
+    }
+
+    QxXmlParser& m_parser;
+};
+
+class WriterSink {
+public:
+    void Open(std::wstring_view name) {
+        EndStartTag();
+        m_writer.OpenStartTag(name);
+        m_inStartTag = true;
+    }
+    void Attribute(std::wstring_view name, std::wstring_view value) { m_writer.Attribute(name, value); }
+    void Data(std::wstring_view data) {
+        m_data = data;
+        m_hasData = true;
+    }
+    void Close(std::wstring_view name) {
+        if (m_hasData) {
+            m_writer.CloseWithData(name, m_data);
+            m_hasData = m_inStartTag = false;
+            return;
+        }
+        EndStartTag();
+        m_writer.EndTag(name);
+    }
+    void CloseEmpty() {
+        m_writer.CloseEmptyTag();
+        m_inStartTag = false;
+    }
+    template<class Value>
+    void Element(std::wstring_view name, const Value& value) {
+        EndStartTag();
+        m_writer.Element(name, value);
+    }
+    std::wstring Take() { return m_writer.Take(); }
+
+private:
+    void EndStartTag() {
+        if (m_inStartTag)
+            m_writer.CloseStartTag();
+        m_inStartTag = false;
+    }
+
+    QxXmlWriter m_writer;
+    std::wstring_view m_data;
+    bool m_inStartTag = false;
+    bool m_hasData = false;
+};
+
+} // namespace
+
+JobValues RecordText::Read(std::wstring_view text) {
+    QxXmlParser parser;
+    RecordReading::OpenRoot(parser, text, L"PrintJob");
+    ParserNode node(parser);
+    return RecordForm::ReadJob(node);
+}
+
+std::wstring RecordText::Write(const JobValues& values) {
+    WriterSink sink;
+    RecordForm::WriteJob(sink, values);
+    return sink.Take();
+}

@@ -1,0 +1,148 @@
+#include "Table.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+
+namespace {
+
+volatile std::size_t used = 0;
+
+double Median(std::vector<double> sample) {
+    const auto middle = sample.begin() + static_cast<std::ptrdiff_t>(sample.size() / 2);
+    std::nth_element(sample.begin(), middle, sample.end());
+    return *middle;
+}
+
+/// Keeps the times of every repetition by the benchmark's name.
+class Collector : public benchmark::BenchmarkReporter {
+public:
+    bool ReportContext(const Context&) override { return true; }
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs) {
+            if (run.run_type == Run::RT_Iteration)
+                m_seconds[run.run_name.function_name].push_back(run.real_accumulated_time /
+                                                                static_cast<double>(run.iterations));
+        }
+    }
+    /// 0 if it was not run.
+    double MedianOf(const std::string& name) const {
+        const auto found = m_seconds.find(name);
+        return found == m_seconds.end() ? 0 : Median(found->second);
+    }
+
+private:
+    std::map<std::string, std::vector<double>> m_seconds;
+};
+
+std::string Text(const char* format, double value) {
+    char text[64];
+    std::snprintf(text, sizeof text, format, value);
+    return text;
+}
+
+std::string TimeText(double seconds) {
+    if (seconds < 1e-6)
+        return Text("%.1f ns", seconds * 1e9);
+    if (seconds < 1e-3)
+        return Text("%.2f µs", seconds * 1e6);
+    return Text("%.2f ms", seconds * 1e3);
+}
+
+/// Three figures that count.
+std::string RatioText(double ratio) {
+    return Text(ratio < 0.1 ? "%.4f" : ratio < 10 ? "%.2f" : "%.1f", ratio);
+}
+
+} // namespace
+
+void Table::Time(const std::string& work, const std::vector<Contender>& contenders,
+                 const std::vector<Goal>& goals) {
+    std::fprintf(stderr, "%s\n", work.c_str());
+    for (const Contender& contender : contenders) {
+        benchmark::RegisterBenchmark((work + " / " + contender.name).c_str(), [&contender](
+                                                                                  benchmark::State& state) {
+            for ([[maybe_unused]] auto round : state)
+                contender.work();
+        })->UseRealTime();
+    }
+    Collector collector;
+    benchmark::RunSpecifiedBenchmarks(&collector);
+    benchmark::ClearRegisteredBenchmarks();
+    for (const Contender& contender : contenders) {
+        const double seconds = collector.MedianOf(work + " / " + contender.name) / contender.units;
+        if (seconds > 0)
+            m_times.push_back({work, contender.name, seconds});
+    }
+    for (const Goal& goal : goals) {
+        const std::string& subject = goal.subject.empty() ? contenders.front().name : goal.subject;
+        Compare(work, {work, subject}, {work, goal.against}, goal.atMost);
+    }
+    for (const Contender& contender : contenders) {
+        const bool named = std::any_of(goals.begin(), goals.end(), [&](const Goal& goal) {
+            return goal.against == contender.name || goal.subject == contender.name;
+        });
+        if (!named && contender.name != contenders.front().name)
+            Compare(work, {work, contenders.front().name}, {work, contender.name}, 0);
+    }
+}
+
+void Table::Figure(const std::string& work, const std::string& measured, double value, double atMost,
+                   const std::string& unit) {
+    m_lines.push_back({work, measured + " " + RatioText(value) + " " + unit, "", "",
+                       "at most " + Text("%g ", atMost) + unit, true, value <= atMost});
+}
+
+double Table::Seconds(const std::string& work, const std::string& contender) const {
+    for (const Timed& timed : m_times) {
+        if (timed.work == work && timed.contender == contender)
+            return timed.seconds;
+    }
+    return 0;
+}
+
+void Table::Compare(const std::string& work, std::pair<std::string, std::string> subject,
+                    std::pair<std::string, std::string> against, double atMost) {
+    const double seconds = Seconds(subject.first, subject.second);
+    const double other = Seconds(against.first, against.second);
+    if (seconds == 0 || other == 0)
+        return; // left out by a filter
+    const double ratio = seconds / other;
+    m_lines.push_back({work, subject.second + " " + TimeText(seconds), against.second + " " + TimeText(other),
+                       RatioText(ratio), atMost > 0 ? Text("at most %g", atMost) : std::string(), atMost > 0,
+                       atMost <= 0 || ratio <= atMost});
+}
+
+void Table::Print() const {
+    std::printf("| Work | Measured | Beside | Ratio | Goal | Verdict |\n|---|---|---|---:|---|---|\n");
+    const std::string* last = nullptr;
+    for (const Line& line : m_lines) {
+        const bool same = last && *last == line.work;
+        last = &line.work;
+        std::printf("| %s | %s | %s | %s | %s | %s |\n", same ? "" : line.work.c_str(), line.measured.c_str(),
+                    line.against.c_str(), line.ratio.c_str(), line.goal.c_str(),
+                    !line.hasGoal ? ""
+                    : line.met    ? "met"
+                                  : "**not met**");
+    }
+}
+
+std::size_t Table::Missed() const noexcept {
+    return static_cast<std::size_t>(
+        std::count_if(m_lines.begin(), m_lines.end(), [](const Line& line) { return !line.met; }));
+}
+
+void Use(std::size_t result) noexcept {
+    used = used + result;
+}
+
+void Require(bool condition, const std::string& what) {
+    if (condition)
+        return;
+    std::fprintf(stderr, "wrong result: %s\n", what.c_str());
+    std::exit(2);
+}

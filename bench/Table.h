@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// One way to do a piece of work, timed beside the others of its row.
+struct Contender {
+    std::string name;
+    std::function<void()> work;
+    double units = 1; ///< how often one call does the work
+};
+
+/// The first contender's time, or that of the named one, may be at most this many times the other's.
+struct Goal {
+    std::string against;
+    double atMost;
+    std::string subject = {};
+};
+
+/// Measures the rows and collects their lines.
+class Table {
+public:
+    /// Times all contenders in turn, many times over, so that a disturbance hits all alike, and adds one line
+    /// for each goal and one for each contender that no goal names.
+    void Time(const std::string& work, const std::vector<Contender>& contenders,
+              const std::vector<Goal>& goals);
+    /// Adds a figure that is no comparison of times.
+    void Figure(const std::string& work, const std::string& measured, double value, double atMost,
+                const std::string& unit);
+    /// The median time in seconds that the row's contender took; 0 if it was not run.
+    double Seconds(const std::string& work, const std::string& contender) const;
+    /// Compares the times of two rows' contenders.
+    void Compare(const std::string& work, std::pair<std::string, std::string> subject,
+                 std::pair<std::string, std::string> against, double atMost);
+
+    /// Prints all lines as a Markdown table.
+    void Print() const;
+    /// How many goals were missed.
+    std::size_t Missed() const noexcept;
+
+private:
+    struct Line {
+        std::string work;
+        std::string measured;
+        std::string against;
+        std::string ratio;
+        std::string goal;
+        bool hasGoal = false;
+        bool met = true;
+    };
+    struct Timed {
+        std::string work;
+        std::string contender;
+        double seconds;
+    };
+
+    void AddRatio(const std::string& work, const std::string& subject, double seconds,
+                  const std::string& against, double againstSeconds, double atMost);
+
+    std::vector<Timed> m_times;
+    std::vector<Line> m_lines;
+};
+
+/// Keeps a result from being optimised away.
+void Use(std::size_t result) noexcept;
+
+/// Ends the program with a message unless the condition holds: what is timed must be right.
+void Require(bool condition, const std::string& what);

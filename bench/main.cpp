@@ -1,0 +1,41 @@
+#include "Rows.h"
+
+#include <benchmark/benchmark.h>
+
+#include <windows.h>
+#include <objbase.h>
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+// All rows in one run. Takes Google Benchmark's options, for example --benchmark_filter=Xml, and --check,
+// which makes it fail when a goal is missed.
+
+int main(int count, char** arguments) {
+    char interleaving[] = "--benchmark_enable_random_interleaving=true";
+    char repetitions[] = "--benchmark_repetitions=15";
+    char time[] = "--benchmark_min_time=0.02";
+    std::vector<char*> options{arguments[0], interleaving, repetitions,
+                               time}; // the caller's come later and win
+    bool check = false;
+    for (int i = 1; i < count; ++i) {
+        if (std::string_view(arguments[i]) == "--check")
+            check = true;
+        else
+            options.push_back(arguments[i]);
+    }
+    int used = static_cast<int>(options.size());
+    benchmark::Initialize(&used, options.data());
+    if (benchmark::ReportUnrecognizedArguments(used, options.data()))
+        return 1;
+    Require(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED) == S_OK, "COM");
+
+    Table table;
+    AddRecordRows(table);
+    AddJobObjectRows(table);
+    AddLargeRows(table);
+    table.Print();
+    CoUninitialize();
+    return check && table.Missed() > 0 ? 1 : 0;
+}
