@@ -3,7 +3,6 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -12,31 +11,27 @@ namespace {
 
 volatile std::size_t used = 0;
 
-double Median(std::vector<double> sample) {
-    const auto middle = sample.begin() + static_cast<std::ptrdiff_t>(sample.size() / 2);
-    std::nth_element(sample.begin(), middle, sample.end());
-    return *middle;
-}
-
-/// Keeps the times of every repetition by the benchmark's name.
+/// Keeps each benchmark's time by its name: that of its fastest repetition, the one disturbed least.
 class Collector : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context&) override { return true; }
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs) {
-            if (run.run_type == Run::RT_Iteration)
-                m_seconds[run.run_name.function_name].push_back(run.real_accumulated_time /
-                                                                static_cast<double>(run.iterations));
+            if (run.run_type != Run::RT_Iteration)
+                continue;
+            const double seconds = run.real_accumulated_time / static_cast<double>(run.iterations);
+            const auto known = m_seconds.try_emplace(run.run_name.function_name, seconds).first;
+            known->second = std::min(known->second, seconds);
         }
     }
     /// 0 if it was not run.
-    double MedianOf(const std::string& name) const {
+    double Seconds(const std::string& name) const {
         const auto found = m_seconds.find(name);
-        return found == m_seconds.end() ? 0 : Median(found->second);
+        return found == m_seconds.end() ? 0 : found->second;
     }
 
 private:
-    std::map<std::string, std::vector<double>> m_seconds;
+    std::map<std::string, double> m_seconds;
 };
 
 std::string Text(const char* format, double value) {
@@ -74,7 +69,7 @@ void Table::Time(const std::string& work, const std::vector<Contender>& contende
     benchmark::RunSpecifiedBenchmarks(&collector);
     benchmark::ClearRegisteredBenchmarks();
     for (const Contender& contender : contenders) {
-        const double seconds = collector.MedianOf(work + " / " + contender.name) / contender.units;
+        const double seconds = collector.Seconds(work + " / " + contender.name) / contender.units;
         if (seconds > 0)
             m_times.push_back({work, contender.name, seconds});
     }

@@ -30,7 +30,7 @@ public:
     /// Adds a figure that is no comparison of times.
     void Figure(const std::string& work, const std::string& measured, double value, double atMost,
                 const std::string& unit);
-    /// The median time in seconds that the row's contender took; 0 if it was not run.
+    /// The time in seconds that the row's contender took; 0 if it was not run.
     double Seconds(const std::string& work, const std::string& contender) const;
     /// Compares the times of two rows' contenders.
     void Compare(const std::string& work, std::pair<std::string, std::string> subject,
@@ -56,9 +56,6 @@ private:
         std::string contender;
         double seconds;
     };
-
-    void AddRatio(const std::string& work, const std::string& subject, double seconds,
-                  const std::string& against, double againstSeconds, double atMost);
 
     std::vector<Timed> m_times;
     std::vector<Line> m_lines;
