@@ -4,6 +4,7 @@
 #include "ModulePath.h"
 #include "common/ErrorReporting.h"
 
+#include <memory>
 #include <string>
 
 namespace {
@@ -62,13 +63,29 @@ HRESULT TypeInfoHolder::Load() noexcept {
 
     // Registered before the pointer is published, so that what others may use is sure to be released.
     result = TheModule().AddTerminationCallback(
-        [](void* context) noexcept {
-            if (ITypeInfo* held = static_cast<TypeInfoHolder*>(context)->m_info.exchange(nullptr))
-                held->Release();
-        },
-        this);
+        [](void* context) noexcept { static_cast<TypeInfoHolder*>(context)->Release(); }, this);
     ITypeInfo* none = nullptr;
     if (SUCCEEDED(result) && m_info.compare_exchange_strong(none, info.Get()))
         info.Detach();
     return result;
+}
+
+void TypeInfoHolder::Release() noexcept {
+    delete m_names.exchange(nullptr);
+    if (ITypeInfo* held = m_info.exchange(nullptr))
+        held->Release();
+}
+
+const MemberNames* TypeInfoHolder::Names() noexcept {
+    if (!m_names) {
+        try {
+            auto made = std::make_unique<const MemberNames>(*m_info);
+            const MemberNames* none = nullptr;
+            if (m_names.compare_exchange_strong(none, made.get()))
+                made.release();
+        } catch (...) {
+            // Late binding works without, only slower; the next call tries again.
+        }
+    }
+    return m_names;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/MemberNames.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 
@@ -22,9 +23,14 @@ public:
     /// Borrowed: valid as long as the library is loaded.
     HRESULT Get(ITypeInfo** info) noexcept;
 
+    /// The member names of loaded type information; null when there is no memory for them.
+    const MemberNames* Names() noexcept;
+
 private:
     HRESULT Load() noexcept;
+    void Release() noexcept;
 
     const IID& m_iid;
     std::atomic<ITypeInfo*> m_info{nullptr};
+    std::atomic<const MemberNames*> m_names{nullptr};
 };

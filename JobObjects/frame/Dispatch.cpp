@@ -1,5 +1,14 @@
 #include "Dispatch.h"
 
+namespace {
+
+const DISPID* FindMember(TypeInfoHolder& holder, const wchar_t* name) noexcept {
+    const MemberNames* names = holder.Names();
+    return names ? names->Find(name) : nullptr;
+}
+
+} // namespace
+
 HRESULT DispatchGetTypeInfoCount(UINT* count) noexcept {
     if (!count)
         return E_POINTER;
@@ -24,7 +33,14 @@ HRESULT DispatchGetIDsOfNames(TypeInfoHolder& holder, LPOLESTR* names, UINT coun
         return E_POINTER;
     ITypeInfo* info = nullptr;
     const HRESULT result = holder.Get(&info);
-    return FAILED(result) ? result : info->GetIDsOfNames(names, count, ids);
+    if (FAILED(result))
+        return result;
+    if (const DISPID* id = count == 1 && names[0] ? FindMember(holder, names[0]) : nullptr) {
+        *ids = *id;
+        return S_OK;
+    }
+    // Unknown names and the names of arguments.
+    return info->GetIDsOfNames(names, count, ids);
 }
 
 HRESULT DispatchInvoke(TypeInfoHolder& holder, IDispatch* object, DISPID id, REFIID iid, WORD flags,
