@@ -16,6 +16,8 @@ packages=(
     librapidxml-dev
     # Checks of the XML files, of the formatting, of the code and of the generated pages.
     libxml2-utils clang-format clang-tidy python3
+    # The long checks: fuzzers, sanitizers in 32 bits, coverage.
+    clang libclang-rt-dev g++-multilib gcovr
 )
 
 die() {

@@ -1,95 +1,161 @@
-// Fuzzing of the parser, with libFuzzer: clang++ -fsanitize=fuzzer,address,undefined, see run.sh.
-// The first byte chooses whether the rest is edited. What must hold for any input: every position lies within
-// the text, a sub-document parses again, edits leave the positions that a new parse gives.
+// Any text: what the parser finds is what the plain reference finds; all that is read through navigation
+// comes from the positions; each child's sub-document parses again to the same elements; escaping can be
+// undone.
 
-#include "../unit/XmlDump.h"
+#include "Fuzzing.h"
+#include "ReferenceParse.h"
 
-#include "common/QxXmlParser.h"
+#include "common/QxXmlText.h"
 
-#include <cstdio>
-#include <cstdlib>
+#include <algorithm>
+
+using Fuzzing::Require;
+using ElemPos = QxXmlParser::ElemPos;
 
 namespace {
 
-void Require(bool condition, const char* what) {
-    if (condition)
-        return;
-    std::fprintf(stderr, "%s\n", what);
-    std::abort();
+bool IsSame(const ElemPos& a, const ElemPos& b) {
+    return a.startTagOpen == b.startTagOpen && a.startTagClose == b.startTagClose &&
+           a.endTagOpen == b.endTagOpen && a.endTagClose == b.endTagClose && a.scanPos == b.scanPos &&
+           a.parent == b.parent && a.firstChild == b.firstChild && a.nextSibling == b.nextSibling;
 }
 
-/// Visits the whole tree through the public interface, reading everything on the way.
-void ReadAll(QxXmlParser& parser) {
+/// The tags are brackets in the text, in order, inside their parent and behind their sibling.
+void CheckPosition(const QxXmlParser& parser, std::size_t element) {
+    const std::wstring& text = parser.GetDocument();
+    const ElemPos* const all = parser.Positions();
+    const ElemPos& at = all[element];
+    const auto length = static_cast<std::int32_t>(text.size());
+    Require(at.startTagOpen >= 0 && at.startTagOpen < at.startTagClose && at.endTagClose < at.scanPos &&
+                at.scanPos <= length,
+            "offsets out of order or outside the text");
+    Require(at.endTagClose == at.startTagClose
+                ? at.endTagOpen + 1 == at.startTagClose && at.firstChild == 0
+                : at.startTagClose < at.endTagOpen && at.endTagOpen < at.endTagClose,
+            "end tag out of order");
+    const auto character = [&](std::int32_t offset) { return text[static_cast<std::size_t>(offset)]; };
+    Require(character(at.startTagOpen) == L'<' && character(at.startTagClose) == L'>' &&
+                character(at.endTagClose) == L'>' &&
+                (character(at.endTagOpen) == L'<' || character(at.endTagOpen) == L'/'),
+            "a tag offset is not at its bracket");
+    Require(std::find(text.begin() + at.endTagClose, text.begin() + at.scanPos, L'<') ==
+                    text.begin() + at.scanPos &&
+                (at.scanPos == length || character(at.scanPos) == L'<'),
+            "the scan position is not at the next tag");
+    if (at.parent != 0)
+        Require(at.startTagOpen > all[at.parent].startTagClose && at.endTagClose < all[at.parent].endTagOpen,
+                "an element lies outside its parent");
+    if (at.nextSibling != 0)
+        Require(all[at.nextSibling].startTagOpen >= at.scanPos && all[at.nextSibling].parent == at.parent,
+                "siblings overlap or differ in their parent");
+}
+
+void CheckSameAsReference(const QxXmlParser& parser, bool parsed, const ReferenceParse& reference) {
+    Require(parsed == reference.Succeeded(), "the reference decides otherwise");
+    Require(parser.GetError().view() == reference.Error(), "the reference has another error");
+    Require(parser.PositionCount() == reference.Positions().size(), "the reference has other elements");
+    for (std::size_t element = 1; element < parser.PositionCount(); ++element) {
+        Require(IsSame(parser.Positions()[element], reference.Positions()[element]),
+                "the reference has another position");
+        CheckPosition(parser, element);
+    }
+}
+
+/// The current child is that entry, whichever way it is read.
+void CheckChild(const QxXmlParser& parser, const ReferenceParse& reference, std::size_t element) {
+    Require(parser.GetChildTagName() == reference.TagName(element), "tag name");
+    Require(parser.GetChildData().view() == reference.Data(element), "data");
+    Require(parser.GetChildSubDocument() == reference.SubDocument(element), "sub-document");
     QxString value;
+    std::wstring expected;
+    for (const wchar_t* const name : {L"a", L"Version"}) {
+        const bool found = parser.FindChildAttribute(name, value);
+        Require(found == reference.Attribute(element, name, expected), "attribute found");
+        Require(!found || value.view() == expected, "attribute value");
+    }
+}
+
+/// Document order is the order of a fresh parse's entries.
+void CheckNavigation(QxXmlParser& parser, const ReferenceParse& reference) {
+    Require(parser.FindElement() && !parser.OutOfElement(), "the root is not at the top");
+    std::size_t element = 1;
     for (int depth = 0; depth >= 0;) {
         if (parser.FindChildElement()) {
-            const std::wstring subDocument(parser.GetChildSubDocument());
-            if (subDocument.size() < 200) {
-                QxXmlParser part;
-                Require(part.SetDocument(subDocument), "a sub-document does not parse");
-            }
-            parser.FindChildAttribute(L"a", value);
-            Require(parser.GetChildData().size() <= parser.GetDocument().size(), "data longer than the text");
-            parser.IntoElement();
+            CheckChild(parser, reference, ++element);
+            Require(parser.IntoElement(), "no way into the child");
             ++depth;
         } else {
-            parser.OutOfElement();
+            Require(parser.OutOfElement() == (depth > 0), "the way out");
             --depth;
         }
     }
+    Require(element + 1 == parser.PositionCount(), "navigation misses an element");
+    Require(!parser.FindElement(), "a second element at the top");
 }
 
-void Edit(QxXmlParser& parser, unsigned choice) {
-    switch (choice % 8) {
-    case 0:
-        parser.AddElement(L"new", L"<");
-        break;
-    case 1:
-        parser.AddChildElement(L"new", L"");
-        break;
-    case 2:
-        parser.SetChildData(L"&");
-        break;
-    case 3:
-        parser.SetAttribute(L"a", L"\"");
-        break;
-    case 4:
-        parser.SetChildAttribute(L"b", L"");
-        break;
-    case 5:
-        parser.FindChildElement();
-        break;
-    case 6:
-        parser.IntoElement();
-        break;
-    default:
-        parser.OutOfElement();
-        break;
+/// A sub-document's entries are those of the whole document from `first` on, moved to its start.
+void CheckSubDocument(const QxXmlParser& parser, std::wstring_view subDocument, std::size_t first) {
+    const ElemPos* const whole = parser.Positions();
+    QxXmlParser part;
+    Require(part.SetDocument(subDocument), "a sub-document does not parse");
+    Require(first + part.PositionCount() - 1 <= parser.PositionCount(), "a sub-document has more elements");
+    const std::int32_t offset = whole[first].startTagOpen;
+    const auto index = static_cast<std::int32_t>(first) - 1;
+    const auto link = [&](std::int32_t element) { return element != 0 ? element + index : 0; };
+    for (std::size_t element = 1; element < part.PositionCount(); ++element) {
+        ElemPos at = part.Positions()[element];
+        for (std::int32_t* field :
+             {&at.startTagOpen, &at.startTagClose, &at.endTagOpen, &at.endTagClose, &at.scanPos})
+            *field += offset;
+        at.parent = element == 1 ? whole[first].parent : link(at.parent);
+        at.firstChild = link(at.firstChild);
+        at.nextSibling = element == 1 ? whole[first].nextSibling : link(at.nextSibling);
+        if (element == 1)
+            at.scanPos = whole[first].scanPos; // the text may end before the next tag
+        Require(IsSame(at, whole[first + element - 1]), "a sub-document has another element");
     }
+}
+
+void CheckSubDocuments(QxXmlParser& parser) {
+    parser.ResetPosition();
+    parser.FindElement();
+    CheckSubDocument(parser, parser.GetSubDocument(), 1);
+    for (std::int32_t child = parser.Positions()[1].firstChild; child != 0;
+         child = parser.Positions()[child].nextSibling) {
+        Require(parser.FindChildElement(), "a child is missing");
+        CheckSubDocument(parser, parser.GetChildSubDocument(), static_cast<std::size_t>(child));
+    }
+}
+
+void CheckEscaping(const std::wstring& text) {
+    for (const auto kind : {QxXmlText::Escape::Data, QxXmlText::Escape::Attribute}) {
+        std::wstring escaped;
+        QxXmlText::AppendEscaped(escaped, text, kind);
+        const auto isMarkup = [&](wchar_t character) {
+            return character == L'<' || character == L'>' ||
+                   (kind == QxXmlText::Escape::Attribute && (character == L'"' || character == L'\''));
+        };
+        Require(std::none_of(escaped.begin(), escaped.end(), isMarkup), "markup is left");
+        std::wstring back;
+        QxXmlText::AppendUnescaped(back, escaped);
+        Require(back == text, "escaping cannot be undone");
+    }
+    std::wstring unescaped;
+    QxXmlText::AppendUnescaped(unescaped, text);
+    Require(unescaped == ReferenceParse::Unescape(text), "the reference unescapes otherwise");
 }
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char* bytes, std::size_t size) {
-    if (size == 0)
-        return 0;
-    const std::wstring text(bytes + 1, bytes + size);
+void RunInput(std::string_view bytes) {
+    const std::wstring text = Fuzzing::Widen(bytes);
     QxXmlParser parser;
-    if (!parser.SetDocument(text)) {
-        Require(parser.PositionCount() == 1, "elements after a failure");
-        return 0;
+    const bool parsed = parser.SetDocument(text);
+    const ReferenceParse reference(text);
+    CheckSameAsReference(parser, parsed, reference);
+    if (parsed) {
+        CheckNavigation(parser, reference);
+        CheckSubDocuments(parser);
     }
-    const char* const broken = FindBrokenPosition(parser);
-    Require(broken == nullptr, broken);
-    ReadAll(parser);
-    parser.ResetPosition();
-    parser.FindElement();
-    for (unsigned step = 0; step < bytes[0] % 16; ++step) {
-        Edit(parser, bytes[size - 1 - step % size]);
-        QxXmlParser again;
-        Require(again.SetDocument(parser.GetDocument()), "an edited document does not parse");
-        Require(DumpFirstElement(parser) == DumpElements(again),
-                "an edit leaves other positions than a parse");
-    }
-    return 0;
+    CheckEscaping(text);
 }

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Fuzzing.h"
+
+#include "common/QxXmlWriter.h"
+
+#include <string>
+#include <string_view>
+
+namespace Fuzzing {
+
+template<class Record>
+std::wstring XmlOf(const Record& record) {
+    QxXmlWriter writer(256);
+    record.WriteXml(writer);
+    return writer.Take();
+}
+
+/// Puts a text into a record, which may refuse it. What the record then writes is taken by another one, and
+/// by itself, and comes out unchanged.
+template<class Record>
+void CheckFixPoint(Record& record, std::wstring_view xml) {
+    record.put_Xml(xml);
+    const std::wstring written = XmlOf(record);
+    Record other;
+    Require(other.put_Xml(written), "a record refuses what it wrote");
+    Require(XmlOf(other) == written, "another record writes what it read otherwise");
+    Require(record.put_Xml(written) && XmlOf(record) == written, "a record changes by its own text");
+}
+
+} // namespace Fuzzing

@@ -1,0 +1,120 @@
+// Any bytes as the catalogue file: they load, or the reason is logged; what was loaded answers in itself
+// consistently.
+
+#include "Fuzzing.h"
+
+#include "JobObjects/contents/CatalogueFile.h"
+#include "JobObjects/contents/JobAttributeCatalogue.h"
+#include "JobObjects/contents/JobAttributeCatalogueReader.h"
+#include "common/TextEncoding.h"
+#include "common/log/QxLogger.h"
+
+#include <algorithm>
+
+using Fuzzing::Require;
+
+namespace {
+
+std::wstring fileText;
+bool loggedReason = false;
+
+/// Looks for a line that tells why a load failed.
+class ReasonSink final : public QxLog {
+public:
+    ReasonSink() : QxLog(L"reason") {}
+    void Write(std::wstring_view text) noexcept override {
+        if (text == L"Job attributes xml file is corrupt.\n" ||
+            (text.starts_with(L"Missing '") && text.ends_with(L"' xml element.\n")))
+            loggedReason = true;
+    }
+};
+
+void StartLog() {
+    LogSettings settings;
+    settings.enabled = true;
+    QxLogger::Instance().SetSettings(settings);
+    QxLogger::Instance().SetTraceSink(QxLogPtr(new ReasonSink));
+}
+
+void CheckDecoded(std::string_view bytes) {
+    Require(fileText.size() <= bytes.size(), "more characters than bytes");
+    if (sizeof(wchar_t) == 4)
+        Require(std::none_of(fileText.begin(), fileText.end(),
+                             [](wchar_t c) {
+                                 const auto code = static_cast<std::uint32_t>(c);
+                                 return code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF);
+                             }),
+                "a character that is none");
+}
+
+void CheckMap(const CatalogueMap& map) {
+    for (const auto& [name, entry] : map)
+        Require(map.find(name.view()) != map.end() && entry.name == name,
+                "an entry is not found by its name");
+}
+
+void CheckTables(const CatalogueTables& tables) {
+    for (const auto& [name, index] : tables.paperNames) {
+        Require(index < tables.paperSizes.size(), "a paper name leads nowhere");
+        const auto& names = tables.paperSizes[index].names;
+        const std::wstring_view sought = name;
+        Require(
+            std::any_of(names.begin(), names.end(), [&](const auto& each) { return each.name == sought; }),
+            "a paper name leads to another paper");
+    }
+    for (const PaperSizeEntry& size : tables.paperSizes)
+        Require(!size.names.empty(), "a paper size without a name");
+    CheckMap(tables.pageAttributes);
+    CheckMap(tables.finishingAttributes);
+    CheckMap(tables.pdls);
+}
+
+/// Each table's words and codes lead to each other.
+void CheckLookUps(JobAttributeCatalogue& catalogue, const CatalogueTables& tables) {
+    for (const auto& [name, index] : tables.paperNames) {
+        const std::uint32_t dbId = tables.paperSizes[index].dbId;
+        Require(catalogue.PaperDbIdFromName(name) == dbId, "another code of a paper");
+        JobAttributeCatalogue::Paper paper;
+        Require(catalogue.PaperFromDbId(dbId, paper) == (dbId != 0 && dbId <= tables.paperSizes.size()),
+                "a paper's code");
+    }
+    for (const auto& [name, entry] : tables.pdls) {
+        Require(catalogue.PdlDbIdFromName(name) == entry.dbId, "another code of a PDL");
+        const QxString other = catalogue.PdlNameFromDbId(entry.dbId);
+        Require(tables.pdls.at(other).dbId == entry.dbId, "another PDL of a code");
+    }
+    catalogue.AttributeNamesFromMask(0xFFFFFFFF);
+    catalogue.FinishingNamesFromMask(0xFFFFFFFF);
+    for (const bool defaults : {false, true}) {
+        AttributeText::Words words = {L"Duplex", L"A4", L"Color", L"Staple", L"x"};
+        catalogue.PaperFromAttributeWords(words);
+        catalogue.JobOptionsFromAttributeWords(words);
+        catalogue.NormalizePageAttributes(words, defaults);
+        Require(words.size() <= 5, "more words than before");
+    }
+}
+
+} // namespace
+
+bool ReadCatalogueFile(std::wstring& text) {
+    text = fileText;
+    return true;
+}
+
+void RunInput(std::string_view bytes) {
+    static const bool started = (StartLog(), true);
+    Require(started, "the log");
+    fileText = TextEncoding::Decode(bytes);
+    CheckDecoded(bytes);
+    CatalogueTables tables;
+    loggedReason = false;
+    const bool loaded = ReadCatalogue(fileText, tables);
+    Require(loaded || loggedReason, "a failure without a reason");
+    CheckTables(tables);
+    JobAttributeCatalogue catalogue;
+    if (loaded)
+        CheckLookUps(catalogue, tables);
+    else
+        Require(catalogue.PdlNameFromDbId(0xFFFFFFFF) == catalogue.DefaultEntryName(&CatalogueTables::pdls),
+                "an unknown code gives no default");
+}

@@ -1,0 +1,68 @@
+// Eight bytes as a date value, then a date text: what is valid is a real time of the calendar and comes back
+// from its own text.
+
+#include "Fuzzing.h"
+
+#include "common/QxDateTime.h"
+
+#include <bit>
+#include <chrono>
+#include <cmath>
+
+using Fuzzing::Require;
+
+namespace {
+
+constexpr double SecondsPerDay = 86400;
+
+bool IsRealTime(const QxCalendarTime& t) {
+    using namespace std::chrono;
+    const year_month_day date(year(t.year), month(static_cast<unsigned>(t.month)),
+                              day(static_cast<unsigned>(t.day)));
+    return t.year >= 100 && t.year <= 9999 && t.month > 0 && t.day > 0 && date.ok() && t.hour >= 0 &&
+           t.hour < 24 && t.minute >= 0 && t.minute < 60 && t.second >= 0 && t.second < 60;
+}
+
+/// Whole days since the zero date.
+int DayOf(const QxCalendarTime& t) {
+    using namespace std::chrono;
+    const sys_days date =
+        year(t.year) / month(static_cast<unsigned>(t.month)) / day(static_cast<unsigned>(t.day));
+    return static_cast<int>((date - sys_days(year(1899) / 12 / 30)).count());
+}
+
+void CheckValue(const QxDateTime& value) {
+    const QxString text = value.Format();
+    QxCalendarTime fields;
+    if (!value.IsValid() || !value.ToCalendar(fields)) {
+        Require(text == L"Invalid DateTime", "an invalid date has a text");
+        return;
+    }
+    Require(IsRealTime(fields), "no real time");
+    const QxDateTime rounded = QxDateTime::FromCalendar(fields);
+    Require(rounded.IsValid() && static_cast<int>(std::trunc(rounded.Value())) == DayOf(fields),
+            "another day");
+    // Before day zero the sign belongs to the day alone: the times of -1.99 and 0.01 differ by one day.
+    if (value.Value() >= 0)
+        Require(std::fabs(rounded.Value() - value.Value()) * SecondsPerDay < 0.51, "not the nearest second");
+    Require(rounded.Format() == text, "another text of the same second");
+    if (!text.empty())
+        Require(QxDateTime::Parse(text).Value() == rounded.Value(), "another time from its own text");
+    const QxString fraction = value.Format(7);
+    Require(text.empty() ? fraction.empty() : fraction.view() == std::wstring(text.view()) + L".007",
+            "milliseconds");
+}
+
+} // namespace
+
+void RunInput(std::string_view bytes) {
+    const std::uint64_t low = Fuzzing::TakeNumber(bytes), high = Fuzzing::TakeNumber(bytes);
+    CheckValue(QxDateTime(std::bit_cast<double>(high << 32 | low)));
+    // Most bit patterns are far outside the calendar.
+    CheckValue(
+        QxDateTime((static_cast<double>(low) - 0x20000000) / 1000 + static_cast<double>(high) / 0x100000000));
+    const std::wstring text = Fuzzing::Widen(bytes);
+    const QxDateTime parsed = QxDateTime::Parse(text);
+    Require(parsed.IsValid() || parsed.Value() == 0, "an invalid date with a value");
+    CheckValue(parsed);
+}
