@@ -1,254 +1,333 @@
 #!/usr/bin/env python3
-"""Writes docs/object-reference.md from the comments of JobObjects/JobObjects.idl.
+"""Writes the object reference, docs/reference/*.md, from the comments of JobObjects/JobObjects.idl.
 
-The meaning of every member stands in the interface definition alone, so the reference cannot drift from it.
+The meaning of every member stands in the interface definition alone, so the reference cannot drift from it. The
+samples are the files of docs/samples, which the tests run.
 
     generate_reference.py           write the reference
-    generate_reference.py --check   change nothing; fail when something is undocumented or the file is old
+    generate_reference.py --check   change nothing; fail when something is undocumented or a page is old
 """
 
 import re
 import sys
-from pathlib import Path
 
-ROOT = Path(__file__).resolve().parent.parent
-IDL = ROOT / "JobObjects" / "JobObjects.idl"
-REFERENCE = ROOT / "docs" / "object-reference.md"
-TAGS = ("Default", "Since", "Errors")
+import idl
 
-
-class Doc:
-    """One comment block: paragraphs, parameter list, tagged lines and sample."""
-
-    def __init__(self, lines):
-        self.paragraphs, self.params, self.tags, self.sample = [], {}, {}, []
-        append = None
-        for line in lines:
-            if line.startswith("    "):
-                self.sample.append(line[4:])
-                continue
-            if self.sample and not line:
-                self.sample.append("")
-                continue
-            tag = re.match(r"(%s|Sample): ?(.*)" % "|".join(TAGS), line)
-            item = re.match(r"- (\w+): (.*)", line)
-            if not line:
-                append = None
-            elif tag:
-                append = self._start(self.tags, tag[1], tag[2])
-            elif item:
-                append = self._start(self.params, item[1], item[2])
-            elif line.startswith("- "):
-                append = self._paragraph(line)
-            elif append:
-                append(line.strip())
-            else:
-                append = self._paragraph(line)
-
-    @staticmethod
-    def _start(target, key, text):
-        target[key] = text
-
-        def append(more):
-            target[key] += " " + more
-
-        return append
-
-    def _paragraph(self, text):
-        self.paragraphs.append(text)
-        index = len(self.paragraphs) - 1
-
-        def append(more):
-            self.paragraphs[index] += " " + more
-
-        return append
-
-    def text(self):
-        return " ".join(self.paragraphs)
+FOLDER = idl.ROOT / "docs" / "reference"
+SAMPLES = idl.ROOT / "docs" / "samples"
+LANGUAGES = (("VBScript", "vbs", "vb"), ("PowerShell", "ps1", "powershell"), ("C++", "cpp", "cpp"))
+TYPES = {"BSTR": "String", "LONG": "Long", "VARIANT_BOOL": "Boolean", "DATE": "Date"}
+NOTE = "<!-- Written by docs/generate_reference.py from the comments of JobObjects/JobObjects.idl: change them there. -->"
+COMMON_ERRORS = "[those of every member](index.md#errors-of-every-member)"
 
 
-class Member:
-    def __init__(self, name, doc):
-        self.name, self.doc = name, doc
-        self.dispid, self.kinds, self.params = None, [], []
-
-    def access(self):
-        return {"propget": "read", "propget propput": "read/write"}.get(" ".join(self.kinds), "method")
-
-    def type(self):
-        return self.params[0][1][:-1]
-
-    def is_method(self):
-        return self.kinds == ["method"]
+def escape(text):
+    """Text of a comment as Markdown: markup and wildcards stand for themselves, texts and results as code."""
+    text = re.sub(r"<[^ ]*>", lambda m: f"`{m[0]}`", text)
+    text = re.sub(r"\b(E_[A-Z]+|0x[0-9A-F]{3,8}|S_OK|VARIANT_TRUE|VARIANT_FALSE)\b", r"`\1`", text)
+    return text.replace("|", "\\|").replace("*", "\\*").replace("``", "`")
 
 
-class Reader:
-    """Reads the interface definition line by line; a statement may span lines."""
-
-    def __init__(self, text):
-        self.interfaces, self.classes, self.library, self.problems = {}, [], None, []
-        self.comment, self.statement, self.current, self.uuid = [], "", None, None
-        for line in text.splitlines():
-            self._line(line.strip())
-
-    def _line(self, line):
-        if line.startswith("///"):
-            self.comment.append(line[4:])
-        elif not line.startswith("//") and line:
-            self.statement += " " + line
-            if line[-1] in ";{" or (line == "]" and self.current is None):
-                self._statement(self.statement.strip())
-                self.statement = ""
-
-    def _take_doc(self, what):
-        if not self.comment:
-            self.problems.append(f"{what} is not documented")
-        doc, self.comment = Doc(self.comment), []
-        return doc
-
-    def _statement(self, text):
-        uuid = re.search(r"uuid\(([0-9A-F-]+)\)", text)
-        if uuid:
-            self.uuid = uuid[1]
-        if text.endswith("{"):
-            self._open(re.search(r"(interface|library|coclass) (\w+)", text))
-        elif text == "};":
-            self.current = None
-        elif text.startswith("[default]"):
-            self.classes[-1]["interface"] = re.search(r"interface (\w+);", text)[1]
-        elif "HRESULT" in text:
-            self._member(text)
-
-    def _open(self, match):
-        kind, name = match.groups()
-        doc = self._take_doc(f"{kind} {name}")
-        if kind == "library":
-            self.library = {"name": name, "uuid": self.uuid, "doc": doc}
-        elif kind == "coclass":
-            self.classes.append({"name": name, "uuid": self.uuid, "doc": doc})
-        else:
-            self.current = {"name": name, "uuid": self.uuid, "doc": doc, "members": []}
-            self.interfaces[name] = self.current
-
-    def _member(self, text):
-        attributes, name, params = re.match(r"\[(.*?)\] HRESULT (\w+)\((.*)\);$", text).groups()
-        kind = next((k for k in ("propget", "propput") if k in attributes), "method")
-        members = self.current["members"]
-        if kind == "propput" and members and members[-1].name == name:
-            member = members[-1]
-            member.kinds.append(kind)
-            return
-        member = Member(name, self._take_doc(f"{self.current['name']}.{name}"))
-        member.kinds.append(kind)
-        member.dispid = int(re.search(r"id\((\d+)\)", attributes)[1])
-        member.params = re.findall(r"\[([\w, ]+)\] (\w+\**) (\w+)", params)
-        members.append(member)
-        if not member.doc.paragraphs:
-            self.problems.append(f"{self.current['name']}.{name} has no text")
-        if member.is_method():
-            given = [p[2] for p in member.params]
-            if list(member.doc.params) != given:
-                self.problems.append(f"{self.current['name']}.{name} does not describe its parameters {given}")
+def anchor(name):
+    return name.lower()
 
 
-def cell(text):
-    return text.replace("|", "\\|").replace("*", "\\*")
+def type_text(type_name, links):
+    if type_name.rstrip("*") in links:
+        return links[type_name.rstrip("*")]
+    return TYPES[type_name.rstrip("*")]
 
 
-def property_rows(members):
-    yield "| Property | Access | Type | DISPID | Meaning | Default | Since |"
-    yield "|---|---|---|---|---|---|---|"
-    for m in members:
-        default = m.doc.tags.get("Default", "").rstrip(".")
-        since = m.doc.tags.get("Since", "").rstrip(".")
-        cells = (f"`{m.name}`", m.access(), f"`{m.type()}`", m.dispid, cell(m.doc.text()), default, since)
-        yield "| " + " | ".join(str(c) for c in cells) + " |"
+def first_sentence(text):
+    return re.split(r"(?<=\.) (?=[A-Z])", text)[0]
 
 
-def method_lines(m):
-    given = ", ".join(f"[{a}] {t} {n}" for a, t, n in m.params)
-    yield f"#### `{m.name}({given})`"
+def definition(member, links):
+    """The lines of fixed form below a member's meaning."""
+    doc = member.doc
+    if member.is_method():
+        result = member.type()
+        yield "Returns", type_text(result, links) if result else "nothing"
+    else:
+        yield "Type", f"{type_text(member.type(), links)} (`{member.type()}`), {member.access()}"
+    for tag in ("Units", "Range"):
+        if doc.tag(tag):
+            yield tag, escape(doc.tag(tag))
+    if not member.is_method():
+        if not doc.tag("Range") and member.type() == "BSTR" and member.access() == "read/write":
+            yield "Range", "any text"
+        yield "Default", escape(doc.tag("Default"))
+        yield "Stored", escape(doc.tag("Stored"))
+    own = doc.tag("Errors")
+    yield "Errors", f"{escape(own)}; and {COMMON_ERRORS}" if own and not own.startswith("none") else (
+        f"{escape(own.replace('none of its own', COMMON_ERRORS))}" if own else COMMON_ERRORS)
+    yield "Since", f"library version {member.since}"
+    yield "DISPID", str(member.dispid)
+
+
+def value_table(member):
+    yield "| Value | Name | Meaning |"
+    yield "|---|---|---|"
+    for number, name, text in member.doc.values:
+        yield f"| {number} | `{name}` | {escape(text)} |"
     yield ""
-    yield f"DISPID {m.dispid}. {cell(m.doc.text())}"
+
+
+def member_lines(member, links):
+    yield f"### {member.name}"
     yield ""
-    for name, text in m.doc.params.items():
-        yield f"- `{name}`: {cell(text)}"
-    if m.doc.params:
+    for paragraph in member.doc.paragraphs:
+        yield escape(paragraph)
         yield ""
+    if member.is_method():
+        given = ", ".join(f"[{a.replace(' ', '')}] {t} {n}" for a, t, n in member.params)
+        yield "```idl"
+        yield f"HRESULT {member.name}({given})"
+        yield "```"
+        yield ""
+        if member.doc.params:
+            yield "| Parameter | Type | |"
+            yield "|---|---|---|"
+            for (attributes, kind, name) in member.params:
+                way = "out, result" if "retval" in attributes else attributes
+                yield f"| `{name}` | {type_text(kind, links)}, {way} | {escape(member.doc.params[name])} |"
+            yield ""
+    if member.doc.values:
+        yield from value_table(member)
+    for label, text in definition(member, links):
+        yield f"- **{label}:** {text}"
+    yield ""
 
 
-def class_lines(entry, interface):
-    name = entry["name"]
-    yield f"## {name}"
+def member_table(members, links, kind):
+    if kind == "property":
+        yield "| Property | Type | Access | Meaning |"
+        yield "|---|---|---|---|"
+    else:
+        yield "| Method | Returns | Meaning |"
+        yield "|---|---|---|"
+    for m in members:
+        name = f"[{m.name}](#{anchor(m.name)})"
+        meaning = escape(first_sentence(m.doc.text()))
+        if kind == "property":
+            yield f"| {name} | {type_text(m.type(), links)} | {m.access()} | {meaning} |"
+        else:
+            yield f"| {name} | {type_text(m.type(), links) if m.type() else 'nothing'} | {meaning} |"
+    yield ""
+
+
+def sample_lines(name):
+    for language, suffix, fence in LANGUAGES:
+        yield f"### {language}"
+        yield ""
+        yield f"```{fence}"
+        yield (SAMPLES / f"{name}.{suffix}").read_text(encoding="utf-8").rstrip()
+        yield "```"
+        yield ""
+        if language == "VBScript":
+            yield "prints"
+            yield ""
+            yield "```text"
+            yield (SAMPLES / f"{name}.txt").read_text(encoding="utf-8").rstrip()
+            yield "```"
+            yield ""
+        if language == "PowerShell":
+            yield "To be run in the 32-bit PowerShell. The tests run the other two samples, but not this one."
+            yield ""
+        if language == "C++":
+            yield "The file `client.h` stands in the [overview](index.md#the-c-samples)."
+            yield ""
+
+
+def class_page(entry, interface, links):
+    name, members = entry["name"], interface["members"]
+    links = {i: (f"`{n}`" if n == name else f"[{n}]({n}.md)") for i, n in links.items()}
+    yield NOTE
+    yield f"# {name}"
     yield ""
     for paragraph in entry["doc"].paragraphs + interface["doc"].paragraphs:
-        yield cell(paragraph)
+        yield escape(paragraph)
         yield ""
-    yield "| Programmatic identifier | Class identifier | Default interface | Interface identifier |"
-    yield "|---|---|---|---|"
-    yield f"| `Corvane.{name}` | {{{entry['uuid']}}} | `{interface['name']}` | {{{interface['uuid']}}} |"
+    yield "| | |"
+    yield "|---|---|"
+    yield f"| ProgID | `Corvane.{name}` |"
+    yield f"| CLSID | `{{{entry['uuid']}}}` |"
+    yield f"| Interface | `{interface['name']}` (dual) |"
+    yield f"| IID | `{{{interface['uuid']}}}` |"
+    yield f"| Since | library version {interface['doc'].tag('Since')} |"
     yield ""
-    members = interface["members"]
-    yield "### Properties"
-    yield ""
-    yield from property_rows([m for m in members if not m.is_method()])
-    yield ""
+    properties = [m for m in members if not m.is_method()]
     methods = [m for m in members if m.is_method()]
-    if methods:
-        yield "### Methods"
-        yield ""
-    for m in methods:
-        yield from method_lines(m)
-    failing = [m for m in members if "Errors" in m.doc.tags]
-    if failing:
-        yield "### Errors"
-        yield ""
-        for m in failing:
-            yield f"- `{m.name}`: {cell(m.doc.tags['Errors'])}"
-        yield ""
-    yield "### Sample (VBScript)"
+    yield "## Properties"
     yield ""
-    yield "```vb"
-    yield from entry["doc"].sample
+    yield from member_table(properties, links, "property")
+    if methods:
+        yield "## Methods"
+        yield ""
+        yield from member_table(methods, links, "method")
+    yield "## Samples"
+    yield ""
+    yield from sample_lines(name)
+    yield "## The members in detail"
+    yield ""
+    for member in sorted(members, key=lambda m: m.name.lower()):
+        yield from member_lines(member, links)
+
+
+def overview(library, classes):
+    yield NOTE
+    yield "# Object reference"
+    yield ""
+    yield f"Type library `{library['name']}`, `{{{library['uuid']}}}`, version 1.0."
+    yield "A class is created by its ProgID, such as `CreateObject(\"Corvane.PrintJob\")`, or by its CLSID."
+    yield ""
+    yield "- [All members in alphabetical order](members.md)"
+    yield "- [Enumerations](enumerations.md): what the numbers mean"
+    yield "- [Errors](../errors.md), [words for amounts](../glossary.md), [XML forms](../xml-forms.md)"
+    yield ""
+    yield "## Objects"
+    yield ""
+    yield "| Class | What it holds |"
+    yield "|---|---|"
+    for entry in classes:
+        yield f"| [{entry['name']}]({entry['name']}.md) | {escape(first_sentence(entry['doc'].paragraphs[0]))} |"
+    yield ""
+    yield "How they hold each other:"
+    yield ""
+    yield "```text"
+    yield "PrintJob"
+    yield "├── JobContents                always"
+    yield "│   └── JobCopyLines           a copy, as CopyLines; Item gives a CopyLine, again a copy"
+    yield "├── PageCounterJobContents     a JobContents, when set"
+    yield "├── WindowsPrintInfo           when set"
+    yield "└── PolicyResults              when set"
+    yield ""
+    yield "CopyJob, ScanJob, FaxJob"
+    yield "├── JobContents                always"
+    yield "└── PolicyResults              when set"
+    yield ""
+    yield "LogicalPrinter"
+    yield "```"
+    yield ""
+    for paragraph in library["doc"].paragraphs:
+        if paragraph.startswith("Rules that hold"):
+            yield "## Rules for every member"
+            yield ""
+            continue
+        if paragraph.startswith("Words for amounts") and paragraph.strip():
+            yield ""
+        yield escape(paragraph)
+        if not paragraph.startswith("- "):
+            yield ""
+    yield "## Errors of every member"
+    yield ""
+    yield "| HRESULT | When | Description |"
+    yield "|---|---|---|"
+    yield "| `E_POINTER` 0x80004003 | an out-parameter is null; late-bound callers cannot get there | none |"
+    yield "| `E_OUTOFMEMORY` 0x8007000E | there is no memory for a text or an object | the system's text |"
+    yield "| `E_FAIL` 0x80004005 | a failure inside that has no result of its own; not on plain properties | its text |"
+    yield ""
+    yield "What a member can return besides stands with the member; [all of it in one table](../errors.md)."
+    yield ""
+    yield "## The types"
+    yield ""
+    yield "| Automation | In the interface | VBScript | PowerShell, .NET | C++ |"
+    yield "|---|---|---|---|---|"
+    yield "| String | `BSTR` | String | `string` | `BSTR`, freed by the caller |"
+    yield "| Long | `LONG`, 32 bits with a sign | Long | `int` | `LONG` |"
+    yield "| Boolean | `VARIANT_BOOL` | Boolean | `bool` | `VARIANT_TRUE` (-1), `VARIANT_FALSE` (0) |"
+    yield "| Date | `DATE` | Date | `DateTime` | `double`: days since 30 December 1899 |"
+    yield ""
+    yield "## The C++ samples"
+    yield ""
+    yield "They share one header, `client.h`, and need `JobObjects.h` and the system's libraries ole32, oleaut32 and uuid:"
+    yield ""
+    yield "```cpp"
+    yield (SAMPLES / "client.h").read_text(encoding="utf-8").rstrip()
     yield "```"
     yield ""
 
 
-def reference(idl):
-    library = idl.library
-    yield "<!-- Written by docs/generate_reference.py from JobObjects/JobObjects.idl: change the comments there. -->"
-    yield "# Object reference"
+def members_page(classes, interfaces):
+    found = {}
+    for entry in classes:
+        for member in interfaces[entry["interface"]]["members"]:
+            found.setdefault(member.name, []).append((entry["name"], member))
+    yield NOTE
+    yield "# All members"
     yield ""
-    yield f"Type library `{library['name']}`, {{{library['uuid']}}}, version 1.0."
-    yield ""
-    previous = ""
-    for paragraph in library["doc"].paragraphs:
-        if previous.startswith("- ") and not paragraph.startswith("- "):
+    letter = ""
+    for name in sorted(found, key=str.lower):
+        if name[0].upper() != letter:
+            letter = name[0].upper()
+            yield f"## {letter}"
             yield ""
-        yield cell(paragraph)
-        if not paragraph.startswith("- "):
+            yield "| Member | Class | Access |"
+            yield "|---|---|---|"
+        owners = sorted(found[name], key=lambda o: o[0])
+        targets = ", ".join(f"[{owner}]({owner}.md#{anchor(name)})" for owner, _ in owners)
+        kinds = ", ".join(sorted({m.access() for _, m in owners}))
+        yield f"| `{name}` | {targets} | {kinds} |"
+        following = [n for n in sorted(found, key=str.lower) if n.lower() > name.lower()]
+        if not following or following[0][0].upper() != letter:
             yield ""
-        previous = paragraph
-    yield "Classes: " + ", ".join(f"[{c['name']}](#{c['name'].lower()})" for c in idl.classes) + "."
+
+
+def enumerations_page(classes, interfaces):
+    yield NOTE
+    yield "# Enumerations"
     yield ""
-    for entry in idl.classes:
-        yield from class_lines(entry, idl.interfaces[entry["interface"]])
+    yield "What the numbers of some properties mean. The type library has no enumeration types: a script writes the"
+    yield "numbers or constants of its own, a C++ client of the `WindowsPrintInfo` properties includes `windows.h`."
+    yield ""
+    for entry in classes:
+        for member in interfaces[entry["interface"]]["members"]:
+            if member.doc.values:
+                yield f"## {member.name}"
+                yield ""
+                yield f"Of [{entry['name']}.{member.name}]({entry['name']}.md#{anchor(member.name)}). " + \
+                    escape(member.doc.text())
+                yield ""
+                yield from value_table(member)
+    yield "The paper codes of [DevModePaperSize](WindowsPrintInfo.md#devmodepapersize) stand in the table of"
+    yield "[words and codes](../vocabulary.md#paper-sizes)."
+    yield ""
+
+
+def pages(source):
+    links = {c["interface"]: c["name"] for c in source.classes}
+    yield "index.md", overview(source.library, source.classes)
+    yield "members.md", members_page(source.classes, source.interfaces)
+    yield "enumerations.md", enumerations_page(source.classes, source.interfaces)
+    for entry in source.classes:
+        yield entry["name"] + ".md", class_page(entry, source.interfaces[entry["interface"]], links)
+
+
+def missing_samples(source):
+    for entry in source.classes:
+        for suffix in [s for _, s, _ in LANGUAGES] + ["txt"]:
+            file = SAMPLES / f"{entry['name']}.{suffix}"
+            if not file.exists() or not file.read_text(encoding="utf-8").strip():
+                yield f"coclass {entry['name']} has no sample {file.name}"
 
 
 def main():
     check = sys.argv[1:] == ["--check"]
     if sys.argv[1:] and not check:
         sys.exit(__doc__)
-    idl = Reader(IDL.read_text(encoding="utf-8"))
-    problems = idl.problems
-    problems += [f"coclass {c['name']} has no sample" for c in idl.classes if not c["doc"].sample]
+    source = idl.read()
+    problems = source.problems + list(missing_samples(source))
     if problems:
-        sys.exit("\n".join(f"{IDL.name}: {p}" for p in problems))
-    text = "\n".join(reference(idl)).rstrip() + "\n"
+        sys.exit("\n".join(f"{idl.IDL.name}: {p}" for p in problems))
+    written = {name: "\n".join(lines).rstrip() + "\n" for name, lines in pages(source)}
     if not check:
-        REFERENCE.write_text(text, encoding="utf-8")
-    elif not REFERENCE.exists() or REFERENCE.read_text(encoding="utf-8") != text:
-        sys.exit(f"{REFERENCE.name} is out of date: run docs/generate_reference.py")
+        FOLDER.mkdir(exist_ok=True)
+        for name, text in written.items():
+            (FOLDER / name).write_text(text, encoding="utf-8")
+    there = {p.name: p.read_text(encoding="utf-8") for p in FOLDER.glob("*.md")}
+    old = sorted(name for name in written.keys() | there.keys() if written.get(name) != there.get(name))
+    if old:
+        sys.exit(f"docs/reference: {', '.join(old)} out of date: run docs/generate_reference.py, delete what is gone")
 
 
 if __name__ == "__main__":

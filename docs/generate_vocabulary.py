@@ -1,0 +1,330 @@
+#!/usr/bin/env python3
+"""Writes the tables of docs/vocabulary.md: the catalogue's words beside those of Windows, PWG 5101.1 and IPP.
+
+The words and codes come from JobObjects/JobAttributes.xml. What they stand for elsewhere stands in this file. Nothing
+may be left over on either side, the sizes must be those that the standard names spell, and the Windows codes those of
+the system header.
+
+    generate_vocabulary.py WINGDI.H           write the tables
+    generate_vocabulary.py --check WINGDI.H   change nothing; fail when something does not fit or the page is old
+"""
+
+import re
+import sys
+import xml.etree.ElementTree as ElementTree
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+CATALOGUE = ROOT / "JobObjects" / "JobAttributes.xml"
+PAGE = ROOT / "docs" / "vocabulary.md"
+
+# The Windows paper codes (dmPaperSize) of each size by its PWG 5101.1 name. A code of a rotated or transverse form
+# belongs to the sheet that it feeds.
+DMPAPER = {
+    "iso_a4_210x297mm": (9, 10, 55, 77),
+    "na_letter_8.5x11in": (1, 2, 18, 54, 75),
+    "na_legal_8.5x14in": (5,),
+    "iso_a3_297x420mm": (8, 67, 76),
+    "na_ledger_11x17in": (3, 4, 17),
+    "iso_a5_148x210mm": (11, 61, 78),
+    "iso_a6_105x148mm": (70, 83),
+    "iso_a2_420x594mm": (66,),
+    "jis_b4_257x364mm": (12, 79),
+    "jis_b5_182x257mm": (13, 62, 80),
+    "jis_b6_128x182mm": (88, 89),
+    "iso_b4_250x353mm": (33, 42),
+    "iso_b5_176x250mm": (34,),
+    "iso_b6_125x176mm": (35, 98, 111),
+    "na_invoice_5.5x8.5in": (6,),
+    "na_executive_7.25x10.5in": (7,),
+    "na_foolscap_8.5x13in": (14, 41),
+    "om_folio_210x330mm": (60,),
+    "na_quarto_8.5x10.83in": (15,),
+    "na_10x14_10x14in": (16,),
+    "na_9x11_9x11in": (44,),
+    "na_10x11_10x11in": (45,),
+    "na_11x15_11x15in": (46,),
+    "prc_16k_146x215mm": (93, 106),
+    "prc_32k_97x151mm": (94, 107),
+    "na_super-a_8.94x14in": (57,),
+    "na_b-plus_12x19.17in": (58,),
+    "na_c_17x22in": (24,),
+    "na_d_22x34in": (25,),
+    "na_e_34x44in": (26,),
+    "na_letter-extra_9.5x12in": (50, 56),
+    "na_legal-extra_9.5x15in": (51,),
+    "na_letter-plus_8.5x12.69in": (59,),
+    "iso_a3-extra_322x445mm": (63, 68),
+    "iso_a4-extra_235.5x322.3mm": (53,),
+    "iso_a5-extra_174x235mm": (64,),
+    "iso_b5-extra_201x276mm": (65,),
+    "na_fanfold-us_11x14.875in": (39,),
+    "na_fanfold-eur_8.5x12in": (40,),
+    "jpn_hagaki_100x148mm": (43, 81),
+    "jpn_oufuku_148x200mm": (69, 82),
+    "na_number-9_3.875x8.875in": (19,),
+    "na_number-10_4.125x9.5in": (20,),
+    "na_number-11_4.5x10.375in": (21,),
+    "na_number-12_4.75x11in": (22,),
+    "na_number-14_5x11.5in": (23,),
+    "iso_dl_110x220mm": (27, 100, 113),
+    "iso_c3_324x458mm": (29, 105, 118),
+    "iso_c4_229x324mm": (30, 104, 117),
+    "iso_c5_162x229mm": (28,),
+    "iso_c6_114x162mm": (31,),
+    "iso_c6c5_114x229mm": (32,),
+    "om_italian_110x230mm": (36,),
+    "na_monarch_3.875x7.5in": (37,),
+    "na_personal_3.625x6.5in": (38,),
+    "om_invite_220x220mm": (47,),
+    "jpn_kaku2_240x332mm": (71, 84),
+    "jpn_kaku3_216x277mm": (72, 85),
+    "jpn_chou3_120x235mm": (73, 86),
+    "jpn_chou4_90x205mm": (74, 87),
+    "jpn_you4_105x235mm": (91, 92),
+}
+
+# Sizes of the catalogue that PWG 5101.1 does not name, by their common name, with their Windows codes.
+UNNAMED = {"Tabloid Extra": (52,)}
+
+# Windows codes of sizes that the catalogue does not have: 12 x 11 inches, large 32K, Chinese envelopes.
+WITHOUT_ENTRY = (90, 95, 96, 97, 99, 101, 102, 103, 108, 109, 110, 112, 114, 115, 116)
+
+# Codes of the header that stand for no size: unused ones and the first of a driver's own.
+NO_SIZE = (48, 49, 256)
+
+# Page attribute: DEVMODE, IPP attribute and value.
+PAGE_ATTRIBUTES = {
+    "Simplex": ("dmDuplex 1", "`sides` one-sided"),
+    "Duplex": ("dmDuplex 2; 3 with `ShortEdge`", "`sides` two-sided-long-edge"),
+    "B&W": ("dmColor 1", "`print-color-mode` monochrome"),
+    "Color": ("dmColor 2", "`print-color-mode` color"),
+    "TonerSave": ("", ""),
+    "Draft": ("dmPrintQuality -1", "`print-quality` 3 (draft)"),
+    "HighQuality": ("dmPrintQuality -4", "`print-quality` 5 (high)"),
+    "ShortEdge": ("with `Duplex`: dmDuplex 3", "with `Duplex`: `sides` two-sided-short-edge"),
+    "NUp2": ("", "`number-up` 2"),
+    "NUp4": ("", "`number-up` 4"),
+    "NUp6": ("", "`number-up` 6"),
+    "NUp8": ("", "`number-up` 8"),
+    "NUp9": ("", "`number-up` 9"),
+    "NUp16": ("", "`number-up` 16"),
+    "Letterhead": ("", "`media-type` stationery-letterhead"),
+    "Preprinted": ("", "`media-type` stationery-preprinted"),
+    "Recycled": ("", "`media-type` stationery-recycled"),
+    "Heavyweight": ("", "`media-type` stationery-heavyweight"),
+    "Lightweight": ("", "`media-type` stationery-lightweight"),
+    "Coated": ("", "`media-type` stationery-coated"),
+    "Cardstock": ("", "`media-type` cardstock"),
+    "Labels": ("", "`media-type` labels"),
+    "Transparency": ("dmMediaType 2", "`media-type` transparency"),
+    "Glossy": ("dmMediaType 3", "`media-type` photographic-glossy"),
+    "TabStock": ("", "`media-type` tab-stock"),
+    "Cover": ("", ""),
+    "Insert": ("", ""),
+    "Separator": ("", ""),
+    "Poster": ("", ""),
+    "Highlight": ("", "`print-color-mode` highlight"),
+}
+
+# Finishing option: IPP finishings, as enum values and keywords.
+FINISHINGS = {
+    "Staple": "4 staple",
+    "StapleTopLeft": "20 staple-top-left",
+    "StapleTopRight": "22 staple-top-right",
+    "StapleBottomLeft": "21 staple-bottom-left",
+    "StapleBottomRight": "23 staple-bottom-right",
+    "StapleDualLeft": "28 staple-dual-left",
+    "StapleDualTop": "29 staple-dual-top",
+    "StapleDualRight": "30 staple-dual-right",
+    "StapleDualBottom": "31 staple-dual-bottom",
+    "SaddleStitch": "8 saddle-stitch",
+    "EdgeStitch": "9 edge-stitch; 24 to 27 with the edge",
+    "Punch": "5 punch; 70 to 73 with the corner",
+    "Punch2": "74 to 77 punch-dual, with the edge",
+    "Punch3": "78 to 81 punch-triple, with the edge",
+    "Punch4": "82 to 85 punch-quad, with the edge",
+    "PunchMultiple": "86 to 89 punch-multiple, with the edge",
+    "Fold": "10 fold",
+    "FoldHalf": "93 fold-half",
+    "FoldLetter": "96 fold-letter",
+    "FoldZ": "100 fold-z",
+    "FoldGate": "92 fold-gate",
+    "Booklet": "13 booklet-maker",
+    "Bind": "7 bind; 50 to 53 with the edge",
+    "Trim": "11 trim; 60 to 63 with the moment",
+    "JogOffset": "14 jog-offset",
+    "Laminate": "16 laminate",
+    "Coat": "15 coat",
+    "Bale": "12 bale",
+}
+
+# Page description language: IPP document-format. Empty where no media type is registered that we know of.
+DOCUMENT_FORMATS = {
+    "RAW": "application/octet-stream",
+    "TEXT": "text/plain",
+    "PCL": "application/vnd.hp-PCL",
+    "PCL5": "application/vnd.hp-PCL",
+    "PCL6": "application/vnd.hp-PCLXL",
+    "PCLXL": "application/vnd.hp-PCLXL",
+    "PostScript": "application/postscript",
+    "PS": "application/postscript",
+    "PDF": "application/pdf",
+    "XPS": "application/vnd.ms-xpsdocument",
+    "OpenXPS": "application/oxps",
+    "EMF": "",
+    "NT EMF 1.003": "",
+    "NT EMF 1.006": "",
+    "NT EMF 1.007": "",
+    "NT EMF 1.008": "",
+    "TIFF": "image/tiff",
+    "JPEG": "image/jpeg",
+    "PWGRaster": "image/pwg-raster",
+    "URF": "image/urf",
+    "PCLm": "application/PCLm",
+    "HPGL": "",
+    "IPDS": "",
+    "EscapeP": "",
+    "LIPS": "",
+    "NPDL": "",
+    "RPDL": "",
+    "Prescribe": "",
+}
+
+STANDARD_NAME = re.compile(r"[a-z]+_[a-z0-9-]+_([0-9.]+)x([0-9.]+)(mm|in)")
+
+
+class Size:
+    def __init__(self, element):
+        dimensions = element.find("PaperDimensions")
+        self.code = int(element.get("DbId"))
+        self.x, self.y = (int(dimensions.find(axis).text) for axis in "XY")
+        names = element.find("PaperNames")
+        self.name = next(n.text for n in names if n.get("Default") == "true")
+        self.standard = [n.text for n in names if STANDARD_NAME.fullmatch(n.text)]
+
+    def dmpaper(self):
+        return DMPAPER.get(self.standard[0], ()) if self.standard else UNNAMED.get(self.name, ())
+
+    def problems(self):
+        if len(self.standard) != (self.name not in UNNAMED):
+            yield f"{self.name}: standard names {self.standard}"
+        for name in self.standard:
+            width, height, unit = STANDARD_NAME.fullmatch(name).groups()
+            tenths = [float(v) * (10 if unit == "mm" else 254) for v in (width, height)]
+            if max(abs(tenths[0] - self.x), abs(tenths[1] - self.y)) > 0.5 + 1e-6:
+                yield f"{self.name}: {self.x} x {self.y} is not {name}"
+
+
+def header_codes(path):
+    """The paper codes of the Windows header: number to name without DMPAPER_."""
+    found = re.findall(r"#define DMPAPER_(\w+) (\d+)", Path(path).read_text(encoding="latin-1"))
+    codes = {}
+    for name, number in found:
+        if name not in ("FIRST", "LAST"):
+            codes.setdefault(int(number), name)
+    if len(codes) < 100:
+        sys.exit(f"{path} is not the header with the paper codes")
+    return codes
+
+
+def words(root, section):
+    if section == "PageAttributes":
+        pairs = [side for pair in root.find("PageAttributePairs") for side in pair]
+        return [(e.text, int(e.get("DbId"))) for e in pairs + list(root.find(section))]
+    return [(e.text, int(e.get("DbId"))) for e in root.find(section)]
+
+
+def problems(root, sizes, codes):
+    for size in sizes:
+        yield from size.problems()
+    known = {name for size in sizes for name in size.standard}
+    yield from (f"{name} is not in the catalogue" for name in DMPAPER.keys() - known)
+    used = [code for size in sizes for code in size.dmpaper()] + list(WITHOUT_ENTRY) + list(NO_SIZE)
+    yield from (f"the Windows code {code} is told twice" for code in sorted({c for c in used if used.count(c) > 1}))
+    yield from (f"the Windows code {code} is nowhere told" for code in sorted(codes.keys() - set(used)))
+    yield from (f"the header has no code {code}" for code in sorted(set(used) - codes.keys()))
+    for section, table in (("PageAttributes", PAGE_ATTRIBUTES), ("FinishingAttributes", FINISHINGS),
+                           ("Pdls", DOCUMENT_FORMATS)):
+        there = {word for word, _ in words(root, section)}
+        yield from (f"{section}: '{word}' has no counterpart told" for word in sorted(there - table.keys()))
+        yield from (f"{section}: '{word}' is not in the catalogue" for word in sorted(table.keys() - there))
+
+
+def millimetres(tenths):
+    return f"{tenths / 10:g}"
+
+
+def size_table(sizes):
+    yield "| Code | Name | Size (mm) | Windows codes | PWG 5101.1 name |"
+    yield "|---|---|---|---|---|"
+    for size in sizes:
+        windows = ", ".join(str(c) for c in size.dmpaper()) or "none"
+        standard = f"`{size.standard[0]}`" if size.standard else "none"
+        yield f"| {size.code} | {size.name} | {millimetres(size.x)} x {millimetres(size.y)} | {windows} | {standard} |"
+
+
+def code_table(sizes, codes):
+    yield "| Windows code | `DMPAPER_` | Catalogue | PWG 5101.1 name |"
+    yield "|---|---|---|---|"
+    owner = {code: size for size in sizes for code in size.dmpaper()}
+    for code in sorted(codes):
+        if code in owner:
+            size = owner[code]
+            standard = f"`{size.standard[0]}`" if size.standard else "none"
+            yield f"| {code} | `{codes[code]}` | {size.name} | {standard} |"
+        elif code in WITHOUT_ENTRY:
+            yield f"| {code} | `{codes[code]}` | no entry | |"
+
+
+def word_table(pairs, head, table):
+    yield head
+    yield "|" + "---|" * (head.count("|") - 1)
+    for word, code in pairs:
+        counterpart = table[word]
+        cells = [c or "none" for c in ((counterpart,) if isinstance(counterpart, str) else counterpart)]
+        yield f"| `{word}` | {code} | " + " | ".join(cells) + " |"
+
+
+def tables(root, sizes, codes):
+    return {
+        "sizes": size_table(sizes),
+        "paper codes": code_table(sizes, codes),
+        "page attributes": word_table(words(root, "PageAttributes"), "| Word | Bit | DEVMODE | IPP |", PAGE_ATTRIBUTES),
+        "finishing": word_table(words(root, "FinishingAttributes"), "| Word | Bit | IPP `finishings` |", FINISHINGS),
+        "languages": word_table(words(root, "Pdls"), "| Word | Code | IPP `document-format` |", DOCUMENT_FORMATS),
+    }
+
+
+def filled(page, made):
+    for name, lines in made.items():
+        begin, end = f"<!-- table: {name} -->\n", "<!-- end of table -->"
+        before, _, rest = page.partition(begin)
+        _, found, after = rest.partition(end)
+        if not found:
+            sys.exit(f"{PAGE.name} has no place for the table '{name}'")
+        page = before + begin + "\n" + "\n".join(lines) + "\n\n" + end + after
+    return page
+
+
+def main():
+    arguments = sys.argv[1:]
+    check = arguments[:1] == ["--check"]
+    if len(arguments) != 1 + check:
+        sys.exit(__doc__)
+    codes = header_codes(arguments[-1])
+    root = ElementTree.parse(CATALOGUE).getroot()
+    sizes = [Size(e) for e in root.find("PaperSizes")]
+    found = list(problems(root, sizes, codes))
+    if found:
+        sys.exit("\n".join(f"{CATALOGUE.name}: {p}" for p in found))
+    page = PAGE.read_text(encoding="utf-8")
+    new = filled(page, tables(root, sizes, codes))
+    if not check:
+        PAGE.write_text(new, encoding="utf-8")
+    elif new != page:
+        sys.exit(f"{PAGE.name} is out of date: run docs/generate_vocabulary.py")
+
+
+if __name__ == "__main__":
+    main()
