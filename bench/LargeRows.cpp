@@ -1,3 +1,4 @@
+#include "AllocationCount.h"
 #include "Peers.h"
 #include "Rows.h"
 
@@ -12,6 +13,19 @@ std::string ParseName(std::size_t megabytes) {
     return "parse copy lines of " + std::to_string(megabytes) + " MB";
 }
 
+void AddMemoryRow(Table& table, std::size_t megabytes, const CopyLinesText& lines) {
+    const AllocationCount count;
+    QxXmlParser parser;
+    Require(parser.SetDocument(lines.text), "a long document");
+    const auto kept = static_cast<double>(count.Kept());
+    const auto text = static_cast<double>(lines.text.size() * sizeof(wchar_t));
+    const std::string work = "memory for " + std::to_string(megabytes) + " MB";
+    table.Figure(work, "kept over the text", (kept - text) / static_cast<double>(lines.elements), 36,
+                 "bytes an element");
+    table.Figure(work, "peak while parsing", static_cast<double>(count.Peak()) / kept, 1.05,
+                 "of what is kept");
+}
+
 void AddParseRow(Table& table, std::size_t megabytes, double atMost) {
     const CopyLinesText lines = MakeCopyLines(megabytes * megabyte);
     {
@@ -21,6 +35,7 @@ void AddParseRow(Table& table, std::size_t megabytes, double atMost) {
     }
     Require(PugiPeer::CountElements(lines.text) == lines.elements,
             "the number of elements that pugixml parsed");
+    AddMemoryRow(table, megabytes, lines);
     std::vector<Goal> goals;
     if (atMost > 0)
         goals.push_back({"pugixml", atMost});

@@ -81,6 +81,81 @@ private:
     ComPtr<IXMLDOMNode> m_child;
 };
 
+/// An element is made when its start tag is complete, for that is when its namespace is known.
+class MsxmlSink {
+public:
+    explicit MsxmlSink(IXMLDOMDocument* document) : m_document(document) {
+        m_open.push_back({ComPtr<IXMLDOMNode>(document), {}});
+    }
+
+    void Open(const wchar_t* name) {
+        MakePending();
+        m_pending = name;
+        m_namespace = m_open.back().space;
+    }
+    void Attribute(std::wstring_view name, std::wstring_view value) {
+        if (name == L"xmlns") {
+            m_namespace = value;
+            return;
+        }
+        MakePending();
+        ComPtr<IXMLDOMElement> element;
+        VARIANT text;
+        text.vt = VT_BSTR;
+        const UniqueBstr held(value);
+        text.bstrVal = held.Get();
+        Require(m_open.back().node->QueryInterface(IID_IXMLDOMElement, element.PutVoid()) == S_OK &&
+                    element->setAttribute(UniqueBstr(name).Get(), text) == S_OK,
+                "MSXML: an attribute");
+    }
+    void Data(std::wstring_view data) {
+        MakePending();
+        Require(m_open.back().node->put_text(UniqueBstr(data).Get()) == S_OK, "MSXML: an element's text");
+    }
+    void Close(std::wstring_view) { CloseEmpty(); }
+    void CloseEmpty() {
+        MakePending();
+        m_open.pop_back();
+    }
+    void Element(const wchar_t* name, std::wstring_view data) {
+        Open(name);
+        if (!data.empty())
+            Data(data);
+        CloseEmpty();
+    }
+    void Element(const wchar_t* name, const QxString& data) { Element(name, data.view()); }
+    void Element(const wchar_t* name, std::int32_t value) {
+        Element(name, std::wstring_view(QxMisc::FormatInt32(value)));
+    }
+    void Element(const wchar_t* name, bool value) { Element(name, QxMisc::FormatBool(value)); }
+
+private:
+    struct OpenElement {
+        ComPtr<IXMLDOMNode> node;
+        std::wstring space;
+    };
+
+    void MakePending() {
+        if (!m_pending)
+            return;
+        VARIANT type;
+        type.vt = VT_I4;
+        type.lVal = NODE_ELEMENT;
+        ComPtr<IXMLDOMNode> node;
+        const UniqueBstr name{std::wstring_view(m_pending)};
+        Require(m_document->createNode(type, name.Get(), UniqueBstr(m_namespace).Get(), node.Put()) == S_OK &&
+                    m_open.back().node->appendChild(node.Get(), nullptr) == S_OK,
+                "MSXML: an element");
+        m_open.push_back({std::move(node), m_namespace});
+        m_pending = nullptr;
+    }
+
+    IXMLDOMDocument* m_document;
+    std::vector<OpenElement> m_open;
+    const wchar_t* m_pending = nullptr;
+    std::wstring m_namespace;
+};
+
 } // namespace
 
 ComPtr<IXMLDOMDocument> MsxmlPeer::NewDocument() {
@@ -112,4 +187,14 @@ UniqueBstr MsxmlPeer::Write(IXMLDOMDocument* document) {
     UniqueBstr text;
     Require(document->get_xml(text.Put()) == S_OK, "MSXML: the document's text");
     return text;
+}
+
+UniqueBstr MsxmlPeer::Write(IXMLDOMDocument* document, const JobValues& values) {
+    ComPtr<IXMLDOMElement> root;
+    ComPtr<IXMLDOMNode> removed;
+    if (document->get_documentElement(root.Put()) == S_OK && root)
+        document->removeChild(root.Get(), removed.Put());
+    MsxmlSink sink(document);
+    RecordForm::WriteJob(sink, values);
+    return Write(document);
 }

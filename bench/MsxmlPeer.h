@@ -14,7 +14,9 @@ ComPtr<IXMLDOMDocument> NewDocument();
 void Load(IXMLDOMDocument* document, BSTR text);
 /// Loads the document and reads every value.
 JobValues Read(IXMLDOMDocument* document, BSTR text);
-/// The loaded document's text, without the line end that is put behind it.
+/// The loaded document's text.
 UniqueBstr Write(IXMLDOMDocument* document);
+/// Builds the record's document anew and gives its text.
+UniqueBstr Write(IXMLDOMDocument* document, const JobValues& values);
 
 } // namespace MsxmlPeer

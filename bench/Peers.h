@@ -2,6 +2,8 @@
 
 #include "Records.h"
 
+#include "JobObjects/contents/JobAttributeCatalogue.h"
+
 #include <string>
 #include <string_view>
 
@@ -14,6 +16,7 @@ std::wstring Write(const JobValues& values);
 bool Parse(std::wstring_view text);
 /// Elements in document order, for a comparison with the parser's positions.
 std::size_t CountElements(std::wstring_view text);
+void ReadCatalogue(std::wstring_view text, CatalogueTables& tables);
 } // namespace PugiPeer
 
 namespace RapidPeer {

@@ -78,6 +78,8 @@ void Table::Time(const std::string& work, const std::vector<Contender>& contende
         Compare(work, {work, subject}, {work, goal.against}, goal.atMost);
     }
     for (const Contender& contender : contenders) {
+        if (goals.empty())
+            break;
         const bool named = std::any_of(goals.begin(), goals.end(), [&](const Goal& goal) {
             return goal.against == contender.name || goal.subject == contender.name;
         });
@@ -107,8 +109,10 @@ void Table::Compare(const std::string& work, std::pair<std::string, std::string>
     if (seconds == 0 || other == 0)
         return; // left out by a filter
     const double ratio = seconds / other;
-    m_lines.push_back({work, subject.second + " " + TimeText(seconds), against.second + " " + TimeText(other),
-                       RatioText(ratio), atMost > 0 ? Text("at most %g", atMost) : std::string(), atMost > 0,
+    const bool sameRow = subject.first == against.first;
+    m_lines.push_back({work, (sameRow ? subject.second : subject.first) + " " + TimeText(seconds),
+                       (sameRow ? against.second : against.first) + " " + TimeText(other), RatioText(ratio),
+                       atMost > 0 ? Text("at most %g", atMost) : std::string(), atMost > 0,
                        atMost <= 0 || ratio <= atMost});
 }
 

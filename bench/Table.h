@@ -13,7 +13,7 @@ struct Contender {
     double units = 1; ///< how often one call does the work
 };
 
-/// The first contender's time, or that of the named one, may be at most this many times the other's.
+/// The first contender's time, or that of the named subject, may be at most this many times the other's.
 struct Goal {
     std::string against;
     double atMost;
@@ -23,8 +23,9 @@ struct Goal {
 /// Measures the rows and collects their lines.
 class Table {
 public:
-    /// Times all contenders in turn, many times over, so that a disturbance hits all alike, and adds one line
-    /// for each goal and one for each contender that no goal names.
+    /// Times all contenders in turn, many times over, so that a disturbance hits all alike. Adds one line for
+    /// each goal and one for each contender that no goal names; none without goals, when the times are for
+    /// other lines.
     void Time(const std::string& work, const std::vector<Contender>& contenders,
               const std::vector<Goal>& goals);
     /// Adds a figure that is no comparison of times.

@@ -14,8 +14,8 @@
 
 int main(int count, char** arguments) {
     char interleaving[] = "--benchmark_enable_random_interleaving=true";
-    char repetitions[] = "--benchmark_repetitions=15";
-    char time[] = "--benchmark_min_time=0.02";
+    char repetitions[] = "--benchmark_repetitions=40";
+    char time[] = "--benchmark_min_time=0.005";
     std::vector<char*> options{arguments[0], interleaving, repetitions,
                                time}; // the caller's come later and win
     bool check = false;
@@ -32,9 +32,13 @@ int main(int count, char** arguments) {
     Require(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED) == S_OK, "COM");
 
     Table table;
+    AddSizeRows(table);
     AddRecordRows(table);
     AddJobObjectRows(table);
     AddLargeRows(table);
+    AddCatalogueRow(table);
+    AddClassRows(table);
+    AddLogRows(table);
     table.Print();
     CoUninitialize();
     return check && table.Missed() > 0 ? 1 : 0;

@@ -9,5 +9,5 @@ source cmake/wine-session.sh
 start_wine
 cmake --preset windows >/dev/null
 cmake --build --preset windows --target bench >&2
-"$wine" regsvr32 /s "$(windows_path "$PWD/build/windows/JobObjects/Tarnwick.dll")"
+"$wine" regsvr32 /s "$(windows_path "$PWD/build/windows/bench/shipped/Tarnwick.dll")"
 "$wine" build/windows/bench/bench.exe "$@" </dev/null

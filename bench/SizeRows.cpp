@@ -1,0 +1,34 @@
+#include "Rows.h"
+
+#include "tests/com/ProcessCounters.h"
+
+#include <windows.h>
+
+namespace {
+
+std::wstring Library() {
+    return SHIPPED_LIBRARY;
+}
+
+double FileKilobytes() {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    Require(GetFileAttributesExW(Library().c_str(), GetFileExInfoStandard, &data), "the library's file");
+    return data.nFileSizeLow / 1000.0;
+}
+
+} // namespace
+
+void AddSizeRows(Table& table) {
+    table.Figure("the library", "stripped", FileKilobytes(), 700, "KB");
+    // What it imports is there in any process that uses COM; this program does not import all of it.
+    LoadLibraryW(L"user32.dll");
+    LoadLibraryW(L"advapi32.dll");
+    Require(!GetModuleHandleW(L"Tarnwick.dll"), "the library is loaded already");
+    const std::size_t before = ProcessCounters::Now().heapBytes;
+    const HMODULE library = LoadLibraryW(Library().c_str());
+    const std::size_t after = ProcessCounters::Now().heapBytes;
+    Require(library, "the library");
+    FreeLibrary(library);
+    table.Figure("the library", "heap after attach",
+                 (static_cast<double>(after) - static_cast<double>(before)) / 1024.0, 64, "KiB");
+}
