@@ -6,11 +6,11 @@ cd "$(dirname "$0")"
 
 cmake/setup.sh
 cmake --preset windows
-cmake --build --preset windows --target Tarnwick --parallel "${JOBS:-$(nproc)}"
+cmake --build --preset windows --target release_files --parallel "${JOBS:-$(nproc)}"
 
 rm -rf dist
-# Without its debug information, which stays in build/windows.
-cmake --install build/windows --prefix "$PWD/dist" --strip
+# The library comes without its debug information, which stays in build/windows.
+cmake --install build/windows --prefix "$PWD/dist"
 
 files=(Tarnwick.dll JobObjects.tlb JobAttributes.xml JobObjects.idl include/JobObjects.h)
 for file in "${files[@]}"; do

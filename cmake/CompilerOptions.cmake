@@ -10,6 +10,8 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     endif()
     # Wine's backtraces cannot read DWARF 5.
     add_compile_options(-gdwarf-4)
+    # What is built does not tell in which folder it was built.
+    add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
 endif()
 if(WIN32)
     add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
@@ -20,5 +22,7 @@ if(WIN32)
         add_compile_options(-msse2 -mfpmath=sse)
         # Without -static the DLL would import the compiler's own runtime DLLs.
         add_link_options(-static)
+        # What is built does not tell when it was built.
+        add_link_options(-Wl,--no-insert-timestamp)
     endif()
 endif()

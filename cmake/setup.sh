@@ -6,6 +6,8 @@ set -euo pipefail
 packages=(
     # Product: the compiler, the IDL compiler and the headers that the IDL imports, the build tools.
     g++-mingw-w64-i686-win32 mingw-w64-tools libwine-dev cmake ninja-build
+    # The installer and the archives; faketime fixes the clock of tools that write it into their output.
+    wixl msitools faketime
     # Native build of the platform-neutral code, and the unit test framework.
     g++ catch2
     # 32-bit Wine runs the tests and the demo.
@@ -14,7 +16,8 @@ packages=(
     fp-compiler fpc-source
     # The benchmarks compare with it; what else they need they fetch themselves.
     librapidxml-dev
-    # Checks of the XML files, of the formatting, of the code and of the generated pages.
+    # Checks of the XML files, of the formatting, of the code and of the generated pages; python3 also runs the
+    # packaging scripts.
     libxml2-utils clang-format clang-tidy python3
     # The long checks: fuzzers, sanitizers in 32 bits, coverage.
     clang libclang-rt-dev g++-multilib gcovr

@@ -1,0 +1,25 @@
+# CMake package of the JobObjects client kit:
+#
+#   find_package(JobObjects 1.0 REQUIRED)
+#   target_link_libraries(client PRIVATE JobObjects::JobObjects)
+#
+# The target brings the headers and the identifiers (CLSID_PrintJob, IID_IPrintJob, ...). Nothing of the library
+# is linked: a client reaches it through CoCreateInstance. JobObjects_TYPE_LIBRARY and JobObjects_IDL are the paths
+# of the type library and the interface definition.
+get_filename_component(JobObjects_ROOT "${CMAKE_CURRENT_LIST_DIR}/../../.." ABSOLUTE)
+set(JobObjects_TYPE_LIBRARY "${JobObjects_ROOT}/JobObjects.tlb")
+set(JobObjects_IDL "${JobObjects_ROOT}/JobObjects.idl")
+
+if(NOT TARGET JobObjects::JobObjects)
+    # The identifiers are compiled into the client, as C++ where it has it, else as C.
+    get_property(languages GLOBAL PROPERTY ENABLED_LANGUAGES)
+    set(identifiers "${JobObjects_ROOT}/src/JobObjects_i.c")
+    if("CXX" IN_LIST languages)
+        set(identifiers "${JobObjects_ROOT}/src/JobObjects_i.cpp")
+    endif()
+    add_library(JobObjects::JobObjects INTERFACE IMPORTED)
+    set_target_properties(JobObjects::JobObjects PROPERTIES
+        INTERFACE_INCLUDE_DIRECTORIES "${JobObjects_ROOT}/include"
+        INTERFACE_SOURCES "${identifiers}"
+        INTERFACE_LINK_LIBRARIES "ole32;oleaut32")
+endif()

@@ -1,0 +1,2 @@
+// The identifiers for C++ clients.
+#include "JobObjects_i.c"

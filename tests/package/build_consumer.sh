@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Unpacks the client kit and builds a client with it, and with nothing else of this tree but the toolchain file:
+#
+#   build_consumer.sh <kit.zip> <work folder>
+set -euo pipefail
+kit=$1
+work=$2
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+rm -rf "$work"
+mkdir -p "$work"
+python3 -m zipfile -e "$kit" "$work"
+cmake -G Ninja -S "$here/consumer" -B "$work/build" -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_TOOLCHAIN_FILE="$here/../../cmake/mingw-i686.cmake" \
+    -DJobObjects_DIR="$work/$(basename "$kit" .zip)/lib/cmake/JobObjects"
+cmake --build "$work/build"

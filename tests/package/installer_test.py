@@ -1,0 +1,235 @@
+#!/usr/bin/env python3
+"""Installs, upgrades and removes the library in a new Wine prefix, and looks at what that leaves:
+
+    installer_test.py <wine> <older.msi> <newer.msi> <newer version> <registration-free.zip> <client.exe>
+
+Run by installer_test.sh, which makes the prefix. The client is run without registration before anything is installed.
+"""
+
+import os
+import shutil
+import subprocess
+import sys
+import xml.etree.ElementTree
+import zipfile
+from pathlib import Path
+
+import registry
+
+CLASSES = "HKEY_LOCAL_MACHINE\\Software\\Classes"
+UNINSTALL = "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall"
+# Keys that the system's installer makes for its own use when it installs something for the first time.
+INSTALLER_KEYS = (CLASSES + "\\Installer", "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\CurrentVersion\\Installer")
+INSTALLER_FOLDER = "windows/Installer"
+INSTALLED = {"Tarnwick.dll", "JobAttributes.xml", "JobObjects.tlb", "LICENSE.txt", "NOTICES.txt"}
+
+prefix = Path(os.environ["WINEPREFIX"])
+drive = prefix / "drive_c"
+folder = drive / "Program Files" / "JobObjects"
+wine, older, newer, newer_version, free_archive, client = sys.argv[1:]
+script = Path(__file__).with_name("installed_client.vbs").resolve()
+
+
+def windows_path(path):
+    return "Z:" + str(path).replace("/", "\\")
+
+
+def run(*command, expected=0):
+    result = subprocess.run([wine, *command], capture_output=True, text=True)
+    if result.returncode != expected:
+        raise SystemExit(f"{' '.join(command)} returned {result.returncode}, not {expected}\n"
+                         f"{result.stdout}{result.stderr}")
+    return result.stdout
+
+
+def check(what, differences):
+    if differences:
+        lines = "\n".join(f"  {each}" for each in list(differences)[:40])
+        raise SystemExit(f"FAILED: {what}\n{lines}")
+    print("ok: " + what, flush=True)
+
+
+def installer(option, package, expected=0):
+    run("msiexec", option, windows_path(package), "/qn", expected=expected)
+
+
+def read_registry():
+    tree = {}
+    # Wine's services write to the rest at times of their own.
+    for root in ("HKEY_LOCAL_MACHINE\\Software", "HKEY_CURRENT_USER\\Software"):
+        export = prefix / "export.reg"
+        run("regedit", "/E", windows_path(export), root)
+        tree |= registry.read(export)
+    # What the installer keeps for itself is no leftover while it names no product: keys without values.
+    values = {key for key, name in tree if name is not None}
+    return {entry: data for entry, data in tree.items()
+            if not (entry[0].startswith(tuple(each.lower() for each in INSTALLER_KEYS))
+                    and not any(key.startswith(entry[0]) for key in values))}
+
+
+def read_files():
+    return {str(path.relative_to(drive)) for path in drive.rglob("*")} - {INSTALLER_FOLDER}
+
+
+def snapshot():
+    return read_registry(), read_files()
+
+
+def check_nothing_left(before, what):
+    tree, files = snapshot()
+    check(f"{what} leaves no file", files ^ before[1])
+    check(f"{what} leaves no registry entry", registry.added(tree, before[0]) | registry.added(before[0], tree))
+
+
+def registered_classes(tree):
+    """What was written below the classes' root, without the installer's own bookkeeping."""
+    classes = registry.below(tree, CLASSES)
+    # The installer can name its folder only with a closing backslash.
+    return {entry: data.rstrip("\\") if entry[0].endswith("\\helpdir") else data
+            for entry, data in classes.items() if entry[0].split("\\")[0] != "installer"}
+
+
+def differences(left, right):
+    return sorted(f"{entry}: {left.get(entry)!r} and {right.get(entry)!r}"
+                  for entry in left.keys() | right.keys() if left.get(entry) != right.get(entry))
+
+
+def write_by_regsvr32(package, before):
+    """What regsvr32 writes when the library lies where the installer puts it."""
+    unpacked = prefix / "unpacked"
+    subprocess.run(["msiextract", "-C", str(unpacked), package], check=True, stdout=subprocess.DEVNULL)
+    (found,) = unpacked.rglob("Tarnwick.dll")
+    shutil.copytree(found.parent, folder)
+    library = "C:\\Program Files\\JobObjects\\Tarnwick.dll"
+    run("regsvr32", "/s", library)
+    written = registered_classes(registry.added(read_registry(), before[0]))
+    run("regsvr32", "/s", "/u", library)
+    shutil.rmtree(folder)
+    check_nothing_left(before, "unregistering")
+    return written
+
+
+def unpack_free():
+    """The unpacked registration-free files, with the client as the program that uses them."""
+    with zipfile.ZipFile(free_archive) as archive:
+        archive.extractall(prefix)
+    unpacked = prefix / Path(free_archive).stem
+    shutil.copy(client, unpacked)
+    (unpacked / "YourProgram.exe.manifest").rename(unpacked / (Path(client).name + ".manifest"))
+    return unpacked
+
+
+def check_client(program, what):
+    check(what, differences({1: run(windows_path(program)).strip()}, {1: "received: Report.docx"}))
+
+
+def manifest_entries(manifest):
+    """What the manifest says of the classes and interfaces, in the registry's terms."""
+    name = {"asm": "urn:schemas-microsoft-com:asm.v1"}
+    root = xml.etree.ElementTree.parse(manifest).getroot()
+    file = root.find("asm:file", name)
+    library = file.find("asm:typelib", name)
+    entries = {(f"typelib\\{library.get('tlbid').lower()}\\{library.get('version')}", None): ""}
+    for each in file.findall("asm:comClass", name):
+        key = "clsid\\" + each.get("clsid").lower()
+        versioned, progid = each.get("progid"), each.find("asm:progid", name).text
+        entries |= {(key, ""): each.get("description"), (key + "\\progid", ""): versioned,
+                    (key + "\\versionindependentprogid", ""): progid,
+                    (key + "\\inprocserver32", "threadingmodel"): each.get("threadingModel"),
+                    (key + "\\typelib", ""): each.get("tlbid")}
+        for progid_key in (versioned.lower(), progid.lower()):
+            entries[progid_key + "\\clsid", ""] = each.get("clsid")
+    for each in root.findall("asm:comInterfaceExternalProxyStub", name):
+        key = "interface\\" + each.get("iid").lower()
+        entries |= {(key, ""): each.get("name"), (key + "\\proxystubclsid32", ""): each.get("proxyStubClsid32"),
+                    (key + "\\typelib", ""): each.get("tlbid"),
+                    (key + "\\typelib", "version"): library.get("version")}
+    return entries
+
+
+def in_terms_of_manifest(written):
+    """The part of the registration that a manifest has words for."""
+    words = ("", "progid", "versionindependentprogid", "inprocserver32", "typelib", "proxystubclsid32", "clsid")
+
+    def has_words(key, name):
+        parts = key.split("\\")
+        if parts[0] in ("clsid", "interface"):
+            return (len(parts) == 2 or parts[2] in words) and (
+                name == "threadingmodel" or name == "version" or name == "" and parts[2:] != ["inprocserver32"])
+        if parts[0] == "typelib":
+            return len(parts) == 3 and name is None
+        return len(parts) == 2 and parts[1] == "clsid" and name == ""
+
+    return {(key, name): data for (key, name), data in written.items()
+            if has_words(key, name) and not (name == "appid")}
+
+
+def run_script():
+    output = run("cscript", "//nologo", windows_path(script)).replace("\r", "").splitlines()
+    expected = ["10 classes", "database: 1,24,0,12,6", "closed"]
+    check("a script uses all classes and the catalogue", differences(dict(enumerate(output)),
+                                                                     dict(enumerate(expected))))
+
+
+def check_product(tree, version):
+    found = [data for (key, name), data in tree.items()
+             if key.startswith(UNINSTALL.lower() + "\\") and name == "displayversion"
+             and tree.get((key, "displayname")) == "JobObjects"]
+    check(f"{version} is installed and no other", [] if found == [version] else found or ["none"])
+
+
+def check_registration_free():
+    unpacked = unpack_free()
+    run(windows_path(client), expected=1) # with nothing registered and no manifest
+    check_client(unpacked / Path(client).name, "a client with the sample manifest needs no registration")
+    return unpacked / "JobObjects.manifest"
+
+
+def check_installation(before, by_regsvr32, manifest):
+    installer("/i", older)
+    by_installer = registered_classes(registry.added(read_registry(), before[0]))
+    check("the installer writes what regsvr32 writes", differences(by_regsvr32, by_installer))
+    check("the manifest says what the installer writes",
+          differences(manifest_entries(manifest), in_terms_of_manifest(by_installer)))
+    check("the installer installs its files", INSTALLED ^ {each.name for each in folder.iterdir()})
+    run_script()
+    check_client(client, "a compiled client finds the installed library")
+
+
+def check_upgrade(before, by_regsvr32):
+    catalogue = folder / "JobAttributes.xml"
+    changed = catalogue.read_bytes() + b"<!-- changed -->"
+    catalogue.write_bytes(changed)
+    installer("/i", newer)
+    tree = read_registry()
+    check_product(tree, newer_version)
+    check("an upgrade keeps the changed catalogue", [] if catalogue.read_bytes() == changed else ["changed"])
+    check("an upgrade keeps the registration",
+          differences(by_regsvr32, registered_classes(registry.added(tree, before[0]))))
+    run_script()
+    installer("/x", newer)
+    check_nothing_left(before, "removing the newer version")
+
+
+def check_downgrade():
+    installer("/i", newer)
+    installer("/i", older, expected=1603 % 256) # ERROR_INSTALL_FAILURE, of which a process here returns one byte
+    check_product(read_registry(), newer_version)
+
+
+def main():
+    # The script host registers a type library of its own when it first runs.
+    empty = prefix / "empty.vbs"
+    empty.touch()
+    run("cscript", "//nologo", windows_path(empty))
+    before = snapshot()
+    by_regsvr32 = write_by_regsvr32(older, before)
+    check("regsvr32 writes something of every class", [] if len(by_regsvr32) > 300 else [len(by_regsvr32)])
+    manifest = check_registration_free()
+    check_installation(before, by_regsvr32, manifest)
+    check_upgrade(before, by_regsvr32)
+    check_downgrade()
+    print("PASSED")
+
+
+main()

@@ -1,0 +1,133 @@
+#!/usr/bin/env python3
+"""Looks into what is delivered:
+
+    release_test.py <release folder> <version> <objdump> <source folder>
+"""
+
+import hashlib
+import json
+import re
+import subprocess
+import sys
+import tempfile
+import zipfile
+import zlib
+from pathlib import Path
+
+release, version, objdump, sources = sys.argv[1:]
+release = Path(release)
+name = f"JobObjects-{version}"
+
+CONTENTS = {
+    "registration-free": {"JobAttributes.xml", "JobObjects.manifest", "LICENSE.txt", "NOTICES.txt", "Tarnwick.dll",
+                          "YourProgram.exe.manifest"},
+    "sdk": {"JobObjects.idl", "JobObjects.tlb", "LICENSE.txt", "README.txt", "import/JobObjects_import.h",
+            "import/make_interop.cmd", "include/JobObjects.h", "include/JobObjectsPtr.h",
+            "lib/cmake/JobObjects/JobObjectsConfig.cmake", "lib/cmake/JobObjects/JobObjectsConfigVersion.cmake",
+            "src/JobObjects_i.c", "src/JobObjects_i.cpp"},
+    "symbols": {"Tarnwick.dll.debug", "Tarnwick.dll.map"},
+}
+
+
+def check(what, condition, seen=""):
+    if not condition:
+        raise SystemExit(f"FAILED: {what} {seen}")
+    print("ok: " + what)
+
+
+def output(*command, folder=None):
+    return subprocess.run(command, capture_output=True, text=True, check=True, cwd=folder).stdout
+
+
+def read_archive(component):
+    folder = f"{name}-{component}"
+    with zipfile.ZipFile(release / (folder + ".zip")) as archive:
+        files = {each.removeprefix(folder + "/"): archive.read(each) for each in archive.namelist()}
+    check(f"{component} holds its files", files.keys() == CONTENTS[component], sorted(files))
+    return files
+
+
+def check_sums():
+    lines = (release / "SHA256SUMS").read_text().splitlines()
+    sums = {file: digest for digest, file in (line.split("  ") for line in lines)}
+    found = {path.name: hashlib.sha256(path.read_bytes()).hexdigest()
+             for path in release.iterdir() if path.name != "SHA256SUMS"}
+    expected = {f"{name}-{component}.zip" for component in CONTENTS} | {name + ".msi", name + ".spdx.json"}
+    check("the release holds its files", found.keys() == expected, sorted(found))
+    check("the checksums are right", sums == found)
+
+
+def check_installer(library, folder):
+    installer = release / (name + ".msi")
+    output("msiextract", "-C", str(folder), str(installer))
+    (found,) = folder.rglob("Tarnwick.dll")
+    check("the installer has the same library", found.read_bytes() == library)
+    properties = dict(line.split("\t", 1) for line in output("msiinfo", "export", str(installer), "Property")
+                      .replace("\r", "").splitlines() if "\t" in line)
+    check("the installer has the version", properties.get("ProductVersion") == version, properties)
+    files = output("msiinfo", "export", str(installer), "File")
+    check("the installer tells the library's version", f"\t{version}.0\t1033\t" in files, files)
+
+
+def check_symbols(library, symbols, folder):
+    path = folder / "Tarnwick.dll"
+    path.write_bytes(library)
+    dump = output(objdump, "--full-contents", "--section=.gnu_debuglink", str(path))
+    rows = re.findall(r"^ [0-9a-f]+ ((?:[0-9a-f]+ ){1,4})", dump, re.M)
+    link = bytes.fromhex("".join(rows))
+    file = link.split(b"\0")[0]
+    check("the library names its symbol file", file == b"Tarnwick.dll.debug", file)
+    at = (len(file) + 4) // 4 * 4
+    check("the symbol file is this library's",
+          int.from_bytes(link[at:at + 4], "little") == zlib.crc32(symbols["Tarnwick.dll.debug"]))
+    check("the symbol file has the debug information", b".debug_line" in symbols["Tarnwick.dll.debug"]
+          and b".debug_line" not in library)
+    check("the map tells where functions lie", b"DllGetClassObject" in symbols["Tarnwick.dll.map"])
+
+
+def check_bill(library):
+    bill = json.loads((release / (name + ".spdx.json")).read_text())
+    check("the bill is SPDX 2.3", bill["spdxVersion"] == "SPDX-2.3" and bill["dataLicense"] == "CC0-1.0")
+    elements = {each["SPDXID"]: each for each in bill["packages"] + bill["files"] + [bill]}
+    relations = [(each["spdxElementId"], each["relationshipType"], each["relatedSpdxElement"])
+                 for each in bill["relationships"]]
+    check("its relations are between its elements",
+          all(source in elements and target in elements for source, _, target in relations))
+    (described,) = [elements[target] for _, kind, target in relations if kind == "DESCRIBES"]
+    check("it describes this version", (described["name"], described["versionInfo"]) == ("JobObjects", version))
+    (file,) = bill["files"]
+    check("it knows the library", {"algorithm": "SHA256", "checksumValue": hashlib.sha256(library).hexdigest()}
+          in file["checksums"])
+    linked = {elements[target]["name"]: elements[target] for _, kind, target in relations if kind == "STATIC_LINK"}
+    check("it lists the runtime that is linked in", linked.keys() == {
+        "g++-mingw-w64-i686-win32", "gcc-mingw-w64-i686-win32", "mingw-w64-i686-dev"}, sorted(linked))
+    for package, entry in linked.items():
+        installed = output("dpkg-query", "-W", "-f", "${Version}", package)
+        check(f"it has the version and a licence of {package}",
+              entry["versionInfo"] == installed and entry["licenseDeclared"] not in ("", "NOASSERTION"), entry)
+
+
+def check_paths(archives):
+    for component, files in archives.items():
+        for file, data in files.items():
+            check(f"{component}: {file} does not tell where it was built", sources.encode() not in data)
+
+
+def main():
+    check_sums()
+    archives = {component: read_archive(component) for component in CONTENTS}
+    library = archives["registration-free"]["Tarnwick.dll"]
+    with tempfile.TemporaryDirectory() as folder:
+        check_installer(library, Path(folder, "installed"))
+        check_symbols(library, archives["symbols"], Path(folder))
+    manifest = archives["registration-free"]["JobObjects.manifest"].decode()
+    check("the manifest has the product's first number",
+          f'name="JobObjects" version="{version.split(".")[0]}.0.0.0"' in manifest)
+    check("the sample manifest asks for it", f'name="JobObjects" version="{version.split(".")[0]}.0.0.0"'
+          in archives["registration-free"]["YourProgram.exe.manifest"].decode())
+    check_bill(library)
+    check_paths(archives)
+    print("PASSED")
+
+
+main()
