@@ -19,6 +19,8 @@ packages=(
     # Checks of the XML files, of the formatting, of the code and of the generated pages; python3 also runs the
     # packaging scripts.
     libxml2-utils clang-format clang-tidy python3
+    # The documentation as a site.
+    mkdocs
     # The long checks: fuzzers, sanitizers in 32 bits, coverage.
     clang libclang-rt-dev g++-multilib gcovr
 )
