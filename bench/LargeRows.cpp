@@ -65,7 +65,7 @@ std::wstring WriteAtOnce(int count) {
     for (int i = 0; i < count; ++i)
         writer.Element(L"Item", L"some text value");
     writer.EndTag(L"List");
-    return writer.Take();
+    return std::wstring(writer.Text());
 }
 
 void AddAppendRow(Table& table, int count, double atMost) {

@@ -11,17 +11,17 @@ namespace {
 /// The parser's current element, whose children are read as the records read them.
 class ParserNode {
 public:
-    explicit ParserNode(QxXmlParser& parser) : m_parser(parser) {}
+    explicit ParserNode(QxXmlParser& parser) : m_parser(parser), m_children(parser) {}
 
-    QxString Text(std::wstring_view name) { return RecordReading::Text(m_parser, name); }
-    std::int32_t Number(std::wstring_view name) { return RecordReading::Number(m_parser, name); }
-    bool Flag(std::wstring_view name) { return RecordReading::Flag(m_parser, name); }
+    QxString Text(std::wstring_view name) { return m_children.Text(name); }
+    std::int32_t Number(std::wstring_view name) { return m_children.Number(name); }
+    bool Flag(std::wstring_view name) { return m_children.Flag(name); }
     QxString Data() { return m_parser.GetData(); }
     QxString Attribute(std::wstring_view name) { return m_parser.GetAttribute(name); }
 
     template<class UseNode>
     void Within(std::wstring_view name, UseNode use) {
-        if (m_parser.FindChildElement(name, true))
+        if (m_children.Find(name))
             Enter(use);
     }
     template<class UseNode>
@@ -34,11 +34,13 @@ private:
     template<class UseNode>
     void Enter(UseNode& use) {
         m_parser.IntoElement();
-        use(*this);
+        ParserNode inner(m_parser);
+        use(inner);
         m_parser.OutOfElement();
     }
 
     QxXmlParser& m_parser;
+    ChildReader m_children;
 };
 
 class WriterSink {
@@ -71,7 +73,7 @@ public:
         EndStartTag();
         m_writer.Element(name, value);
     }
-    std::wstring Take() { return m_writer.Take(); }
+    std::wstring_view Text() const { return m_writer.Text(); }
 
 private:
     void EndStartTag() {
@@ -98,5 +100,5 @@ JobValues RecordText::Read(std::wstring_view text) {
 std::wstring RecordText::Write(const JobValues& values) {
     WriterSink sink;
     RecordForm::WriteJob(sink, values);
-    return sink.Take();
+    return std::wstring(sink.Text());
 }

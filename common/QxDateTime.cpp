@@ -106,6 +106,34 @@ bool Scan(std::wstring_view text, QxCalendarTime& time) noexcept {
                        {L':', &T::second}});
 }
 
+/// A formatted date-time under way; the longest has 23 characters and the digits of its milliseconds.
+class FieldWriter {
+public:
+    /// Filled up with zeros to the width.
+    FieldWriter& Number(std::int32_t value, std::size_t width) noexcept {
+        QxMisc::Int32Digits buffer;
+        const std::wstring_view digits = QxMisc::FormatInt32(value, buffer);
+        m_end = std::fill_n(m_end, width - std::min(width, digits.size()), L'0');
+        m_end = std::copy(digits.begin(), digits.end(), m_end);
+        return *this;
+    }
+    FieldWriter& Character(wchar_t character) noexcept {
+        *m_end++ = character;
+        return *this;
+    }
+    FieldWriter& Text(std::wstring_view text) noexcept {
+        m_end = std::copy(text.begin(), text.end(), m_end);
+        return *this;
+    }
+    std::wstring_view View() const noexcept {
+        return std::wstring_view(m_text, static_cast<std::size_t>(m_end - m_text));
+    }
+
+private:
+    wchar_t m_text[40];
+    wchar_t* m_end = m_text;
+};
+
 } // namespace
 
 bool QxDateTime::IsUnset() const noexcept {
@@ -151,23 +179,30 @@ QxDateTime QxDateTime::Parse(std::wstring_view text) {
 }
 
 QxString QxDateTime::Format() const {
-    if (m_status == Status::Null)
-        return {};
-    QxCalendarTime t;
-    if (!IsValid() || !ToCalendar(t))
-        return L"Invalid DateTime";
-    const bool onDayZero = t.year == 1899 && t.month == 12 && t.day == 30;
-    if (!onDayZero)
-        return QxMisc::FormatString(L"%04d-%02d-%02dT%02d:%02d:%02d", t.year, t.month, t.day, t.hour,
-                                    t.minute, t.second);
-    if (t.hour == 0 && t.minute == 0 && t.second == 0)
-        return {};
-    return QxMisc::FormatString(L"%02d:%02d:%02d", t.hour, t.minute, t.second);
+    return Format(0);
 }
 
 QxString QxDateTime::Format(long milliseconds) const {
-    QxString text = Format();
-    if (text.empty() || milliseconds <= 0)
-        return text;
-    return QxMisc::FormatString(L"%ls.%03ld", text.c_str(), milliseconds);
+    if (m_status == Status::Null)
+        return {};
+    FieldWriter text;
+    QxCalendarTime t;
+    if (!IsValid() || !ToCalendar(t)) {
+        text.Text(L"Invalid DateTime");
+    } else {
+        const bool onDayZero = t.year == 1899 && t.month == 12 && t.day == 30;
+        if (onDayZero && t.hour == 0 && t.minute == 0 && t.second == 0)
+            return {};
+        if (!onDayZero)
+            text.Number(t.year, 4)
+                .Character(L'-')
+                .Number(t.month, 2)
+                .Character(L'-')
+                .Number(t.day, 2)
+                .Character(L'T');
+        text.Number(t.hour, 2).Character(L':').Number(t.minute, 2).Character(L':').Number(t.second, 2);
+    }
+    if (milliseconds > 0)
+        text.Character(L'.').Number(static_cast<std::int32_t>(milliseconds), 3);
+    return text.View();
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cwchar>
+#include <iterator>
 #include <limits>
 
 namespace {
@@ -133,7 +134,23 @@ std::uint32_t QxMisc::ParseUInt32(std::wstring_view text) noexcept {
 }
 
 std::wstring QxMisc::FormatInt32(std::int32_t value) {
-    return std::to_wstring(value);
+    Int32Digits digits;
+    return std::wstring(FormatInt32(value, digits));
+}
+
+std::wstring_view QxMisc::FormatInt32(std::int32_t value, Int32Digits& digits) noexcept {
+    wchar_t* const end = std::end(digits);
+    wchar_t* at = end;
+    const bool negative = value < 0;
+    auto magnitude = static_cast<std::uint32_t>(value);
+    if (negative)
+        magnitude = 0u - magnitude;
+    do
+        *--at = static_cast<wchar_t>(L'0' + magnitude % 10);
+    while ((magnitude /= 10) != 0);
+    if (negative)
+        *--at = L'-';
+    return std::wstring_view(at, static_cast<std::size_t>(end - at));
 }
 
 bool QxMisc::EqualsIgnoreCase(std::wstring_view a, std::wstring_view b) noexcept {

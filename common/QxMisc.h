@@ -29,6 +29,9 @@ std::uint32_t ParseUInt32(std::wstring_view text) noexcept;
 
 /// "%ld" of the value.
 std::wstring FormatInt32(std::int32_t value);
+/// The same into a buffer of the caller's.
+using Int32Digits = wchar_t[11];
+std::wstring_view FormatInt32(std::int32_t value, Int32Digits& digits) noexcept;
 
 /// Lowers the letters A to Z only, so that the result does not depend on a locale.
 constexpr wchar_t LowerLetter(wchar_t c) noexcept {

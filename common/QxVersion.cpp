@@ -63,9 +63,10 @@ QxString QxVersion::AsString(std::uint16_t fieldCount) const {
              L"components defined in the current QxVersion object.");
     std::wstring text;
     for (std::size_t i = 0; i < fieldCount; ++i) {
+        QxMisc::Int32Digits digits;
         if (i > 0)
             text += L'.';
-        text += QxMisc::FormatInt32(components[i]);
+        text += QxMisc::FormatInt32(components[i], digits);
     }
     return text;
 }

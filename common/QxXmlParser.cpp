@@ -15,9 +15,9 @@ constexpr std::wstring_view CDataClose = L"]]>";
 QxString Unescaped(std::wstring_view text) {
     if (QxXmlScan::Find(text, L'&', 0) == static_cast<std::int32_t>(text.size()))
         return QxString(text);
-    std::wstring decoded;
-    QxXmlText::AppendUnescaped(decoded, text);
-    return QxString(decoded);
+    QxXmlText decoded;
+    decoded.AppendUnescaped(text);
+    return QxString(decoded.View());
 }
 
 } // namespace
@@ -53,6 +53,16 @@ bool QxXmlParser::FindChildElement(std::wstring_view name, bool restart) noexcep
     return true;
 }
 
+bool QxXmlParser::FindUniqueChild(std::wstring_view name, std::int32_t& found) noexcept {
+    const std::int32_t next = found != 0 ? At(found).nextSibling : At(m_current).firstChild;
+    m_currentChild = FindFrom(next, name);
+    if (m_currentChild == 0)
+        return false;
+    if (m_currentChild == next)
+        found = next;
+    return true;
+}
+
 bool QxXmlParser::IntoElement() noexcept {
     if (m_currentChild == 0)
         return false;
@@ -70,16 +80,16 @@ bool QxXmlParser::OutOfElement() noexcept {
 }
 
 bool QxXmlParser::HasName(std::int32_t element, std::wstring_view name) const noexcept {
-    const std::int32_t start = At(element).startTagOpen + 1;
-    const std::wstring_view inside = Piece(start, At(element).startTagClose);
-    const bool plain = QxXmlScan::Find(inside, L':', 0) == static_cast<std::int32_t>(inside.size()) &&
-                       !QxXmlScan::IsSpace(m_document[static_cast<std::size_t>(start)]);
-    if (!plain)
-        return QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
-    // No prefix: most names are told apart before the end of the tag's name is looked for.
-    const std::wstring_view tag =
-        std::wstring_view(m_document).substr(static_cast<std::size_t>(start), name.size());
-    return QxXmlScan::Equal(tag, name) && TagName(element).size() == name.size();
+    const std::wstring_view inside = Piece(At(element).startTagOpen + 1, At(element).startTagClose);
+    if (QxXmlScan::StartsWithWord(inside, name) && QxXmlScan::IsPlainName(name))
+        return true;
+    // Without a prefix, and without white space before it, the name would have been right there; except for
+    // a special character, which is a token of its own.
+    const auto length = static_cast<std::int32_t>(inside.size());
+    if (name.size() > 1 && length > 0 && !QxXmlScan::IsSpace(inside.front()) &&
+        QxXmlScan::Find(inside, L':', 0) == length)
+        return false;
+    return QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
 }
 
 /// The first of candidate and its later siblings that has the name; 0 if none.
@@ -189,6 +199,15 @@ QxString QxXmlParser::GetChildAttribute(std::wstring_view name) const {
     return value;
 }
 
+std::wstring_view QxXmlParser::RawAttribute(std::int32_t element, std::wstring_view name) const noexcept {
+    Token token;
+    return FindValue(element, name, token) ? token.In(m_document) : std::wstring_view();
+}
+
+std::wstring_view QxXmlParser::GetRawAttribute(std::wstring_view name) const noexcept {
+    return RawAttribute(m_current, name);
+}
+
 /// The white space behind the element goes with it, so that copying an element copies its line end.
 std::wstring_view QxXmlParser::SubDocument(std::int32_t element) const noexcept {
     if (element == 0)
@@ -207,27 +226,22 @@ std::wstring_view QxXmlParser::GetChildSubDocument() const noexcept {
     return SubDocument(m_currentChild);
 }
 
-bool QxXmlParser::ReadChild(std::wstring_view name, QxString& value) {
-    if (!FindChildElement(name, true))
-        return false;
-    value = GetChildData();
-    return true;
-}
-
 // No entity stands for a digit or a letter, so numbers and flags are read without unescaping.
 
-bool QxXmlParser::ReadChild(std::wstring_view name, std::int32_t& value) {
-    if (!FindChildElement(name, true))
-        return false;
+std::int32_t QxXmlParser::GetChildNumber() const noexcept {
     bool raw = false;
-    value = QxMisc::ParseInt32(Content(m_currentChild, raw));
-    return true;
+    return QxMisc::ParseInt32(Content(m_currentChild, raw));
 }
 
-bool QxXmlParser::ReadChild(std::wstring_view name, bool& value) {
-    if (!FindChildElement(name, true))
-        return false;
+bool QxXmlParser::GetChildFlag() const noexcept {
     bool raw = false;
-    value = QxMisc::ParseBool(Content(m_currentChild, raw));
-    return true;
+    return QxMisc::ParseBool(Content(m_currentChild, raw));
+}
+
+std::int32_t QxXmlParser::GetChildAttributeNumber(std::wstring_view name) const noexcept {
+    return QxMisc::ParseInt32(RawAttribute(m_currentChild, name));
+}
+
+bool QxXmlParser::GetChildAttributeFlag(std::wstring_view name) const noexcept {
+    return QxMisc::ParseBool(RawAttribute(m_currentChild, name));
 }

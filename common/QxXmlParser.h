@@ -56,6 +56,10 @@ public:
     /// The same among the children of the current element, for the current child. Selects the first
     /// top-level element first when there is no current element.
     bool FindChildElement(std::wstring_view name = {}, bool restart = false) noexcept;
+    /// The same from the first child on, for a reader that asks for every name once. found is the reader's
+    /// own, 0 at first: the last of the leading children that have all been found, each by another name, so
+    /// that none of them needs to be compared again.
+    bool FindUniqueChild(std::wstring_view name, std::int32_t& found) noexcept;
     /// The current child becomes the current element. False, and nothing changes, without a current child.
     bool IntoElement() noexcept;
     /// The current element becomes the current child of its parent. False, and nothing changes, at the top.
@@ -73,16 +77,19 @@ public:
     /// Empty when not found.
     QxString GetAttribute(std::wstring_view name) const;
     QxString GetChildAttribute(std::wstring_view name) const;
+    /// The value as the document has it, not unescaped: for text in which an entity would be an error.
+    std::wstring_view GetRawAttribute(std::wstring_view name) const noexcept;
+    /// Numbers and flags as of a child's data.
+    std::int32_t GetChildAttributeNumber(std::wstring_view name) const noexcept;
+    bool GetChildAttributeFlag(std::wstring_view name) const noexcept;
     /// The element's markup through its end tag and the white space behind it.
     std::wstring_view GetSubDocument() const noexcept;
     std::wstring_view GetChildSubDocument() const noexcept;
 
-    // Typed readers by child name, searching from the first child on. They make the found child current and
-    // report whether it was found; the output is left unchanged when it was not.
-
-    bool ReadChild(std::wstring_view name, QxString& value);
-    bool ReadChild(std::wstring_view name, std::int32_t& value);
-    bool ReadChild(std::wstring_view name, bool& value);
+    /// The leading decimal digits of the data, with a sign; 0 without digits.
+    std::int32_t GetChildNumber() const noexcept;
+    /// Whether the data is "true", in any case, or "1".
+    bool GetChildFlag() const noexcept;
 
     // Editing. Keeps every position valid. New elements get no line break or indentation.
 
@@ -126,6 +133,7 @@ private:
     std::wstring_view Content(std::int32_t element, bool& raw) const noexcept;
     QxString Data(std::int32_t element) const;
     bool FindValue(std::int32_t element, std::wstring_view name, QxXmlScan::Token& value) const noexcept;
+    std::wstring_view RawAttribute(std::int32_t element, std::wstring_view name) const noexcept;
     bool Attribute(std::int32_t element, std::wstring_view name, QxString& value) const;
     std::wstring_view SubDocument(std::int32_t element) const noexcept;
 

@@ -226,7 +226,7 @@ void QxXmlParser::ClearElements() {
 
 void QxXmlParser::ReservePositions() {
     const std::size_t length = m_document.size();
-    std::size_t count = length / 64 + 8;
+    std::size_t count = length / 32 + 8;
     if (length > LargeText) {
         const auto startTags = static_cast<std::size_t>(QxXmlScan::CountStartTags(m_document));
         count = std::max(count, std::min(startTags, length / ShortestElement) + 1);

@@ -87,19 +87,23 @@ std::wstring_view TagName(std::wstring_view text, std::int32_t open) noexcept {
                        static_cast<std::size_t>(std::max(WordLength(text, start), 1)));
 }
 
-std::wstring_view WithoutPrefix(std::wstring_view name) noexcept {
-    const auto colon = static_cast<std::size_t>(Find(name, L':', 0));
-    return colon == name.size() ? name : name.substr(colon + 1);
+bool StartsWithWord(std::wstring_view text, std::wstring_view word) noexcept {
+    const std::size_t length = word.size();
+    return text.size() >= length && (text.size() == length || EndsToken(text[length])) &&
+           Equal(text.substr(0, length), word);
 }
 
-bool Equal(std::wstring_view a, std::wstring_view b) noexcept {
-    if (a.size() != b.size())
-        return false;
-    for (std::size_t at = 0; at < a.size(); ++at) {
-        if (a[at] != b[at])
+bool IsPlainName(std::wstring_view name) noexcept {
+    for (const wchar_t character : name) {
+        if (character == L':' || EndsToken(character))
             return false;
     }
     return true;
+}
+
+std::wstring_view WithoutPrefix(std::wstring_view name) noexcept {
+    const auto colon = static_cast<std::size_t>(Find(name, L':', 0));
+    return colon == name.size() ? name : name.substr(colon + 1);
 }
 
 EndTag ReadEndTag(std::wstring_view text, std::int32_t open, std::wstring_view name,

@@ -54,8 +54,30 @@ std::int32_t CountStartTags(std::wstring_view text) noexcept;
 std::wstring_view TagName(std::wstring_view text, std::int32_t open) noexcept;
 /// What a name is compared by: the part behind its namespace prefix.
 std::wstring_view WithoutPrefix(std::wstring_view name) noexcept;
+/// Whether a name is one unquoted token without a namespace prefix.
+bool IsPlainName(std::wstring_view name) noexcept;
+/// Whether the text begins with the word, and the word ends there.
+bool StartsWithWord(std::wstring_view text, std::wstring_view word) noexcept;
 /// Length first, then the characters.
-bool Equal(std::wstring_view a, std::wstring_view b) noexcept;
+inline bool Equal(std::wstring_view a, std::wstring_view b) noexcept {
+    const std::size_t length = a.size();
+    if (length != b.size())
+        return false;
+    std::size_t at = 0;
+#ifdef QX_XML_SCAN_SSE2
+    if constexpr (sizeof(wchar_t) == 2) {
+        for (; length - at >= 8; at += 8) {
+            const __m128i ofA = _mm_loadu_si128(reinterpret_cast<const __m128i*>(a.data() + at));
+            const __m128i ofB = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b.data() + at));
+            if (_mm_movemask_epi8(_mm_cmpeq_epi16(ofA, ofB)) != 0xFFFF)
+                return false;
+        }
+    }
+#endif
+    while (at < length && a[at] == b[at])
+        ++at;
+    return at == length;
+}
 
 /// The offset of a character. Inline, because parsing spends its time here; the C library's wmemchr is
 /// several times slower on Windows.
@@ -77,6 +99,22 @@ inline std::int32_t Find(std::wstring_view text, wchar_t sought, std::int32_t fr
     while (at < length && characters[at] != sought)
         ++at;
     return at;
+}
+
+/// Copies a text to where there is room for it. Mostly a name or a short value, for which a call of the C
+/// library costs more than the copying.
+inline void Copy(wchar_t* to, std::wstring_view from) noexcept {
+    const std::size_t length = from.size();
+    std::size_t at = 0;
+#ifdef QX_XML_SCAN_SSE2
+    if constexpr (sizeof(wchar_t) == 2) {
+        for (; length - at >= 8; at += 8)
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at),
+                             _mm_loadu_si128(reinterpret_cast<const __m128i*>(from.data() + at)));
+    }
+#endif
+    for (; at < length; ++at)
+        to[at] = from[at];
 }
 
 /// How many characters two places of the text have in common, up to a ">" or a quote. second is the later

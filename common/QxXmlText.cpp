@@ -1,9 +1,11 @@
 #include "QxXmlText.h"
 
+#include "QxXmlScan.h"
+
 #include <algorithm>
 #include <array>
-
-namespace QxXmlText {
+#include <limits>
+#include <new>
 
 namespace {
 
@@ -33,69 +35,108 @@ std::size_t FindEntity(wchar_t character) noexcept {
     return code < EntityOf.size() ? EntityOf[code] : Entities.size();
 }
 
-/// Room for text whose escaping costs a tenth, and for one more entity. At least doubles what is there, so
-/// that many small pieces are not moved one by one.
-void ReserveFor(std::wstring& out, std::size_t length) {
-    const std::size_t needed = out.size() + length + length / 10 + 7;
-    if (needed > out.capacity())
-        out.reserve(std::max(needed, out.capacity() * 2));
+/// The first character from there on that is escaped, or the text's length.
+std::size_t FindEscaped(std::wstring_view text, std::size_t from, QxXmlText::Escape kind) noexcept {
+    std::size_t at = from;
+#ifdef QX_XML_SCAN_SSE2
+    if constexpr (sizeof(wchar_t) == 2) {
+        // Blocks without any of the five characters are passed over, in data too.
+        for (; text.size() - at >= 8; at += 8) {
+            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
+            __m128i found = _mm_setzero_si128();
+            for (const Entity& entity : Entities)
+                found = _mm_or_si128(found, _mm_cmpeq_epi16(block, _mm_set1_epi16(entity.character)));
+            if (_mm_movemask_epi8(found) != 0)
+                break;
+        }
+    }
+#endif
+    const std::size_t escaped = kind == QxXmlText::Escape::Attribute ? Entities.size() : DataEntities;
+    while (at < text.size() && FindEntity(text[at]) >= escaped)
+        ++at;
+    return at;
 }
 
 } // namespace
 
-void AppendEscaped(std::wstring& out, std::wstring_view text, Escape kind) {
-    ReserveFor(out, text.size());
-    const std::size_t escaped = kind == Escape::Attribute ? Entities.size() : DataEntities;
-    std::size_t copied = 0;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const std::size_t entity = FindEntity(text[at]);
-        if (entity >= escaped)
-            continue;
-        out.append(text, copied, at - copied);
-        out.push_back(L'&');
-        out.append(Entities[entity].text);
-        copied = at + 1;
-    }
-    out.append(text, copied);
+void QxXmlText::Grow(std::size_t length) {
+    constexpr std::size_t limit = std::numeric_limits<std::size_t>::max() / sizeof(wchar_t) / 2;
+    if (length > limit - m_size)
+        throw std::bad_alloc();
+    const std::size_t capacity = std::max(m_size + length, m_capacity * 2);
+    auto characters = std::make_unique_for_overwrite<wchar_t[]>(capacity);
+    std::copy_n(m_characters.get(), m_size, characters.get());
+    m_characters = std::move(characters);
+    m_capacity = capacity;
 }
 
-void AppendUnescaped(std::wstring& out, std::wstring_view text) {
-    ReserveFor(out, text.size());
+void QxXmlText::Append(std::wstring_view text) {
+    Reserve(text.size());
+    QxXmlScan::Copy(m_characters.get() + m_size, text);
+    m_size += text.size();
+}
+
+void QxXmlText::AppendEscaped(std::wstring_view text, Escape kind) {
+    // Escaping that costs a tenth, and one more entity, need no growing.
+    Reserve(text.size() + text.size() / 10 + 7);
+    std::size_t copied = 0;
+    std::size_t at = FindEscaped(text, 0, kind);
+    while (at < text.size()) {
+        Append(text.substr(copied, at - copied));
+        Append(L'&');
+        Append(Entities[FindEntity(text[at])].text);
+        copied = at + 1;
+        at = FindEscaped(text, copied, kind);
+    }
+    Append(text.substr(copied));
+}
+
+void QxXmlText::AppendUnescaped(std::wstring_view text) {
+    Reserve(text.size());
     std::size_t copied = 0;
     for (std::size_t at = text.find(L'&'); at < text.size(); at = text.find(L'&', at + 1)) {
         for (const Entity& entity : Entities) {
             if (text.substr(at + 1, entity.text.size()) != entity.text)
                 continue;
-            out.append(text, copied, at - copied);
-            out.push_back(entity.character);
+            Append(text.substr(copied, at - copied));
+            Append(entity.character);
             at += entity.text.size();
             copied = at + 1;
             break;
         }
     }
-    out.append(text, copied);
+    Append(text.substr(copied));
 }
 
-void AppendElement(std::wstring& out, std::wstring_view name, std::wstring_view data) {
-    out.push_back(L'<');
-    out.append(name);
+void QxXmlText::AppendElement(std::wstring_view name, std::wstring_view data) {
+    AppendStartTag(name);
     if (data.empty()) {
-        out.append(L"/>");
+        Append(L'/');
+        Append(L'>');
         return;
     }
-    out.push_back(L'>');
-    AppendEscaped(out, data, Escape::Data);
-    out.append(L"</");
-    out.append(name);
-    out.push_back(L'>');
+    Append(L'>');
+    AppendEscaped(data, Escape::Data);
+    AppendEndTag(name);
 }
 
-void AppendAttribute(std::wstring& out, std::wstring_view name, std::wstring_view value) {
-    out.push_back(L' ');
-    out.append(name);
-    out.append(L"=\"");
-    AppendEscaped(out, value, Escape::Attribute);
-    out.push_back(L'"');
+void QxXmlText::AppendStartTag(std::wstring_view name) {
+    Append(L'<');
+    Append(name);
 }
 
-} // namespace QxXmlText
+void QxXmlText::AppendEndTag(std::wstring_view name) {
+    Append(L'<');
+    Append(L'/');
+    Append(name);
+    Append(L'>');
+}
+
+void QxXmlText::AppendAttribute(std::wstring_view name, std::wstring_view value) {
+    Append(L' ');
+    Append(name);
+    Append(L'=');
+    Append(L'"');
+    AppendEscaped(value, Escape::Attribute);
+    Append(L'"');
+}

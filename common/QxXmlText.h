@@ -1,22 +1,52 @@
 #pragma once
 
-#include <string>
+#include <cstddef>
+#include <memory>
 #include <string_view>
 
-/// The text forms of markup: escaping, and how an element and an attribute are written. Shared by the
-/// parser's edits and by the writer, so that both give the same characters.
-namespace QxXmlText {
+/// Markup text under construction, in one growing buffer: escaping, and how an element and an attribute are
+/// written. Shared by the parser's edits and by the writer, so that both give the same characters.
+///
+/// Failure: an append throws std::bad_alloc and leaves the text before it in place.
+class QxXmlText {
+public:
+    enum class Escape { Data, Attribute };
 
-enum class Escape { Data, Attribute };
+    explicit QxXmlText(std::size_t reserve = 0) { Reserve(reserve); }
 
-/// Appends text with "<", "&", ">" escaped, and "'" and '"' too in an attribute value.
-void AppendEscaped(std::wstring& out, std::wstring_view text, Escape kind);
-/// Appends text with the five entities decoded; any other "&" is copied. Numeric references stay as they are.
-void AppendUnescaped(std::wstring& out, std::wstring_view text);
+    /// Room for that many more characters; at least doubles the buffer when it grows.
+    void Reserve(std::size_t length) {
+        if (m_capacity - m_size < length)
+            Grow(length);
+    }
 
-/// "<name>data</name>", or "<name/>" when data is empty.
-void AppendElement(std::wstring& out, std::wstring_view name, std::wstring_view data);
-/// ' name="value"'.
-void AppendAttribute(std::wstring& out, std::wstring_view name, std::wstring_view value);
+    void Append(std::wstring_view text);
+    void Append(wchar_t character) {
+        Reserve(1);
+        m_characters[m_size++] = character;
+    }
+    /// With "<", "&", ">" escaped, and "'" and '"' too in an attribute value.
+    void AppendEscaped(std::wstring_view text, Escape kind);
+    /// With the five entities decoded; any other "&" is copied. Numeric references stay as they are.
+    void AppendUnescaped(std::wstring_view text);
 
-} // namespace QxXmlText
+    /// "<name>data</name>", or "<name/>" when data is empty.
+    void AppendElement(std::wstring_view name, std::wstring_view data);
+    /// "<name", without its end.
+    void AppendStartTag(std::wstring_view name);
+    /// "</name>".
+    void AppendEndTag(std::wstring_view name);
+    /// ' name="value"'.
+    void AppendAttribute(std::wstring_view name, std::wstring_view value);
+
+    /// Valid until the next append.
+    std::wstring_view View() const noexcept { return {m_characters.get(), m_size}; }
+    std::size_t Capacity() const noexcept { return m_capacity; }
+
+private:
+    void Grow(std::size_t length);
+
+    std::unique_ptr<wchar_t[]> m_characters;
+    std::size_t m_size = 0;
+    std::size_t m_capacity = 0;
+};

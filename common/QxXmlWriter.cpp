@@ -2,21 +2,9 @@
 
 #include "QxMisc.h"
 
-void QxXmlWriter::OpenStartTag(std::wstring_view name) {
-    m_text.push_back(L'<');
-    m_text.append(name);
-}
-
-void QxXmlWriter::Attribute(std::wstring_view name, std::wstring_view value) {
-    QxXmlText::AppendAttribute(m_text, name, value);
-}
-
-void QxXmlWriter::CloseStartTag() {
-    m_text.push_back(L'>');
-}
-
 void QxXmlWriter::CloseEmptyTag() {
-    m_text.append(L"/>");
+    m_text.Append(L'/');
+    m_text.Append(L'>');
 }
 
 void QxXmlWriter::CloseWithData(std::wstring_view name, std::wstring_view data) {
@@ -25,24 +13,15 @@ void QxXmlWriter::CloseWithData(std::wstring_view name, std::wstring_view data) 
         return;
     }
     CloseStartTag();
-    QxXmlText::AppendEscaped(m_text, data, QxXmlText::Escape::Data);
+    m_text.AppendEscaped(data, QxXmlText::Escape::Data);
     EndTag(name);
 }
 
-void QxXmlWriter::EndTag(std::wstring_view name) {
-    m_text.append(L"</");
-    m_text.append(name);
-    m_text.push_back(L'>');
-}
-
-void QxXmlWriter::Element(std::wstring_view name, std::wstring_view data) {
-    QxXmlText::AppendElement(m_text, name, data);
-}
-
 void QxXmlWriter::Element(std::wstring_view name, std::int32_t value) {
-    Element(name, std::wstring_view(QxMisc::FormatInt32(value)));
+    QxMisc::Int32Digits digits;
+    m_text.AppendElement(name, QxMisc::FormatInt32(value, digits));
 }
 
 void QxXmlWriter::Element(std::wstring_view name, bool value) {
-    Element(name, QxMisc::FormatBool(value));
+    m_text.AppendElement(name, QxMisc::FormatBool(value));
 }

@@ -4,38 +4,36 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
-#include <utility>
 
-/// Writes a record's document front to back into one growing buffer. It gives the same characters as the
-/// parser's editing operations, without keeping positions.
+/// Writes a record's document front to back into one buffer. It gives the same characters as the parser's
+/// editing operations, without keeping positions.
 class QxXmlWriter {
 public:
     /// Reserves room so that a record of the usual size is written without growing.
-    explicit QxXmlWriter(std::size_t reserve = 4096) { m_text.reserve(reserve); }
+    explicit QxXmlWriter(std::size_t reserve = 4096) : m_text(reserve) {}
 
     /// "<name", left open for attributes. Close it with CloseStartTag or CloseEmptyTag.
-    void OpenStartTag(std::wstring_view name);
-    void Attribute(std::wstring_view name, std::wstring_view value);
-    void CloseStartTag();
+    void OpenStartTag(std::wstring_view name) { m_text.AppendStartTag(name); }
+    void Attribute(std::wstring_view name, std::wstring_view value) { m_text.AppendAttribute(name, value); }
+    void CloseStartTag() { m_text.Append(L'>'); }
     void CloseEmptyTag();
     /// Ends an open start tag with text content: ">data</name>", or "/>" when data is empty.
     void CloseWithData(std::wstring_view name, std::wstring_view data);
-    void EndTag(std::wstring_view name);
+    void EndTag(std::wstring_view name) { m_text.AppendEndTag(name); }
 
-    void Element(std::wstring_view name, std::wstring_view data);
+    void Element(std::wstring_view name, std::wstring_view data) { m_text.AppendElement(name, data); }
     void Element(std::wstring_view name, const wchar_t* data) { Element(name, std::wstring_view(data)); }
     /// "%ld".
     void Element(std::wstring_view name, std::int32_t value);
     /// "true" or "false".
     void Element(std::wstring_view name, bool value);
     /// Inserts markup as it stands.
-    void Raw(std::wstring_view markup) { m_text.append(markup); }
+    void Raw(std::wstring_view markup) { m_text.Append(markup); }
 
-    const std::wstring& Text() const noexcept { return m_text; }
-    std::wstring Take() noexcept { return std::move(m_text); }
+    /// Valid until more is written.
+    std::wstring_view Text() const noexcept { return m_text.View(); }
 
 private:
-    std::wstring m_text;
+    QxXmlText m_text;
 };

@@ -18,35 +18,26 @@ QxVersion ParseVersion(std::wstring_view text) {
     return version;
 }
 
-QxString Text(QxXmlParser& parser, std::wstring_view name) {
-    QxString value;
-    parser.ReadChild(name, value);
-    return value;
+} // namespace RecordReading
+
+QxString ChildReader::Text(std::wstring_view name) {
+    return Find(name) ? m_parser.GetChildData() : QxString();
 }
 
-std::int32_t Number(QxXmlParser& parser, std::wstring_view name) {
-    std::int32_t value = 0;
-    parser.ReadChild(name, value);
-    return value;
+std::int32_t ChildReader::Number(std::wstring_view name) noexcept {
+    return Find(name) ? m_parser.GetChildNumber() : 0;
 }
 
-std::int32_t PositiveNumber(QxXmlParser& parser, std::wstring_view name) {
-    const std::int32_t value = Number(parser, name);
+std::int32_t ChildReader::PositiveNumber(std::wstring_view name) noexcept {
+    const std::int32_t value = Number(name);
     return value > 0 ? value : 0;
 }
 
-bool Flag(QxXmlParser& parser, std::wstring_view name) {
-    bool value = false;
-    parser.ReadChild(name, value);
-    return value;
+bool ChildReader::Flag(std::wstring_view name) noexcept {
+    return Find(name) && m_parser.GetChildFlag();
 }
 
-QxDateTime DateTime(QxXmlParser& parser, std::wstring_view name) {
-    QxString text;
-    if (!parser.ReadChild(name, text))
-        return QxDateTime();
-    const QxDateTime value = QxDateTime::Parse(text);
+QxDateTime ChildReader::DateTime(std::wstring_view name) {
+    const QxDateTime value = QxDateTime::Parse(Text(name));
     return value.IsValid() ? value : QxDateTime();
 }
-
-} // namespace RecordReading

@@ -8,8 +8,7 @@
 #include <cstdint>
 #include <string_view>
 
-/// How records read the children of the parser's current element: each by name, from the first child on,
-/// with the value that a missing or unusable element stands for.
+/// How records read a document: its root, its version, and the children of an element.
 namespace RecordReading {
 
 /// Loads a document and makes its root current. Throws a QxException "<root> element is missing.".
@@ -18,15 +17,30 @@ void OpenRoot(QxXmlParser& parser, std::wstring_view xml, std::wstring_view root
 /// Parses and checks a "Version" attribute; throws the QxException of a malformed or invalid version.
 QxVersion ParseVersion(std::wstring_view text);
 
-/// Empty when missing.
-QxString Text(QxXmlParser& parser, std::wstring_view name);
-/// 0 when missing.
-std::int32_t Number(QxXmlParser& parser, std::wstring_view name);
-/// A positive number, otherwise 0.
-std::int32_t PositiveNumber(QxXmlParser& parser, std::wstring_view name);
-/// False when missing.
-bool Flag(QxXmlParser& parser, std::wstring_view name);
-/// The zero date when missing or not a date-time. Milliseconds are lost.
-QxDateTime DateTime(QxXmlParser& parser, std::wstring_view name);
-
 } // namespace RecordReading
+
+/// Reads the children of the parser's current element, each by its name, with the value that a missing or
+/// unusable element stands for. Of several elements with a name the first counts. A name is asked for once;
+/// names in the document's order are found without a search.
+class ChildReader {
+public:
+    explicit ChildReader(QxXmlParser& parser) noexcept : m_parser(parser) {}
+
+    /// Makes the child the parser's current child. The parser may go into it, but must come out of it again.
+    bool Find(std::wstring_view name) noexcept { return m_parser.FindUniqueChild(name, m_found); }
+
+    /// Empty when missing.
+    QxString Text(std::wstring_view name);
+    /// 0 when missing.
+    std::int32_t Number(std::wstring_view name) noexcept;
+    /// A positive number, otherwise 0.
+    std::int32_t PositiveNumber(std::wstring_view name) noexcept;
+    /// False when missing.
+    bool Flag(std::wstring_view name) noexcept;
+    /// The zero date when missing or not a date-time. Milliseconds are lost.
+    QxDateTime DateTime(std::wstring_view name);
+
+private:
+    QxXmlParser& m_parser;
+    std::int32_t m_found = 0;
+};

@@ -45,22 +45,24 @@ bool CCopyLine::put_Xml(std::wstring_view xml) {
 }
 
 void CCopyLine::Read(QxXmlParser& parser) {
-    SetPaperSize(RecordReading::Text(parser, L"PaperSize"));
-    SetPaperDimensions(RecordReading::Text(parser, L"PaperDimensions"));
-    SetSheets(RecordReading::Number(parser, L"Sheets"));
-    if (std::int32_t pages = 0; parser.ReadChild(L"Pages", pages)) {
-        ReadOlderForm(parser, pages);
+    ChildReader children(parser);
+    SetPaperSize(children.Text(L"PaperSize"));
+    SetPaperDimensions(children.Text(L"PaperDimensions"));
+    const QxString attributes = children.Text(L"Attributes");
+    SetSheets(children.Number(L"Sheets"));
+    if (children.Find(L"Pages")) {
+        const std::int32_t pages = parser.GetChildNumber();
+        ReadOlderForm(pages, children.Text(L"PageAttributes"));
         return;
     }
-    SetAttributes(RecordReading::Text(parser, L"Attributes"));
-    SetPagesBW(RecordReading::Number(parser, L"PagesBW"));
-    SetPagesColor(RecordReading::Number(parser, L"PagesColor"));
-    SetPagesBlank(RecordReading::Number(parser, L"PagesBlank"));
+    SetAttributes(attributes);
+    SetPagesBW(children.Number(L"PagesBW"));
+    SetPagesColor(children.Number(L"PagesColor"));
+    SetPagesBlank(children.Number(L"PagesBlank"));
 }
 
 // The older form has one page count; whether it counts color pages is one of the attribute words.
-void CCopyLine::ReadOlderForm(QxXmlParser& parser, std::int32_t pages) {
-    const QxString attributes = RecordReading::Text(parser, L"PageAttributes");
+void CCopyLine::ReadOlderForm(std::int32_t pages, const QxString& attributes) {
     const bool isColor = QxMisc::Contains(attributes, AttributeText::Color);
     SetPagesColor(isColor ? pages : 0);
     SetPagesBW(isColor ? 0 : pages);

@@ -53,7 +53,7 @@ public:
     void WriteXml(QxXmlWriter& writer) const;
 
 private:
-    void ReadOlderForm(QxXmlParser& parser, std::int32_t pages);
+    void ReadOlderForm(std::int32_t pages, const QxString& attributes);
 
     QxString m_attributes;
     std::int32_t m_pagesBlank = 0;

@@ -8,7 +8,7 @@ HRESULT CCopyLineImpl::get_Xml(BSTR* pVal) {
     return GetValue(pVal, METHOD_SOURCE(CCopyLineImpl, put_Xml), [&] {
         QxXmlWriter writer(512);
         m_line.WriteXml(writer);
-        return writer.Take();
+        return writer;
     });
 }
 

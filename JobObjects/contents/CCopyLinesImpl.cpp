@@ -7,7 +7,7 @@ HRESULT CCopyLinesImpl::get_Xml(BSTR* pVal) {
     return GetValue(pVal, METHOD_SOURCE(CCopyLinesImpl, get_Xml), [&] {
         QxXmlWriter writer(1024);
         m_lines.WriteXml(writer);
-        return writer.Take();
+        return writer;
     });
 }
 

@@ -36,18 +36,19 @@ bool CJobContents::ReadXml(std::wstring_view xml) {
     parser.SetDocument(xml);
     if (!parser.FindElement(L"JobContents", true))
         return false;
-    const QxString version = parser.GetAttribute(L"Version");
-    m_version = version.empty() ? QxVersion(4, 0) : QxVersion(version.view());
-    const bool hasCopyLines = ReadCopyLines(parser);
-    SetJobOriginals(RecordReading::Number(parser, L"JobOriginals"));
-    SetJobCopies(RecordReading::Number(parser, L"JobCopies"));
-    SetJobPdl(RecordReading::Text(parser, L"JobPdl"));
-    SetJobFinishing(RecordReading::Text(parser, L"JobFinishing"));
+    const std::wstring_view version = parser.GetRawAttribute(L"Version");
+    m_version = version.empty() ? QxVersion(4, 0) : QxVersion(version);
+    ChildReader children(parser);
+    const bool hasCopyLines = ReadCopyLines(parser, children);
+    SetJobOriginals(children.Number(L"JobOriginals"));
+    SetJobCopies(children.Number(L"JobCopies"));
+    SetJobPdl(children.Text(L"JobPdl"));
+    SetJobFinishing(children.Text(L"JobFinishing"));
     return hasCopyLines;
 }
 
-bool CJobContents::ReadCopyLines(QxXmlParser& parser) {
-    if (!parser.FindChildElement(L"JobCopyLines", true))
+bool CJobContents::ReadCopyLines(QxXmlParser& parser, ChildReader& children) {
+    if (!children.Find(L"JobCopyLines"))
         return m_jobCopyLines->put_Xml({}); // empties the lines and logs
     parser.IntoElement();
     m_jobCopyLines->Read(parser);

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <utility>
 
+class ChildReader;
+
 /// What a job produced: its copy lines, originals and copies, page description language and finishing.
 class CJobContents {
 public:
@@ -87,7 +89,7 @@ public:
 
 private:
     bool ReadXml(std::wstring_view xml);
-    bool ReadCopyLines(QxXmlParser& parser);
+    bool ReadCopyLines(QxXmlParser& parser, ChildReader& children);
 
     std::shared_ptr<CCopyLines> m_jobCopyLines; // never null
     bool m_generateDefaultPageAttributes = true;

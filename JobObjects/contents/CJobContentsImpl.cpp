@@ -15,7 +15,7 @@ HRESULT CJobContentsImpl::get_Xml(BSTR* pVal) {
     return GetValue(pVal, METHOD_SOURCE(CJobContentsImpl, get_Xml), [&] {
         QxXmlWriter writer(2048);
         m_contents.WriteXml(writer);
-        return writer.Take();
+        return writer;
     });
 }
 

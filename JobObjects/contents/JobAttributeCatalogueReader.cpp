@@ -1,6 +1,5 @@
 #include "JobAttributeCatalogueReader.h"
 
-#include "common/QxMisc.h"
 #include "common/QxXmlParser.h"
 #include "common/log/QxLogger.h"
 
@@ -12,16 +11,16 @@
 namespace {
 
 std::uint32_t ReadDbId(const QxXmlParser& parser) {
-    return static_cast<std::uint32_t>(QxMisc::ParseInt32(parser.GetChildAttribute(L"DbId")));
+    return static_cast<std::uint32_t>(parser.GetChildAttributeNumber(L"DbId"));
 }
 
 bool ReadDefault(const QxXmlParser& parser) {
-    return QxMisc::ParseBool(parser.GetChildAttribute(L"Default"));
+    return parser.GetChildAttributeFlag(L"Default");
 }
 
 /// The next child of that name; 0 if there is none.
 std::int32_t ReadNextNumber(QxXmlParser& parser, std::wstring_view name) {
-    return parser.FindChildElement(name) ? QxMisc::ParseInt32(parser.GetChildData()) : 0;
+    return parser.FindChildElement(name) ? parser.GetChildNumber() : 0;
 }
 
 void ReadPaperDimensions(QxXmlParser& parser, PaperSizeEntry& size) {

@@ -3,6 +3,7 @@
 #include "common/Bstr.h"
 #include "common/ErrorReporting.h"
 #include "common/QxDateTime.h"
+#include "common/QxXmlWriter.h"
 
 #include <algorithm>
 #include <concepts>
@@ -16,6 +17,9 @@ inline BSTR ToAutomation(const QxString& value) {
 }
 inline BSTR ToAutomation(const std::wstring& value) {
     return NewBstr(value);
+}
+inline BSTR ToAutomation(const QxXmlWriter& value) {
+    return NewBstr(value.Text());
 }
 template<std::integral Number>
 LONG ToAutomation(Number value) noexcept {

@@ -2,7 +2,6 @@
 
 #include "common/Clock.h"
 #include "common/QxXmlWriter.h"
-#include "common/RecordReading.h"
 
 HRESULT CLogicalPrinterImpl::get_Xml(BSTR* pVal) {
     return GetValue(pVal,
@@ -36,7 +35,7 @@ HRESULT CLogicalPrinterImpl::get_DriverInfoXml(BSTR* pVal) {
         writer.Element(L"DriverCompanyName", m_driverCompanyName);
         writer.Element(L"DriverFileVersion", m_driverFileVersion);
         writer.EndTag(L"DriverInfo");
-        return writer.Take();
+        return writer;
     });
 }
 

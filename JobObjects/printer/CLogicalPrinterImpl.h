@@ -3,7 +3,7 @@
 #include "JobObjects/frame/Accessors.h"
 #include "JobObjects/frame/Record.h"
 #include "common/QxVersion.h"
-#include "common/QxXmlParser.h"
+#include "common/RecordReading.h"
 
 /// One print queue as the agent sees it: its names, driver, print monitor and print processor, and the dates
 /// of its first and last transaction. Stored values only. May be part of an aggregate.
@@ -54,10 +54,10 @@ private:
     static const Element s_elements[]; // the XML form, CLogicalPrinterXml.cpp
 
     bool IsOlderForm() const noexcept;
-    std::wstring WriteXml();
+    QxXmlWriter WriteXml();
     void ReadVersion(const QxXmlParser& parser);
     void ReadElements(QxXmlParser& parser);
-    void ReadElement(QxXmlParser& parser, const Element& element);
+    void ReadElement(const QxXmlParser& parser, ChildReader& children, const Element& element);
 
     /// Fills in missing transaction dates and keeps the last one from lying before the first.
     void NormalizeTransactionDates() noexcept;

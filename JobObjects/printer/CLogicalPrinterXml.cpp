@@ -3,7 +3,6 @@
 #include "CLogicalPrinterImpl.h"
 
 #include "common/QxXmlWriter.h"
-#include "common/RecordReading.h"
 #include "common/XmlNamespace.h"
 
 namespace {
@@ -101,7 +100,7 @@ bool CLogicalPrinterImpl::IsOlderForm() const noexcept {
     return m_version < currentForm;
 }
 
-std::wstring CLogicalPrinterImpl::WriteXml() {
+QxXmlWriter CLogicalPrinterImpl::WriteXml() {
     NormalizeTransactionDates();
     QxXmlWriter writer;
     writer.OpenStartTag(L"LogicalPrinter");
@@ -130,7 +129,7 @@ std::wstring CLogicalPrinterImpl::WriteXml() {
         }
     }
     writer.EndTag(L"LogicalPrinter");
-    return writer.Take();
+    return writer;
 }
 
 void CLogicalPrinterImpl::ReadVersion(const QxXmlParser& parser) {
@@ -140,29 +139,33 @@ void CLogicalPrinterImpl::ReadVersion(const QxXmlParser& parser) {
 }
 
 void CLogicalPrinterImpl::ReadElements(QxXmlParser& parser) {
+    ChildReader children(parser);
     for (const Element& element : s_elements)
         if (element.BelongsTo(m_version))
-            ReadElement(parser, element);
+            ReadElement(parser, children, element);
     NormalizeTransactionDates();
 }
 
-void CLogicalPrinterImpl::ReadElement(QxXmlParser& parser, const Element& element) {
+void CLogicalPrinterImpl::ReadElement(const QxXmlParser& parser, ChildReader& children,
+                                      const Element& element) {
     switch (element.kind) {
     case Element::Kind::Text:
-        this->*element.text = RecordReading::Text(parser, element.name);
+        this->*element.text = children.Text(element.name);
         break;
     case Element::Kind::Markup:
         this->*element.text =
-            parser.FindChildElement(element.name, true) ? QxString(parser.GetChildSubDocument()) : QxString();
+            children.Find(element.name) ? QxString(parser.GetChildSubDocument()) : QxString();
         break;
     case Element::Kind::Number:
-        parser.ReadChild(element.name, this->*element.number);
+        if (children.Find(element.name))
+            this->*element.number = parser.GetChildNumber();
         break;
     case Element::Kind::Flag:
-        parser.ReadChild(element.name, this->*element.flag);
+        if (children.Find(element.name))
+            this->*element.flag = parser.GetChildFlag();
         break;
     case Element::Kind::Date:
-        this->*element.date = RecordReading::DateTime(parser, element.name);
+        this->*element.date = children.DateTime(element.name);
         break;
     }
 }

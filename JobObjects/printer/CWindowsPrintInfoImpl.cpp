@@ -64,7 +64,7 @@ HRESULT CWindowsPrintInfoImpl::put_Xml(BSTR newVal) {
     });
 }
 
-std::wstring CWindowsPrintInfoImpl::WriteXml() const {
+QxXmlWriter CWindowsPrintInfoImpl::WriteXml() const {
     QxXmlWriter writer(1536);
     writer.OpenStartTag(L"WindowsPrintInfo");
     writer.CloseStartTag();
@@ -75,15 +75,16 @@ std::wstring CWindowsPrintInfoImpl::WriteXml() const {
             writer.Element(element.name, this->*element.number);
     }
     writer.EndTag(L"WindowsPrintInfo");
-    return writer.Take();
+    return writer;
 }
 
 void CWindowsPrintInfoImpl::ReadElements(QxXmlParser& parser) {
+    ChildReader children(parser);
     for (const Element& element : s_elements) {
         if (element.text)
-            this->*element.text = RecordReading::Text(parser, element.name);
+            this->*element.text = children.Text(element.name);
         else
-            this->*element.number = std::max(RecordReading::Number(parser, element.name), element.minimum);
+            this->*element.number = std::max(children.Number(element.name), element.minimum);
     }
     // Pages count all copies once the originals are known; a record's own output already does.
     if (m_jobInfoOriginals == 0) {

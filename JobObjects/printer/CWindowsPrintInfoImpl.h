@@ -46,7 +46,7 @@ private:
     struct Element;
     static const Element s_elements[];
 
-    std::wstring WriteXml() const;
+    QxXmlWriter WriteXml() const;
     void ReadElements(QxXmlParser& parser);
     std::int32_t Copies() const noexcept;
 

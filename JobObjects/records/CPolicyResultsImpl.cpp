@@ -64,7 +64,7 @@ void CPolicyResultsImpl::AddViolation(std::int32_t triggerId, std::wstring_view 
         m_violations.try_emplace(triggerId, action);
 }
 
-std::wstring CPolicyResultsImpl::WriteXml() const {
+QxXmlWriter CPolicyResultsImpl::WriteXml() const {
     QxXmlWriter writer(512);
     writer.OpenStartTag(L"PolicyResults");
     writer.Attribute(L"xmlns", QX_XML_NAMESPACE_BASE L"/OutputManagement/Policy");
@@ -89,30 +89,30 @@ std::wstring CPolicyResultsImpl::WriteXml() const {
         writer.EndTag(L"RuleViolations");
     }
     writer.EndTag(L"PolicyResults");
-    return writer.Take();
+    return writer;
 }
 
 void CPolicyResultsImpl::ReadXml(std::wstring_view xml) {
     QxXmlParser parser;
     RecordReading::OpenRoot(parser, xml, L"PolicyResults");
-    m_version = RecordReading::ParseVersion(parser.GetAttribute(L"Version"));
+    m_version = RecordReading::ParseVersion(parser.GetRawAttribute(L"Version"));
 
-    m_policyId = RecordReading::PositiveNumber(parser, L"PolicyId");
+    ChildReader children(parser);
+    m_policyId = children.PositiveNumber(L"PolicyId");
     m_hasRules = true;
-    QxString hasRules;
-    if (parser.FindChildElement(L"PolicyId", true) && parser.FindChildAttribute(L"HasRules", hasRules))
+    // The current child is the policy's identifier, or there is none.
+    if (QxString hasRules; parser.FindChildAttribute(L"HasRules", hasRules))
         m_hasRules = QxMisc::ParseBool(hasRules);
-    m_policyName = RecordReading::Text(parser, L"PolicyName");
-    m_cancelled = RecordReading::Flag(parser, L"Cancelled");
+    m_policyName = children.Text(L"PolicyName");
+    m_cancelled = children.Flag(L"Cancelled");
     m_violations.clear();
-    if (parser.FindChildElement(L"RuleViolations", true))
+    if (children.Find(L"RuleViolations"))
         ReadRuleViolations(parser);
 }
 
 void CPolicyResultsImpl::ReadRuleViolations(QxXmlParser& parser) {
     parser.IntoElement();
     while (parser.FindChildElement(L"Rule"))
-        AddViolation(QxMisc::ParseInt32(parser.GetChildAttribute(L"TriggerId")),
-                     parser.GetChildAttribute(L"Action"));
+        AddViolation(parser.GetChildAttributeNumber(L"TriggerId"), parser.GetChildAttribute(L"Action"));
     parser.OutOfElement();
 }

@@ -29,7 +29,7 @@ public:
     TEXT_PROPERTY(CPolicyResultsImpl, PolicyName, m_policyName)
 
 private:
-    std::wstring WriteXml() const;
+    QxXmlWriter WriteXml() const;
     void ReadXml(std::wstring_view xml);
     void ReadRuleViolations(QxXmlParser& parser);
     bool InformOnly() const noexcept;

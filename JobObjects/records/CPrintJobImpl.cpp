@@ -20,7 +20,7 @@ HRESULT CPrintJobImpl::get_PageCounterInfoXml(BSTR* pVal) {
     return GetValue(pVal, METHOD_SOURCE(CPrintJobImpl, get_PageCounterInfoXml), [&] {
         QxXmlWriter writer;
         WritePageCounterInfo(writer);
-        return writer.Take();
+        return writer;
     });
 }
 

@@ -3,7 +3,7 @@
 #include "JobObjects/frame/Accessors.h"
 #include "JobObjects/frame/Record.h"
 #include "common/QxVersion.h"
-#include "common/QxXmlParser.h"
+#include "common/RecordReading.h"
 #include "common/QxXmlWriter.h"
 
 /// One print job: who printed it, when, from where and how big it was, the target it is logged against, and
@@ -72,7 +72,7 @@ private:
 
     // The XML form (CPrintJobXml.cpp).
 
-    std::wstring WriteXml();
+    QxXmlWriter WriteXml();
     void WriteUser(QxXmlWriter& writer) const;
     void WriteJob(QxXmlWriter& writer) const;
     void WriteOrigin(QxXmlWriter& writer) const;
@@ -81,15 +81,15 @@ private:
 
     void ReadXml(std::wstring_view xml);
     void ReadVersion(const QxXmlParser& parser);
-    void ReadUser(QxXmlParser& parser);
-    void ReadTimes(QxXmlParser& parser);
-    void ReadJob(QxXmlParser& parser);
-    void ReadLogTarget(QxXmlParser& parser);
-    void ReadOrigin(QxXmlParser& parser);
-    void ReadToner(QxXmlParser& parser);
-    void ReadChildren(QxXmlParser& parser);
-    void ReadJobContents(QxXmlParser& parser);
-    void ReadPageCounterInfo(QxXmlParser& parser);
+    void ReadUser(ChildReader& children);
+    void ReadTimes(const QxXmlParser& parser, ChildReader& children);
+    void ReadJob(ChildReader& children);
+    void ReadLogTarget(const QxXmlParser& parser, ChildReader& children);
+    void ReadOrigin(QxXmlParser& parser, ChildReader& children);
+    void ReadToner(QxXmlParser& parser, ChildReader& children);
+    void ReadChildren(QxXmlParser& parser, ChildReader& children);
+    void ReadJobContents(const QxXmlParser& parser, ChildReader& children);
+    void ReadPageCounterInfo(QxXmlParser& parser, ChildReader& children);
 
     /// Fills in the current time where one was never set.
     void StampTimes() noexcept;

@@ -7,10 +7,7 @@
 #include "LogTargetTypes.h"
 #include "common/Clock.h"
 #include "common/QxMisc.h"
-#include "common/RecordReading.h"
 #include "common/XmlNamespace.h"
-
-using namespace RecordReading;
 
 namespace {
 
@@ -34,9 +31,9 @@ std::int32_t Milliseconds(std::wstring_view text) noexcept {
 /// Reads an optional child's sub-document into the held child, which is created when there is none. Without
 /// the element the child is released. A child that cannot be created makes the read fail with E_POINTER.
 template<class Interface>
-void ReadOptionalChild(QxXmlParser& parser, std::wstring_view name, const wchar_t* progId, REFIID iid,
-                       ComPtr<Interface>& child) {
-    if (!parser.FindChildElement(name, true)) {
+void ReadOptionalChild(QxXmlParser& parser, ChildReader& children, std::wstring_view name,
+                       const wchar_t* progId, REFIID iid, ComPtr<Interface>& child) {
+    if (!children.Find(name)) {
         child = {};
         return;
     }
@@ -47,7 +44,7 @@ void ReadOptionalChild(QxXmlParser& parser, std::wstring_view name, const wchar_
 
 } // namespace
 
-std::wstring CPrintJobImpl::WriteXml() {
+QxXmlWriter CPrintJobImpl::WriteXml() {
     StampTimes();
     QxXmlWriter writer;
     writer.OpenStartTag(L"PrintJob");
@@ -59,24 +56,25 @@ std::wstring CPrintJobImpl::WriteXml() {
     WriteOrigin(writer);
     WriteChildren(writer);
     writer.EndTag(L"PrintJob");
-    return writer.Take();
+    return writer;
 }
 
 void CPrintJobImpl::ReadXml(std::wstring_view xml) {
     QxXmlParser parser;
-    OpenRoot(parser, xml, L"PrintJob");
+    RecordReading::OpenRoot(parser, xml, L"PrintJob");
     ReadVersion(parser);
-    ReadUser(parser);
-    ReadTimes(parser);
-    ReadJob(parser);
-    ReadLogTarget(parser);
-    ReadOrigin(parser);
-    ReadChildren(parser);
+    ChildReader children(parser);
+    ReadUser(children);
+    ReadTimes(parser, children);
+    ReadJob(children);
+    ReadLogTarget(parser, children);
+    ReadOrigin(parser, children);
+    ReadChildren(parser, children);
 }
 
 void CPrintJobImpl::ReadVersion(const QxXmlParser& parser) {
-    const QxString text = parser.GetAttribute(L"Version");
-    m_version = text.empty() ? assumedVersion : ParseVersion(text);
+    const std::wstring_view text = parser.GetRawAttribute(L"Version");
+    m_version = text.empty() ? assumedVersion : RecordReading::ParseVersion(text);
     if (m_version < lowestVersion)
         m_version = lowestVersion;
 }
@@ -95,25 +93,27 @@ void CPrintJobImpl::WriteUser(QxXmlWriter& writer) const {
     }
 }
 
-void CPrintJobImpl::ReadUser(QxXmlParser& parser) {
-    m_jobGuid = Text(parser, L"JobGuid");
-    m_customerCode = Text(parser, L"CustomerCode");
-    m_userName = Text(parser, L"UserName");
+void CPrintJobImpl::ReadUser(ChildReader& children) {
+    m_jobGuid = children.Text(L"JobGuid");
+    m_customerCode = children.Text(L"CustomerCode");
+    m_userName = children.Text(L"UserName");
     if (m_version >= userDomainVersion)
-        m_userDomainName = Text(parser, L"UserDomainName");
+        m_userDomainName = children.Text(L"UserDomainName");
+    m_fromSystemUser = m_version >= systemUserVersion && children.Flag(L"FromSystemUser");
     if (m_version >= desktopUserVersion) {
-        m_desktopUserName = Text(parser, L"DesktopUserName");
-        m_desktopUserDomainName = Text(parser, L"DesktopUserDomainName");
+        m_desktopUserName = children.Text(L"DesktopUserName");
+        m_desktopUserDomainName = children.Text(L"DesktopUserDomainName");
     }
 }
 
-void CPrintJobImpl::ReadTimes(QxXmlParser& parser) {
-    const QxString local = Text(parser, L"JobTimeLocal");
+void CPrintJobImpl::ReadTimes(const QxXmlParser& parser, ChildReader& children) {
+    const QxString local = children.Text(L"JobTimeLocal");
     m_jobTimeLocalMsec = Milliseconds(local);
     m_jobTimeLocal = local.empty() ? QxDateTime() : QxDateTime::Parse(local);
-    QxString utc;
-    if (parser.ReadChild(L"JobTimeUtc", utc))
+    if (children.Find(L"JobTimeUtc")) {
+        const QxString utc = parser.GetChildData();
         m_jobTimeUtc = utc.empty() ? Clock::UtcNow() : QxDateTime::Parse(utc);
+    }
     StampTimes();
 }
 
@@ -133,21 +133,21 @@ void CPrintJobImpl::WriteJob(QxXmlWriter& writer) const {
     writer.CloseWithData(L"LogTarget", m_logTarget);
 }
 
-void CPrintJobImpl::ReadJob(QxXmlParser& parser) {
-    m_jobSize = PositiveNumber(parser, L"JobSize");
-    m_jobName = Text(parser, L"JobName");
-    m_jobFileName = Text(parser, L"JobFileName");
-    m_jobDataType = Text(parser, L"JobDataType");
+void CPrintJobImpl::ReadJob(ChildReader& children) {
+    m_jobSize = children.PositiveNumber(L"JobSize");
+    m_jobName = children.Text(L"JobName");
+    m_jobFileName = children.Text(L"JobFileName");
+    m_jobDataType = children.Text(L"JobDataType");
 }
 
-void CPrintJobImpl::ReadLogTarget(QxXmlParser& parser) {
+void CPrintJobImpl::ReadLogTarget(const QxXmlParser& parser, ChildReader& children) {
     std::int32_t type = LogTargetNone;
     QxString value;
     if (m_version < s_logTargetVersion) {
-        value = Text(parser, L"LogicalPrinterGuid");
+        value = children.Text(L"LogicalPrinterGuid");
         if (!value.empty())
             type = LogTargetLogicalPrinter;
-    } else if (parser.FindChildElement(L"LogTarget", true)) {
+    } else if (children.Find(L"LogTarget")) {
         type = LogTargetTypeFromName(parser.GetChildAttribute(L"Type"));
         value = parser.GetChildData();
     }
@@ -177,28 +177,28 @@ void CPrintJobImpl::WriteOrigin(QxXmlWriter& writer) const {
     writer.Element(L"JobContentsDiscardCount", m_jobContentsDiscardCount);
 }
 
-void CPrintJobImpl::ReadOrigin(QxXmlParser& parser) {
-    m_machineName = Text(parser, L"MachineName");
+void CPrintJobImpl::ReadOrigin(QxXmlParser& parser, ChildReader& children) {
+    m_machineName = children.Text(L"MachineName");
     const bool hasApplication = m_version >= s_logTargetVersion;
-    m_applicationName = hasApplication ? Text(parser, L"ApplicationName") : QxString();
-    m_vpnConnected = hasApplication && Flag(parser, L"VpnConnected");
-    ReadToner(parser);
     const bool hasDataSource = m_version >= dataSourceVersion;
-    m_applicationDescription = hasDataSource ? Text(parser, L"ApplicationDescription") : QxString();
-    m_dataSource = hasDataSource ? Number(parser, L"DataSource") : 0;
-    m_fromSystemUser = m_version >= systemUserVersion && Flag(parser, L"FromSystemUser");
-    m_jobContentsSource = PositiveNumber(parser, L"JobContentsSource");
-    m_jobContentsDiscardCount = PositiveNumber(parser, L"JobContentsDiscardCount");
+    m_applicationName = hasApplication ? children.Text(L"ApplicationName") : QxString();
+    m_applicationDescription = hasDataSource ? children.Text(L"ApplicationDescription") : QxString();
+    m_vpnConnected = hasApplication && children.Flag(L"VpnConnected");
+    ReadToner(parser, children);
+    m_dataSource = hasDataSource ? children.Number(L"DataSource") : 0;
+    m_jobContentsSource = children.PositiveNumber(L"JobContentsSource");
+    m_jobContentsDiscardCount = children.PositiveNumber(L"JobContentsDiscardCount");
 }
 
-void CPrintJobImpl::ReadToner(QxXmlParser& parser) {
+void CPrintJobImpl::ReadToner(QxXmlParser& parser, ChildReader& children) {
     m_tonerCoverage = -1;
     m_tonerSaving = -1;
-    if (m_version < tonerVersion || !parser.FindChildElement(L"Toner", true))
+    if (m_version < tonerVersion || !children.Find(L"Toner"))
         return;
     parser.IntoElement();
-    m_tonerCoverage = Number(parser, L"Coverage");
-    m_tonerSaving = Number(parser, L"Saving");
+    ChildReader toner(parser);
+    m_tonerCoverage = toner.Number(L"Coverage");
+    m_tonerSaving = toner.Number(L"Saving");
     parser.OutOfElement();
 }
 
@@ -221,20 +221,20 @@ void CPrintJobImpl::WritePageCounterInfo(QxXmlWriter& writer) const {
     writer.EndTag(L"PageCounterInfo");
 }
 
-void CPrintJobImpl::ReadChildren(QxXmlParser& parser) {
-    ReadJobContents(parser);
-    ReadPageCounterInfo(parser);
-    ReadOptionalChild(parser, L"WindowsPrintInfo", L"Corvane.WindowsPrintInfo", IID_IWindowsPrintInfo,
-                      m_windowsPrintInfo);
+void CPrintJobImpl::ReadChildren(QxXmlParser& parser, ChildReader& children) {
+    ReadJobContents(parser, children);
+    ReadPageCounterInfo(parser, children);
+    ReadOptionalChild(parser, children, L"WindowsPrintInfo", L"Corvane.WindowsPrintInfo",
+                      IID_IWindowsPrintInfo, m_windowsPrintInfo);
     if (m_version >= policyResultsVersion)
-        ReadOptionalChild(parser, L"PolicyResults", L"Corvane.PolicyResults", IID_IPolicyResults,
+        ReadOptionalChild(parser, children, L"PolicyResults", L"Corvane.PolicyResults", IID_IPolicyResults,
                           m_policyResults);
     else
         m_policyResults = {};
 }
 
-void CPrintJobImpl::ReadJobContents(QxXmlParser& parser) {
-    const bool present = parser.FindChildElement(L"JobContents", true);
+void CPrintJobImpl::ReadJobContents(const QxXmlParser& parser, ChildReader& children) {
+    const bool present = children.Find(L"JobContents");
     if (!present)
         m_jobContents = {};
     if (!m_jobContents)
@@ -243,15 +243,16 @@ void CPrintJobImpl::ReadJobContents(QxXmlParser& parser) {
         PutChildXml(m_jobContents, parser.GetChildSubDocument(), IID_IJobContents);
 }
 
-void CPrintJobImpl::ReadPageCounterInfo(QxXmlParser& parser) {
-    if (!parser.FindChildElement(L"PageCounterInfo", true)) {
+void CPrintJobImpl::ReadPageCounterInfo(QxXmlParser& parser, ChildReader& children) {
+    if (!children.Find(L"PageCounterInfo")) {
         m_pageCounterJobContents = {};
         m_pageCounterErrorMessage = {};
         m_pageCounterResult = {};
         return;
     }
     parser.IntoElement();
-    if (!parser.FindChildElement(L"JobContents", true)) {
+    ChildReader info(parser);
+    if (!info.Find(L"JobContents")) {
         m_pageCounterJobContents = {};
     } else {
         if (!m_pageCounterJobContents)
@@ -259,7 +260,7 @@ void CPrintJobImpl::ReadPageCounterInfo(QxXmlParser& parser) {
                 CreateByProgId(L"Corvane.JobContents", IID_IJobContents, m_pageCounterJobContents.PutVoid()));
         PutChildXml(m_pageCounterJobContents, parser.GetChildSubDocument(), IID_IJobContents);
     }
-    m_pageCounterErrorMessage = Text(parser, L"PageCounterErrorMessage");
-    m_pageCounterResult = Text(parser, L"PageCounterResult");
+    m_pageCounterErrorMessage = info.Text(L"PageCounterErrorMessage");
+    m_pageCounterResult = info.Text(L"PageCounterResult");
     parser.OutOfElement();
 }

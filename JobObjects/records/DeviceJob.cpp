@@ -2,9 +2,6 @@
 
 #include "JobObjects/frame/ChildRecord.h"
 #include "common/Clock.h"
-#include "common/RecordReading.h"
-
-using namespace RecordReading;
 
 namespace {
 constexpr QxVersion policyResultsVersion(4, 0);
@@ -15,7 +12,7 @@ DeviceJob::DeviceJob(const Form& jobForm)
     ThrowIfFailed(CreateByProgId(L"Corvane.JobContents", IID_IJobContents, jobContents.PutVoid()));
 }
 
-std::wstring DeviceJob::Write(std::span<const OwnField> ownFields) const {
+QxXmlWriter DeviceJob::Write(std::span<const OwnField> ownFields) const {
     QxXmlWriter writer(2048);
     writer.OpenStartTag(form.root);
     writer.Attribute(L"xmlns", form.xmlNamespace);
@@ -37,34 +34,35 @@ std::wstring DeviceJob::Write(std::span<const OwnField> ownFields) const {
     if (version >= policyResultsVersion && policyResults)
         writer.Raw(GetChildXml(policyResults, IID_IPolicyResults).View());
     writer.EndTag(form.root);
-    return writer.Take();
+    return writer;
 }
 
 void DeviceJob::Read(std::wstring_view xml, std::span<const OwnField> ownFields) {
     QxXmlParser parser;
-    OpenRoot(parser, xml, form.root);
-    version = std::max(ParseVersion(parser.GetAttribute(L"Version")), form.lowestVersion);
-    jobGuid = Text(parser, L"JobGuid");
-    customerCode = Text(parser, L"CustomerCode");
-    identifierType = PositiveNumber(parser, L"IdentifierType");
-    identifierData = Text(parser, L"IdentifierData");
-    deviceId = PositiveNumber(parser, L"DeviceId");
-    jobTimeLocal = DateTime(parser, L"JobTimeLocal");
+    RecordReading::OpenRoot(parser, xml, form.root);
+    version = std::max(RecordReading::ParseVersion(parser.GetRawAttribute(L"Version")), form.lowestVersion);
+    ChildReader children(parser);
+    jobGuid = children.Text(L"JobGuid");
+    customerCode = children.Text(L"CustomerCode");
+    identifierType = children.PositiveNumber(L"IdentifierType");
+    identifierData = children.Text(L"IdentifierData");
+    deviceId = children.PositiveNumber(L"DeviceId");
+    jobTimeLocal = children.DateTime(L"JobTimeLocal");
     for (const OwnField& field : ownFields) {
         if (field.text)
-            *field.text = Text(parser, field.name);
+            *field.text = children.Text(field.name);
         else
-            *field.number = PositiveNumber(parser, field.name);
+            *field.number = children.PositiveNumber(field.name);
     }
-    ReadChildren(parser);
+    ReadChildren(parser, children);
 }
 
-void DeviceJob::ReadChildren(QxXmlParser& parser) {
-    if (!parser.FindChildElement(L"JobContents", true))
+void DeviceJob::ReadChildren(const QxXmlParser& parser, ChildReader& children) {
+    if (!children.Find(L"JobContents"))
         throw QxException(L"JobContents element is missing.");
     PutChildXml(jobContents, parser.GetChildSubDocument(), IID_IJobContents);
 
-    if (version < policyResultsVersion || !parser.FindChildElement(L"PolicyResults", true)) {
+    if (version < policyResultsVersion || !children.Find(L"PolicyResults")) {
         policyResults = {};
         return;
     }

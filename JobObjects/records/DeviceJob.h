@@ -3,8 +3,8 @@
 #include "JobObjects/frame/Accessors.h"
 #include "JobObjects.h"
 #include "common/QxVersion.h"
-#include "common/QxXmlParser.h"
 #include "common/QxXmlWriter.h"
+#include "common/RecordReading.h"
 
 #include <span>
 
@@ -28,7 +28,7 @@ struct DeviceJob {
     /// Takes the current local time and creates an empty JobContents; throws a ComError if that fails.
     explicit DeviceJob(const Form& jobForm);
 
-    std::wstring Write(std::span<const OwnField> ownFields) const;
+    QxXmlWriter Write(std::span<const OwnField> ownFields) const;
     /// Fields read before a failure keep their new values.
     void Read(std::wstring_view xml, std::span<const OwnField> ownFields);
 
@@ -44,7 +44,7 @@ struct DeviceJob {
     ComPtr<IPolicyResults> policyResults;
 
 private:
-    void ReadChildren(QxXmlParser& parser);
+    void ReadChildren(const QxXmlParser& parser, ChildReader& children);
 };
 
 /// The members that the three interfaces share.

@@ -13,7 +13,7 @@ template<class Record>
 std::wstring XmlOf(const Record& record) {
     QxXmlWriter writer(256);
     record.WriteXml(writer);
-    return writer.Take();
+    return std::wstring(writer.Text());
 }
 
 /// Puts a text into a record, which may refuse it. What the record then writes is taken by another one, and

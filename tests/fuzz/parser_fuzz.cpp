@@ -129,20 +129,21 @@ void CheckSubDocuments(QxXmlParser& parser) {
 
 void CheckEscaping(const std::wstring& text) {
     for (const auto kind : {QxXmlText::Escape::Data, QxXmlText::Escape::Attribute}) {
-        std::wstring escaped;
-        QxXmlText::AppendEscaped(escaped, text, kind);
+        QxXmlText out;
+        out.AppendEscaped(text, kind);
+        const std::wstring_view escaped = out.View();
         const auto isMarkup = [&](wchar_t character) {
             return character == L'<' || character == L'>' ||
                    (kind == QxXmlText::Escape::Attribute && (character == L'"' || character == L'\''));
         };
         Require(std::none_of(escaped.begin(), escaped.end(), isMarkup), "markup is left");
-        std::wstring back;
-        QxXmlText::AppendUnescaped(back, escaped);
-        Require(back == text, "escaping cannot be undone");
+        QxXmlText back;
+        back.AppendUnescaped(escaped);
+        Require(back.View() == text, "escaping cannot be undone");
     }
-    std::wstring unescaped;
-    QxXmlText::AppendUnescaped(unescaped, text);
-    Require(unescaped == ReferenceParse::Unescape(text), "the reference unescapes otherwise");
+    QxXmlText unescaped;
+    unescaped.AppendUnescaped(text);
+    Require(unescaped.View() == ReferenceParse::Unescape(text), "the reference unescapes otherwise");
 }
 
 } // namespace

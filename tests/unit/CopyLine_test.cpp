@@ -16,7 +16,7 @@ namespace {
 std::wstring Xml(const CCopyLine& line) {
     QxXmlWriter writer;
     line.WriteXml(writer);
-    return writer.Take();
+    return std::wstring(writer.Text());
 }
 
 CCopyLine Read(std::wstring_view xml) {

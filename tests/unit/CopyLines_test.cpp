@@ -15,7 +15,7 @@ namespace {
 std::wstring Xml(const CCopyLines& lines) {
     QxXmlWriter writer;
     lines.WriteXml(writer);
-    return writer.Take();
+    return std::wstring(writer.Text());
 }
 
 CCopyLine Line(const wchar_t* paper, std::int32_t bw, std::int32_t color, std::int32_t blank = 0,

@@ -14,7 +14,7 @@ namespace {
 std::wstring Xml(const CJobContents& contents) {
     QxXmlWriter writer;
     contents.WriteXml(writer);
-    return writer.Take();
+    return std::wstring(writer.Text());
 }
 
 const std::wstring start = L"<JobContents xmlns=\"" QX_XML_NAMESPACE_BASE L"/OutputManagement/JobContents\"";

@@ -155,56 +155,63 @@ TEST_CASE("XmlParser_sub_document_of_a_child_ends_before_the_next_tag") {
     CHECK(parser.GetSubDocument() == parser.GetDocument());
 }
 
-TEST_CASE("XmlParser_typed_readers_read_text_numbers_and_flags") {
+TEST_CASE("XmlParser_reads_the_current_childs_data_and_attributes_as_numbers_and_flags") {
     QxXmlParser parser;
-    REQUIRE(parser.SetDocument(L"<r><t>a&amp;b</t><n> -42x</n><m>abc</m><f>TRUE</f><g>1</g><h>yes</h><e/>"
-                               L"<c><![CDATA[7]]></c></r>"));
-    QxString text;
-    CHECK(parser.ReadChild(L"t", text));
-    CHECK(text == L"a&b");
-    std::int32_t number = 5;
-    CHECK(parser.ReadChild(L"n", number));
-    CHECK(number == -42);
-    CHECK(parser.ReadChild(L"m", number));
-    CHECK(number == 0);
-    CHECK(parser.ReadChild(L"c", number));
-    CHECK(number == 7);
-    bool flag = false;
-    CHECK(parser.ReadChild(L"f", flag));
-    CHECK(flag);
-    CHECK(parser.ReadChild(L"h", flag));
-    CHECK_FALSE(flag);
-    CHECK(parser.ReadChild(L"g", flag));
-    CHECK(flag);
-    CHECK(parser.ReadChild(L"e", flag));
-    CHECK_FALSE(flag);
-    CHECK(parser.ReadChild(L"e", text));
-    CHECK(text.empty());
+    REQUIRE(parser.SetDocument(L"<r><a n=\" -42x\" f=\"TRUE\"> -42x</a><b n=\"abc\" f=\"yes\">TRUE</b>"
+                               L"<c f=\"1\"><![CDATA[7]]></c><d/></r>"));
+    const auto child = [&](const wchar_t* name) { REQUIRE(parser.FindChildElement(name, true)); };
+    child(L"a");
+    CHECK(parser.GetChildNumber() == -42);
+    CHECK(parser.GetChildAttributeNumber(L"n") == -42);
+    CHECK_FALSE(parser.GetChildFlag());
+    CHECK(parser.GetChildAttributeFlag(L"f"));
+    child(L"b");
+    CHECK(parser.GetChildNumber() == 0);
+    CHECK(parser.GetChildAttributeNumber(L"n") == 0);
+    CHECK(parser.GetChildFlag());
+    CHECK_FALSE(parser.GetChildAttributeFlag(L"f"));
+    child(L"c");
+    CHECK(parser.GetChildNumber() == 7);
+    CHECK(parser.GetChildAttributeFlag(L"f"));
+    child(L"d");
+    CHECK(parser.GetChildNumber() == 0);
+    CHECK_FALSE(parser.GetChildFlag());
+    CHECK(parser.GetChildAttributeNumber(L"n") == 0);
+    CHECK_FALSE(parser.GetChildAttributeFlag(L"f"));
 }
 
-TEST_CASE("XmlParser_typed_reader_leaves_the_output_when_the_child_is_missing") {
+TEST_CASE("XmlParser_numbers_and_flags_without_a_current_child_are_nothing") {
     QxXmlParser parser;
-    REQUIRE(parser.SetDocument(L"<r><a>1</a></r>"));
-    QxString text(L"old");
-    std::int32_t number = 5;
-    bool flag = true;
-    CHECK_FALSE(parser.ReadChild(L"b", text));
-    CHECK_FALSE(parser.ReadChild(L"b", number));
-    CHECK_FALSE(parser.ReadChild(L"b", flag));
-    CHECK(text == L"old");
-    CHECK(number == 5);
-    CHECK(flag);
+    REQUIRE(parser.SetDocument(L"<r n=\"1\">1</r>"));
+    REQUIRE(parser.FindElement());
+    CHECK(parser.GetChildNumber() == 0);
+    CHECK_FALSE(parser.GetChildFlag());
+    CHECK(parser.GetChildAttributeNumber(L"n") == 0);
+    CHECK_FALSE(parser.GetChildAttributeFlag(L"n"));
 }
 
-TEST_CASE("XmlParser_typed_reader_searches_all_children_and_keeps_the_found_one") {
+TEST_CASE("XmlParser_raw_attribute_is_not_unescaped") {
     QxXmlParser parser;
-    REQUIRE(parser.SetDocument(L"<r><b>2</b><a x=\"y\">1</a><a>3</a></r>"));
-    std::int32_t number = 0;
-    REQUIRE(parser.ReadChild(L"a", number));
-    CHECK(number == 1);
-    CHECK(parser.GetChildAttribute(L"x") == L"y");
-    REQUIRE(parser.ReadChild(L"b", number));
-    CHECK(number == 2);
+    REQUIRE(parser.SetDocument(L"<r a=\"&lt;1\"/>"));
+    REQUIRE(parser.FindElement());
+    CHECK(parser.GetRawAttribute(L"a") == L"&lt;1");
+    CHECK(parser.GetRawAttribute(L"b").empty());
+}
+
+TEST_CASE("XmlParser_finds_only_whole_names_without_their_prefix") {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r><ab/><a b=\"1\">1</a><x:c:d/>< e/><x:f>2</x:f></r>"));
+    const auto find = [&](const wchar_t* name) { return parser.FindChildElement(name, true); };
+    CHECK(find(L"ab"));
+    CHECK((find(L"a") && parser.GetChildData() == L"1"));
+    CHECK(find(L"c:d"));
+    CHECK(find(L"e"));
+    CHECK((find(L"f") && parser.GetChildData() == L"2"));
+    for (const wchar_t* name :
+         {L"b", L"a b", L"d", L"c", L"x", L"x:f", L"x:c:d", L"A", L"ab/", L" e", L"/"}) {
+        CAPTURE(name);
+        CHECK_FALSE(find(name));
+    }
 }
 
 #ifdef _WIN32
