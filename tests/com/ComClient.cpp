@@ -1,7 +1,9 @@
 #include "ComClient.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -48,6 +50,23 @@ ComPtr<IFaxJob> CreateFaxJob() {
 }
 ComPtr<ILogicalPrinter> CreateLogicalPrinter() {
     return Create<ILogicalPrinter>(__uuidof(LogicalPrinter));
+}
+
+void KeepForSchemas(std::wstring_view xml) {
+    const char* folder = std::getenv("JOBOBJECTS_WRITTEN_XML");
+    if (!folder)
+        return;
+    const std::string text = Narrow(xml);
+    std::uint64_t hash = 0xCBF29CE484222325; // FNV-1a: equal texts share a file
+    for (const char c : text)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+    char name[32];
+    std::snprintf(name, sizeof(name), "/%08lx%08lx.xml", static_cast<unsigned long>(hash >> 32),
+                  static_cast<unsigned long>(hash & 0xFFFFFFFF));
+    std::ofstream file(folder + std::string(name), std::ios::binary);
+    file << text;
+    file.close();
+    REQUIRE(file.good());
 }
 
 std::wstring TakeErrorDescription() {

@@ -79,9 +79,9 @@ TEST_CASE("ForeignChild_text_stands_in_the_job_s_as_it_is") {
             ForeignChild child(kind.interfaceId);
             child.xml = text;
             const auto job = CreatePrintJob();
-            const std::wstring without = Text(job, &IPrintJob::get_Xml);
+            const std::wstring without = UncheckedText(job, &IPrintJob::get_Xml);
             REQUIRE_HR(kind.put(job.Get(), child), S_OK);
-            const std::wstring with = Text(job, &IPrintJob::get_Xml);
+            const std::wstring with = UncheckedText(job, &IPrintJob::get_Xml);
             if (kind.required)
                 CHECK_HAS(with, L"</JobContentsDiscardCount>" + std::wstring(text) + L"<PageCounterInfo>");
             else
@@ -101,7 +101,7 @@ TEST_CASE("ForeignChild_texts_stand_in_their_order") {
         children[i].xml = texts[i];
         REQUIRE_HR(kinds[i].put(job.Get(), children[i]), S_OK);
     }
-    CHECK_HAS(Text(job, &IPrintJob::get_Xml),
+    CHECK_HAS(UncheckedText(job, &IPrintJob::get_Xml),
               L"</JobContentsDiscardCount><A/><PageCounterInfo><B/><PageCounterErrorMessage/>"
               L"<PageCounterResult/></PageCounterInfo><C/><D/></PrintJob>");
 }
@@ -247,7 +247,7 @@ TEST_CASE("ForeignChild_of_a_device_job_follows_the_same_rules") {
     REQUIRE_HR(job->put_PolicyResults(results.As<IPolicyResults>()), S_OK);
     contents.xml = L"<A/>";
     results.xml = L"<B/>";
-    CHECK_HAS(Text(job, &IFaxJob::get_Xml), L"</Duration><A/><B/></FaxJob>");
+    CHECK_HAS(UncheckedText(job, &IFaxJob::get_Xml), L"</Duration><A/><B/></FaxJob>");
 
     const std::wstring text = RecordText(L"FaxJob", L"4.2",
                                          L"<JobContents>c</JobContents>"
@@ -289,7 +289,7 @@ TEST_CASE("ForeignChild_replaced_from_inside_its_own_call_lives_until_the_call_e
         other.xml = foreignText;
 
         REQUIRE_HR(kind.put(job.Get(), child), S_OK);
-        CHECK_HAS(Text(job, &IPrintJob::get_Xml), foreignText);
+        CHECK_HAS(UncheckedText(job, &IPrintJob::get_Xml), foreignText);
         CHECK(child.referencesAfterCallBack == 1);
         CHECK(child.references == 0);
 

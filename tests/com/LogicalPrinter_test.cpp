@@ -246,9 +246,11 @@ TEST_CASE("LogicalPrinter_printer_info_that_is_not_well_formed_is_kept_and_writt
     const auto printer = CreateLogicalPrinter();
     REQUIRE_HR(Put(printer, &ILogicalPrinter::put_PrinterInfo, L"<a>& not <closed"), S_OK);
     CHECK_TEXT(Text(printer, &ILogicalPrinter::get_PrinterInfo), L"<a>& not <closed");
-    CHECK_HAS(Xml(printer), L"<PrintProcessorName/><a>& not <closed</LogicalPrinter>");
+    CHECK_HAS(UncheckedText(printer, &ILogicalPrinter::get_Xml),
+              L"<PrintProcessorName/><a>& not <closed</LogicalPrinter>");
     REQUIRE_HR(Put(printer, &ILogicalPrinter::put_Destination, L"<d/>"), S_OK);
-    CHECK_HAS(Xml(printer), L"<PrintProcessorName/><a>& not <closed<d/></LogicalPrinter>");
+    CHECK_HAS(UncheckedText(printer, &ILogicalPrinter::get_Xml),
+              L"<PrintProcessorName/><a>& not <closed<d/></LogicalPrinter>");
 }
 
 TEST_CASE("LogicalPrinter_destination_has_to_be_well_formed") {

@@ -4,6 +4,7 @@ var tests = {};
 var currentTest = "";
 var passedChecks = 0;
 var failedChecks = 0;
+var keptTexts = 0;
 
 function failed(message) {
     failedChecks++;
@@ -41,6 +42,20 @@ function checkFails(action, expectedNumber, expectedDescription) {
         return;
     }
     failed("the call should have failed");
+}
+
+// The XML of a record, which is also left where the test of the schemas looks for it.
+function xmlOf(record) {
+    var xml = record.Xml;
+    var folder = new ActiveXObject("WScript.Shell").Environment("Process").Item("JOBOBJECTS_WRITTEN_XML");
+    if (folder !== "") {
+        keptTexts++;
+        var file = new ActiveXObject("Scripting.FileSystemObject").CreateTextFile(
+            folder + "/" + WScript.ScriptName + keptTexts + ".xml", true, true);
+        file.Write(xml);
+        file.Close();
+    }
+    return xml;
 }
 
 function RunAndQuit() {

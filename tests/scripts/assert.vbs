@@ -5,10 +5,11 @@ Option Explicit
 
 Const E_FAIL = &H80004005
 
-Dim currentTest, passedChecks, failedChecks
+Dim currentTest, passedChecks, failedChecks, keptTexts
 currentTest = "(no test)"
 passedChecks = 0
 failedChecks = 0
+keptTexts = 0
 
 Sub Test(name)
     currentTest = name
@@ -56,6 +57,23 @@ Sub CheckError(number, description, expectedNumber, expectedDescription)
     Check number = expectedNumber, "error 0x" & Hex(number) & ", expected 0x" & Hex(expectedNumber)
     Check description = expectedDescription, _
         "got the description """ & description & """, expected """ & expectedDescription & """"
+End Sub
+
+' The XML of a record, which is also left where the test of the schemas looks for it.
+Function XmlOf(record)
+    XmlOf = record.Xml
+    KeepForSchemas XmlOf
+End Function
+
+Sub KeepForSchemas(xml)
+    Dim folder, file
+    folder = CreateObject("WScript.Shell").Environment("Process").Item("JOBOBJECTS_WRITTEN_XML")
+    If folder = "" Then Exit Sub
+    keptTexts = keptTexts + 1
+    Set file = CreateObject("Scripting.FileSystemObject").CreateTextFile( _
+        folder & "/" & WScript.ScriptName & keptTexts & ".xml", True, True)
+    file.Write xml
+    file.Close
 End Sub
 
 Sub RunAndQuit()

@@ -47,7 +47,7 @@ Sub New_is_empty()
     CheckEqual contents.JobFinishing, ""
     CheckEqual contents.DBCopyLines, ""
     CheckEqual contents.GenerateDefaultPageAttributes, True
-    CheckContains contents.Xml, """ Version=""4.0""><JobCopyLines></JobCopyLines><JobOriginals>0</JobOriginals>"
+    CheckContains XmlOf(contents), """ Version=""4.0""><JobCopyLines></JobCopyLines><JobOriginals>0</JobOriginals>"
 End Sub
 
 Sub Report_on_one_paper_size_becomes_one_line()
@@ -274,8 +274,8 @@ Sub Xml_is_read_as_it_was_written()
     Set written = NewContents()
     written.GenerateContentsFromPageCounterInfo "A4,Duplex,B&W,PostScript,Staple", 12, 2, 24, 12
     Set read = NewContents()
-    read.Xml = written.Xml
-    CheckEqual read.Xml, written.Xml
+    read.Xml = XmlOf(written)
+    CheckEqual XmlOf(read), XmlOf(written)
     CheckLine read, 0, "A4 Duplex,B&W 12 24 0 0"
     read.Xml = "<JobContents><JobCopyLines/></JobContents>"
     CheckEqual read.Version, "4.0"

@@ -24,8 +24,8 @@ Sub Create_by_both_identifiers_gives_the_class()
 End Sub
 
 Sub CheckClass(name, xmlStart)
-    CheckEqual Left(CreateObject("Corvane." & name).Xml, Len(xmlStart)), xmlStart
-    CheckEqual Left(CreateObject("Corvane." & name & ".1").Xml, Len(xmlStart)), xmlStart
+    CheckEqual Left(XmlOf(CreateObject("Corvane." & name)), Len(xmlStart)), xmlStart
+    CheckEqual Left(XmlOf(CreateObject("Corvane." & name & ".1")), Len(xmlStart)), xmlStart
 End Sub
 
 Sub Member_names_ignore_case()

@@ -25,7 +25,7 @@ Sub New_has_its_defaults()
     CheckEqual policy.PolicyViolated, False
     CheckEqual policy.InformOnlyViolations, False
     CheckEqual policy.RuleViolations, ""
-    xml = policy.Xml
+    xml = XmlOf(policy)
     CheckContains xml, "/OutputManagement/Policy"" Version=""4.0""><PolicyId>0</PolicyId><PolicyName/>"
     CheckLacks xml, "HasRules"
     CheckLacks xml, "Cancelled"
@@ -45,7 +45,7 @@ Sub Violations_are_ordered_and_kept_once()
     CheckEqual policy.RuleViolated(5), True
     CheckEqual policy.RuleViolated(6), False
     CheckEqual policy.InformOnlyViolations, False
-    CheckContains policy.Xml, "<RuleViolations><Rule TriggerId=""2"" Action=""Block""/>" & _
+    CheckContains XmlOf(policy), "<RuleViolations><Rule TriggerId=""2"" Action=""Block""/>" & _
         "<Rule TriggerId=""5"" Action=""Inform""/><Rule TriggerId=""9"" Action=""Inform""/></RuleViolations>"
 End Sub
 
@@ -90,7 +90,7 @@ Sub Xml_holds_what_differs_from_the_defaults()
     policy.HasRules = False
     policy.Cancelled = True
     policy.PolicyName = "Office & archive"
-    CheckContains policy.Xml, "<PolicyId HasRules=""false"">17</PolicyId>" & _
+    CheckContains XmlOf(policy), "<PolicyId HasRules=""false"">17</PolicyId>" & _
         "<PolicyName>Office &amp; archive</PolicyName><Cancelled>true</Cancelled></PolicyResults>"
 End Sub
 
@@ -105,8 +105,8 @@ Sub Xml_is_read_as_it_was_written()
     policy.AddRuleViolation 4, "Ask ""why"" & wait"
     Set copy = NewPolicy()
     copy.AddRuleViolation 99, "Inform"
-    copy.Xml = policy.Xml
-    CheckEqual copy.Xml, policy.Xml
+    copy.Xml = XmlOf(policy)
+    CheckEqual XmlOf(copy), XmlOf(policy)
     CheckLong copy.PolicyId, 17
     CheckEqual copy.HasRules, False
     CheckEqual copy.Cancelled, True

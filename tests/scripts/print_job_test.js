@@ -4,8 +4,8 @@ function newJob() {
 
 function reread(job) {
     var copy = newJob();
-    copy.Xml = job.Xml;
-    checkEqual(copy.Xml, job.Xml);
+    copy.Xml = xmlOf(job);
+    checkEqual(xmlOf(copy), xmlOf(job));
     return copy;
 }
 
@@ -41,7 +41,7 @@ tests.Properties_read_back_and_travel_in_Xml = function () {
 tests.JobTimeLocal_takes_text = function () {
     var job = newJob();
     job.JobTimeLocal = "2010-03-04 05:06:07";
-    checkContains(job.Xml, "<JobTimeLocal>2010-03-04T05:06:07</JobTimeLocal>");
+    checkContains(xmlOf(job), "<JobTimeLocal>2010-03-04T05:06:07</JobTimeLocal>");
 };
 
 tests.Text_beyond_ASCII_travels_in_Xml = function () {

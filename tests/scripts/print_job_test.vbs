@@ -24,8 +24,8 @@ End Function
 
 Function Reread(record, progId)
     Set Reread = CreateObject(progId)
-    Reread.Xml = record.Xml
-    CheckEqual Reread.Xml, record.Xml
+    Reread.Xml = XmlOf(record)
+    CheckEqual XmlOf(Reread), XmlOf(record)
 End Function
 
 Function RereadJob(job)
@@ -67,7 +67,7 @@ End Sub
 Sub New_writes_its_form()
     Dim xml
     Test "New_writes_its_form"
-    xml = NewJob().Xml
+    xml = XmlOf(NewJob())
     CheckContains xml, "/OutputManagement/PrintJob"" Version=""7.26"">"
     CheckContains xml, "<LogTarget Type=""None""/>"
     CheckContains xml, "<JobContents "
@@ -137,8 +137,8 @@ Sub Times_travel_in_Xml()
     job.JobTimeLocal = DateSerial(2010, 3, 4) + TimeSerial(5, 6, 7)
     job.JobTimeLocalMsec = 89
     job.JobTimeUtc = DateSerial(2010, 3, 4) + TimeSerial(4, 6, 7)
-    CheckContains job.Xml, "<JobTimeLocal>2010-03-04T05:06:07.089</JobTimeLocal>"
-    CheckContains job.Xml, "<JobTimeUtc>2010-03-04T04:06:07</JobTimeUtc>"
+    CheckContains XmlOf(job), "<JobTimeLocal>2010-03-04T05:06:07.089</JobTimeLocal>"
+    CheckContains XmlOf(job), "<JobTimeUtc>2010-03-04T04:06:07</JobTimeUtc>"
     Set job = RereadJob(job)
     CheckEqual CStr(job.JobTimeLocal), CStr(DateSerial(2010, 3, 4) + TimeSerial(5, 6, 7))
     CheckLong job.JobTimeLocalMsec, 89
@@ -151,7 +151,7 @@ Sub Text_with_markup_characters_travels_in_Xml()
     name = "Offer <draft> & ""notes"" 'v2' ]]> .txt"
     Set job = NewJob()
     job.JobName = name
-    CheckContains job.Xml, "<JobName>Offer &lt;draft&gt; &amp; "
+    CheckContains XmlOf(job), "<JobName>Offer &lt;draft&gt; &amp; "
     CheckEqual RereadJob(job).JobName, name
 End Sub
 
@@ -177,7 +177,7 @@ Sub Log_target_travels_in_Xml()
     Test "Log_target_travels_in_Xml"
     Set job = NewJob()
     job.DeviceAddress = "192.0.2.17"
-    CheckContains job.Xml, "<LogTarget Type=""DeviceAddress"">192.0.2.17</LogTarget>"
+    CheckContains XmlOf(job), "<LogTarget Type=""DeviceAddress"">192.0.2.17</LogTarget>"
     Set job = RereadJob(job)
     CheckLong job.LogTargetType, 3
     CheckEqual job.DeviceAddress, "192.0.2.17"
@@ -222,7 +222,7 @@ Sub Older_version_is_kept_and_leaves_out_newer_elements()
     job.Xml = "<PrintJob Version=""4.1""><LogicalPrinterGuid>{A}</LogicalPrinterGuid></PrintJob>"
     CheckEqual job.Version, "4.1"
     CheckLong job.LogTargetType, 1
-    xml = job.Xml
+    xml = XmlOf(job)
     CheckContains xml, "<LogicalPrinterGuid>{A}</LogicalPrinterGuid>"
     CheckLacks xml, "<LogTarget"
     CheckLacks xml, "<ApplicationName"

@@ -21,7 +21,7 @@ End Function
 Sub New_writes_all_elements_with_their_defaults()
     Dim xml
     Test "New_writes_all_elements_with_their_defaults"
-    xml = NewInfo().Xml
+    xml = XmlOf(NewInfo())
     CheckLong UBound(Split(xml, ">0</")), 20
     CheckContains xml, "<AttributeInfoPagesPerSide>1</AttributeInfoPagesPerSide>"
     CheckContains xml, "<DevModeFormName/>"
@@ -56,7 +56,7 @@ Sub Driver_settings_are_plain_copies()
     info.DevModeFormName = "A4 <rotated>"
     info.DevModeTTOption = 3
     Set copy = NewInfo()
-    copy.Xml = info.Xml
+    copy.Xml = XmlOf(info)
     CheckLong copy.DevModeOrientation, -2
     CheckLong copy.DevModePaperSize, 9
     CheckEqual copy.DevModeFormName, "A4 <rotated>"
@@ -123,7 +123,7 @@ Sub Missing_originals_are_taken_from_the_pages()
     CheckLong info.JobInfoOriginals, 10
     CheckLong info.JobInfoPages, 30
     Set copy = NewInfo()
-    copy.Xml = info.Xml
+    copy.Xml = XmlOf(info)
     CheckLong copy.JobInfoOriginals, 10
     CheckLong copy.JobInfoPages, 30
 End Sub
@@ -138,5 +138,5 @@ Sub Xml_without_the_root_resets_the_record()
     info.Xml = "<x/>"
     Check Err.Number = E_FAIL, "error 0x" & Hex(Err.Number) & ", expected 0x" & Hex(E_FAIL)
     On Error GoTo 0
-    CheckEqual info.Xml, NewInfo().Xml
+    CheckEqual XmlOf(info), XmlOf(NewInfo())
 End Sub

@@ -1,0 +1,79 @@
+"""Chooses the schema of a record's XML and validates with xmllint. Shared by the tests of the schemas."""
+import re
+import subprocess
+from pathlib import Path
+
+SCHEMAS = Path(__file__).resolve().parents[2] / "schemas"
+
+# The start tag of a text, and its Version. The library writes attributes in double quotes.
+_ROOT = re.compile(r'\s*<([A-Za-z]+)([^<>]*)>')
+_VERSION = re.compile(r'\sVersion="([^"]*)"')
+
+
+class NoSchema(Exception):
+    """No schema describes such a text."""
+
+
+def _number(version):
+    return tuple(int(component) for component in version.split("."))
+
+
+def _forms(root):
+    """The schemas of a record with versioned forms: lowest version, file; newest first."""
+    names = (re.fullmatch(re.escape(root) + r"-(\d+\.\d+)\.xsd", path.name) for path in SCHEMAS.iterdir())
+    return sorted(((_number(name[1]), SCHEMAS / name[0]) for name in names if name), reverse=True)
+
+
+def schema_of(text):
+    """The file named after the root element, or its form of the highest version not above the text's."""
+    tag = _ROOT.match(text)
+    if not tag:
+        raise NoSchema("no start tag")
+    root = tag[1]
+    if root == "CopyLine" and "<Pages>" in text:
+        return SCHEMAS / "CopyLine-older.xsd"
+    forms = _forms(root)
+    if not forms:
+        if not (SCHEMAS / f"{root}.xsd").is_file() or root[0].islower():
+            raise NoSchema(f"no schema for {root}")
+        return SCHEMAS / f"{root}.xsd"
+    version = _VERSION.search(tag[2])
+    if not version or not re.fullmatch(r"\d+(\.\d+){1,3}", version[1]):
+        raise NoSchema(f"{root} without a version")
+    for lowest, path in forms:
+        if lowest <= _number(version[1]):
+            return path
+    raise NoSchema(f"no form of {root} for version {version[1]}")
+
+
+def read(path):
+    """The library's texts are in UTF-8; what the script host writes is in UTF-16 with a byte-order mark."""
+    data = Path(path).read_bytes()
+    return data.decode("utf-16" if data[:2] in (b"\xff\xfe", b"\xfe\xff") else "utf-8")
+
+
+def group_by_schema(paths):
+    """The files of each schema; a text without a schema raises NoSchema with the file's name."""
+    groups = {}
+    for path in paths:
+        try:
+            groups.setdefault(schema_of(read(path)), []).append(path)
+        except (NoSchema, UnicodeDecodeError) as error:
+            raise NoSchema(f"{path}: {error}") from error
+    return groups
+
+
+def failures(schema, paths):
+    """Validates files against one schema. Returns xmllint's messages for each file that is not valid."""
+    messages = {}
+    names = [str(path) for path in paths]
+    for start in range(0, len(names), 500):
+        chunk = names[start:start + 500]
+        run = subprocess.run(["xmllint", "--noout", "--nonet", "--schema", str(schema), *chunk],
+                             capture_output=True, encoding="utf-8", errors="replace", check=False)
+        lines = run.stderr.splitlines()
+        for name in chunk:
+            # What xmllint does not call valid is not.
+            if f"{name} validates" not in lines:
+                messages[name] = [line for line in lines if line.startswith(f"{name}:")] or lines[:5]
+    return messages
