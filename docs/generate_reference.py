@@ -80,9 +80,14 @@ def member_lines(member, links):
         yield escape(paragraph)
         yield ""
     if member.is_method():
-        given = ", ".join(f"[{a.replace(' ', '')}] {t} {n}" for a, t, n in member.params)
+        given = [f"[{a.replace(' ', '')}] {t} {n}" for a, t, n in member.params]
         yield "```idl"
-        yield f"HRESULT {member.name}({given})"
+        if len(given) > 2:
+            yield f"HRESULT {member.name}("
+            yield from (f"    {g}," for g in given[:-1])
+            yield f"    {given[-1]})"
+        else:
+            yield f"HRESULT {member.name}({', '.join(given)})"
         yield "```"
         yield ""
         if member.doc.params:
