@@ -5,7 +5,8 @@
 
 // A zeroed SRWLOCK is a free lock, and it is one pointer wide: the member can stand in for it, so that the
 // header does not need windows.h.
-static_assert(sizeof(SRWLOCK) == sizeof(void*) && alignof(SRWLOCK) == alignof(void*));
+static_assert(sizeof(SRWLOCK) == sizeof(void*));
+static_assert(alignof(SRWLOCK) == alignof(void*));
 
 void QxLock::lock() noexcept {
     AcquireSRWLockExclusive(reinterpret_cast<PSRWLOCK>(&m_state));

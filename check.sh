@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# What is to be clean before a change goes in: formatting, then build and tests as the continuous integration runs
+# them, then the linter.
+#
+#   ./check.sh [--no-lint]
+#
+# Stops at the first failure. JOBS sets the number of parallel jobs.
+set -euo pipefail
+cd "$(dirname "$0")"
+
+lint=yes
+case ${1-} in
+    '') ;;
+    --no-lint) lint= ;;
+    *)
+        sed -n '2,/^set/{/^set/d;s/^# \{0,1\}//;p}' "$0" >&2
+        exit 2
+        ;;
+esac
+
+cmake/setup.sh
+echo "== format"
+git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
+echo "== build and test"
+.ci/run
+if [ "$lint" ]; then
+    echo "== lint"
+    cmake/lint.sh
+fi
+echo
+echo "All checks passed."
