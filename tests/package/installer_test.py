@@ -49,17 +49,19 @@ def check(what, differences):
     print("ok: " + what, flush=True)
 
 
-def installer(option, package, expected=0):
-    run("msiexec", option, windows_path(package), "/qn", expected=expected)
+def installer(option, package, *properties, expected=0):
+    run("msiexec", option, windows_path(package), "/qn", *properties, expected=expected)
 
 
-def read_registry():
-    tree = {}
+def read_registry(root):
+    export = prefix / "export.reg"
+    run("regedit", "/E", windows_path(export), root)
+    return registry.read(export)
+
+
+def read_software():
     # Wine's services write to the rest at times of their own.
-    for root in ("HKEY_LOCAL_MACHINE\\Software", "HKEY_CURRENT_USER\\Software"):
-        export = prefix / "export.reg"
-        run("regedit", "/E", windows_path(export), root)
-        tree |= registry.read(export)
+    tree = read_registry("HKEY_LOCAL_MACHINE\\Software") | read_registry("HKEY_CURRENT_USER\\Software")
     # What the installer keeps for itself is no leftover while it names no product: keys without values.
     values = {key for key, name in tree if name is not None}
     return {entry: data for entry, data in tree.items()
@@ -72,7 +74,7 @@ def read_files():
 
 
 def snapshot():
-    return read_registry(), read_files()
+    return read_software(), read_files()
 
 
 def check_nothing_left(before, what):
@@ -81,9 +83,9 @@ def check_nothing_left(before, what):
     check(f"{what} leaves no registry entry", registry.added(tree, before[0]) | registry.added(before[0], tree))
 
 
-def registered_classes(tree):
+def registered_classes(before):
     """What was written below the classes' root, without the installer's own bookkeeping."""
-    classes = registry.below(tree, CLASSES)
+    classes = registry.below(registry.added(read_registry(CLASSES), before[0]), CLASSES)
     # The installer can name its folder only with a closing backslash.
     return {entry: data.rstrip("\\") if entry[0].endswith("\\helpdir") else data
             for entry, data in classes.items() if entry[0].split("\\")[0] != "installer"}
@@ -102,7 +104,7 @@ def write_by_regsvr32(package, before):
     shutil.copytree(found.parent, folder)
     library = "C:\\Program Files\\JobObjects\\Tarnwick.dll"
     run("regsvr32", "/s", library)
-    written = registered_classes(registry.added(read_registry(), before[0]))
+    written = registered_classes(before)
     run("regsvr32", "/s", "/u", library)
     shutil.rmtree(folder)
     check_nothing_left(before, "unregistering")
@@ -171,7 +173,8 @@ def run_script():
                                                                      dict(enumerate(expected))))
 
 
-def check_product(tree, version):
+def check_product(version):
+    tree = read_registry(UNINSTALL)
     found = [data for (key, name), data in tree.items()
              if key.startswith(UNINSTALL.lower() + "\\") and name == "displayversion"
              and tree.get((key, "displayname")) == "JobObjects"]
@@ -187,7 +190,7 @@ def check_registration_free():
 
 def check_installation(before, by_regsvr32, manifest):
     installer("/i", older)
-    by_installer = registered_classes(registry.added(read_registry(), before[0]))
+    by_installer = registered_classes(before)
     check("the installer writes what regsvr32 writes", differences(by_regsvr32, by_installer))
     check("the manifest says what the installer writes",
           differences(manifest_entries(manifest), in_terms_of_manifest(by_installer)))
@@ -201,20 +204,32 @@ def check_upgrade(before, by_regsvr32):
     changed = catalogue.read_bytes() + b"<!-- changed -->"
     catalogue.write_bytes(changed)
     installer("/i", newer)
-    tree = read_registry()
-    check_product(tree, newer_version)
+    check_product(newer_version)
     check("an upgrade keeps the changed catalogue", [] if catalogue.read_bytes() == changed else ["changed"])
-    check("an upgrade keeps the registration",
-          differences(by_regsvr32, registered_classes(registry.added(tree, before[0]))))
+    check("an upgrade keeps the registration", differences(by_regsvr32, registered_classes(before)))
     run_script()
     installer("/x", newer)
     check_nothing_left(before, "removing the newer version")
 
 
+def check_other_folder(before):
+    chosen = drive / "Agent" / "Job Objects"
+    chosen.parent.mkdir()
+    installer("/i", older, "INSTALLDIR=C:\\Agent\\Job Objects")
+    check("the installer takes the folder that it is given", INSTALLED ^ {each.name for each in chosen.iterdir()})
+    installer("/i", newer)
+    check("an upgrade stays in that folder", INSTALLED ^ {each.name for each in chosen.iterdir()})
+    check("an upgrade makes no other folder", [folder] if folder.exists() else [])
+    run_script()
+    installer("/x", newer)
+    chosen.parent.rmdir()
+    check_nothing_left(before, "removing from that folder")
+
+
 def check_downgrade():
     installer("/i", newer)
     installer("/i", older, expected=1603 % 256) # ERROR_INSTALL_FAILURE, of which a process here returns one byte
-    check_product(read_registry(), newer_version)
+    check_product(newer_version)
 
 
 def main():
@@ -228,6 +243,7 @@ def main():
     manifest = check_registration_free()
     check_installation(before, by_regsvr32, manifest)
     check_upgrade(before, by_regsvr32)
+    check_other_folder(before)
     check_downgrade()
     print("PASSED")
 
