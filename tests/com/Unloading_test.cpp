@@ -25,7 +25,7 @@ void UnloadLibrary() {
 
 int Cycles() {
     const char* text = std::getenv("UNLOAD_CYCLES");
-    return text ? std::atoi(text) : 2000;
+    return text ? std::atoi(text) : 500;
 }
 
 } // namespace

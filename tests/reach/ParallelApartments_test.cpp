@@ -2,16 +2,22 @@
 
 #include "../com/ComClient.h"
 
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
 // Several apartments at work at the same time. Their threads make no assertions, which are not safe there,
-// but tell what went wrong by an exception.
+// but tell what went wrong by an exception. The number of rounds that each works can be given in the
+// environment variable APARTMENT_ROUNDS.
 
 namespace {
 
 constexpr int workerCount = 8;
-constexpr int rounds = 60;
+
+int Rounds() {
+    const char* text = std::getenv("APARTMENT_ROUNDS");
+    return text ? std::atoi(text) : 60;
+}
 
 void Expect(bool condition, const char* what) {
     if (!condition)
@@ -65,6 +71,7 @@ void CheckOwnError(IPrintJob* job, const std::wstring& type) {
 }
 
 void WorkOnJobs(int worker) {
+    const int rounds = Rounds();
     for (int round = 0; round < rounds; ++round) {
         const std::wstring user = L"worker " + std::to_wstring(worker) + L"." + std::to_wstring(round);
         const long pages = worker * 1000 + round + 1;

@@ -1,0 +1,120 @@
+#include "Soak.h"
+
+#include "../com/ComClient.h"
+#include "../com/Library.h"
+
+#include "common/Bstr.h"
+#include "common/ComPtr.h"
+
+#include <atomic>
+#include <cstdio>
+#include <memory>
+
+// Many threads meet a library that has just been loaded: its class objects and the catalogue are made once,
+// and everyone gets them whole. SOAK_FIRST_USES is the number of times that the library is loaded for this.
+
+namespace {
+
+constexpr int threadCount = 64;
+
+/// What the threads of one round share. They make no assertions, which are not safe there.
+struct Round {
+    const Library& library;
+    HANDLE start;
+    std::atomic<int> ready{0};
+    /// The class object that the first thread found of each class; everybody has to find the same.
+    std::atomic<void*> classObjects[10]{};
+    std::atomic<int> wrong{0};
+};
+
+struct Racer {
+    Round* round;
+    int number;
+};
+
+/// Asks for the class objects, each thread in an order of its own.
+bool FindsTheSameClassObjects(Round& round, int number) {
+    const auto& classes = LibraryClasses();
+    for (std::size_t i = 0; i < classes.size(); ++i) {
+        const std::size_t index = (i + static_cast<std::size_t>(number)) % classes.size();
+        ComPtr<IUnknown> found;
+        if (round.library.GetClassObject(classes[index].classId, IID_IUnknown, found.PutVoid()) != S_OK)
+            return false;
+        void* expected = nullptr;
+        if (!round.classObjects[index].compare_exchange_strong(expected, found.Get()) &&
+            expected != found.Get())
+            return false;
+    }
+    return true;
+}
+
+/// Has words translated, for which the catalogue is needed.
+bool TranslatesWords(Round& round) {
+    ComPtr<IClassFactory> factory;
+    ComPtr<IJobContents> contents;
+    UniqueBstr codes;
+    const UniqueBstr words(L"A4,Duplex,B&W,PostScript");
+    return round.library.GetClassObject(__uuidof(JobContents), IID_IClassFactory, factory.PutVoid()) ==
+               S_OK &&
+           factory->CreateInstance(nullptr, __uuidof(IJobContents), contents.PutVoid()) == S_OK &&
+           contents->GenerateContentsFromPageCounterInfo(words.Get(), 12, 2, 24, 12) == S_OK &&
+           contents->get_DBCopyLines(codes.Put()) == S_OK && codes.View() == L"1,24,0,12,6";
+}
+
+DWORD WINAPI Race(void* argument) {
+    const Racer& racer = *static_cast<Racer*>(argument);
+    Round& round = *racer.round;
+    const bool joined = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+    ++round.ready;
+    WaitForSingleObject(round.start, INFINITE);
+    // Half of the threads begin with the catalogue.
+    const bool right = racer.number % 2
+                           ? TranslatesWords(round) && FindsTheSameClassObjects(round, racer.number)
+                           : FindsTheSameClassObjects(round, racer.number) && TranslatesWords(round);
+    if (!joined || !right)
+        ++round.wrong;
+    if (joined)
+        CoUninitialize();
+    return 0;
+}
+
+void RunRound() {
+    const Library library;
+    Round round{library, CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    REQUIRE(round.start != nullptr);
+    Racer racers[threadCount];
+    HANDLE threads[threadCount];
+    for (int i = 0; i < threadCount; ++i) {
+        racers[i] = {&round, i};
+        threads[i] =
+            CreateThread(nullptr, 256 * 1024, Race, &racers[i], STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+        REQUIRE(threads[i] != nullptr);
+    }
+    while (round.ready < threadCount)
+        Sleep(1);
+    SetEvent(round.start);
+    const DWORD waited = WaitForMultipleObjects(threadCount, threads, TRUE, 60000);
+    if (waited == WAIT_TIMEOUT) {
+        std::fputs("64 threads do not come to the end of their first use\n", stderr);
+        std::fflush(stderr);
+        ExitProcess(253); // they use this thread's stack: nothing can be unwound
+    }
+    for (const HANDLE thread : threads)
+        CloseHandle(thread);
+    CloseHandle(round.start);
+    CHECK(round.wrong == 0);
+    CHECK(library.CanUnloadNow() == S_OK);
+}
+
+} // namespace
+
+TEST_CASE("Sixty_four_threads_at_the_first_use_get_the_same_class_objects_and_a_whole_catalogue") {
+    LibraryClasses(); // made by this thread
+    const int rounds = SoakCount("SOAK_FIRST_USES", 10);
+    for (int i = 0; i < rounds; ++i) {
+        RunRound();
+        // The next round has to begin with a library that knows nothing yet.
+        REQUIRE(GetModuleHandleW(L"Tarnwick.dll") == nullptr);
+    }
+    std::printf("%d loads of the library, each with %d threads at its first use\n", rounds, threadCount);
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "../com/ComClient.h"
+
+#include <array>
+
+/// One of the ten classes with its Xml by the virtual table, for tests that treat all classes alike.
+struct RecordClass {
+    const wchar_t* name;
+    CLSID classId;
+    IID interfaceId;
+    /// The object has to be one of this class, by its own interface.
+    HRESULT (*putXml)(IUnknown* record, BSTR text);
+    HRESULT (*getXml)(IUnknown* record, BSTR* text);
+};
+
+const std::array<RecordClass, 10>& RecordClasses();
+
+/// A new object; the test fails if there is none.
+ComPtr<IDispatch> CreateRecord(const RecordClass& of);

@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Runs the tests of this folder, and others that depend on a count, in full: about half an hour. It prints the
+# figures that docs/reliability.md gives. SOAK_SEED chooses other random documents and calls. With arguments only
+# these tests run.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+
+cmake/setup.sh
+source cmake/wine-session.sh
+start_wine
+cmake --preset windows >/dev/null
+cmake --build --preset windows --target soak_tests log_tests unload_tests reach_tests
+tests=$PWD/build/windows/tests
+"$wine" regsvr32 /s "$(windows_path "$PWD/build/windows/JobObjects/Tarnwick.dll")"
+
+export OANOCACHE=1 # a cache of freed texts would hide what is left behind
+export SOAK_DOCUMENTS=200000 SOAK_INVOKES=1000000
+export UNLOAD_CYCLES=5000 SOAK_OBJECTS=100000
+export APARTMENT_ROUNDS=400 SOAK_FIRST_USES=500 SOAK_LOG_ROUNDS=200 SOAK_KILLS=200
+export SOAK_MEGABYTES=100 SOAK_DEPTH=1000000
+
+failed=0
+run() {
+    local program=$1 test=$2
+    shift 2
+    if [ $# != 0 ] && [[ " $* " != *" $test "* ]]; then
+        return
+    fi
+    echo "== $test"
+    "$wine" "$tests/$program" "$test" </dev/null || failed=1
+}
+
+run soak/soak_tests.exe Xml_of_every_class_takes_damaged_documents_without_harm "$@"
+run soak/soak_tests.exe Invoke_of_every_class_takes_any_arguments_without_harm "$@"
+run com/unload_tests.exe Unloading_after_use_and_a_failing_call_leaves_nothing_behind "$@"
+run soak/soak_tests.exe Objects_of_every_class_come_and_go_without_growth "$@"
+run reach/reach_tests.exe Eight_stas_with_their_own_objects_do_not_disturb_each_other "$@"
+run soak/soak_tests.exe \
+    Sixty_four_threads_at_the_first_use_get_the_same_class_objects_and_a_whole_catalogue "$@"
+run com/log_tests.exe Log_file_of_eight_processes_with_rotation_keeps_every_line_once "$@"
+run com/log_tests.exe Log_file_of_writers_that_are_killed_keeps_the_lines_of_the_others "$@"
+run soak/soak_tests.exe Xml_of_a_hundred_megabytes_is_taken_or_ends_in_out_of_memory "$@"
+run soak/soak_tests.exe \
+    Xml_beyond_the_memory_that_is_left_ends_in_out_of_memory_and_leaves_the_object_usable "$@"
+run soak/soak_tests.exe Xml_of_any_depth_is_taken_on_a_stack_of_256_KB_by_every_class "$@"
+if [ "$failed" != 0 ]; then
+    echo "soak: some tests failed" >&2
+    exit 1
+fi
