@@ -3,18 +3,45 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <ostream>
 
 namespace {
 
 volatile std::size_t used = 0;
 
+double Seconds(const std::function<void()>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// How often the work fits into a repetition. Google Benchmark takes a single look to find that out: if that
+/// one is disturbed, all repetitions are too short.
+benchmark::IterationCount Iterations(const std::function<void()>& work) {
+    constexpr double repetitionSeconds = 0.0005;
+    constexpr double enough = 0.02;
+    double fastest = Seconds(work);
+    for (double spent = fastest; spent < enough;) {
+        const double seconds = Seconds(work);
+        spent += seconds;
+        fastest = std::min(fastest, seconds);
+    }
+    return std::max<benchmark::IterationCount>(
+        1, static_cast<benchmark::IterationCount>(repetitionSeconds / std::max(fastest, 1e-6)));
+}
+
 /// Keeps each benchmark's time by its name: that of its fastest repetition, the one disturbed least.
 class Collector : public benchmark::BenchmarkReporter {
 public:
-    bool ReportContext(const Context&) override { return true; }
+    explicit Collector(const std::string& work) : m_work(work) { SetErrorStream(&m_silent); }
+    bool ReportContext(const Context&) override {
+        std::fprintf(stderr, "%s\n", m_work.c_str());
+        return true;
+    }
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs) {
             if (run.run_type != Run::RT_Iteration)
@@ -31,6 +58,8 @@ public:
     }
 
 private:
+    const std::string& m_work;
+    std::ostream m_silent{nullptr}; // it would name each row that the filter leaves out
     std::map<std::string, double> m_seconds;
 };
 
@@ -56,16 +85,18 @@ std::string RatioText(double ratio) {
 } // namespace
 
 void Table::Time(const std::string& work, const std::vector<Contender>& contenders,
-                 const std::vector<Goal>& goals) {
-    std::fprintf(stderr, "%s\n", work.c_str());
+                 const std::vector<Goal>& goals, int repetitions) {
     for (const Contender& contender : contenders) {
-        benchmark::RegisterBenchmark((work + " / " + contender.name).c_str(), [&contender](
-                                                                                  benchmark::State& state) {
+        const auto repeat = [&contender](benchmark::State& state) {
             for ([[maybe_unused]] auto round : state)
                 contender.work();
-        })->UseRealTime();
+        };
+        auto* const timed = benchmark::RegisterBenchmark((work + " / " + contender.name).c_str(), repeat);
+        timed->UseRealTime()->Iterations(Iterations(contender.work));
+        if (repetitions > 0)
+            timed->Repetitions(repetitions);
     }
-    Collector collector;
+    Collector collector(work);
     benchmark::RunSpecifiedBenchmarks(&collector);
     benchmark::ClearRegisteredBenchmarks();
     for (const Contender& contender : contenders) {

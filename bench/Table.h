@@ -25,9 +25,9 @@ class Table {
 public:
     /// Times all contenders in turn, many times over, so that a disturbance hits all alike. Adds one line for
     /// each goal and one for each contender that no goal names; none without goals, when the times are for
-    /// other lines.
+    /// other lines. Without a number of repetitions as many as the program's options tell.
     void Time(const std::string& work, const std::vector<Contender>& contenders,
-              const std::vector<Goal>& goals);
+              const std::vector<Goal>& goals, int repetitions = 0);
     /// Adds a figure that is no comparison of times.
     void Figure(const std::string& work, const std::string& measured, double value, double atMost,
                 const std::string& unit);
