@@ -82,7 +82,7 @@ const MemberNames* TypeInfoHolder::Names() noexcept {
             auto made = std::make_unique<const MemberNames>(*m_info);
             const MemberNames* none = nullptr;
             if (m_names.compare_exchange_strong(none, made.get()))
-                made.release();
+                static_cast<void>(made.release()); // m_names owns it now
         } catch (...) {
             // Late binding works without, only slower; the next call tries again.
         }
