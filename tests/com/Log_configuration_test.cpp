@@ -1,5 +1,7 @@
 #include "LogSession.h"
 
+#include "tests/unit/windows/DebuggerOutput.h"
+
 #include <cstdio>
 #include <ctime>
 
@@ -59,29 +61,6 @@ std::wstring Shape(std::wstring_view text) {
             c = L'd';
     return shape;
 }
-
-std::vector<std::string>* traced = nullptr;
-
-LONG CALLBACK NoteTrace(EXCEPTION_POINTERS* pointers) {
-    constexpr DWORD printException = 0x40010006;
-    const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
-    if (record.ExceptionCode != printException)
-        return EXCEPTION_CONTINUE_SEARCH;
-    traced->emplace_back(reinterpret_cast<const char*>(record.ExceptionInformation[1]));
-    return EXCEPTION_CONTINUE_EXECUTION;
-}
-
-/// Collects what goes to the debugger while it lives.
-struct Debugger {
-    std::vector<std::string> lines;
-    void* handler;
-
-    Debugger() {
-        traced = &lines;
-        handler = AddVectoredExceptionHandler(1, NoteTrace);
-    }
-    ~Debugger() { RemoveVectoredExceptionHandler(handler); }
-};
 
 } // namespace
 
@@ -386,7 +365,7 @@ TEST_CASE("Log_maximum_size_0_never_makes_a_backup") {
 
 TEST_CASE("Log_trace_gets_each_line_without_its_end") {
     LogSession session;
-    Debugger debugger;
+    DebuggerOutput debugger;
     session.Put(L"Enabled", 1u);
     session.Put(L"Options", 24u);
     session.Put(L"TraceLog", 1u);
@@ -400,7 +379,7 @@ TEST_CASE("Log_trace_gets_each_line_without_its_end") {
 
 TEST_CASE("Log_trace_and_file_get_the_same_lines") {
     LogSession session;
-    Debugger debugger;
+    DebuggerOutput debugger;
     session.Enable();
     session.Put(L"TraceLog", 1u);
     session.Put(L"OnlyErrorsToFile", 1u);

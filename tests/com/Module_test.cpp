@@ -1,3 +1,5 @@
+#include "ImportPatch.h"
+
 #include "JobObjects/CJobObjectsModule.h"
 
 #include "JobObjects.h"
@@ -6,6 +8,7 @@
 
 #include <catch2/catch.hpp>
 
+#include <algorithm>
 #include <string>
 
 // The module object by itself, linked into the test: what it does for the library's own code.
@@ -24,6 +27,28 @@ std::wstring FileBesideTheModule() {
     InitializedModule();
     const std::wstring path = OwnModulePath();
     return path.substr(0, path.rfind(L'.')) + L".tlb";
+}
+
+/// The module's path as the system tells it; if it is empty, the system fails.
+std::wstring toldPath;
+
+DWORD WINAPI TellPath(HMODULE, wchar_t* buffer, DWORD size) {
+    if (toldPath.empty() || toldPath.size() >= size) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return 0;
+    }
+    std::copy_n(toldPath.c_str(), toldPath.size() + 1, buffer);
+    return static_cast<DWORD>(toldPath.size());
+}
+
+HRESULT LoadTypeLibraryFrom(const std::wstring& path, unsigned index) {
+    InitializedModule();
+    const ImportPatch patch(GetModuleHandleW(nullptr), "GetModuleFileNameW",
+                            reinterpret_cast<void*>(TellPath));
+    toldPath = path;
+    UniqueBstr loadedFrom;
+    ComPtr<ITypeLib> library;
+    return LoadOwnTypeLibrary(index, loadedFrom, library);
 }
 
 int callbackRuns = 0;
@@ -118,4 +143,16 @@ TEST_CASE("Module_type_library_that_is_nowhere_fails_with_the_result_of_the_seco
     CHECK(LoadOwnTypeLibrary(missingResource, path, library) == expected);
     CHECK(path.Get() == nullptr);
     CHECK_FALSE(library);
+}
+
+TEST_CASE("Module_type_library_path_with_its_index_has_less_than_270_characters") {
+    const std::wstring longest = L"C:\\" + std::wstring(256, L'd'); // 259, the most that the system tells
+    CHECK(LoadTypeLibraryFrom(longest, 1000000000) == E_FAIL);
+    const HRESULT shorter = LoadTypeLibraryFrom(longest, 100000000);
+    CHECK(FAILED(shorter));
+    CHECK(shorter != E_FAIL); // looked for, and not there
+}
+
+TEST_CASE("Module_type_library_of_a_module_without_a_path_fails_with_the_system_error") {
+    CHECK(LoadTypeLibraryFrom(L"", 0) == HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND));
 }

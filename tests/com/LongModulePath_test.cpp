@@ -1,0 +1,109 @@
+#include "ComClient.h"
+#include "Library.h"
+#include "RegistryTree.h"
+
+// A library in a folder so deep that its path has 260 characters or more: objects can be made and used by
+// their virtual tables, but the type library, which is loaded by that path, is out of reach.
+
+namespace {
+
+constexpr std::size_t firstTooLong = 260;
+
+/// A copy of the library whose path has so many characters, loaded.
+class DeepCopy {
+public:
+    explicit DeepCopy(std::size_t length) {
+        wchar_t temp[MAX_PATH + 1];
+        REQUIRE(GetTempPathW(MAX_PATH + 1, temp) != 0);
+        wchar_t folder[MAX_PATH];
+        REQUIRE(GetTempFileNameW(temp, L"job", 0, folder) != 0);
+        DeleteFileW(folder);
+        AddFolder(folder);
+        // Names of folders may not be as long as a whole path.
+        constexpr std::size_t longestName = 100;
+        const std::size_t total = length - std::wcslen(L"\\Tarnwick.dll");
+        while (m_folders.back().size() < total) {
+            std::size_t rest = total - m_folders.back().size() - 1;
+            if (rest > longestName)
+                rest = std::min(longestName, rest - 2); // leaves a separator and a name for the next one
+            AddFolder(m_folders.back() + L"\\" + std::wstring(rest, L'd'));
+        }
+        REQUIRE(Path().size() == length);
+        REQUIRE(CopyFileW(RegisteredLibraryPath().c_str(), (prefix + Path()).c_str(), TRUE));
+        m_module = LoadLibraryW((prefix + Path()).c_str());
+        REQUIRE(m_module != nullptr);
+    }
+    DeepCopy(const DeepCopy&) = delete;
+    DeepCopy& operator=(const DeepCopy&) = delete;
+    ~DeepCopy() {
+        FreeLibrary(m_module);
+        DeleteFileW((prefix + Path()).c_str());
+        for (auto folder = m_folders.rbegin(); folder != m_folders.rend(); ++folder)
+            RemoveDirectoryW((prefix + *folder).c_str());
+    }
+
+    std::wstring Path() const { return m_folders.back() + L"\\Tarnwick.dll"; }
+
+    ComPtr<ICopyLine> NewCopyLine() const {
+        const auto getClassObject =
+            Find<HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**)>("DllGetClassObject");
+        ComPtr<IClassFactory> factory;
+        REQUIRE_HR(getClassObject(__uuidof(CopyLine), IID_IClassFactory, factory.PutVoid()), S_OK);
+        ComPtr<ICopyLine> line;
+        REQUIRE_HR(factory->CreateInstance(nullptr, __uuidof(ICopyLine), line.PutVoid()), S_OK);
+        return line;
+    }
+    HRESULT Register() const { return Find<HRESULT(STDAPICALLTYPE*)()>("DllRegisterServer")(); }
+
+private:
+    /// Paths of any length are only taken with it.
+    static inline const std::wstring prefix = L"\\\\?\\";
+
+    void AddFolder(const std::wstring& path) {
+        INFO(Narrow(path));
+        REQUIRE(CreateDirectoryW((prefix + path).c_str(), nullptr));
+        m_folders.push_back(path);
+    }
+    template<class Function>
+    Function Find(const char* name) const {
+        const FARPROC address = GetProcAddress(m_module, name);
+        REQUIRE(address != nullptr);
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
+    }
+
+    std::vector<std::wstring> m_folders;
+    HMODULE m_module = nullptr;
+};
+
+HRESULT AskForXml(ICopyLine* line) {
+    wchar_t name[] = L"Xml";
+    LPOLESTR names = name;
+    DISPID id = 0;
+    return line->GetIDsOfNames(IID_NULL, &names, 1, 0x0409, &id);
+}
+
+} // namespace
+
+TEST_CASE("ModulePath_of_260_characters_is_too_long_for_late_binding_and_registration") {
+    constexpr auto insufficientBuffer = static_cast<HRESULT>(0x8007007A);
+    for (const std::size_t length : {firstTooLong, firstTooLong + 1, firstTooLong + 140}) {
+        INFO(length << " characters");
+        const DeepCopy copy(length);
+        const auto line = copy.NewCopyLine();
+        CHECK_HR(line->put_Sheets(7), S_OK);
+        CHECK(Value(line, &ICopyLine::get_Sheets) == 7);
+        CHECK_HR(AskForXml(line.Get()), insufficientBuffer);
+        ComPtr<ITypeInfo> info;
+        CHECK_HR(line->GetTypeInfo(0, 0x0409, info.Put()), insufficientBuffer);
+        CHECK_FALSE(info);
+        const PrivateClassesRoot root;
+        CHECK_HR(copy.Register(), insufficientBuffer);
+        CHECK(ReadRegistryTree(root.Key()).empty());
+    }
+}
+
+TEST_CASE("ModulePath_one_character_shorter_serves_late_binding") {
+    const DeepCopy copy(firstTooLong - 1);
+    const auto line = copy.NewCopyLine();
+    CHECK_HR(AskForXml(line.Get()), S_OK);
+}
