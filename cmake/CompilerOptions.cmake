@@ -26,3 +26,11 @@ if(WIN32)
         add_link_options(-Wl,--no-insert-timestamp)
     endif()
 endif()
+
+# What the product alone is built with, beside the flags above.
+add_library(product_options INTERFACE)
+target_link_libraries(product_options INTERFACE jobobjects_options)
+if(MINGW)
+    # Notices when a buffer on the stack was overrun; see common/StackGuard.cpp.
+    target_compile_options(product_options INTERFACE -fstack-protector-strong)
+endif()

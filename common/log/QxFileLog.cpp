@@ -1,5 +1,7 @@
 #include "QxFileLog.h"
 
+#include "LinkFreeFile.h"
+
 #include <string>
 
 static_assert(sizeof(wchar_t) == 2, "Text is written as it lies in memory: UTF-16LE.");
@@ -59,7 +61,7 @@ void QxFileLog::Write(std::wstring_view text) noexcept {
     }
 }
 
-bool QxFileLog::OpenAndLock() noexcept {
+bool QxFileLog::OpenAndLock() {
     // After one vain wait a single attempt has to do, until the file is free again: a stopped process costs
     // the host one wait and not one for each line.
     const DWORD wait = m_refused ? 0 : maxWait;
@@ -78,10 +80,9 @@ bool QxFileLog::OpenAndLock() noexcept {
 }
 
 /// On failure the reason is the last error.
-bool QxFileLog::Open() noexcept {
+bool QxFileLog::Open() {
     if (!m_file.IsOpen())
-        m_file = QxKernelHandle(CreateFileW(Name().c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                            nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        m_file = OpenFileWithoutLinks(Name(), FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_ALWAYS);
     return m_file.IsOpen();
 }
 
@@ -120,8 +121,8 @@ void QxFileLog::Rotate() {
     // Refused while another writer has the file open; the next write then opens the same file again. Once
     // granted it keeps other writers away until the file is renamed. Without it another process could rename
     // the full file first, and the one that was begun after it would replace it as the backup.
-    const QxKernelHandle alone(CreateFileW(Name().c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE,
-                                           nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const QxKernelHandle alone =
+        OpenFileWithoutLinks(Name(), FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_EXISTING);
     if (!alone.IsOpen() || !IsFull(alone.Get()))
         return;
     const DWORD attributes = GetFileAttributesW(backup.c_str());

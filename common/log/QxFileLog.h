@@ -10,8 +10,8 @@
 /// ".bak" when it has reached a size. The sink's name is the file name.
 ///
 /// The file is opened by the first write and stays open. Several processes may write to one file: each text
-/// is appended whole, under a lock on the file. What cannot be opened, locked, written or renamed is passed
-/// over in silence and tried again with a later text.
+/// is appended whole, under a lock on the file. A link in the path is not followed. What cannot be opened,
+/// locked, written or renamed is passed over in silence and tried again with a later text.
 class QxFileLog final : public QxLog {
 public:
     /// maxFileSize is in MiB; 0 never rotates.
@@ -22,8 +22,8 @@ public:
     void Write(std::wstring_view text) noexcept override;
 
 private:
-    bool OpenAndLock() noexcept;
-    bool Open() noexcept;
+    bool OpenAndLock();
+    bool Open();
     bool LockFileEnd() noexcept;
     bool Append(std::wstring_view lines) noexcept;
     bool IsFull(HANDLE file) const noexcept;
