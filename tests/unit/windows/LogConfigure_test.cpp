@@ -8,12 +8,13 @@
 
 namespace {
 
-constexpr wchar_t baseKey[] = L"Software\\JobObjectsLogTest";
+/// The process's own: tests run at the same time.
+const std::wstring baseKey = L"Software\\JobObjectsLogTest" + std::to_wstring(GetCurrentProcessId());
 
 /// The log's key with the log in its first state, before and afterwards.
 struct LogKey {
-    TestKey base{baseKey};
-    TestKey key{L"Software\\JobObjectsLogTest\\Log"};
+    TestKey base{baseKey.c_str()};
+    TestKey key{(baseKey + L"\\Log").c_str()};
     TestFolder folder;
     std::wstring path = folder.File(L"a.log");
 
@@ -22,7 +23,7 @@ struct LogKey {
 };
 
 void Configure() {
-    QxLogger::Instance().Configure(baseKey, HKEY_CURRENT_USER, KEY_READ);
+    QxLogger::Instance().Configure(baseKey.c_str(), HKEY_CURRENT_USER, KEY_READ);
 }
 
 LogSettings Settings() {

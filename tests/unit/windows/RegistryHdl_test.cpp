@@ -7,7 +7,9 @@
 
 namespace {
 
-constexpr wchar_t testKey[] = L"Software\\JobObjectsRegistryTest";
+/// The process's own: tests run at the same time.
+const std::wstring testKeyPath = L"Software\\JobObjectsRegistryTest" + std::to_wstring(GetCurrentProcessId());
+const wchar_t* const testKey = testKeyPath.c_str();
 
 /// What the value reads as; "unchanged" when reading fails.
 std::wstring StringOf(QxRegistryHdl& key, const wchar_t* name) {
