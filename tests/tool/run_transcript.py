@@ -1,0 +1,55 @@
+#!/usr/bin/env python3
+"""Runs the commands of a transcript and compares what they print and return with what stands there.
+
+    run_transcript.py TRANSCRIPT [--write] PROGRAM...
+
+A command is a line "$ jobobjects ARGUMENT..."; its output follows, lines of the error output marked with "! ",
+then "exit CODE". In an expected line " * " stands for any text, such as the system's own words. Commands run in the
+transcript's folder, where "*" in an argument stands for files. --write writes what they do into the file.
+"""
+import re
+import shlex
+import subprocess
+import sys
+from pathlib import Path
+
+
+def run(line, program, folder):
+    arguments = []
+    for word in shlex.split(line.removeprefix("$ jobobjects")):
+        arguments += sorted(path.relative_to(folder).as_posix() for path in folder.glob(word)) if "*" in word else [word]
+    done = subprocess.run([*program, *arguments], cwd=folder, capture_output=True, timeout=60, check=False)
+    output = done.stdout.decode("utf-8").splitlines()
+    errors = done.stderr.decode("utf-8").splitlines()
+    return [line, *output, *(f"! {error}" for error in errors), f"exit {done.returncode}"]
+
+
+def matches(actual, expected):
+    return re.fullmatch(re.escape(expected).replace(r"\ \*\ ", " .* "), actual) is not None
+
+
+def same(actual, expected):
+    return len(actual) == len(expected) and all(map(matches, actual, expected))
+
+
+def main(path, *program):
+    transcript = Path(path)
+    expected = transcript.read_text(encoding="utf-8").splitlines()
+    commands = [line for line in expected if line.startswith("$ jobobjects")]
+    if not commands:
+        return f"{path} holds no command"
+    write = program[0] == "--write"
+    actual = [line for command in commands for line in run(command, program[write:], transcript.resolve().parent)]
+    if write:
+        transcript.write_text("\n".join(actual) + "\n", encoding="utf-8")
+    elif not same(actual, expected):
+        transcript = Path(transcript.name).with_suffix(".actual")
+        transcript.write_text("\n".join(actual) + "\n", encoding="utf-8")
+        subprocess.run(["diff", "-u", path, transcript], check=False)
+        return f"{path}: the tool does something else"
+    print(f"{len(commands)} commands do what {Path(path).name} tells")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))

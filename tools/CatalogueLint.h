@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Findings.h"
+#include "XmlTree.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Looks for what is wrong with a catalogue. It goes through the file in the library's way, each search going
+/// on behind what was found last, and keeps the place of everything.
+class CatalogueLint {
+public:
+    CatalogueLint(const XmlTree& tree, Findings& findings) : m_tree(tree), m_findings(findings) {}
+
+    void Run();
+    /// How many entries there are, in words.
+    std::wstring Summary() const;
+
+private:
+    using Element = XmlTree::Element;
+
+    /// The children of one element in the order in which the library looks for them.
+    class Children {
+    public:
+        Children(CatalogueLint& lint, const Element& parent) : m_lint(lint), m_parent(parent) {}
+        /// The next child of that name, behind the last one found.
+        const Element* Next(std::wstring_view name);
+        /// The same for a child that must be there.
+        const Element* Need(std::wstring_view name);
+        /// Reports what the library has passed by.
+        void ReportRest();
+
+    private:
+        CatalogueLint& m_lint;
+        const Element& m_parent;
+        std::size_t m_next = 0;
+        std::vector<bool> m_found = std::vector<bool>(m_parent.children.size());
+    };
+
+    struct Word {
+        std::wstring text;
+        const wchar_t* section;
+        std::size_t offset;
+    };
+
+    void PaperSizes(const Element& section);
+    void PaperSize(const Element& size, std::int64_t& expectedCode);
+    void Dimensions(const Element& dimensions);
+    void PaperNames(const Element& names);
+    void Pairs(const Element& section);
+    void List(const Element& section, const wchar_t* item, const wchar_t* sectionName);
+    void Pdls(const Element& section);
+
+    std::optional<std::int64_t> Number(const Element& element, const std::wstring& text,
+                                       const std::wstring& what);
+    std::optional<std::int64_t> Code(const Element& element);
+    void BitCode(const Element& element, std::map<std::int64_t, std::size_t>& used);
+    bool IsDefault(const Element& element);
+    void AddWord(const Element& element, const wchar_t* section);
+    void CheckPageAttribute(const Element& element);
+    void CheckOneDefault(std::size_t count, const Element& parent, const std::wstring& what);
+    std::wstring Line(std::size_t offset) const;
+
+    const XmlTree& m_tree;
+    Findings& m_findings;
+    std::map<std::wstring, Word> m_words; ///< by lower-case text
+    std::map<std::int64_t, std::size_t> m_paperCodes, m_pageBits, m_finishingBits;
+    std::size_t m_paperSizes = 0, m_paperNames = 0, m_pageWords = 0, m_finishingWords = 0, m_pdls = 0;
+};

@@ -1,0 +1,238 @@
+// check: the state of the installed library, as a client meets it.
+
+#include "Catalogue.h"
+#include "Commands.h"
+#include "Console.h"
+#include "RecordObject.h"
+#include "Registry.h"
+#include "TextFile.h"
+
+#include "common/Bstr.h"
+
+#include <initguid.h> // so that the header defines the type library's identifier
+#include "JobObjects.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+namespace {
+
+constexpr LCID libraryLocale = 0x0409;
+
+class Report {
+public:
+    void Item(const std::wstring& label, const std::wstring& value) {
+        constexpr std::size_t width = 18;
+        std::wstring line = label;
+        line.resize(std::max(width, line.size() + 1), L' ');
+        Console::Line(line + value);
+    }
+    void Problem(const std::wstring& message) {
+        ++m_problems;
+        Console::Line(L"  problem: " + message);
+    }
+    void AddProblems(std::size_t count) { m_problems += count; }
+    std::size_t Problems() const noexcept { return m_problems; }
+
+private:
+    std::size_t m_problems = 0;
+};
+
+std::wstring ClassIdText(const std::wstring& className) {
+    CLSID classId;
+    wchar_t text[40];
+    const bool found = SUCCEEDED(CLSIDFromProgID((L"Corvane." + className).c_str(), &classId)) &&
+                       StringFromGUID2(classId, text, 40) > 0;
+    return found ? text : L"";
+}
+
+std::wstring ServerKey(const std::wstring& classId) {
+    return L"CLSID\\" + classId + L"\\InprocServer32";
+}
+
+/// "32-bit (x86)" from a program file's header; empty when it is none.
+std::wstring BitnessOf(const std::wstring& path) {
+    const Handle file = OpenToRead(path);
+    if (!file)
+        return L"";
+    IMAGE_DOS_HEADER dos{};
+    struct {
+        DWORD signature;
+        IMAGE_FILE_HEADER header;
+    } nt{};
+    DWORD read = 0;
+    if (!ReadFile(file.get(), &dos, sizeof(dos), &read, nullptr) || read != sizeof(dos) ||
+        dos.e_magic != IMAGE_DOS_SIGNATURE ||
+        SetFilePointer(file.get(), dos.e_lfanew, nullptr, FILE_BEGIN) == INVALID_SET_FILE_POINTER ||
+        !ReadFile(file.get(), &nt, sizeof(nt), &read, nullptr) || read != sizeof(nt) ||
+        nt.signature != IMAGE_NT_SIGNATURE)
+        return L"";
+    switch (nt.header.Machine) {
+    case IMAGE_FILE_MACHINE_I386:
+        return L"32-bit (x86)";
+    case IMAGE_FILE_MACHINE_AMD64:
+        return L"64-bit (x64)";
+    default:
+        return L"machine type " + std::to_wstring(nt.header.Machine);
+    }
+}
+
+std::wstring VersionOf(const std::wstring& path) {
+    DWORD unused = 0;
+    std::string block(GetFileVersionInfoSizeW(path.c_str(), &unused), '\0');
+    VS_FIXEDFILEINFO* info = nullptr;
+    UINT size = 0;
+    if (block.empty() ||
+        !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()) ||
+        !VerQueryValueW(block.data(), L"\\", reinterpret_cast<void**>(&info), &size))
+        return L"unknown";
+    return std::to_wstring(HIWORD(info->dwFileVersionMS)) + L"." +
+           std::to_wstring(LOWORD(info->dwFileVersionMS)) + L"." +
+           std::to_wstring(HIWORD(info->dwFileVersionLS)) + L"." +
+           std::to_wstring(LOWORD(info->dwFileVersionLS));
+}
+
+/// All classes lead to one file. Returns it, or an empty path.
+std::wstring CheckClasses(Report& report) {
+    std::wstring module;
+    std::vector<std::wstring> missing;
+    for (const std::wstring className : classNames) {
+        const std::wstring classId = ClassIdText(className);
+        const std::wstring file = RegisteredModule(className);
+        if (file.empty()) {
+            missing.push_back(className);
+            continue;
+        }
+        if (module.empty())
+            module = file;
+        else if (CompareStringOrdinal(file.c_str(), -1, module.c_str(), -1, TRUE) != CSTR_EQUAL)
+            report.Problem(L"Corvane." + className + L" is another file: " + file);
+        const std::wstring model =
+            ReadText(HKEY_CLASSES_ROOT, ServerKey(classId), L"ThreadingModel").value_or(L"");
+        if (model != L"Apartment")
+            report.Problem(L"Corvane." + className + L" has the threading model '" + model +
+                           L"', not 'Apartment'");
+    }
+    report.Item(L"Registered", std::to_wstring(std::size(classNames) - missing.size()) + L" of 10 classes");
+    if (module.empty()) {
+        report.Problem(L"the library is not registered; \"regsvr32 Tarnwick.dll\" does it");
+        return module;
+    }
+    for (const std::wstring& className : missing)
+        report.Problem(L"Corvane." + className + L" is not registered");
+    return module;
+}
+
+void CheckModule(Report& report, const std::wstring& module) {
+    report.Item(L"Library", module);
+    const std::wstring bitness = BitnessOf(module);
+    if (bitness.empty()) {
+        report.Problem(L"this is no library that can be read");
+        return;
+    }
+    report.Item(L"Bitness", bitness);
+    report.Item(L"Version", VersionOf(module));
+    report.Item(L"Threading model",
+                ReadText(HKEY_CLASSES_ROOT, ServerKey(ClassIdText(classNames[0])), L"ThreadingModel")
+                    .value_or(L"none"));
+}
+
+void CheckObjects(Report& report) {
+    std::size_t created = 0;
+    for (const wchar_t* className : classNames) {
+        try {
+            RecordObject record(className);
+            record.Xml();
+            ++created;
+        } catch (const ToolError& error) {
+            report.Problem(error.Message());
+        }
+    }
+    report.Item(L"Objects", std::to_wstring(created) + L" of 10 classes can be created and write themselves");
+}
+
+void CheckTypeLibrary(Report& report) {
+    UniqueBstr path;
+    HRESULT result = QueryPathOfRegTypeLib(LIBID_JobObjectsLib, 1, 0, libraryLocale, path.Put());
+    if (FAILED(result)) {
+        report.Item(L"Type library", L"not registered");
+        report.Problem(L"clients in other apartments and early-bound scripts need it: " + ErrorText(result));
+        return;
+    }
+    report.Item(L"Type library", std::wstring(path.View().data()));
+    ComPtr<ITypeLib> library;
+    result = LoadRegTypeLib(LIBID_JobObjectsLib, 1, 0, libraryLocale, library.Put());
+    if (FAILED(result))
+        report.Problem(L"it cannot be loaded: " + ErrorText(result));
+}
+
+void CheckCatalogue(Report& report, const std::wstring& module) {
+    const std::wstring path = CatalogueBeside(module);
+    report.Item(L"Catalogue", path);
+    try {
+        report.AddProblems(LintCatalogueFile(path));
+    } catch (const ToolError& error) {
+        report.Problem(error.Message());
+    }
+}
+
+bool FolderExists(const std::wstring& file) {
+    const std::size_t end = file.find_last_of(L"\\/");
+    const DWORD attributes =
+        GetFileAttributesW(end == std::wstring::npos ? L"." : file.substr(0, end + 1).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+void CheckLog(Report& report) {
+    const std::wstring key = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects\\Log";
+    if (!KeyExists(HKEY_LOCAL_MACHINE, key)) {
+        report.Item(L"Log", L"off: HKEY_LOCAL_MACHINE\\" + key + L" is not there");
+        return;
+    }
+    const auto number = [&](const wchar_t* name) {
+        const auto value = ReadNumber(HKEY_LOCAL_MACHINE, key, name);
+        if (!value && ValueExists(HKEY_LOCAL_MACHINE, key, name))
+            report.Problem(std::wstring(L"log value ") + name + L" is no REG_DWORD and counts as missing");
+        return value.value_or(0);
+    };
+    const std::wstring file = ReadText(HKEY_LOCAL_MACHINE, key, L"FileName").value_or(L"");
+    const bool on = number(L"Enabled") != 0;
+    const bool trace = number(L"TraceLog") != 0;
+    report.Item(L"Log", on ? L"on" : L"off");
+    report.Item(L"  file", file.empty() ? L"none" : file);
+    report.Item(L"  debugger output", trace ? L"on" : L"off");
+    for (const wchar_t* name :
+         {L"Options", L"Filters", L"Categories", L"Types", L"MaxFileSize", L"MaxDataSize"})
+        report.Item(std::wstring(L"  ") + name, std::to_wstring(number(name)));
+    if (on && file.empty() && !trace)
+        report.Problem(L"the log is on, but neither a file nor the debugger output is named");
+    if (!file.empty() && !FolderExists(file))
+        report.Problem(L"the folder of the log file is not there");
+}
+
+} // namespace
+
+std::wstring RegisteredModule(const std::wstring& className) {
+    const std::wstring classId = ClassIdText(className);
+    return classId.empty() ? L"" : ReadText(HKEY_CLASSES_ROOT, ServerKey(classId), nullptr).value_or(L"");
+}
+
+std::wstring CatalogueBeside(const std::wstring& module) {
+    return module.substr(0, module.find_last_of(L"\\/") + 1) + L"JobAttributes.xml";
+}
+
+ExitCode Check(Arguments) {
+    Report report;
+    const std::wstring module = CheckClasses(report);
+    if (!module.empty()) {
+        CheckModule(report, module);
+        CheckObjects(report);
+        CheckTypeLibrary(report);
+        CheckCatalogue(report, module);
+    }
+    CheckLog(report);
+    Console::Line(report.Problems() == 0 ? L"No problem found."
+                                         : std::to_wstring(report.Problems()) + L" problems found.");
+    return report.Problems() == 0 ? ExitOk : ExitFindings;
+}

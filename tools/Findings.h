@@ -1,0 +1,35 @@
+#pragma once
+
+#include "XmlTree.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Collects what is found in a file and shows it in the file's order, one line each, as compilers do:
+/// "job.xml:3:17: warning: ...".
+class Findings {
+public:
+    Findings(std::wstring file, const XmlTree& tree) : m_file(std::move(file)), m_tree(tree) {}
+
+    /// The library fails on it or takes it for something else than it says.
+    void Error(std::size_t offset, const std::wstring& message) { Add(offset, L": error: " + message); }
+    /// The library reads it; it is likely not what was meant.
+    void Warning(std::size_t offset, const std::wstring& message) { Add(offset, L": warning: " + message); }
+    /// About the file as a whole.
+    void FileError(const std::wstring& message);
+
+    std::size_t Count() const noexcept { return m_entries.size(); }
+    void Show();
+
+private:
+    struct Entry {
+        std::size_t offset;
+        std::wstring line;
+    };
+    void Add(std::size_t offset, const std::wstring& message);
+
+    std::wstring m_file;
+    const XmlTree& m_tree;
+    std::vector<Entry> m_entries;
+};

@@ -1,0 +1,87 @@
+#include "RecordObject.h"
+
+#include "Console.h"
+#include "TextFile.h"
+
+#include "common/Bstr.h"
+
+#include <algorithm>
+#include <iterator>
+
+const wchar_t* const classNames[10] = {L"PrintJob",         L"CopyJob",      L"ScanJob",  L"FaxJob",
+                                       L"JobContents",      L"CopyLines",    L"CopyLine", L"LogicalPrinter",
+                                       L"WindowsPrintInfo", L"PolicyResults"};
+
+namespace {
+
+DISPID MemberOf(IDispatch* object, const wchar_t* name) {
+    DISPID member = DISPID_UNKNOWN;
+    LPOLESTR names = const_cast<LPOLESTR>(name);
+    const HRESULT result = object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &member);
+    if (FAILED(result))
+        throw ToolError(std::wstring(L"the member ") + name + L" is not there: " + ErrorText(result));
+    return member;
+}
+
+} // namespace
+
+std::wstring RecordObject::ClassOfRoot(std::wstring_view root) {
+    if (root == L"JobCopyLines")
+        return L"CopyLines";
+    const auto found = std::find(std::begin(classNames), std::end(classNames), root);
+    return found == std::end(classNames) || root == L"CopyLines" ? L"" : *found;
+}
+
+RecordObject::RecordObject(const std::wstring& className) {
+    const std::wstring progId = L"Corvane." + className;
+    CLSID classId;
+    HRESULT result = CLSIDFromProgID(progId.c_str(), &classId);
+    if (SUCCEEDED(result))
+        result = CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, m_object.PutVoid());
+    if (FAILED(result))
+        throw ToolError(progId + L" cannot be created: " + ErrorText(result) +
+                        L"\r\nIs the library registered? \"jobobjects check\" tells.");
+}
+
+bool RecordObject::PutXml(std::wstring_view xml) {
+    const UniqueBstr text(xml);
+    VARIANT argument;
+    argument.vt = VT_BSTR;
+    argument.bstrVal = text.Get();
+    return SUCCEEDED(
+        InvokeMember(Get(), MemberOf(Get(), L"Xml"), DISPATCH_PROPERTYPUT, &argument, nullptr, m_error));
+}
+
+std::wstring RecordObject::Xml() {
+    VARIANT value;
+    VariantInit(&value);
+    if (FAILED(InvokeMember(Get(), MemberOf(Get(), L"Xml"), DISPATCH_PROPERTYGET, nullptr, &value, m_error)))
+        throw ToolError(L"the record does not write itself: " + m_error);
+    const std::wstring xml(BstrView(value.bstrVal));
+    VariantClear(&value);
+    return xml;
+}
+
+HRESULT InvokeMember(IDispatch* object, DISPID member, WORD flags, VARIANT* argument, VARIANT* result,
+                     std::wstring& error) {
+    DISPID put = DISPID_PROPERTYPUT;
+    const bool isPut = (flags & DISPATCH_PROPERTYPUT) != 0;
+    DISPPARAMS parameters{argument, isPut ? &put : nullptr, argument ? 1u : 0u, isPut ? 1u : 0u};
+    EXCEPINFO exception{};
+    HRESULT outcome = object->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result,
+                                     &exception, nullptr);
+    if (FAILED(outcome)) {
+        const bool told = outcome == DISP_E_EXCEPTION;
+        if (told && exception.pfnDeferredFillIn)
+            exception.pfnDeferredFillIn(&exception);
+        if (told && FAILED(exception.scode))
+            outcome = exception.scode;
+        error = told && exception.bstrDescription
+                    ? std::wstring(BstrView(exception.bstrDescription)) + L" " + ErrorNumber(outcome)
+                    : ErrorText(outcome);
+    }
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+    SysFreeString(exception.bstrHelpFile);
+    return outcome;
+}

@@ -1,0 +1,41 @@
+#include "Registry.h"
+
+#include <vector>
+
+Handle OpenToRead(const std::wstring& path) {
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return Handle(file == INVALID_HANDLE_VALUE ? nullptr : file);
+}
+
+bool KeyExists(HKEY root, const std::wstring& key) {
+    HKEY opened = nullptr;
+    if (RegOpenKeyExW(root, key.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS)
+        return false;
+    RegCloseKey(opened);
+    return true;
+}
+
+bool ValueExists(HKEY root, const std::wstring& key, const wchar_t* name) {
+    return RegGetValueW(root, key.c_str(), name, RRF_RT_ANY, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+}
+
+std::optional<std::wstring> ReadText(HKEY root, const std::wstring& key, const wchar_t* name) {
+    // Environment variables stay as they are: the library does not expand them either.
+    constexpr DWORD texts = RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND;
+    DWORD size = 0;
+    if (RegGetValueW(root, key.c_str(), name, texts, nullptr, nullptr, &size) != ERROR_SUCCESS)
+        return std::nullopt;
+    std::vector<wchar_t> text(size / sizeof(wchar_t) + 1);
+    if (RegGetValueW(root, key.c_str(), name, texts, nullptr, text.data(), &size) != ERROR_SUCCESS)
+        return std::nullopt;
+    return std::wstring(text.data());
+}
+
+std::optional<DWORD> ReadNumber(HKEY root, const std::wstring& key, const wchar_t* name) {
+    DWORD value = 0;
+    DWORD size = sizeof(value);
+    if (RegGetValueW(root, key.c_str(), name, RRF_RT_REG_DWORD, nullptr, &value, &size) != ERROR_SUCCESS)
+        return std::nullopt;
+    return value;
+}

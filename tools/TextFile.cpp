@@ -1,0 +1,66 @@
+#include "TextFile.h"
+
+#include "Console.h"
+#include "Registry.h"
+
+#include "common/TextEncoding.h"
+
+#include <algorithm>
+#include <cwchar>
+
+namespace {
+
+[[noreturn]] void Fail(const std::wstring& path, DWORD error) {
+    throw ToolError(path + L": " + ErrorText(HRESULT_FROM_WIN32(error)));
+}
+
+/// The offsets of a parsed text have 32 bits, and its characters need room beside the bytes.
+constexpr LONGLONG longestFile = 512LL * 1024 * 1024;
+constexpr DWORD piece = 4 * 1024 * 1024;
+
+} // namespace
+
+TextFile ReadTextFile(const std::wstring& path) {
+    const Handle file = OpenToRead(path);
+    if (!file)
+        Fail(path, GetLastError());
+    LARGE_INTEGER size;
+    if (!GetFileSizeEx(file.get(), &size))
+        Fail(path, GetLastError());
+    if (size.QuadPart > longestFile)
+        Fail(path, ERROR_FILE_TOO_LARGE);
+    std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        DWORD read = 0;
+        const auto wanted = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - done, piece));
+        if (!ReadFile(file.get(), bytes.data() + done, wanted, &read, nullptr))
+            Fail(path, GetLastError());
+        if (read == 0)
+            break;
+        done += read;
+        if (bytes.size() > piece)
+            Console::Progress(L"Reading: " + std::to_wstring(done * 100ULL / bytes.size()) + L" %");
+    }
+    bytes.resize(done);
+    Console::EndProgress();
+    return {TextEncoding::Decode(bytes), done};
+}
+
+std::wstring ErrorNumber(long result) {
+    wchar_t number[16];
+    std::swprintf(number, 16, L"(0x%08lX)", static_cast<unsigned long>(result));
+    return number;
+}
+
+std::wstring ErrorText(long result) {
+    wchar_t* message = nullptr;
+    const DWORD length = FormatMessageW(
+        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+        static_cast<DWORD>(result), 0, reinterpret_cast<wchar_t*>(&message), 0, nullptr);
+    std::wstring text(message ? message : L"", length);
+    LocalFree(message);
+    while (!text.empty() && text.back() <= L' ')
+        text.pop_back();
+    return text.empty() ? ErrorNumber(result) : text + L" " + ErrorNumber(result);
+}
