@@ -3,6 +3,7 @@
 #include "CJobObjectsModule.h"
 #include "ResourceStrings.h"
 #include "common/log/QxLogger.h"
+#include "contents/JobAttributeCatalogue.h"
 
 bool CJobObjectsApp::InitInstance(HINSTANCE instance) noexcept {
     TheModule().Initialize(instance);
@@ -21,4 +22,6 @@ bool CJobObjectsApp::InitInstance(HINSTANCE instance) noexcept {
 
 void CJobObjectsApp::ExitInstance() noexcept {
     TheModule().Terminate();
+    TheCatalogue().Unload();
+    QxLogger::Instance().Close(); // last: the others may log
 }

@@ -4,63 +4,46 @@
 
 #if defined(__MINGW32__) && defined(__GLIBCXX__)
 
-// GCC's static runtime was written for programs: what its exception handling takes from the process (a
-// thread-local storage slot, semaphores behind its mutexes, a pool of memory for exceptions thrown when
-// memory is short) it never gives back. A library that is loaded and unloaded at will would use the process
-// up: the slots alone run out after about a thousand cycles. So the library notes what the runtime takes, by
-// standing in for the three imported functions that the runtime calls for it, and gives it back at the very
-// end.
+// GCC's static runtime was written for programs: the semaphores behind the locks of its exception handling it
+// never gives back. A library that is loaded and unloaded at will would use the process up. So the library
+// notes what the runtime takes, by standing in for the two imported functions that the runtime calls for it,
+// and gives it back at the very end. (What else the runtime would take, see RuntimeExceptions.cpp.)
 
 #include <windows.h>
 
 #include <atomic>
 
-namespace __gnu_cxx {
-// The runtime's name. NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
-void __freeres(); // frees the pool; the runtime's own hook for tools that look for leaks
-} // namespace __gnu_cxx
-
 namespace {
 
-/// Values taken and not given back yet; 0 is an empty place. When all places are taken, a value is not noted.
-template<class Value, std::size_t Size>
+/// Handles taken and not given back yet; null is an empty place. When all places are taken, one is not noted.
 class Taken {
 public:
-    void Note(Value value) noexcept { Replace(Value{}, value); }
-    void Forget(Value value) noexcept { Replace(value, Value{}); }
-    template<class GiveBack>
-    void GiveAllBack(GiveBack giveBack) noexcept {
-        for (std::atomic<Value>& place : m_places)
-            if (const Value value = place.exchange(Value{}))
-                giveBack(value);
+    void Note(HANDLE handle) noexcept { Replace(nullptr, handle); }
+    void Forget(HANDLE handle) noexcept { Replace(handle, nullptr); }
+    void GiveAllBack() noexcept {
+        for (std::atomic<HANDLE>& place : m_places)
+            if (HANDLE handle = place.exchange(nullptr))
+                CloseHandle(handle);
     }
 
 private:
-    void Replace(Value from, Value to) noexcept {
-        for (std::atomic<Value>& place : m_places) {
-            Value expected = from;
+    void Replace(HANDLE from, HANDLE to) noexcept {
+        for (std::atomic<HANDLE>& place : m_places) {
+            HANDLE expected = from;
             if (place.compare_exchange_strong(expected, to))
                 return;
         }
     }
 
-    std::atomic<Value> m_places[Size]{};
+    std::atomic<HANDLE> m_places[32]{};
 };
 
-constinit Taken<DWORD, 8> slots; // one above the slot's index
-constinit Taken<HANDLE, 32> semaphores;
+constinit Taken semaphores;
 
 template<class Function>
 Function SystemFunction(const char* name) noexcept {
     FARPROC address = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name);
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
-}
-
-DWORD WINAPI NotedTlsAlloc() noexcept {
-    const DWORD slot = SystemFunction<decltype(&TlsAlloc)>("TlsAlloc")();
-    if (slot != TLS_OUT_OF_INDEXES)
-        slots.Note(slot + 1);
-    return slot;
 }
 
 HANDLE WINAPI NotedCreateSemaphore(SECURITY_ATTRIBUTES* security, LONG initial, LONG maximum,
@@ -85,7 +68,6 @@ BOOL WINAPI NotedCloseHandle(HANDLE handle) noexcept {
 
 // The names under which the linker looks for the imported functions of this library.
 extern "C" {
-[[gnu::used]] decltype(&NotedTlsAlloc) importedTlsAlloc __asm__("__imp__TlsAlloc@0") = NotedTlsAlloc;
 [[gnu::used]] decltype(&NotedCreateSemaphore)
     importedCreateSemaphore __asm__("__imp__CreateSemaphoreW@16") = NotedCreateSemaphore;
 [[gnu::used]] decltype(&NotedCloseHandle)
@@ -93,9 +75,7 @@ extern "C" {
 }
 
 void ReleaseRuntime() noexcept {
-    __gnu_cxx::__freeres();
-    slots.GiveAllBack([](DWORD slot) { TlsFree(slot - 1); });
-    semaphores.GiveAllBack([](HANDLE semaphore) { CloseHandle(semaphore); });
+    semaphores.GiveAllBack();
 }
 
 #else

@@ -13,7 +13,16 @@ using AttributeText::Words;
 
 namespace {
 
-constinit JobAttributeCatalogue processCatalogue;
+/// Keeps the catalogue from being destroyed by the runtime: its list of destructors needs memory while the
+/// library is loaded, and goes without what finds none.
+union Storage {
+    constexpr Storage() noexcept : catalogue() {}
+    ~Storage() {}
+
+    JobAttributeCatalogue catalogue;
+};
+
+constinit Storage storage;
 
 const CatalogueEntry* Find(const CatalogueMap& map, std::wstring_view name) noexcept {
     const auto found = map.find(name);
@@ -64,7 +73,7 @@ const CatalogueEntry* TakePairSide(const PageAttributePair& pair, Words& words) 
 } // namespace
 
 JobAttributeCatalogue& TheCatalogue() noexcept {
-    return processCatalogue;
+    return storage.catalogue;
 }
 
 bool LowerCaseLess::operator()(std::wstring_view a, std::wstring_view b) const noexcept {
@@ -119,6 +128,11 @@ void JobAttributeCatalogue::EnsureLoaded() {
     std::wstring text;
     if (ReadCatalogueFile(text) && ReadCatalogue(text, *m_tables))
         m_loaded.store(true, std::memory_order_release);
+}
+
+void JobAttributeCatalogue::Unload() noexcept {
+    m_loaded.store(false, std::memory_order_relaxed);
+    m_tables.reset();
 }
 
 std::uint32_t JobAttributeCatalogue::PaperDbIdFromName(std::wstring_view name) {

@@ -96,6 +96,8 @@ public:
     /// Reads the catalogue file unless an earlier call has fully succeeded. After a failure the tables hold
     /// what was read so far, and the next call tries again.
     void EnsureLoaded();
+    /// Drops the tables. For the unloading of the module, when no other thread can be inside: takes no lock.
+    void Unload() noexcept;
 
     /// The code of the paper size with this name, or 0.
     std::uint32_t PaperDbIdFromName(std::wstring_view name);

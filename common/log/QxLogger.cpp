@@ -9,7 +9,7 @@
 namespace {
 
 /// Keeps the logger from being destroyed, so that a message from the destructor of another static finds a
-/// closed log and not a dead one.
+/// closed log and not a dead one. The module closes it when it is unloaded.
 union Storage {
     constexpr Storage() noexcept : logger() {}
     ~Storage() {}
@@ -18,13 +18,6 @@ union Storage {
 };
 
 constinit Storage storage;
-
-/// Gives back what the logger holds when the module is unloaded.
-struct AtUnload {
-    ~AtUnload() { storage.logger.Close(); }
-};
-
-const AtUnload atUnload;
 
 } // namespace
 
