@@ -25,9 +25,9 @@ OVERLAPPED LockPosition() noexcept {
     return position;
 }
 
-void UnlockFileEnd(HANDLE file) noexcept {
+bool UnlockFileEnd(HANDLE file) noexcept {
     OVERLAPPED position = LockPosition();
-    UnlockFileEx(file, 0, 1, 0, &position);
+    return UnlockFileEx(file, 0, 1, 0, &position) != FALSE;
 }
 
 /// The text's complete lines with CRLF line ends.
@@ -49,12 +49,14 @@ void QxFileLog::Write(std::wstring_view text) noexcept {
         if (lines.empty() || !OpenAndLock())
             return;
         const bool written = Append(lines);
-        UnlockFileEnd(m_file.Get());
-        if (!written)
-            return;
+        const bool unlocked = UnlockFileEnd(m_file.Get());
         // Outside the lock: flushing takes by far the longest, and other writers need not wait for it.
-        FlushFileBuffers(m_file.Get());
-        if (IsFull(m_file.Get()))
+        if (written)
+            FlushFileBuffers(m_file.Get());
+        // Closing gives back a lock that could not be taken off. Otherwise nobody could write any more.
+        if (!unlocked)
+            m_file.Close();
+        else if (written && IsFull(m_file.Get()))
             Rotate();
     } catch (...) {
         // Out of memory: the text is lost.
