@@ -1,0 +1,36 @@
+#pragma once
+
+#include "FaultLoop.h"
+#include "Library.h"
+
+#include <optional>
+
+/// The library, loaded anew for each run.
+class FreshLibrary {
+public:
+    FreshLibrary();
+    ~FreshLibrary() { Unload(); }
+    FreshLibrary(const FreshLibrary&) = delete;
+    FreshLibrary& operator=(const FreshLibrary&) = delete;
+
+    /// The result of loading.
+    HRESULT Load();
+    /// Unloads it, with what COM holds of it.
+    void Unload();
+    const Library* operator->() const { return &*m_library; }
+
+private:
+    std::optional<Library> m_library;
+};
+
+/// Uses most of what the library makes on first use: late binding, children, a failing call, the catalogue.
+void UseAndFail(const LibraryClass& of);
+
+/// Does the work with the faults in each of the two modes; when everything is run, twice, and the second time
+/// has to leave nothing behind in the process but for blocks that are known to be lost. Returns the number of
+/// faults of one time.
+std::size_t RunWithoutGrowth(const std::function<std::size_t(FaultMode)>& work, std::size_t blocksLost = 0);
+
+/// For runs in which the library is loaded. Without memory for its list of what to do on unloading, which it
+/// makes first of all, the runtime loses one block then: its sorted table of exception handlers.
+long BlocksLostInLoading(const FaultRun& run);

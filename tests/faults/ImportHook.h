@@ -1,0 +1,99 @@
+#pragma once
+
+#include "FaultInjector.h"
+
+#include <cstdio>
+#include <cstring>
+
+// What stands in a library's import table in place of the imported function.
+
+template<std::size_t Size>
+struct ImportName {
+    // NOLINTNEXTLINE(google-explicit-constructor): a template argument is converted
+    consteval ImportName(const char (&name)[Size]) {
+        for (std::size_t i = 0; i < Size; ++i)
+            text[i] = name[i];
+    }
+    char text[Size];
+};
+
+/// An import and what stands in for it.
+struct Import {
+    const char* name;
+    void* replacement;
+    void (*setOriginal)(void* address);
+    Failure failure;
+    const char* reason;
+};
+
+namespace ImportHooks {
+
+template<class Result>
+Result ResultFrom(DWORD value) noexcept {
+    // Pointers, handles and numbers: all as wide as a register.
+    static_assert(sizeof(Result) <= sizeof(value));
+    Result result;
+    std::memcpy(&result, &value, sizeof(result));
+    return result;
+}
+
+/// Calls the function or makes its failure.
+template<class Function, class... Arguments>
+auto CallOrFail(const char* name, const Failure& failure, Function original, Arguments... arguments) {
+    using Result = decltype(original(arguments...));
+    if (!FaultInjector::Strikes(name, failure))
+        return original(arguments...);
+    if (failure.afterTheCall)
+        original(arguments...);
+    if (failure.lastError)
+        SetLastError(failure.lastError);
+    return ResultFrom<Result>(failure.value);
+}
+
+template<ImportName name, class Function>
+struct Hook;
+
+template<ImportName name, class Result, class... Arguments>
+struct Hook<name, Result(__stdcall*)(Arguments...)> {
+    using Function = Result(__stdcall*)(Arguments...);
+    static inline Failure failure{};
+    static inline Function original = nullptr;
+    static Result __stdcall Replacement(Arguments... arguments) {
+        return CallOrFail(name.text, failure, original, arguments...);
+    }
+    static void SetOriginal(void* address) { original = reinterpret_cast<Function>(address); }
+};
+
+/// Ends the program with the name of a function that should not have been called. Nobody returns from here,
+/// so the arguments do not matter.
+template<ImportName name>
+[[noreturn]] void NeverCalled() {
+    char text[200];
+    FaultInjector::Describe(text, sizeof(text));
+    std::fprintf(stderr, "%s was called: %s\n", name.text, text);
+    std::fflush(stderr);
+    TerminateProcess(GetCurrentProcess(), 253);
+    for (;;)
+        Sleep(INFINITE);
+}
+
+} // namespace ImportHooks
+
+/// A function whose calls can be made to fail.
+template<ImportName name, class Function>
+Import Fails(Failure failure) {
+    using Hook = ImportHooks::Hook<name, Function>;
+    Hook::failure = failure;
+    return {name.text, reinterpret_cast<void*>(&Hook::Replacement), &Hook::SetOriginal, failure, ""};
+}
+
+/// A function that is called as it is.
+inline Import CannotFail(const char* name, const char* reason) {
+    return {name, nullptr, nullptr, {}, reason};
+}
+
+/// A function that ends the program when it is called.
+template<ImportName name>
+Import NotCalled(const char* reason) {
+    return {name.text, reinterpret_cast<void*>(&ImportHooks::NeverCalled<name>), nullptr, {}, reason};
+}

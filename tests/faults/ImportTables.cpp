@@ -1,0 +1,364 @@
+#include "ImportTables.h"
+
+#include "ImportHook.h"
+
+#include <objbase.h>
+#include <oleauto.h>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+// How failures look. The HRESULTs are such as nothing else here gives, so that a test sees whose they are.
+
+Failure OutOfMemory() {
+    return {0, 0, E_OUTOFMEMORY, "", false};
+}
+Failure FailsWith(HRESULT result) {
+    return {static_cast<DWORD>(result), 0, result, "", false};
+}
+Failure RegistryFails(LSTATUS status) {
+    return {static_cast<DWORD>(status), 0, HRESULT_FROM_WIN32(static_cast<DWORD>(status)), "", false};
+}
+Failure ReturnsZero(DWORD lastError, HRESULT surfacesAs) {
+    return {0, lastError, surfacesAs, "", false};
+}
+Failure Absorbed(DWORD value, DWORD lastError, const char* why) {
+    return {value, lastError, S_OK, why, false};
+}
+/// A give-back that reports a failure: what was given back is gone.
+Failure GiveBackFails(DWORD value, DWORD lastError) {
+    return {value, lastError, S_OK, "what it gave back is no longer used", true};
+}
+
+constexpr char logOnly[] = "only the log needs it, and the log never disturbs its caller";
+constexpr char catalogueOnly[] = "a catalogue that cannot be read is logged and tried again";
+constexpr char runtimeStart[] = "the runtime does without it";
+constexpr DWORD none = 0;
+
+// The memory of the C runtime, with the ledger of what is in use.
+
+Failure noMemory = OutOfMemory();
+void* (*originalMalloc)(std::size_t);
+void* (*originalCalloc)(std::size_t, std::size_t);
+void* (*originalRealloc)(void*, std::size_t);
+void (*originalFree)(void*);
+
+void* Malloc(std::size_t size) {
+    void* block = FaultInjector::Strikes("malloc", noMemory) ? nullptr : originalMalloc(size);
+    FaultInjector::CountBlocks(block != nullptr);
+    return block;
+}
+
+void* Calloc(std::size_t count, std::size_t size) {
+    void* block = FaultInjector::Strikes("calloc", noMemory) ? nullptr : originalCalloc(count, size);
+    FaultInjector::CountBlocks(block != nullptr);
+    return block;
+}
+
+void* Realloc(void* block, std::size_t size) {
+    if (FaultInjector::Strikes("realloc", noMemory))
+        return nullptr;
+    void* moved = originalRealloc(block, size);
+    FaultInjector::CountBlocks((moved != nullptr) - (block != nullptr && (moved || size == 0)));
+    return moved;
+}
+
+void Free(void* block) {
+    FaultInjector::CountBlocks(-(block != nullptr));
+    originalFree(block);
+}
+
+template<auto* original>
+void Set(void* address) {
+    std::memcpy(original, &address, sizeof(address));
+}
+
+template<class Function>
+void* Address(Function function) {
+    return reinterpret_cast<void*>(function);
+}
+
+// OLE's texts, with their ledger.
+
+decltype(&SysAllocStringLen) originalAllocText;
+decltype(&SysFreeString) originalFreeText;
+
+BSTR WINAPI AllocText(const OLECHAR* text, UINT length) {
+    BSTR copy =
+        FaultInjector::Strikes("SysAllocStringLen", noMemory) ? nullptr : originalAllocText(text, length);
+    FaultInjector::CountTexts(copy != nullptr);
+    return copy;
+}
+
+void WINAPI FreeText(BSTR text) {
+    FaultInjector::CountTexts(-(text != nullptr));
+    originalFreeText(text);
+}
+
+// A disk that is full takes the first half of what is written.
+
+decltype(&WriteFile) originalWriteFile;
+Failure shortWrite = Absorbed(TRUE, none, logOnly);
+Failure refusedWrite = Absorbed(FALSE, ERROR_DISK_FULL, logOnly);
+
+BOOL WINAPI WriteToFile(HANDLE file, const void* data, DWORD size, DWORD* written, OVERLAPPED* position) {
+    if (FaultInjector::Strikes("WriteFile, half of it", shortWrite))
+        return originalWriteFile(file, data, size / 2 | 1, written, position);
+    if (FaultInjector::Strikes("WriteFile", refusedWrite)) {
+        SetLastError(ERROR_DISK_FULL);
+        return FALSE;
+    }
+    return originalWriteFile(file, data, size, written, position);
+}
+
+// The module of the system that is asked for its functions is there in every process.
+
+decltype(&GetModuleHandleW) originalGetModuleHandle;
+Failure moduleNotFound = Absorbed(0, ERROR_MOD_NOT_FOUND, catalogueOnly);
+
+HMODULE WINAPI GetModule(const wchar_t* name) {
+    if (wcscmp(name, L"kernel32.dll") != 0 && FaultInjector::Strikes("GetModuleHandleW", moduleNotFound)) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return nullptr;
+    }
+    return originalGetModuleHandle(name);
+}
+
+decltype(&GetProcAddress) originalGetProcAddress;
+FARPROC WINAPI FindFunction(HMODULE module, const char* name);
+
+#define FAILS(function, ...) Fails<#function, decltype(&function)>(__VA_ARGS__)
+
+const std::vector<Import>& FallibleImports() {
+    static const std::vector<Import> imports = {
+        {"malloc", Address(Malloc), Set<&originalMalloc>, noMemory, ""},
+        {"calloc", Address(Calloc), Set<&originalCalloc>, noMemory, ""},
+        {"realloc", Address(Realloc), Set<&originalRealloc>, noMemory, ""},
+        {"SysAllocStringLen", Address(AllocText), Set<&originalAllocText>, noMemory, ""},
+        {"WriteFile", Address(WriteToFile), Set<&originalWriteFile>, refusedWrite, ""},
+        {"GetModuleHandleW", Address(GetModule), Set<&originalGetModuleHandle>, moduleNotFound, ""},
+
+        FAILS(RegCloseKey, GiveBackFails(ERROR_INVALID_HANDLE, none)),
+        FAILS(RegCreateKeyExW, RegistryFails(ERROR_NO_SYSTEM_RESOURCES)),
+        FAILS(RegDeleteTreeW, RegistryFails(ERROR_KEY_HAS_CHILDREN)),
+        FAILS(RegOpenKeyExW, Absorbed(ERROR_ACCESS_DENIED, none, logOnly)),
+        FAILS(RegQueryValueExW, Absorbed(ERROR_NOT_ENOUGH_MEMORY, none, logOnly)),
+        FAILS(RegSetValueExW, RegistryFails(ERROR_REGISTRY_IO_FAILED)),
+
+        FAILS(CreateFileW, Absorbed(static_cast<DWORD>(-1), ERROR_TOO_MANY_OPEN_FILES, logOnly)),
+        FAILS(FlushFileBuffers, Absorbed(FALSE, ERROR_DISK_FULL, logOnly)),
+        FAILS(FormatMessageW, Absorbed(0, ERROR_MR_MID_NOT_FOUND, "a substitute text stands in")),
+        FAILS(GetFileAttributesW, Absorbed(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED, logOnly)),
+        FAILS(GetFileInformationByHandle, Absorbed(FALSE, ERROR_INVALID_HANDLE, logOnly)),
+        FAILS(GetFileSizeEx, Absorbed(FALSE, ERROR_INVALID_HANDLE, logOnly)),
+        FAILS(GetModuleFileNameW,
+              ReturnsZero(ERROR_NOT_ENOUGH_MEMORY, HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY))),
+        FAILS(LocalFree, GiveBackFails(1, ERROR_INVALID_HANDLE)),
+        FAILS(LockFileEx, Absorbed(FALSE, ERROR_NOT_SUPPORTED, logOnly)),
+        FAILS(MoveFileExW, Absorbed(FALSE, ERROR_SHARING_VIOLATION, logOnly)),
+        FAILS(ReadFile, Absorbed(FALSE, ERROR_READ_FAULT, catalogueOnly)),
+        FAILS(SetEndOfFile, Absorbed(FALSE, ERROR_DISK_FULL, logOnly)),
+        FAILS(SetFileAttributesW, Absorbed(FALSE, ERROR_ACCESS_DENIED, logOnly)),
+        FAILS(SetFilePointerEx, Absorbed(FALSE, ERROR_INVALID_HANDLE, logOnly)),
+        FAILS(UnlockFileEx, Absorbed(FALSE, ERROR_NOT_LOCKED, logOnly)),
+        FAILS(SetThreadLocale,
+              Absorbed(FALSE, ERROR_INVALID_PARAMETER, "the keys are the same in any locale")),
+        FAILS(DisableThreadLibraryCalls,
+              Absorbed(FALSE, ERROR_INVALID_HANDLE, "the library is told of threads and ignores them")),
+
+        FAILS(CLSIDFromProgID, FailsWith(REGDB_E_READREGDB)),
+        FAILS(CoCreateInstance, FailsWith(CO_E_DLLNOTFOUND)),
+        FAILS(OleRun, FailsWith(CO_E_SERVER_EXEC_FAILURE)),
+        FAILS(CreateErrorInfo, Absorbed(static_cast<DWORD>(E_OUTOFMEMORY), none,
+                                        "the failure goes to the caller without a description")),
+        FAILS(GetErrorInfo,
+              Absorbed(S_FALSE, none, "a child's failure goes to the caller without its description")),
+        FAILS(SetErrorInfo, Absorbed(static_cast<DWORD>(E_OUTOFMEMORY), none,
+                                     "the failure goes to the caller without a description")),
+
+        FAILS(LoadTypeLibEx, FailsWith(TYPE_E_IOERROR)),
+        FAILS(QueryPathOfRegTypeLib,
+              Absorbed(static_cast<DWORD>(TYPE_E_LIBNOTREGISTERED), none, "there is nothing to remove")),
+        FAILS(RegisterTypeLib, FailsWith(TYPE_E_REGISTRYACCESS)),
+        FAILS(UnRegisterTypeLib, FailsWith(TYPE_E_CANTCREATETMPFILE)),
+
+        FAILS(LoadStringW, Absorbed(0, ERROR_RESOURCE_DATA_NOT_FOUND, "a text stays empty")),
+    };
+    return imports;
+}
+
+/// Functions that the library finds by their names.
+const std::vector<Import>& ImportsByName() {
+    static const std::vector<Import> imports = {
+        FAILS(CreateSemaphoreW, Absorbed(0, ERROR_NO_SYSTEM_RESOURCES, runtimeStart)),
+        FAILS(CloseHandle, GiveBackFails(FALSE, ERROR_INVALID_HANDLE)),
+    };
+    return imports;
+}
+
+const std::vector<Import>& InfallibleImports() {
+    static constexpr char lock[] = "takes no memory and waits until it succeeds";
+    static constexpr char reader[] = "reads what the process holds";
+    static constexpr char compute[] = "works on its arguments alone";
+    static constexpr char giveBack[] = "gives back and reports nothing";
+    static const std::vector<Import> imports = {
+        {"free", Address(Free), Set<&originalFree>, {}, giveBack},
+        {"SysFreeString", Address(FreeText), Set<&originalFreeText>, {}, giveBack},
+        {"GetProcAddress",
+         Address(FindFunction),
+         Set<&originalGetProcAddress>,
+         {},
+         "the functions asked for are there in every system"},
+        CannotFail("AcquireSRWLockExclusive", lock),
+        CannotFail("ReleaseSRWLockExclusive", lock),
+        CannotFail("InitializeCriticalSection", lock),
+        CannotFail("EnterCriticalSection", lock),
+        CannotFail("LeaveCriticalSection", lock),
+        CannotFail("DeleteCriticalSection", lock),
+        CannotFail("ReleaseSemaphore", "called on a semaphore that a thread waits for"),
+        CannotFail("WaitForSingleObject", "called on a semaphore that is held until it is released"),
+        CannotFail("_lock", lock),
+        CannotFail("_unlock", lock),
+        CannotFail("DecodePointer", compute),
+        CannotFail("EncodePointer", compute),
+        CannotFail("GetCurrentProcessId", reader),
+        CannotFail("GetCurrentThreadId", reader),
+        CannotFail("GetLastError", reader),
+        CannotFail("GetModuleHandleA", "asked for a shared runtime that is not there: null is the answer"),
+        CannotFail("GetLocalTime", reader),
+        CannotFail("GetSystemTime", reader),
+        CannotFail("GetSystemTimeAsFileTime", reader),
+        CannotFail("QueryPerformanceCounter", reader),
+        CannotFail("GetThreadLocale", reader),
+        CannotFail("GetTickCount", reader),
+        CannotFail("SetLastError", reader),
+        CannotFail("Sleep", reader),
+        CannotFail("TlsGetValue", "the slot is one that was handed out"),
+        CannotFail("OutputDebugStringW", "returns nothing"),
+        CannotFail("StringFromGUID2", "the buffer is large enough"),
+        CannotFail("SysStringLen", reader),
+        CannotFail("__mb_cur_max", "a variable"),
+        CannotFail("_iob", "a variable"),
+        CannotFail("_errno", "a variable of the thread, there since its start"),
+        CannotFail("_initterm", "runs the constructors"),
+        CannotFail("localeconv", reader),
+        CannotFail("memchr", compute),
+        CannotFail("memcmp", compute),
+        CannotFail("memcpy", compute),
+        CannotFail("memmove", compute),
+        CannotFail("memset", compute),
+        CannotFail("strchr", compute),
+        CannotFail("strcmp", compute),
+        CannotFail("strlen", compute),
+        CannotFail("strncmp", compute),
+        CannotFail("wcslen", compute),
+    };
+    return imports;
+}
+
+const std::vector<Import>& UncalledImports() {
+    static constexpr char fatal[] = "the runtime's way to end the process";
+    static constexpr char output[] = "the runtime's output to a console";
+    static constexpr char narrow[] = "narrow text in a wide format, of which there is none";
+    static constexpr char unused[] = "of a part of the runtime that the library does not use";
+    static const std::vector<Import> imports = {
+        NotCalled<"abort">(fatal),
+        NotCalled<"_amsg_exit">(fatal),
+        NotCalled<"TerminateProcess">(fatal),
+        NotCalled<"GetCurrentProcess">(fatal),
+        NotCalled<"fwprintf">(output),
+        NotCalled<"vfprintf">(output),
+        NotCalled<"fputwc">(output),
+        NotCalled<"fwrite">(output),
+        NotCalled<"IsDBCSLeadByteEx">(narrow),
+        NotCalled<"MultiByteToWideChar">(narrow),
+        NotCalled<"setlocale">(unused),
+        NotCalled<"strerror">(unused),
+        NotCalled<"atoi">(unused),
+        NotCalled<"_read">(unused),
+        NotCalled<"_close">(unused),
+        NotCalled<"LoadLibraryA">(unused),
+        NotCalled<"LoadLibraryW">(unused),
+        NotCalled<"FreeLibrary">(unused),
+        NotCalled<"VirtualProtect">(unused),
+        NotCalled<"VirtualQuery">(unused),
+    };
+    return imports;
+}
+
+const Import* Find(const std::vector<Import>& table, const char* name) {
+    for (const Import& import : table)
+        if (std::strcmp(import.name, name) == 0)
+            return &import;
+    return nullptr;
+}
+
+void* Lead(const Import& import, void* address) {
+    if (import.setOriginal)
+        import.setOriginal(address);
+    return import.replacement ? import.replacement : address;
+}
+
+FARPROC WINAPI FindFunction(HMODULE module, const char* name) {
+    const FARPROC address = originalGetProcAddress(module, name);
+    const Import* import = Find(ImportsByName(), name);
+    if (!import || !address)
+        return address;
+    return reinterpret_cast<FARPROC>(Lead(*import, reinterpret_cast<void*>(address)));
+}
+
+template<class Visitor>
+void ForEachImport(HMODULE library, Visitor visit) {
+    auto* const base = reinterpret_cast<BYTE*>(library);
+    const auto* const dos = reinterpret_cast<IMAGE_DOS_HEADER*>(base);
+    const auto* const headers = reinterpret_cast<IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+    const IMAGE_DATA_DIRECTORY& imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+    auto* from = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imports.VirtualAddress);
+    for (; from->Name; ++from) {
+        auto* name = reinterpret_cast<IMAGE_THUNK_DATA*>(base + from->OriginalFirstThunk);
+        auto* slot = reinterpret_cast<void**>(base + from->FirstThunk);
+        for (; name->u1.AddressOfData; ++name, ++slot) {
+            const auto* entry = reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
+            visit(IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal) ? "an ordinal"
+                                                          : reinterpret_cast<const char*>(entry->Name),
+                  *slot);
+        }
+    }
+}
+
+const Import* FindInAnyTable(const char* name) {
+    for (const auto* table : {&FallibleImports(), &InfallibleImports(), &UncalledImports()})
+        if (const Import* import = Find(*table, name))
+            return import;
+    return nullptr;
+}
+
+} // namespace
+
+void LeadImportsThroughTables(HMODULE library) {
+    ForEachImport(library, [](const char* name, void*& slot) {
+        const Import* import = FindInAnyTable(name);
+        if (!import)
+            return; // the test of the tables tells
+        DWORD protection = 0;
+        VirtualProtect(&slot, sizeof(slot), PAGE_READWRITE, &protection);
+        slot = Lead(*import, slot);
+        VirtualProtect(&slot, sizeof(slot), protection, &protection);
+    });
+}
+
+std::vector<std::string> ImportsOf(HMODULE library) {
+    std::vector<std::string> names;
+    ForEachImport(library, [&](const char* name, void*&) { names.emplace_back(name); });
+    return names;
+}
+
+std::vector<TableEntry> TableEntries() {
+    std::vector<TableEntry> entries;
+    for (const auto* table : {&FallibleImports(), &InfallibleImports(), &UncalledImports()})
+        for (const Import& import : *table)
+            entries.push_back({import.name, table == &FallibleImports(), import.reason});
+    return entries;
+}

@@ -1,0 +1,34 @@
+#include "FaultInjector.h"
+#include "ImportTables.h"
+#include "Library.h"
+
+#include <catch2/catch.hpp>
+
+#include <set>
+#include <string>
+#include <vector>
+
+// The tables tell of every import of the library whether it can fail.
+
+TEST_CASE("FaultTables_know_every_import_of_the_library") {
+    FaultInjector::Watch();
+    const Library library;
+    std::set<std::string> known, fallible;
+    for (const TableEntry& entry : TableEntries()) {
+        INFO(entry.name);
+        CHECK(known.insert(entry.name).second);
+        CHECK(entry.reason.empty() == entry.fails);
+        if (entry.fails)
+            fallible.insert(entry.name);
+    }
+    const std::vector<std::string> imports = ImportsOf(library.Module());
+    REQUIRE(imports.size() > 50);
+    std::vector<std::string> unknown;
+    for (const std::string& import : imports) {
+        if (known.count(import) == 0)
+            unknown.push_back(import);
+        fallible.erase(import);
+    }
+    CHECK(unknown == std::vector<std::string>());
+    CHECK(fallible == std::set<std::string>()); // what no longer is imported
+}

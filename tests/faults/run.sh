@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Makes every call fail that the library makes, one at a time and with all that follow, and prints how many did.
+# The library and the tests are those of build/windows; ./test.sh or ./build.sh makes them. Takes some minutes.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+source cmake/wine-session.sh
+start_wine
+cmake/wine.sh regsvr32 /s "$(windows_path "$PWD/build/windows/JobObjects/Tarnwick.dll")"
+
+export FAULTS=all
+report=$(mktemp)
+trap 'stop_wine; rm -f "$report"' EXIT
+for tests in fault_tests log_fault_tests; do
+    timeout 3600 cmake/wine.sh "build/windows/tests/faults/$tests.exe" | tee -a "$report"
+done
+awk '/^faults, / { sub(/\r$/, ""); total += $NF } END { print "faults in total: " total }' "$report"
