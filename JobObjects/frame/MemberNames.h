@@ -31,5 +31,5 @@ private:
     /// The slot that holds the name, or the free one where the search for it ends.
     std::size_t SlotOf(std::wstring_view name) const noexcept;
 
-    std::vector<Slot> m_slots; ///< by hash of the name; a power of two, at least half of them free
+    std::vector<Slot> m_slots; ///< by hash of the name; a power of two, three quarters of them or more free
 };
