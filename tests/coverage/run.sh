@@ -1,0 +1,54 @@
+#!/usr/bin/env bash
+# Measures what the tests reach: lines and branches of the platform-neutral code, from its native tests, and lines
+# of the library's COM layer, from the Windows tests. Branches that only an exception takes, and those the compiler
+# has proven unreachable, do not count. Prints both and fails below the goals.
+# Usage: tests/coverage/run.sh [native|windows]...; JOBS sets the number of parallel compilers and tests.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+jobs=${JOBS:-$(nproc)}
+parts=("$@")
+[ ${#parts[@]} -gt 0 ] || parts=(native windows)
+logs=$PWD/build/coverage
+mkdir -p "$logs"
+
+# measure PRESET GCOV GOALS SOURCE...: builds, runs all tests and compares what they reached with the goals.
+measure() {
+    local preset=$1 gcov=$2 goals=$3 folder=$PWD/build/$1 filters=() source
+    shift 3
+    for source in "$@"; do
+        filters+=(--filter "$source")
+    done
+    cmake --preset "$preset" >"$logs/$preset.log"
+    cmake --build --preset "$preset" --parallel "$jobs" >>"$logs/$preset.log" 2>&1 ||
+        { tail -20 "$logs/$preset.log" >&2; exit 1; }
+    find "$folder" -name '*.gcda' -delete
+    ctest --preset "$preset" --parallel "$jobs" --no-tests=error >"$logs/$preset.tests.log" 2>&1 ||
+        { sed -n '/The following tests FAILED/,$p' "$logs/$preset.tests.log" >&2; exit 1; }
+    # The goals are a list of options.
+    # shellcheck disable=SC2086
+    gcovr --root . --object-directory "$folder" --gcov-executable "$gcov" --exclude-throw-branches \
+        --exclude-unreachable-branches "${filters[@]}" --txt "$logs/$preset.txt" --print-summary $goals "$folder"
+}
+
+failed=0
+for part in "${parts[@]}"; do
+    case $part in
+    native)
+        echo "platform-neutral code (goal: 95 % of the lines, 90 % of the branches)"
+        measure native-coverage gcov "--fail-under-line 95 --fail-under-branch 90" \
+            common/ JobObjects/contents/ || failed=1
+        ;;
+    windows)
+        source cmake/wine-session.sh
+        start_wine
+        echo "COM layer (goal: 90 % of the lines)"
+        measure windows-coverage i686-w64-mingw32-gcov-win32 "--fail-under-line 90" \
+            JobObjects/ 'common/(Clock|ErrorReporting|QxRegistryHdl|QxSystem)\.cpp' || failed=1
+        ;;
+    *)
+        sed -n '2,5s/^# \{0,1\}//p' "$0" >&2
+        exit 2
+        ;;
+    esac
+done
+exit "$failed"
