@@ -93,26 +93,30 @@ std::wstring VersionOf(const std::wstring& path) {
            std::to_wstring(LOWORD(info->dwFileVersionLS));
 }
 
+/// Compares a registered class with what it should be. The first one tells which file the library is.
+void CheckClass(Report& report, const std::wstring& className, const std::wstring& file,
+                std::wstring& module) {
+    if (module.empty())
+        module = file;
+    else if (CompareStringOrdinal(file.c_str(), -1, module.c_str(), -1, TRUE) != CSTR_EQUAL)
+        report.Problem(L"Corvane." + className + L" is another file: " + file);
+    const std::wstring model =
+        ReadText(HKEY_CLASSES_ROOT, ServerKey(ClassIdText(className)), L"ThreadingModel").value_or(L"");
+    if (model != L"Apartment")
+        report.Problem(L"Corvane." + className + L" has the threading model '" + model +
+                       L"', not 'Apartment'");
+}
+
 /// All classes lead to one file. Returns it, or an empty path.
 std::wstring CheckClasses(Report& report) {
     std::wstring module;
     std::vector<std::wstring> missing;
     for (const std::wstring className : classNames) {
-        const std::wstring classId = ClassIdText(className);
         const std::wstring file = RegisteredModule(className);
-        if (file.empty()) {
+        if (file.empty())
             missing.push_back(className);
-            continue;
-        }
-        if (module.empty())
-            module = file;
-        else if (CompareStringOrdinal(file.c_str(), -1, module.c_str(), -1, TRUE) != CSTR_EQUAL)
-            report.Problem(L"Corvane." + className + L" is another file: " + file);
-        const std::wstring model =
-            ReadText(HKEY_CLASSES_ROOT, ServerKey(classId), L"ThreadingModel").value_or(L"");
-        if (model != L"Apartment")
-            report.Problem(L"Corvane." + className + L" has the threading model '" + model +
-                           L"', not 'Apartment'");
+        else
+            CheckClass(report, className, file, module);
     }
     report.Item(L"Registered", std::to_wstring(std::size(classNames) - missing.size()) + L" of 10 classes");
     if (module.empty()) {

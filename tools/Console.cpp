@@ -18,7 +18,7 @@ std::string Utf8(std::wstring_view text) {
 }
 
 void Write(DWORD which, std::wstring_view text) {
-    const HANDLE output = GetStdHandle(which);
+    HANDLE output = GetStdHandle(which);
     DWORD written = 0;
     if (!IsConsole(output)) {
         const std::string bytes = Utf8(text);

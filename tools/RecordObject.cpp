@@ -16,7 +16,7 @@ namespace {
 
 DISPID MemberOf(IDispatch* object, const wchar_t* name) {
     DISPID member = DISPID_UNKNOWN;
-    LPOLESTR names = const_cast<LPOLESTR>(name);
+    auto* names = const_cast<LPOLESTR>(name);
     const HRESULT result = object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &member);
     if (FAILED(result))
         throw ToolError(std::wstring(L"the member ") + name + L" is not there: " + ErrorText(result));
@@ -28,7 +28,7 @@ DISPID MemberOf(IDispatch* object, const wchar_t* name) {
 std::wstring RecordObject::ClassOfRoot(std::wstring_view root) {
     if (root == L"JobCopyLines")
         return L"CopyLines";
-    const auto found = std::find(std::begin(classNames), std::end(classNames), root);
+    const auto* const found = std::find(std::begin(classNames), std::end(classNames), root);
     return found == std::end(classNames) || root == L"CopyLines" ? L"" : *found;
 }
 
@@ -57,7 +57,7 @@ std::wstring RecordObject::Xml() {
     VariantInit(&value);
     if (FAILED(InvokeMember(Get(), MemberOf(Get(), L"Xml"), DISPATCH_PROPERTYGET, nullptr, &value, m_error)))
         throw ToolError(L"the record does not write itself: " + m_error);
-    const std::wstring xml(BstrView(value.bstrVal));
+    std::wstring xml(BstrView(value.bstrVal));
     VariantClear(&value);
     return xml;
 }

@@ -9,6 +9,7 @@
 
 #include "common/Bstr.h"
 
+#include <algorithm>
 #include <cwchar>
 #include <vector>
 
@@ -66,9 +67,9 @@ std::wstring DateText(DATE date) {
     if (!VariantTimeToSystemTime(date, &t))
         return L"(invalid date)";
     wchar_t text[32];
-    std::swprintf(text, 32, L"%04d-%02d-%02d %02d:%02d:%02d", t.wYear, t.wMonth, t.wDay, t.wHour, t.wMinute,
-                  t.wSecond);
-    return text;
+    const int length = std::swprintf(text, 32, L"%04d-%02d-%02d %02d:%02d:%02d", t.wYear, t.wMonth, t.wDay,
+                                     t.wHour, t.wMinute, t.wSecond);
+    return {text, static_cast<std::size_t>(std::max(length, 0))};
 }
 
 /// One line, whatever the text holds.
@@ -102,6 +103,7 @@ std::wstring ValueText(const VARIANT& value) {
     }
 }
 
+// NOLINTBEGIN(misc-no-recursion): the library's objects nest a few levels deep, whatever the text.
 class Table {
 public:
     void ShowObject(IDispatch* object, std::size_t depth) {
@@ -155,7 +157,7 @@ private:
         DISPID members[2];
         const wchar_t* const names[2] = {L"Count", L"Item"};
         for (int i = 0; i < 2; ++i) {
-            LPOLESTR name = const_cast<LPOLESTR>(names[i]);
+            auto* name = const_cast<LPOLESTR>(names[i]);
             if (FAILED(collection->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &members[i])))
                 return;
         }
@@ -175,6 +177,8 @@ private:
         }
     }
 };
+
+// NOLINTEND(misc-no-recursion)
 
 } // namespace
 

@@ -49,8 +49,8 @@ TextFile ReadTextFile(const std::wstring& path) {
 
 std::wstring ErrorNumber(long result) {
     wchar_t number[16];
-    std::swprintf(number, 16, L"(0x%08lX)", static_cast<unsigned long>(result));
-    return number;
+    const int length = std::swprintf(number, 16, L"(0x%08lX)", static_cast<unsigned long>(result));
+    return {number, static_cast<std::size_t>(std::max(length, 0))};
 }
 
 std::wstring ErrorText(long result) {

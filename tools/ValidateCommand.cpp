@@ -8,7 +8,9 @@
 #include "TextFile.h"
 #include "XmlTree.h"
 
+#include <deque>
 #include <map>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -61,9 +63,9 @@ private:
 
     /// Elements of one name are matched in their order.
     void CompareChildren(const Element& given, const Element& written) {
-        std::map<std::wstring, std::vector<std::size_t>> back;
-        for (auto child = written.children.rbegin(); child != written.children.rend(); ++child)
-            back[m_written[*child].name].push_back(*child);
+        std::map<std::wstring, std::deque<std::size_t>> back;
+        for (const std::size_t child : written.children)
+            back[m_written[child].name].push_back(child);
         std::size_t last = 0;
         const Element* lastInOrder = nullptr;
         for (const std::size_t child : given.children) {
@@ -73,9 +75,9 @@ private:
                 m_findings.Warning(element.offset, L"element " + element.name + L" does not come back");
                 continue;
             }
-            const std::size_t match = candidates.back();
-            candidates.pop_back();
-            m_pending.push_back({child, match});
+            const std::size_t match = candidates.front();
+            candidates.pop_front();
+            m_pending.emplace_back(child, match);
             if (match < last)
                 m_findings.Warning(element.offset, element.name + L" is written before " + lastInOrder->name);
             else

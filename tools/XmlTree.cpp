@@ -18,7 +18,7 @@ std::wstring_view WithoutPrefix(std::wstring_view name) {
 std::vector<XmlTree::Attribute> AttributesOf(const QxXmlParser& parser, std::wstring_view markup,
                                              bool isChild) {
     std::vector<XmlTree::Attribute> attributes;
-    const std::size_t offset = static_cast<std::size_t>(markup.data() - parser.GetDocument().data());
+    const auto offset = static_cast<std::size_t>(markup.data() - parser.GetDocument().data());
     const std::wstring_view tag = markup.substr(0, markup.find(L'>'));
     std::size_t at = tag.find_first_of(blanks);
     while ((at = tag.find_first_not_of(blanks, at)) != std::wstring_view::npos) {

@@ -1,0 +1,196 @@
+// Two processes that exchange jobs as XML. This program is the agent: it turns reports of a page counter into
+// print jobs. It starts itself a second time as the accountant, and sends it each job's XML through a pipe.
+// The accountant answers with what it would store in its database, and the agent compares that with its own
+// numbers.
+//
+//   exchange
+//
+// The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message when a step
+// fails.
+
+#include "Com.h"
+
+#include "JobObjects.h"
+
+#include <cstring>
+#include <vector>
+
+namespace {
+
+// --- Messages through a pipe: the length in bytes, then UTF-8
+// ------------------------------------------------------
+
+void Send(HANDLE pipe, std::wstring_view text) {
+    std::string bytes(3 * text.size(), '\0');
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
+                                         static_cast<int>(bytes.size()), nullptr, nullptr);
+    const auto length = static_cast<DWORD>(size);
+    DWORD written = 0;
+    if (!WriteFile(pipe, &length, sizeof(length), &written, nullptr) ||
+        !WriteFile(pipe, bytes.data(), length, &written, nullptr))
+        throw Failure{L"the other process does not listen"};
+}
+
+bool ReadAll(HANDLE pipe, void* target, DWORD size) {
+    auto* place = static_cast<char*>(target);
+    for (DWORD read = 0; size > 0; size -= read, place += read)
+        if (!ReadFile(pipe, place, size, &read, nullptr) || read == 0)
+            return false;
+    return true;
+}
+
+/// False at the end: the other side has closed the pipe.
+bool Receive(HANDLE pipe, std::wstring& text) {
+    constexpr DWORD longest = 16 * 1024 * 1024;
+    DWORD length = 0;
+    if (!ReadAll(pipe, &length, sizeof(length)) || length > longest)
+        return false;
+    std::string bytes(length, '\0');
+    if (!ReadAll(pipe, bytes.data(), length))
+        return false;
+    text.resize(length);
+    text.resize(static_cast<std::size_t>(MultiByteToWideChar(
+        CP_UTF8, 0, bytes.data(), static_cast<int>(length), text.data(), static_cast<int>(length))));
+    return true;
+}
+
+// --- The accountant
+// ------------------------------------------------------------------------------------------------
+
+/// "owner|copy lines|originals|copies|language|finishing": the texts and codes that a database stores.
+std::wstring DatabaseRow(const std::wstring& xml) {
+    const auto job = Create<IPrintJob, PrintJob>();
+    Check(job->put_Xml(Bstr(xml).In()));
+
+    Ref<IJobContents> contents;
+    Bstr owner, copyLines;
+    LONG originals = 0, copies = 0, language = 0, finishing = 0;
+    Check(job->get_UserName(owner.Out()));
+    Check(job->get_JobContents(contents.Out()));
+    Check(contents->get_DBCopyLines(copyLines.Out()));
+    Check(contents->get_JobOriginals(&originals));
+    Check(contents->get_JobCopies(&copies));
+    Check(contents->get_DBPdl(&language));
+    Check(contents->get_DBFinishing(&finishing));
+    return std::wstring(owner.View()) + L"|" + std::wstring(copyLines.View()) + L"|" +
+           std::to_wstring(originals) + L"|" + std::to_wstring(copies) + L"|" + std::to_wstring(language) +
+           L"|" + std::to_wstring(finishing);
+}
+
+void RunAccountant() {
+    std::wstring xml;
+    while (Receive(GetStdHandle(STD_INPUT_HANDLE), xml))
+        Send(GetStdHandle(STD_OUTPUT_HANDLE), DatabaseRow(xml));
+}
+
+// --- The agent
+// -----------------------------------------------------------------------------------------------------
+
+struct Report {
+    const wchar_t* document;
+    const wchar_t* user;
+    const wchar_t* words; ///< what the page counter found: paper, sides, colours, language, finishing
+    LONG originals, copies, pages, sheets;
+    const wchar_t* expectedRow; ///< with the codes of the delivered catalogue
+};
+
+const Report reports[] = {
+    {L"Quarterly figures.docx", L"a.berg", L"A4,Duplex,B&W,PostScript", 12, 2, 24, 12,
+     L"a.berg|1,24,0,12,6|12|2|6|0"},
+    {L"Summer <catalogue>.pdf", L"m.lindqvist", L"A3,Duplex,Color,PCL6,Staple", 32, 10, 320, 80,
+     L"m.lindqvist|4,0,320,80,10|32|10|5|1"},
+    {L"\u65e5\u5831.txt", L"j\u00fcrgen", L"Letter,Simplex,B&W,EMF", 2, 1, 2, 2,
+     L"j\u00fcrgen|2,2,0,2,5|2|1|10|0"},
+};
+
+std::wstring XmlOf(const Report& report) {
+    const auto job = Create<IPrintJob, PrintJob>();
+    Check(job->put_JobName(Bstr(report.document).In()));
+    Check(job->put_UserName(Bstr(report.user).In()));
+    // A new job has contents of its own, to be filled in place.
+    Ref<IJobContents> contents;
+    Check(job->get_JobContents(contents.Out()));
+    Check(contents->GenerateContentsFromPageCounterInfo(Bstr(report.words).In(), report.originals,
+                                                        report.copies, report.pages, report.sheets));
+    Bstr xml;
+    Check(job->get_Xml(xml.Out()));
+    return std::wstring(xml.View());
+}
+
+/// The second process, with the ends of the two pipes that the agent keeps.
+struct Accountant {
+    HANDLE process = nullptr, toAccountant = nullptr, fromAccountant = nullptr;
+};
+
+Accountant StartAccountant() {
+    SECURITY_ATTRIBUTES inherited{sizeof(inherited), nullptr, TRUE};
+    Accountant accountant;
+    HANDLE itsInput = nullptr, itsOutput = nullptr;
+    wchar_t program[MAX_PATH];
+    if (!CreatePipe(&itsInput, &accountant.toAccountant, &inherited, 0) ||
+        !CreatePipe(&accountant.fromAccountant, &itsOutput, &inherited, 0) ||
+        !GetModuleFileNameW(nullptr, program, MAX_PATH))
+        throw Failure{L"no pipes"};
+    // Our own ends must not live on in the child, or it would never see the end of its input.
+    SetHandleInformation(accountant.toAccountant, HANDLE_FLAG_INHERIT, 0);
+    SetHandleInformation(accountant.fromAccountant, HANDLE_FLAG_INHERIT, 0);
+
+    STARTUPINFOW start{};
+    start.cb = sizeof(start);
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdInput = itsInput;
+    start.hStdOutput = itsOutput;
+    start.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    PROCESS_INFORMATION process{};
+    std::wstring commandLine = L"\"" + std::wstring(program) + L"\" accountant";
+    const BOOL started = CreateProcessW(program, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                                        nullptr, &start, &process);
+    CloseHandle(itsInput);
+    CloseHandle(itsOutput);
+    if (!started)
+        throw Failure{L"the second process does not start"};
+    CloseHandle(process.hThread);
+    accountant.process = process.hProcess;
+    return accountant;
+}
+
+void RunAgent() {
+    const Accountant accountant = StartAccountant();
+    std::printf("agent %lu, accountant %lu\n", GetCurrentProcessId(), GetProcessId(accountant.process));
+    for (const Report& report : reports) {
+        Send(accountant.toAccountant, XmlOf(report));
+        std::wstring row;
+        if (!Receive(accountant.fromAccountant, row))
+            throw Failure{L"the accountant gave no answer"};
+        if (row != report.expectedRow)
+            throw Failure{L"the accountant stored '" + row + L"', not '" + report.expectedRow + L"'"};
+    }
+    CloseHandle(accountant.toAccountant); // the end, for the accountant
+    DWORD exitCode = 1;
+    WaitForSingleObject(accountant.process, INFINITE);
+    GetExitCodeProcess(accountant.process, &exitCode);
+    if (exitCode != 0)
+        throw Failure{L"the accountant failed"};
+    CloseHandle(accountant.fromAccountant);
+    CloseHandle(accountant.process);
+    std::printf("All %u jobs arrived.\n", static_cast<unsigned>(std::size(reports)));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
+        return 1;
+    int exitCode = 1;
+    try {
+        if (argc > 1 && std::strcmp(argv[1], "accountant") == 0)
+            RunAccountant();
+        else
+            RunAgent();
+        exitCode = 0;
+    } catch (const Failure& failure) {
+        std::fprintf(stderr, "Failed: %ls\n", failure.message.c_str());
+    }
+    CoUninitialize();
+    return exitCode;
+}

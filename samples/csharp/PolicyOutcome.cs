@@ -1,0 +1,52 @@
+// NOT BUILT OR RUN by the project's tests: there is no .NET where they run. policy_outcome.vbs, which is run, does the
+// same calls.
+//
+// Keeps a policy's outcome in a print job and decides by it on the receiver's side.
+//
+//   C:\Windows\Microsoft.NET\Framework\v4.0.30319\csc.exe /platform:x86 PolicyOutcome.cs
+//
+// /platform:x86, because the library is a 32-bit component. It binds late, so it needs no interop assembly; the library
+// must be registered.
+using System;
+using System.Runtime.InteropServices;
+
+static class PolicyOutcome
+{
+    // The objects live in a single-threaded apartment, as the library asks for.
+    [STAThread]
+    static int Main()
+    {
+        try
+        {
+            dynamic sent = Create("PrintJob");
+            sent.JobName = "Brochure";
+            sent.JobContents.GenerateContentsFromPageCounterInfo("A4,Duplex,Color,PCL6", 8, 1, 8, 4);
+
+            dynamic policy = Create("PolicyResults");
+            policy.PolicyId = 7;
+            policy.PolicyName = "Office printing";
+            policy.AddRuleViolation(2, "Confirm");
+            sent.PolicyResults = policy;
+
+            dynamic received = Create("PrintJob");
+            received.Xml = sent.Xml;
+
+            dynamic outcome = received.PolicyResults;
+            if (!outcome.PolicyViolated || outcome.InformOnlyViolations || outcome.RuleViolations != "2")
+                throw new InvalidOperationException("The receiver has another outcome than the sender.");
+            Console.WriteLine("{0}: ask the user about rule {1}", received.JobName, outcome.RuleViolations);
+            return 0;
+        }
+        catch (COMException failure)
+        {
+            // The message is the library's description of the failure.
+            Console.Error.WriteLine("Failed: {0} (0x{1:X8})", failure.Message, failure.ErrorCode);
+            return 1;
+        }
+    }
+
+    static object Create(string name)
+    {
+        return Activator.CreateInstance(Type.GetTypeFromProgID("Corvane." + name, true));
+    }
+}

@@ -1,0 +1,50 @@
+# NOT RUN by the project's tests: there is no Windows PowerShell where they run. The VBScript and JScript samples, which
+# are run, do the same calls.
+#
+# Turns a page counter's report into a print job, passes it on as XML, and shows what the receiver sees.
+#
+#   C:\Windows\SysWOW64\WindowsPowerShell\v1.0\powershell.exe -File page_counter.ps1
+#
+# It has to be the 32-bit PowerShell: the library is a 32-bit component. The library must be registered.
+$ErrorActionPreference = 'Stop'
+
+if ([Environment]::Is64BitProcess) {
+    throw 'This is a 64-bit PowerShell. Start the one in C:\Windows\SysWOW64.'
+}
+
+$sent = New-Object -ComObject Corvane.PrintJob
+$sent.JobName = 'Quarterly figures.docx'
+$sent.UserDomainName = 'NORTHSHORE'
+$sent.UserName = 'a.berg'
+$sent.LogicalPrinterGuid = '{5B0E2A64-8C1F-4C57-9F0B-2D0C8D3E7A11}'
+
+# The job has contents of its own; they are filled in place: words, originals, copies, pages, sheets.
+$sent.JobContents.GenerateContentsFromPageCounterInfo('A4,Duplex,B&W,PostScript', 12, 2, 24, 12)
+
+$policy = New-Object -ComObject Corvane.PolicyResults
+$policy.PolicyId = 3
+$policy.PolicyName = 'Office printing'
+$sent.PolicyResults = $policy
+
+$received = New-Object -ComObject Corvane.PrintJob
+$received.Xml = $sent.Xml
+
+if ($received.Xml -cne $sent.Xml) {
+    throw 'The receiver has another job than the sender.'
+}
+'{0} of {1}\{2}: {3} pages' -f $received.JobName, $received.UserDomainName, $received.UserName,
+    $received.JobContents.TotalPages
+foreach ($index in 0..($received.JobContents.JobCopyLines.Count - 1)) {
+    $line = $received.JobContents.JobCopyLines.Item($index)
+    '  {0} ({1}): {2} sheets' -f $line.PaperSize, $line.Attributes, $line.Sheets
+}
+
+# A failing call is an exception with the library's description.
+try {
+    $received.Xml = '<Invoice/>'
+    throw 'The library should have refused this text.'
+}
+catch [System.Runtime.InteropServices.COMException] {
+    'Refused, as it should be: {0} (0x{1:X8})' -f $_.Exception.Message, $_.Exception.ErrorCode
+}
+'All is well.'
