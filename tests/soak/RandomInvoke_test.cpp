@@ -207,37 +207,39 @@ void Caller::MakeCalls(int count, Kind kind, Watchdog& watchdog) {
     SetErrorInfo(0, nullptr);
 }
 
+void ShowResults(const std::map<HRESULT, int>& results) {
+    for (const auto& [result, times] : results)
+        if (times > 0)
+            std::printf("%s %d times\n", Hex(result).c_str(), times);
+}
+
 } // namespace
 
 TEST_CASE("Invoke_of_every_class_takes_any_arguments_without_harm") {
     const int count = SoakCount("SOAK_INVOKES", 10000);
     const auto seed = static_cast<std::uint32_t>(SoakCount("SOAK_SEED", 20260));
     Watchdog watchdog("random calls", seed);
-    {
-        Caller caller(seed);
-        // COM and the system keep what they load on first use.
-        caller.MakeCalls(2000, Caller::Any, watchdog);
-        REQUIRE_HR(AskLibraryToUnload(), S_OK);
-        const ProcessCounters before = ProcessCounters::Now();
-        caller.MakeCalls(count / 2, Caller::Fitting, watchdog);
-        const ProcessCounters between = ProcessCounters::Now();
-        CHECK_HR(AskLibraryToUnload(), S_OK);
-        caller.MakeCalls(count - count / 2, Caller::Any, watchdog);
-        const ProcessCounters after = ProcessCounters::Now();
-        CHECK_HR(AskLibraryToUnload(), S_OK);
+    Caller caller(seed);
+    // COM and the system keep what they load on first use.
+    caller.MakeCalls(2000, Caller::Any, watchdog);
+    REQUIRE_HR(AskLibraryToUnload(), S_OK);
+    const ProcessCounters before = ProcessCounters::Now();
+    caller.MakeCalls(count / 2, Caller::Fitting, watchdog);
+    const ProcessCounters between = ProcessCounters::Now();
+    CHECK_HR(AskLibraryToUnload(), S_OK);
+    caller.MakeCalls(count - count / 2, Caller::Any, watchdog);
+    const ProcessCounters after = ProcessCounters::Now();
+    CHECK_HR(AskLibraryToUnload(), S_OK);
 
-        std::printf("%d calls of seed %lu:", count, static_cast<unsigned long>(seed));
-        for (const auto& [result, times] : caller.Results())
-            if (times > 0)
-                std::printf(" %s %d times,", Hex(result).c_str(), times);
-        std::printf("\nfitting calls: %s\nany calls: %s\n", Growth(before, between).c_str(),
-                    Growth(between, after).c_str());
-        CHECK_NO_GROWTH(before, between);
-        // The heap is left out: Wine's type information does not free the arguments that it has converted
-        // when it refuses a call after that, before the library sees it.
-        CHECK(after.handles <= between.handles);
-        CHECK(after.tlsSlots <= between.tlsSlots);
-        for (const HRESULT expected : {S_OK, DISP_E_EXCEPTION, DISP_E_TYPEMISMATCH, DISP_E_MEMBERNOTFOUND})
-            CHECK(caller.Results().at(expected) > 0);
-    }
+    std::printf("%d calls of seed %lu\n", count, static_cast<unsigned long>(seed));
+    ShowResults(caller.Results());
+    std::printf("fitting calls: %s\nany calls: %s\n", Growth(before, between).c_str(),
+                Growth(between, after).c_str());
+    CHECK_NO_GROWTH(before, between);
+    // The heap is left out: Wine's type information does not free the arguments that it has converted when it
+    // refuses a call after that, before the library sees it.
+    CHECK(after.handles <= between.handles);
+    CHECK(after.tlsSlots <= between.tlsSlots);
+    for (const HRESULT expected : {S_OK, DISP_E_EXCEPTION, DISP_E_TYPEMISMATCH, DISP_E_MEMBERNOTFOUND})
+        CHECK(caller.Results().at(expected) > 0);
 }

@@ -144,6 +144,43 @@ FoundLines WithTornLinesApart(const FoundLines& found) {
     return apart;
 }
 
+/// Two threads of a steady writer at a time, and victims beside them.
+constexpr int steadyThreads = 2, steadyLines = 100, killPadding = 6000;
+
+struct Killing {
+    std::vector<std::string> steady;
+    std::vector<Victim> victims;
+    int longestCall = 0; ///< of the steady ones
+};
+
+Killing KillWriters(int kills) {
+    Random random(4711);
+    Killing killing;
+    while (static_cast<int>(killing.victims.size()) < kills) {
+        killing.steady.push_back("steady" + std::to_string(killing.steady.size()));
+        WriterProcess writer(killing.steady.back(), steadyThreads, steadyLines, killPadding);
+        do {
+            killing.victims.push_back({"victim" + std::to_string(killing.victims.size())});
+            KillWhileItWrites(killing.victims.back(), killPadding, random.Below(40));
+        } while (writer.IsRunning() && static_cast<int>(killing.victims.size()) < kills);
+        const int time = writer.LongestCall();
+        REQUIRE(time >= 0);
+        killing.longestCall = std::max(killing.longestCall, time);
+    }
+    return killing;
+}
+
+/// Takes the one line off the strangers that each victim may have left torn.
+void TakeTornLines(FoundLines& found, const std::vector<Victim>& victims) {
+    for (const Victim& victim : victims) {
+        const auto piece =
+            std::find_if(found.strangers.begin(), found.strangers.end(),
+                         [&](const std::wstring& line) { return IsTornLineOf(victim, line, killPadding); });
+        if (piece != found.strangers.end())
+            found.strangers.erase(piece);
+    }
+}
+
 } // namespace
 
 TEST_CASE("Log_file_of_eight_processes_with_rotation_keeps_every_line_once") {
@@ -184,54 +221,32 @@ TEST_CASE("Log_file_of_eight_processes_with_rotation_keeps_every_line_once") {
 }
 
 TEST_CASE("Log_file_of_writers_that_are_killed_keeps_the_lines_of_the_others") {
-    constexpr int steadyThreads = 2, steadyLines = 100, padding = 6000;
     constexpr int longestWait = 3000, patience = 3000; // what a line may wait for others, and a busy machine
-    const int kills = SoakCount("SOAK_KILLS", 6);
-    Random random(4711);
     LogSession session;
     session.Enable();
-    std::vector<Victim> victims;
-    std::vector<std::string> steady;
-    int longest = 0;
-    while (static_cast<int>(victims.size()) < kills) {
-        steady.push_back("steady" + std::to_string(steady.size()));
-        WriterProcess writer(steady.back(), steadyThreads, steadyLines, padding);
-        do {
-            victims.push_back({"victim" + std::to_string(victims.size())});
-            KillWhileItWrites(victims.back(), padding, random.Below(40));
-        } while (writer.IsRunning() && static_cast<int>(victims.size()) < kills);
-        const int time = writer.LongestCall();
-        REQUIRE(time >= 0);
-        longest = std::max(longest, time);
-    }
+    Killing killing = KillWriters(SoakCount("SOAK_KILLS", 6));
 
     FoundLines found;
     found.Add(FileText(session.Path()));
     found = WithTornLinesApart(found);
-    for (const std::string& name : steady)
+    for (const std::string& name : killing.steady)
         for (int thread = 0; thread < steadyThreads; ++thread)
-            TakeEachOnce(found, name, thread, steadyLines, padding);
+            TakeEachOnce(found, name, thread, steadyLines, killPadding);
     int written = 0, writing = 0;
-    for (Victim& victim : victims) {
-        TakeLinesOfVictim(found, victim, padding);
+    for (Victim& victim : killing.victims) {
+        TakeLinesOfVictim(found, victim, killPadding);
         written += victim.lines;
         writing += victim.lines > 0;
     }
     CHECK(found.marks.empty());
     const std::size_t torn = found.strangers.size();
-    for (const Victim& victim : victims) {
-        const auto piece =
-            std::find_if(found.strangers.begin(), found.strangers.end(),
-                         [&](const std::wstring& line) { return IsTornLineOf(victim, line, padding); });
-        if (piece != found.strangers.end())
-            found.strangers.erase(piece);
-    }
-    CHECK(found.strangers.empty()); // each left at most one
+    TakeTornLines(found, killing.victims);
+    CHECK(found.strangers.empty());
     std::printf(
         "%zu writers killed, %d of them after %d lines, leaving %zu torn lines; %zu others wrote %zu lines, "
         "longest call %d ms\n",
-        victims.size(), writing, written, torn, steady.size(), steady.size() * steadyThreads * steadyLines,
-        longest);
+        killing.victims.size(), writing, written, torn, killing.steady.size(),
+        killing.steady.size() * steadyThreads * steadyLines, killing.longestCall);
     CHECK(writing > 0);
-    CHECK(longest <= longestWait + patience);
+    CHECK(killing.longestCall <= longestWait + patience);
 }
