@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the tests of this folder, and others that depend on a count, in full: about half an hour. It prints the
+# Runs the tests of this folder, and others that depend on a count, in full: some twenty minutes. It prints the
 # figures that docs/reliability.md gives. SOAK_SEED chooses other random documents and calls. With arguments only
 # these tests run.
 set -euo pipefail
