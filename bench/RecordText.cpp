@@ -13,14 +13,14 @@ class ParserNode {
 public:
     explicit ParserNode(QxXmlParser& parser) : m_parser(parser), m_children(parser) {}
 
-    QxString Text(std::wstring_view name) { return m_children.Text(name); }
-    std::int32_t Number(std::wstring_view name) { return m_children.Number(name); }
-    bool Flag(std::wstring_view name) { return m_children.Flag(name); }
+    QxString Text(XmlName name) { return m_children.Text(name); }
+    std::int32_t Number(XmlName name) { return m_children.Number(name); }
+    bool Flag(XmlName name) { return m_children.Flag(name); }
     QxString Data() { return m_parser.GetData(); }
     QxString Attribute(std::wstring_view name) { return m_parser.GetAttribute(name); }
 
     template<class UseNode>
-    void Within(std::wstring_view name, UseNode use) {
+    void Within(XmlName name, UseNode use) {
         if (m_children.Find(name))
             Enter(use);
     }
@@ -45,7 +45,7 @@ private:
 
 class WriterSink {
 public:
-    void Open(std::wstring_view name) {
+    void Open(XmlName name) {
         EndStartTag();
         m_writer.OpenStartTag(name);
         m_inStartTag = true;
@@ -55,7 +55,7 @@ public:
         m_data = data;
         m_hasData = true;
     }
-    void Close(std::wstring_view name) {
+    void Close(XmlName name) {
         if (m_hasData) {
             m_writer.CloseWithData(name, m_data);
             m_hasData = m_inStartTag = false;
@@ -69,7 +69,7 @@ public:
         m_inStartTag = false;
     }
     template<class Value>
-    void Element(std::wstring_view name, const Value& value) {
+    void Element(XmlName name, const Value& value) {
         EndStartTag();
         m_writer.Element(name, value);
     }

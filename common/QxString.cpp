@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 #include <new>
-#include <utility>
 
 QxString::QxString(std::wstring_view text) {
     if (text.empty())
@@ -21,25 +20,12 @@ QxString::QxString(const QxString& other) noexcept : m_data(other.m_data) {
         m_data->references.fetch_add(1, std::memory_order_relaxed);
 }
 
-QxString& QxString::operator=(QxString other) noexcept {
-    std::swap(m_data, other.m_data);
-    return *this;
-}
-
-QxString::~QxString() {
-    Release();
-}
-
-std::wstring_view QxString::view() const noexcept {
-    return m_data ? std::wstring_view(m_data->characters(), m_data->size) : std::wstring_view(L"");
-}
-
 const wchar_t* QxString::c_str() const noexcept {
     return view().data();
 }
 
 void QxString::Release() noexcept {
-    if (m_data && m_data->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    if (m_data->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         m_data->~Data();
         ::operator delete(m_data);
     }

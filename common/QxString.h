@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// Immutable shared UTF-16 text: the form in which every record keeps its values.
 ///
@@ -21,10 +22,18 @@ public:
 
     QxString(const QxString& other) noexcept;
     QxString(QxString&& other) noexcept : m_data(other.m_data) { other.m_data = nullptr; }
-    QxString& operator=(QxString other) noexcept;
-    ~QxString();
+    QxString& operator=(QxString other) noexcept {
+        std::swap(m_data, other.m_data);
+        return *this;
+    }
+    ~QxString() {
+        if (m_data)
+            Release();
+    }
 
-    std::wstring_view view() const noexcept;
+    std::wstring_view view() const noexcept {
+        return m_data ? std::wstring_view(m_data->characters(), m_data->size) : std::wstring_view(L"", 0);
+    }
     operator std::wstring_view() const noexcept { return view(); }
     /// Always terminated by a NUL.
     const wchar_t* c_str() const noexcept;

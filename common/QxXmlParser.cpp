@@ -55,7 +55,9 @@ bool QxXmlParser::FindChildElement(std::wstring_view name, bool restart) noexcep
 
 bool QxXmlParser::FindUniqueChild(std::wstring_view name, std::int32_t& found) noexcept {
     const std::int32_t next = found != 0 ? At(found).nextSibling : At(m_current).firstChild;
-    m_currentChild = FindFrom(next, name);
+    m_currentChild = next;
+    while (m_currentChild != 0 && !HasPlainName(m_currentChild, name))
+        m_currentChild = At(m_currentChild).nextSibling;
     if (m_currentChild == 0)
         return false;
     if (m_currentChild == next)
@@ -79,15 +81,14 @@ bool QxXmlParser::OutOfElement() noexcept {
     return true;
 }
 
-bool QxXmlParser::HasName(std::int32_t element, std::wstring_view name) const noexcept {
+/// For a name that is one token without a prefix.
+bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
     const std::wstring_view inside = Piece(At(element).startTagOpen + 1, At(element).startTagClose);
-    if (QxXmlScan::StartsWithWord(inside, name) && QxXmlScan::IsPlainName(name))
+    if (QxXmlScan::StartsWithWord(inside, name))
         return true;
-    // Without a prefix, and without white space before it, the name would have been right there; except for
-    // a special character, which is a token of its own.
+    // Without a prefix, and without white space before it, the name would have been right there.
     const auto length = static_cast<std::int32_t>(inside.size());
-    if (name.size() > 1 && length > 0 && !QxXmlScan::IsSpace(inside.front()) &&
-        QxXmlScan::Find(inside, L':', 0) == length)
+    if (length > 0 && !QxXmlScan::IsSpace(inside.front()) && QxXmlScan::Find(inside, L':', 0) == length)
         return false;
     return QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
 }
@@ -96,7 +97,9 @@ bool QxXmlParser::HasName(std::int32_t element, std::wstring_view name) const no
 std::int32_t QxXmlParser::FindFrom(std::int32_t candidate, std::wstring_view name) const noexcept {
     if (name.empty())
         return candidate;
-    while (candidate != 0 && !HasName(candidate, name))
+    const bool plain = QxXmlScan::IsPlainName(name);
+    while (candidate != 0 && !(plain ? HasPlainName(candidate, name)
+                                     : QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(candidate)), name)))
         candidate = At(candidate).nextSibling;
     return candidate;
 }

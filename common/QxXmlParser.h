@@ -56,9 +56,9 @@ public:
     /// The same among the children of the current element, for the current child. Selects the first
     /// top-level element first when there is no current element.
     bool FindChildElement(std::wstring_view name = {}, bool restart = false) noexcept;
-    /// The same from the first child on, for a reader that asks for every name once. found is the reader's
-    /// own, 0 at first: the last of the leading children that have all been found, each by another name, so
-    /// that none of them needs to be compared again.
+    /// The same from the first child on, for a reader that asks for every name once; each is one token
+    /// without a prefix. found is the reader's own, 0 at first: the last of the leading children that have
+    /// all been found, each by another name, so that none of them needs to be compared again.
     bool FindUniqueChild(std::wstring_view name, std::int32_t& found) noexcept;
     /// The current child becomes the current element. False, and nothing changes, without a current child.
     bool IntoElement() noexcept;
@@ -128,7 +128,7 @@ private:
     // Reading
     std::int32_t FirstTopLevel() const noexcept { return m_positions.empty() ? 0 : At(0).firstChild; }
     std::int32_t FindFrom(std::int32_t candidate, std::wstring_view name) const noexcept;
-    bool HasName(std::int32_t element, std::wstring_view name) const noexcept;
+    bool HasPlainName(std::int32_t element, std::wstring_view name) const noexcept;
     std::wstring_view TagName(std::int32_t element) const noexcept;
     std::wstring_view Content(std::int32_t element, bool& raw) const noexcept;
     QxString Data(std::int32_t element) const;

@@ -89,8 +89,8 @@ std::wstring_view TagName(std::wstring_view text, std::int32_t open) noexcept {
 
 bool StartsWithWord(std::wstring_view text, std::wstring_view word) noexcept {
     const std::size_t length = word.size();
-    return text.size() >= length && (text.size() == length || EndsToken(text[length])) &&
-           Equal(text.substr(0, length), word);
+    return (text.size() > length ? EndsToken(text[length]) : text.size() == length) &&
+           Equal(std::wstring_view(text.data(), length), word);
 }
 
 bool IsPlainName(std::wstring_view name) noexcept {

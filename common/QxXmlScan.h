@@ -63,17 +63,23 @@ inline bool Equal(std::wstring_view a, std::wstring_view b) noexcept {
     const std::size_t length = a.size();
     if (length != b.size())
         return false;
-    std::size_t at = 0;
 #ifdef QX_XML_SCAN_SSE2
     if constexpr (sizeof(wchar_t) == 2) {
-        for (; length - at >= 8; at += 8) {
-            const __m128i ofA = _mm_loadu_si128(reinterpret_cast<const __m128i*>(a.data() + at));
-            const __m128i ofB = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b.data() + at));
-            if (_mm_movemask_epi8(_mm_cmpeq_epi16(ofA, ofB)) != 0xFFFF)
-                return false;
+        if (length >= 8) {
+            const auto equalBlock = [&](std::size_t at) {
+                const __m128i ofA = _mm_loadu_si128(reinterpret_cast<const __m128i*>(a.data() + at));
+                const __m128i ofB = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b.data() + at));
+                return _mm_movemask_epi8(_mm_cmpeq_epi16(ofA, ofB)) == 0xFFFF;
+            };
+            for (std::size_t at = 0; at < length - 8; at += 8) {
+                if (!equalBlock(at))
+                    return false;
+            }
+            return equalBlock(length - 8); // may overlap the block before
         }
     }
 #endif
+    std::size_t at = 0;
     while (at < length && a[at] == b[at])
         ++at;
     return at == length;
@@ -101,20 +107,27 @@ inline std::int32_t Find(std::wstring_view text, wchar_t sought, std::int32_t fr
     return at;
 }
 
-/// Copies a text to where there is room for it. Mostly a name or a short value, for which a call of the C
-/// library costs more than the copying.
-inline void Copy(wchar_t* to, std::wstring_view from) noexcept {
+/// Copies a text to where there is room for it; returns the end of the copy. Mostly a name or a short value,
+/// for which a call of the C library costs more than the copying.
+inline wchar_t* Copy(wchar_t* to, std::wstring_view from) noexcept {
     const std::size_t length = from.size();
-    std::size_t at = 0;
 #ifdef QX_XML_SCAN_SSE2
     if constexpr (sizeof(wchar_t) == 2) {
-        for (; length - at >= 8; at += 8)
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at),
-                             _mm_loadu_si128(reinterpret_cast<const __m128i*>(from.data() + at)));
+        if (length >= 8) {
+            const auto copyBlock = [&](std::size_t at) {
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at),
+                                 _mm_loadu_si128(reinterpret_cast<const __m128i*>(from.data() + at)));
+            };
+            for (std::size_t at = 0; at < length - 8; at += 8)
+                copyBlock(at);
+            copyBlock(length - 8); // may overlap the block before
+            return to + length;
+        }
     }
 #endif
-    for (; at < length; ++at)
+    for (std::size_t at = 0; at < length; ++at)
         to[at] = from[at];
+    return to + length;
 }
 
 /// How many characters two places of the text have in common, up to a ">" or a quote. second is the later

@@ -40,8 +40,10 @@ std::size_t FindEscaped(std::wstring_view text, std::size_t from, QxXmlText::Esc
     std::size_t at = from;
 #ifdef QX_XML_SCAN_SSE2
     if constexpr (sizeof(wchar_t) == 2) {
-        // Blocks without any of the five characters are passed over, in data too.
-        for (; text.size() - at >= 8; at += 8) {
+        // Blocks without any of the five characters are passed over, in data too. The last one overlaps the
+        // block before it.
+        for (; text.size() >= 8 && at < text.size(); at += 8) {
+            at = std::min(at, text.size() - 8);
             const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
             __m128i found = _mm_setzero_si128();
             for (const Entity& entity : Entities)
@@ -49,6 +51,7 @@ std::size_t FindEscaped(std::wstring_view text, std::size_t from, QxXmlText::Esc
             if (_mm_movemask_epi8(found) != 0)
                 break;
         }
+        at = std::max(at, from);
     }
 #endif
     const std::size_t escaped = kind == QxXmlText::Escape::Attribute ? Entities.size() : DataEntities;
@@ -72,8 +75,7 @@ void QxXmlText::Grow(std::size_t length) {
 
 void QxXmlText::Append(std::wstring_view text) {
     Reserve(text.size());
-    QxXmlScan::Copy(m_characters.get() + m_size, text);
-    m_size += text.size();
+    SetEnd(QxXmlScan::Copy(End(), text));
 }
 
 void QxXmlText::AppendEscaped(std::wstring_view text, Escape kind) {
@@ -109,34 +111,55 @@ void QxXmlText::AppendUnescaped(std::wstring_view text) {
 }
 
 void QxXmlText::AppendElement(std::wstring_view name, std::wstring_view data) {
-    AppendStartTag(name);
-    if (data.empty()) {
-        Append(L'/');
-        Append(L'>');
+    if (FindEscaped(data, 0, Escape::Data) == data.size()) {
+        AppendPlainElement(name, data);
         return;
     }
+    AppendStartTag(name);
     Append(L'>');
     AppendEscaped(data, Escape::Data);
     AppendEndTag(name);
 }
 
+void QxXmlText::AppendPlainElement(std::wstring_view name, std::wstring_view data) {
+    Reserve(2 * name.size() + data.size() + 5);
+    wchar_t* at = End();
+    *at++ = L'<';
+    at = QxXmlScan::Copy(at, name);
+    if (data.empty()) {
+        *at++ = L'/';
+    } else {
+        *at++ = L'>';
+        at = QxXmlScan::Copy(at, data);
+        *at++ = L'<';
+        *at++ = L'/';
+        at = QxXmlScan::Copy(at, name);
+    }
+    *at++ = L'>';
+    SetEnd(at);
+}
+
 void QxXmlText::AppendStartTag(std::wstring_view name) {
-    Append(L'<');
-    Append(name);
+    Reserve(name.size() + 1);
+    wchar_t* at = End();
+    *at++ = L'<';
+    SetEnd(QxXmlScan::Copy(at, name));
 }
 
 void QxXmlText::AppendEndTag(std::wstring_view name) {
-    Append(L'<');
-    Append(L'/');
-    Append(name);
-    Append(L'>');
+    Reserve(name.size() + 3);
+    wchar_t* at = End();
+    *at++ = L'<';
+    *at++ = L'/';
+    at = QxXmlScan::Copy(at, name);
+    *at++ = L'>';
+    SetEnd(at);
 }
 
 void QxXmlText::AppendAttribute(std::wstring_view name, std::wstring_view value) {
     Append(L' ');
     Append(name);
-    Append(L'=');
-    Append(L'"');
+    Append(L'=', L'"');
     AppendEscaped(value, Escape::Attribute);
     Append(L'"');
 }

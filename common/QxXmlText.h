@@ -25,6 +25,10 @@ public:
         Reserve(1);
         m_characters[m_size++] = character;
     }
+    void Append(wchar_t first, wchar_t second) {
+        Append(first);
+        Append(second);
+    }
     /// With "<", "&", ">" escaped, and "'" and '"' too in an attribute value.
     void AppendEscaped(std::wstring_view text, Escape kind);
     /// With the five entities decoded; any other "&" is copied. Numeric references stay as they are.
@@ -32,6 +36,8 @@ public:
 
     /// "<name>data</name>", or "<name/>" when data is empty.
     void AppendElement(std::wstring_view name, std::wstring_view data);
+    /// The same with data that has nothing to escape.
+    void AppendPlainElement(std::wstring_view name, std::wstring_view data);
     /// "<name", without its end.
     void AppendStartTag(std::wstring_view name);
     /// "</name>".
@@ -45,6 +51,8 @@ public:
 
 private:
     void Grow(std::size_t length);
+    wchar_t* End() noexcept { return m_characters.get() + m_size; }
+    void SetEnd(const wchar_t* end) noexcept { m_size = static_cast<std::size_t>(end - m_characters.get()); }
 
     std::unique_ptr<wchar_t[]> m_characters;
     std::size_t m_size = 0;

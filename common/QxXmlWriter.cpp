@@ -3,11 +3,10 @@
 #include "QxMisc.h"
 
 void QxXmlWriter::CloseEmptyTag() {
-    m_text.Append(L'/');
-    m_text.Append(L'>');
+    m_text.Append(L'/', L'>');
 }
 
-void QxXmlWriter::CloseWithData(std::wstring_view name, std::wstring_view data) {
+void QxXmlWriter::CloseWithData(XmlName name, std::wstring_view data) {
     if (data.empty()) {
         CloseEmptyTag();
         return;
@@ -17,11 +16,11 @@ void QxXmlWriter::CloseWithData(std::wstring_view name, std::wstring_view data) 
     EndTag(name);
 }
 
-void QxXmlWriter::Element(std::wstring_view name, std::int32_t value) {
+void QxXmlWriter::Element(XmlName name, std::int32_t value) {
     QxMisc::Int32Digits digits;
-    m_text.AppendElement(name, QxMisc::FormatInt32(value, digits));
+    m_text.AppendPlainElement(name, QxMisc::FormatInt32(value, digits));
 }
 
-void QxXmlWriter::Element(std::wstring_view name, bool value) {
-    m_text.AppendElement(name, QxMisc::FormatBool(value));
+void QxXmlWriter::Element(XmlName name, bool value) {
+    m_text.AppendPlainElement(name, QxMisc::FormatBool(value));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QxXmlText.h"
+#include "XmlName.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,20 +15,20 @@ public:
     explicit QxXmlWriter(std::size_t reserve = 4096) : m_text(reserve) {}
 
     /// "<name", left open for attributes. Close it with CloseStartTag or CloseEmptyTag.
-    void OpenStartTag(std::wstring_view name) { m_text.AppendStartTag(name); }
-    void Attribute(std::wstring_view name, std::wstring_view value) { m_text.AppendAttribute(name, value); }
+    void OpenStartTag(XmlName name) { m_text.AppendStartTag(name); }
+    void Attribute(XmlName name, std::wstring_view value) { m_text.AppendAttribute(name, value); }
     void CloseStartTag() { m_text.Append(L'>'); }
     void CloseEmptyTag();
     /// Ends an open start tag with text content: ">data</name>", or "/>" when data is empty.
-    void CloseWithData(std::wstring_view name, std::wstring_view data);
-    void EndTag(std::wstring_view name) { m_text.AppendEndTag(name); }
+    void CloseWithData(XmlName name, std::wstring_view data);
+    void EndTag(XmlName name) { m_text.AppendEndTag(name); }
 
-    void Element(std::wstring_view name, std::wstring_view data) { m_text.AppendElement(name, data); }
-    void Element(std::wstring_view name, const wchar_t* data) { Element(name, std::wstring_view(data)); }
+    void Element(XmlName name, std::wstring_view data) { m_text.AppendElement(name, data); }
+    void Element(XmlName name, const wchar_t* data) { Element(name, std::wstring_view(data)); }
     /// "%ld".
-    void Element(std::wstring_view name, std::int32_t value);
+    void Element(XmlName name, std::int32_t value);
     /// "true" or "false".
-    void Element(std::wstring_view name, bool value);
+    void Element(XmlName name, bool value);
     /// Inserts markup as it stands.
     void Raw(std::wstring_view markup) { m_text.Append(markup); }
 

@@ -20,24 +20,24 @@ QxVersion ParseVersion(std::wstring_view text) {
 
 } // namespace RecordReading
 
-QxString ChildReader::Text(std::wstring_view name) {
+QxString ChildReader::Text(XmlName name) {
     return Find(name) ? m_parser.GetChildData() : QxString();
 }
 
-std::int32_t ChildReader::Number(std::wstring_view name) noexcept {
+std::int32_t ChildReader::Number(XmlName name) noexcept {
     return Find(name) ? m_parser.GetChildNumber() : 0;
 }
 
-std::int32_t ChildReader::PositiveNumber(std::wstring_view name) noexcept {
+std::int32_t ChildReader::PositiveNumber(XmlName name) noexcept {
     const std::int32_t value = Number(name);
     return value > 0 ? value : 0;
 }
 
-bool ChildReader::Flag(std::wstring_view name) noexcept {
+bool ChildReader::Flag(XmlName name) noexcept {
     return Find(name) && m_parser.GetChildFlag();
 }
 
-QxDateTime ChildReader::DateTime(std::wstring_view name) {
+QxDateTime ChildReader::DateTime(XmlName name) {
     const QxDateTime value = QxDateTime::Parse(Text(name));
     return value.IsValid() ? value : QxDateTime();
 }

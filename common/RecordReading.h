@@ -4,6 +4,7 @@
 #include "QxString.h"
 #include "QxVersion.h"
 #include "QxXmlParser.h"
+#include "XmlName.h"
 
 #include <cstdint>
 #include <string_view>
@@ -27,18 +28,18 @@ public:
     explicit ChildReader(QxXmlParser& parser) noexcept : m_parser(parser) {}
 
     /// Makes the child the parser's current child. The parser may go into it, but must come out of it again.
-    bool Find(std::wstring_view name) noexcept { return m_parser.FindUniqueChild(name, m_found); }
+    bool Find(XmlName name) noexcept { return m_parser.FindUniqueChild(name, m_found); }
 
     /// Empty when missing.
-    QxString Text(std::wstring_view name);
+    QxString Text(XmlName name);
     /// 0 when missing.
-    std::int32_t Number(std::wstring_view name) noexcept;
+    std::int32_t Number(XmlName name) noexcept;
     /// A positive number, otherwise 0.
-    std::int32_t PositiveNumber(std::wstring_view name) noexcept;
+    std::int32_t PositiveNumber(XmlName name) noexcept;
     /// False when missing.
-    bool Flag(std::wstring_view name) noexcept;
+    bool Flag(XmlName name) noexcept;
     /// The zero date when missing or not a date-time. Milliseconds are lost.
-    QxDateTime DateTime(std::wstring_view name);
+    QxDateTime DateTime(XmlName name);
 
 private:
     QxXmlParser& m_parser;

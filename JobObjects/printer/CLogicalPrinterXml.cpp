@@ -24,21 +24,21 @@ struct CLogicalPrinterImpl::Element {
     enum class Kind { Text, Markup, Number, Flag, Date };
     using Self = CLogicalPrinterImpl;
 
-    constexpr Element(const wchar_t* n, QxString Self::*field, QxVersion from = always,
-                      QxVersion below = forGood, Kind k = Kind::Text)
+    constexpr Element(XmlName n, QxString Self::*field, QxVersion from = always, QxVersion below = forGood,
+                      Kind k = Kind::Text)
         : name(n), since(from), until(below), kind(k), text(field) {}
-    constexpr Element(const wchar_t* n, std::int32_t Self::*field, QxVersion from, QxVersion below = forGood)
+    constexpr Element(XmlName n, std::int32_t Self::*field, QxVersion from, QxVersion below = forGood)
         : name(n), since(from), until(below), kind(Kind::Number), number(field) {}
-    constexpr Element(const wchar_t* n, bool Self::*field, QxVersion from)
+    constexpr Element(XmlName n, bool Self::*field, QxVersion from)
         : name(n), since(from), until(forGood), kind(Kind::Flag), flag(field) {}
-    constexpr Element(const wchar_t* n, QxDateTime Self::*field)
+    constexpr Element(XmlName n, QxDateTime Self::*field)
         : name(n), since(always), until(forGood), kind(Kind::Date), date(field) {}
 
     bool BelongsTo(const QxVersion& version) const noexcept {
         return version >= since && (!until.IsValid() || version < until);
     }
 
-    const wchar_t* name;
+    XmlName name;
     QxVersion since;
     QxVersion until;
     Kind kind;

@@ -12,7 +12,7 @@ constexpr std::int32_t anyNumber = std::numeric_limits<std::int32_t>::min();
 
 /// One element of the XML form, which both directions go by: a number with its lowest value, or a text.
 struct CWindowsPrintInfoImpl::Element {
-    const wchar_t* name;
+    XmlName name;
     std::int32_t CWindowsPrintInfoImpl::*number = nullptr;
     std::int32_t minimum = anyNumber;
     QxString CWindowsPrintInfoImpl::*text = nullptr;

@@ -31,8 +31,8 @@ std::int32_t Milliseconds(std::wstring_view text) noexcept {
 /// Reads an optional child's sub-document into the held child, which is created when there is none. Without
 /// the element the child is released. A child that cannot be created makes the read fail with E_POINTER.
 template<class Interface>
-void ReadOptionalChild(QxXmlParser& parser, ChildReader& children, std::wstring_view name,
-                       const wchar_t* progId, REFIID iid, ComPtr<Interface>& child) {
+void ReadOptionalChild(QxXmlParser& parser, ChildReader& children, XmlName name, const wchar_t* progId,
+                       REFIID iid, ComPtr<Interface>& child) {
     if (!children.Find(name)) {
         child = {};
         return;

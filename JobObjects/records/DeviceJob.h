@@ -13,14 +13,14 @@
 struct DeviceJob {
     /// What tells one of the three records from the others.
     struct Form {
-        const wchar_t* root;
+        XmlName root;
         const wchar_t* xmlNamespace;
         QxVersion initialVersion;
         QxVersion lowestVersion; ///< a lower one is raised to it on reading
     };
     /// A field of one record only: a text or a number. They stand behind the shared fields.
     struct OwnField {
-        const wchar_t* name;
+        XmlName name;
         QxString* text;
         std::int32_t* number;
     };

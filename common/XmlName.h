@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+/// The name of an element: mostly a literal, whose length the compiler knows. Measuring it at each use would
+/// cost as much as comparing it.
+class XmlName : public std::wstring_view {
+public:
+    template<std::size_t Size>
+    constexpr XmlName(const wchar_t (&literal)[Size]) noexcept : std::wstring_view(literal, Size - 1) {}
+    constexpr XmlName(std::wstring_view name) noexcept : std::wstring_view(name) {}
+};
