@@ -111,7 +111,7 @@ void AddGetRow(Table& table, const std::vector<HeldJob>& held) {
     table.Time("PrintJob Xml get",
                {ForAll("vtable", held, [](const HeldJob& job) { Use(Get(job.job).View().size()); }),
                 ForAll("writer alone", held,
-                       [](const HeldJob& job) { Use(RecordText::Write(job.source->values).size()); }),
+                       [](const HeldJob& job) { Use(RecordText::Write(job.source->values).Text().size()); }),
                 ForAll("MSXML 6 build and get_xml", held,
                        [&built](const HeldJob& job) {
                            Use(MsxmlPeer::Write(built.Get(), job.source->values).View().size());

@@ -73,7 +73,7 @@ public:
         EndStartTag();
         m_writer.Element(name, value);
     }
-    std::wstring_view Text() const { return m_writer.Text(); }
+    QxXmlWriter Take() { return std::move(m_writer); }
 
 private:
     void EndStartTag() {
@@ -97,8 +97,8 @@ JobValues RecordText::Read(std::wstring_view text) {
     return RecordForm::ReadJob(node);
 }
 
-std::wstring RecordText::Write(const JobValues& values) {
+QxXmlWriter RecordText::Write(const JobValues& values) {
     WriterSink sink;
     RecordForm::WriteJob(sink, values);
-    return std::wstring(sink.Text());
+    return sink.Take();
 }

@@ -2,13 +2,15 @@
 
 #include "Records.h"
 
-#include <string>
+#include "common/QxXmlWriter.h"
+
 #include <string_view>
 
 /// A print job record's document, read and written by the product's parser and writer alone, without COM.
 namespace RecordText {
 
 JobValues Read(std::wstring_view text);
-std::wstring Write(const JobValues& values);
+/// As a record gives it: the text stays in the writer's buffer.
+QxXmlWriter Write(const JobValues& values);
 
 } // namespace RecordText

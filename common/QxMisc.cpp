@@ -70,13 +70,17 @@ ScannedNumber ScanNumber(std::wstring_view text, unsigned base) noexcept {
         if (hexadecimal)
             text.remove_prefix(2);
     }
-    constexpr std::uint64_t limit = std::uint64_t{1} << 32;
+    std::uint32_t low = 0; // one narrow multiplication a digit
+    bool beyond = false;
     for (const wchar_t c : text) {
         const unsigned digit = DigitValue(c);
         if (digit >= base)
             break;
-        number.magnitude = std::min(limit, number.magnitude * base + digit);
+        const std::uint64_t next = std::uint64_t{low} * base + digit;
+        beyond = beyond || (next >> 32) != 0;
+        low = static_cast<std::uint32_t>(next);
     }
+    number.magnitude = beyond ? std::uint64_t{1} << 32 : low;
     return number;
 }
 

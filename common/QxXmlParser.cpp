@@ -3,7 +3,6 @@
 #include "QxXmlParser.h"
 
 #include "QxMisc.h"
-#include "QxXmlText.h"
 
 using QxXmlScan::Token;
 

@@ -2,6 +2,7 @@
 
 #include "QxString.h"
 #include "QxXmlScan.h"
+#include "QxXmlText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -33,6 +34,8 @@ public:
     };
 
     QxXmlParser() = default;
+    QxXmlParser(QxXmlParser&&) = default;
+    QxXmlParser& operator=(QxXmlParser&&) = default;
     virtual ~QxXmlParser() = default;
 
     /// Stores the text and parses its first top-level element; what follows that element is ignored.
@@ -151,6 +154,7 @@ private:
 
     std::wstring m_document;
     QxString m_error;
+    QxXmlText m_edit; ///< the new text of the edit under way; kept for the next one
     std::vector<ElemPos> m_positions;
     std::int32_t m_current = 0;
     std::int32_t m_currentChild = 0;

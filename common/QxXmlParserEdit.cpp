@@ -3,8 +3,6 @@
 
 #include "QxXmlParser.h"
 
-#include "QxXmlText.h"
-
 #include <limits>
 #include <stdexcept>
 
@@ -47,8 +45,9 @@ bool QxXmlParser::SetChildAttribute(std::wstring_view name, std::wstring_view va
 /// Writes a new element behind sibling, or as parent's first child when sibling is 0. Returns its index.
 std::int32_t QxXmlParser::Insert(std::int32_t parent, std::int32_t sibling, std::wstring_view name,
                                  std::wstring_view data) {
-    QxXmlText text;
-    text.AppendElement(name, data);
+    m_edit.Clear();
+    m_edit.AppendElement(name, data);
+    const std::wstring_view text = m_edit.View();
     const auto nameLength = static_cast<std::int32_t>(name.size());
     if (m_positions.size() == m_positions.capacity())
         m_positions.reserve(m_positions.size() + m_positions.size() / 2 + 1);
@@ -60,8 +59,8 @@ std::int32_t QxXmlParser::Insert(std::int32_t parent, std::int32_t sibling, std:
         start = At(sibling).scanPos;
     else if (At(parent).firstChild != 0)
         start = At(At(parent).firstChild).startTagOpen;
-    ReplaceText(start, 0, text.View());
-    const auto length = static_cast<std::int32_t>(text.View().size());
+    ReplaceText(start, 0, text);
+    const auto length = static_cast<std::int32_t>(text.size());
 
     const std::int32_t element = NewElement(parent, sibling);
     ShiftFrom(element, start, length);
@@ -108,9 +107,9 @@ void QxXmlParser::OpenEmptyElement(std::int32_t element, std::wstring_view conte
 bool QxXmlParser::ReplaceContent(std::int32_t element, std::wstring_view data) {
     if (element == 0)
         return false;
-    QxXmlText escaped;
-    escaped.AppendEscaped(data, QxXmlText::Escape::Data);
-    const std::wstring_view text = escaped.View();
+    m_edit.Clear();
+    m_edit.AppendEscaped(data, QxXmlText::Escape::Data);
+    const std::wstring_view text = m_edit.View();
     if (IsEmptyElement(element)) {
         if (!text.empty())
             OpenEmptyElement(element, text);
@@ -127,18 +126,19 @@ bool QxXmlParser::ReplaceContent(std::int32_t element, std::wstring_view data) {
 bool QxXmlParser::ReplaceAttribute(std::int32_t element, std::wstring_view name, std::wstring_view value) {
     if (element == 0 || !HasPlainStartTag(element))
         return false;
-    QxXmlText text;
+    m_edit.Clear();
     Token old;
     if (FindValue(element, name, old)) {
-        text.AppendEscaped(value, QxXmlText::Escape::Attribute);
+        m_edit.AppendEscaped(value, QxXmlText::Escape::Attribute);
     } else {
-        text.AppendAttribute(name, value);
+        m_edit.AppendAttribute(name, value);
         old.start = AttributesEnd(element);
         old.end = old.start - 1;
     }
     const std::int32_t length = old.end - old.start + 1;
-    ReplaceText(old.start, length, text.View());
-    ShiftFrom(element, old.start + length, static_cast<std::int32_t>(text.View().size()) - length);
+    const std::wstring_view text = m_edit.View();
+    ReplaceText(old.start, length, text);
+    ShiftFrom(element, old.start + length, static_cast<std::int32_t>(text.size()) - length);
     return true;
 }
 

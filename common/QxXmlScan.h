@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <string_view>
@@ -12,6 +14,26 @@
 /// The lowest level of the markup parser: characters and tokens of a text whose length fits 32 bits.
 /// A search that finds nothing gives the text's length.
 namespace QxXmlScan {
+
+inline constexpr std::wstring_view White = L" \t\n\r";
+inline constexpr std::wstring_view Specials = L"<>=\\/?!";
+
+/// For each ASCII character, whether it ends an unquoted token.
+constexpr std::array<bool, 128> MakeTokenEnds() {
+    std::array<bool, 128> ends{};
+    for (wchar_t character : White)
+        ends[static_cast<std::size_t>(character)] = true;
+    for (wchar_t character : Specials)
+        ends[static_cast<std::size_t>(character)] = true;
+    return ends;
+}
+
+inline constexpr std::array<bool, 128> TokenEnds = MakeTokenEnds();
+
+inline bool EndsToken(wchar_t character) noexcept {
+    const auto code = static_cast<std::size_t>(character);
+    return code < TokenEnds.size() && TokenEnds[code];
+}
 
 struct Token {
     std::int32_t start = 0; ///< first character, behind the quote of a quoted token
@@ -27,10 +49,6 @@ struct Token {
     }
 };
 
-/// Reads the token that begins at token.next or behind the white space there. False when only white space
-/// is left; a token that ends with the text is a token like any other.
-bool NextToken(std::wstring_view text, Token& token) noexcept;
-
 /// Blank, tab or line end.
 inline bool IsSpace(wchar_t character) noexcept {
     return character == L' ' || character == L'\t' || character == L'\n' || character == L'\r';
@@ -44,7 +62,15 @@ inline std::int32_t SkipSpace(std::wstring_view text, std::int32_t from) noexcep
 }
 
 /// The length of the unquoted token at an offset; 0 at white space or a special character.
-std::int32_t WordLength(std::wstring_view text, std::int32_t from) noexcept;
+inline std::int32_t WordLength(std::wstring_view text, std::int32_t from) noexcept {
+    const wchar_t* const begin = text.data() + from;
+    const wchar_t* const end = text.data() + text.size();
+    const wchar_t* at = begin;
+    while (at != end && !EndsToken(*at))
+        ++at;
+    return static_cast<std::int32_t>(at - begin);
+}
+
 /// Finds a terminator: a part whose last character is its only ">".
 std::int32_t FindTerminator(std::wstring_view text, std::wstring_view terminator, std::int32_t from) noexcept;
 /// The number of "<" that can begin a start tag.
@@ -56,8 +82,6 @@ std::wstring_view TagName(std::wstring_view text, std::int32_t open) noexcept;
 std::wstring_view WithoutPrefix(std::wstring_view name) noexcept;
 /// Whether a name is one unquoted token without a namespace prefix.
 bool IsPlainName(std::wstring_view name) noexcept;
-/// Whether the text begins with the word, and the word ends there.
-bool StartsWithWord(std::wstring_view text, std::wstring_view word) noexcept;
 /// Length first, then the characters.
 inline bool Equal(std::wstring_view a, std::wstring_view b) noexcept {
     const std::size_t length = a.size();
@@ -85,6 +109,13 @@ inline bool Equal(std::wstring_view a, std::wstring_view b) noexcept {
     return at == length;
 }
 
+/// Whether the text begins with the word, and the word ends there.
+inline bool StartsWithWord(std::wstring_view text, std::wstring_view word) noexcept {
+    const std::size_t length = word.size();
+    return (text.size() > length ? EndsToken(text[length]) : text.size() == length) &&
+           Equal(std::wstring_view(text.data(), length), word);
+}
+
 /// The offset of a character. Inline, because parsing spends its time here; the C library's wmemchr is
 /// several times slower on Windows.
 inline std::int32_t Find(std::wstring_view text, wchar_t sought, std::int32_t from) noexcept {
@@ -105,6 +136,28 @@ inline std::int32_t Find(std::wstring_view text, wchar_t sought, std::int32_t fr
     while (at < length && characters[at] != sought)
         ++at;
     return at;
+}
+
+/// Reads the token that begins at token.next or behind the white space there. False when only white space
+/// is left; a token that ends with the text is a token like any other.
+inline bool NextToken(std::wstring_view text, Token& token) noexcept {
+    const auto length = static_cast<std::int32_t>(text.size());
+    token.start = SkipSpace(text, token.next);
+    if (token.start == length) {
+        token.next = length;
+        return false;
+    }
+    token.quoted = text[static_cast<std::size_t>(token.start)] == L'"';
+    if (token.quoted) {
+        ++token.start;
+        const std::int32_t quote = Find(text, L'"', token.start);
+        token.end = quote - 1;
+        token.next = std::min(quote + 1, length);
+    } else {
+        token.next = token.start + std::max(WordLength(text, token.start), 1);
+        token.end = token.next - 1;
+    }
+    return true;
 }
 
 /// Copies a text to where there is room for it; returns the end of the copy. Mostly a name or a short value,

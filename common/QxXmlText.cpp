@@ -47,7 +47,8 @@ std::size_t FindEscaped(std::wstring_view text, std::size_t from, QxXmlText::Esc
             const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
             __m128i found = _mm_setzero_si128();
             for (const Entity& entity : Entities)
-                found = _mm_or_si128(found, _mm_cmpeq_epi16(block, _mm_set1_epi16(entity.character)));
+                found = _mm_or_si128(
+                    found, _mm_cmpeq_epi16(block, _mm_set1_epi16(static_cast<short>(entity.character))));
             if (_mm_movemask_epi8(found) != 0)
                 break;
         }
@@ -157,9 +158,13 @@ void QxXmlText::AppendEndTag(std::wstring_view name) {
 }
 
 void QxXmlText::AppendAttribute(std::wstring_view name, std::wstring_view value) {
-    Append(L' ');
-    Append(name);
-    Append(L'=', L'"');
+    Reserve(name.size() + 3);
+    wchar_t* at = End();
+    *at++ = L' ';
+    at = QxXmlScan::Copy(at, name);
+    *at++ = L'=';
+    *at++ = L'"';
+    SetEnd(at);
     AppendEscaped(value, Escape::Attribute);
     Append(L'"');
 }

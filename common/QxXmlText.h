@@ -20,14 +20,12 @@ public:
             Grow(length);
     }
 
+    /// Keeps the buffer.
+    void Clear() noexcept { m_size = 0; }
     void Append(std::wstring_view text);
     void Append(wchar_t character) {
         Reserve(1);
         m_characters[m_size++] = character;
-    }
-    void Append(wchar_t first, wchar_t second) {
-        Append(first);
-        Append(second);
     }
     /// With "<", "&", ">" escaped, and "'" and '"' too in an attribute value.
     void AppendEscaped(std::wstring_view text, Escape kind);

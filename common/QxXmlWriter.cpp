@@ -3,7 +3,8 @@
 #include "QxMisc.h"
 
 void QxXmlWriter::CloseEmptyTag() {
-    m_text.Append(L'/', L'>');
+    m_text.Append(L'/');
+    m_text.Append(L'>');
 }
 
 void QxXmlWriter::CloseWithData(XmlName name, std::wstring_view data) {
