@@ -45,13 +45,28 @@ public:
     friend bool operator==(const QxString& a, const wchar_t* b) noexcept { return a.view() == b; }
 
 private:
-    /// Header of one block; the characters and a NUL follow it.
+    friend class QxStringPool;
+
+    /// Memory that several texts share; it goes with the last of them.
+    struct alignas(void*) Block {
+        std::atomic<unsigned> references;
+    };
+    /// Header of one text; the characters and a NUL follow it.
     struct Data {
         std::atomic<unsigned> references;
+        Block* block; ///< null for a text with memory of its own
         std::size_t size;
         wchar_t* characters() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
     };
 
+    explicit QxString(Data* data) noexcept : m_data(data) {}
+    /// What a text of that length takes, rounded up so that another may follow.
+    static constexpr std::size_t DataSize(std::size_t length) noexcept {
+        const std::size_t size = sizeof(Data) + (length + 1) * sizeof(wchar_t);
+        return (size + alignof(Data) - 1) / alignof(Data) * alignof(Data);
+    }
+    static Data* MakeData(void* place, Block* block, std::wstring_view text) noexcept;
+    static void Release(Block* block) noexcept;
     void Release() noexcept;
 
     Data* m_data = nullptr;

@@ -11,14 +11,6 @@ namespace {
 constexpr std::wstring_view CDataOpen = L"![CDATA[";
 constexpr std::wstring_view CDataClose = L"]]>";
 
-QxString Unescaped(std::wstring_view text) {
-    if (QxXmlScan::Find(text, L'&', 0) == static_cast<std::int32_t>(text.size()))
-        return QxString(text);
-    QxXmlText decoded;
-    decoded.AppendUnescaped(text);
-    return QxString(decoded.View());
-}
-
 } // namespace
 
 void QxXmlParser::ResetPosition() noexcept {
@@ -137,10 +129,18 @@ std::wstring_view QxXmlParser::Content(std::int32_t element, bool& raw) const no
     return content;
 }
 
+QxString QxXmlParser::Unescaped(std::wstring_view text) const {
+    if (QxXmlScan::Find(text, L'&', 0) == static_cast<std::int32_t>(text.size()))
+        return m_texts.Make(text);
+    QxXmlText decoded;
+    decoded.AppendUnescaped(text);
+    return m_texts.Make(decoded.View());
+}
+
 QxString QxXmlParser::Data(std::int32_t element) const {
     bool raw = false;
     const std::wstring_view content = Content(element, raw);
-    return raw ? QxString(content) : Unescaped(content);
+    return raw ? m_texts.Make(content) : Unescaped(content);
 }
 
 QxString QxXmlParser::GetData() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QxString.h"
+#include "QxStringPool.h"
 #include "QxXmlScan.h"
 #include "QxXmlText.h"
 
@@ -134,6 +135,7 @@ private:
     bool HasPlainName(std::int32_t element, std::wstring_view name) const noexcept;
     std::wstring_view TagName(std::int32_t element) const noexcept;
     std::wstring_view Content(std::int32_t element, bool& raw) const noexcept;
+    QxString Unescaped(std::wstring_view text) const;
     QxString Data(std::int32_t element) const;
     bool FindValue(std::int32_t element, std::wstring_view name, QxXmlScan::Token& value) const noexcept;
     std::wstring_view RawAttribute(std::int32_t element, std::wstring_view name) const noexcept;
@@ -154,6 +156,7 @@ private:
 
     std::wstring m_document;
     QxString m_error;
+    mutable QxStringPool m_texts; ///< of the values that were read
     QxXmlText m_edit; ///< the new text of the edit under way; kept for the next one
     std::vector<ElemPos> m_positions;
     std::int32_t m_current = 0;

@@ -205,6 +205,7 @@ bool QxXmlParser::SetDocument(std::wstring_view text) {
         return false;
     }
     m_document.assign(text);
+    m_texts.Begin(m_document.size());
     if (m_document.empty())
         return false;
     try {

@@ -1,0 +1,54 @@
+#include "QxStringPool.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+namespace {
+
+// A record's values are about a fifth of its characters, and each has a header: a block of five sixteenths of
+// the document mostly takes them all.
+constexpr std::size_t SmallestBlock = 128;
+constexpr std::size_t LargestBlock = 4096;
+
+} // namespace
+
+QxStringPool::QxStringPool(QxStringPool&& other) noexcept
+    : m_block(std::exchange(other.m_block, nullptr)), m_blockSize(other.m_blockSize), m_used(other.m_used) {
+}
+
+QxStringPool& QxStringPool::operator=(QxStringPool&& other) noexcept {
+    std::swap(m_block, other.m_block);
+    std::swap(m_blockSize, other.m_blockSize);
+    std::swap(m_used, other.m_used);
+    return *this;
+}
+
+QxStringPool::~QxStringPool() {
+    QxString::Release(m_block);
+}
+
+void QxStringPool::Begin(std::size_t documentLength) noexcept {
+    QxString::Release(std::exchange(m_block, nullptr));
+    m_blockSize = std::clamp(documentLength / 16 * (5 * sizeof(wchar_t)), SmallestBlock, LargestBlock);
+}
+
+QxString QxStringPool::Make(std::wstring_view text) {
+    // A long text is not worth a share of a block, nor is a block worth keeping for it.
+    if (text.empty() || text.size() > m_blockSize / (8 * sizeof(wchar_t)))
+        return QxString(text);
+    const std::size_t size = QxString::DataSize(text.size());
+    if (!m_block || m_blockSize - m_used < size)
+        AddBlock();
+    void* const place = reinterpret_cast<char*>(m_block) + m_used;
+    m_used += size;
+    m_block->references.fetch_add(1, std::memory_order_relaxed);
+    return QxString(QxString::MakeData(place, m_block, text));
+}
+
+void QxStringPool::AddBlock() {
+    void* const memory = ::operator new(m_blockSize);
+    QxString::Release(m_block);
+    m_block = new (memory) QxString::Block{{1}};
+    m_used = sizeof(QxString::Block);
+}
