@@ -157,7 +157,7 @@ private:
     std::wstring m_document;
     QxString m_error;
     mutable QxStringPool m_texts; ///< of the values that were read
-    QxXmlText m_edit; ///< the new text of the edit under way; kept for the next one
+    QxXmlText m_edit;             ///< the new text of the edit under way; kept for the next one
     std::vector<ElemPos> m_positions;
     std::int32_t m_current = 0;
     std::int32_t m_currentChild = 0;

@@ -11,8 +11,8 @@
 
 namespace {
 
-std::wstring NumberedText(int number) {
-    return L"text " + std::to_wstring(number);
+QxString NumberedText(int number) {
+    return QxString(L"text " + std::to_wstring(number));
 }
 
 } // namespace
@@ -54,7 +54,7 @@ TEST_CASE("StringPool_takes_texts_of_any_length") {
         pool.Begin(documentLength);
         for (std::size_t length = 0; length < 2000; length += length / 8 + 1) {
             CAPTURE(documentLength, length);
-            const std::wstring text(length, L'x');
+            const QxString text(std::wstring(length, L'x'));
             CHECK(pool.Make(text) == text);
         }
     }
