@@ -367,8 +367,10 @@ TEST_CASE("Log_names_the_reader_of_the_older_printer_form") {
     LogSession session;
     session.Enable();
     const auto printer = CreateLogicalPrinter();
-    const UniqueBstr xml(
-        L"<LogicalPrinter Version=\"3.5\"><PrinterName>a name</PrinterName></LogicalPrinter>");
+    // Long enough to need memory of its own.
+    const std::wstring name(500, L'n');
+    const UniqueBstr xml(L"<LogicalPrinter Version=\"3.5\"><PrinterName>" + name +
+                         L"</PrinterName></LogicalPrinter>");
     const std::wstring text = OutOfMemoryText();
     const std::wstring opening = Exception(L"CLogicalPrinterImpl::put_Xml", text);
     const std::wstring reading = Exception(L"CLogicalPrinterImpl::put_Xml35", text);
@@ -393,7 +395,7 @@ TEST_CASE("Log_names_the_reader_of_the_older_printer_form") {
     // The document is opened under the one name and read under the other.
     CHECK(openingFailures > 0);
     CHECK(readingFailures > 0);
-    CHECK_TEXT(Text(printer, &ILogicalPrinter::get_PrinterName), L"a name");
+    CHECK_TEXT(Text(printer, &ILogicalPrinter::get_PrinterName), name);
 }
 
 TEST_CASE("Log_line_is_written_even_when_there_is_no_error_information") {
