@@ -32,7 +32,7 @@ public:
     }
 
     std::wstring_view view() const noexcept {
-        return m_data ? std::wstring_view(m_data->characters(), m_data->size) : std::wstring_view(L"", 0);
+        return m_data ? std::wstring_view(m_data->characters(), m_data->size) : std::wstring_view(L"");
     }
     operator std::wstring_view() const noexcept { return view(); }
     /// Always terminated by a NUL.
