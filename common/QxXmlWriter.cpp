@@ -2,6 +2,13 @@
 
 #include "QxMisc.h"
 
+void QxXmlWriter::BeginRecord(XmlName root, std::wstring_view xmlNamespace, const QxVersion& version) {
+    OpenStartTag(root);
+    Attribute(L"xmlns", xmlNamespace);
+    Attribute(L"Version", version.AsString());
+    CloseStartTag();
+}
+
 void QxXmlWriter::CloseEmptyTag() {
     m_text.Append(L'/');
     m_text.Append(L'>');

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QxVersion.h"
 #include "QxXmlText.h"
 #include "XmlName.h"
 
@@ -13,6 +14,9 @@ class QxXmlWriter {
 public:
     /// Reserves room so that a record of the usual size is written without growing.
     explicit QxXmlWriter(std::size_t reserve = 4096) : m_text(reserve) {}
+
+    /// The start tag of a record's root element, with its namespace and version.
+    void BeginRecord(XmlName root, std::wstring_view xmlNamespace, const QxVersion& version);
 
     /// "<name", left open for attributes. Close it with CloseStartTag or CloseEmptyTag.
     void OpenStartTag(XmlName name) { m_text.AppendStartTag(name); }

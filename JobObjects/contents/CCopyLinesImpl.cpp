@@ -4,7 +4,7 @@
 #include "common/QxXmlWriter.h"
 
 HRESULT CCopyLinesImpl::get_Xml(BSTR* pVal) {
-    return GetValue(pVal, METHOD_SOURCE(CCopyLinesImpl, get_Xml), [&] {
+    return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] {
         QxXmlWriter writer(1024);
         m_lines.WriteXml(writer);
         return writer;
@@ -12,7 +12,7 @@ HRESULT CCopyLinesImpl::get_Xml(BSTR* pVal) {
 }
 
 HRESULT CCopyLinesImpl::put_Xml(BSTR newVal) {
-    constexpr const wchar_t* source = METHOD_SOURCE(CCopyLinesImpl, put_Xml);
+    constexpr const wchar_t* source = METHOD_SOURCE(put_Xml);
     return RunMethod(source, [&] {
         if (!m_lines.put_Xml(BstrView(newVal)))
             ThrowInvalidXmlFragment(source);
@@ -25,7 +25,7 @@ HRESULT CCopyLinesImpl::Item(LONG index, ICopyLine** copyLine) {
     *copyLine = nullptr;
     if (index < 0 || static_cast<std::size_t>(index) >= m_lines.Count())
         return FailWithoutInfo(E_INVALIDARG);
-    return RunMethod(METHOD_SOURCE(CCopyLinesImpl, Item), [&] {
+    return RunMethod(METHOD_SOURCE(Item), [&] {
         QxXmlWriter writer(512);
         m_lines.Line(static_cast<std::size_t>(index)).WriteXml(writer);
         *copyLine = CreateFilledChild<ICopyLine>(L"Corvane.CopyLine", writer.Text(), IID_ICopyLine).Detach();

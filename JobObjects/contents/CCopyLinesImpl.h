@@ -7,17 +7,18 @@
 /// The creatable collection of copy lines: one CCopyLines behind its interface. Hands out copies only.
 class CCopyLinesImpl : public Record<ICopyLines, IID_ICopyLines> {
 public:
-    static constexpr const wchar_t* ConstructionSource = METHOD_SOURCE(CCopyLinesImpl, CCopyLinesImpl);
+    using Self = CCopyLinesImpl;
+    static constexpr NameLiteral ClassName{L"CCopyLinesImpl"};
 
     HRESULT STDMETHODCALLTYPE get_Xml(BSTR* pVal) override;
     HRESULT STDMETHODCALLTYPE put_Xml(BSTR newVal) override;
     HRESULT STDMETHODCALLTYPE Item(LONG index, ICopyLine** copyLine) override;
     HRESULT STDMETHODCALLTYPE Clear() override;
-    DERIVED_PROPERTY(CCopyLinesImpl, Count, LONG, m_lines.Count())
-    DERIVED_PROPERTY(CCopyLinesImpl, TotalPages, LONG, m_lines.TotalPages())
-    DERIVED_PROPERTY(CCopyLinesImpl, TotalPagesBW, LONG, m_lines.TotalPagesBW())
-    DERIVED_PROPERTY(CCopyLinesImpl, TotalPagesColor, LONG, m_lines.TotalPagesColor())
-    DERIVED_PROPERTY(CCopyLinesImpl, ContainsDuplex, VARIANT_BOOL, m_lines.ContainsDuplex())
+    DERIVED_PROPERTY(get_Count, LONG, m_lines.Count())
+    DERIVED_PROPERTY(get_TotalPages, LONG, m_lines.TotalPages())
+    DERIVED_PROPERTY(get_TotalPagesBW, LONG, m_lines.TotalPagesBW())
+    DERIVED_PROPERTY(get_TotalPagesColor, LONG, m_lines.TotalPagesColor())
+    DERIVED_PROPERTY(get_ContainsDuplex, VARIANT_BOOL, m_lines.ContainsDuplex())
 
 private:
     CCopyLines m_lines;

@@ -57,10 +57,7 @@ bool CJobContents::ReadCopyLines(QxXmlParser& parser, ChildReader& children) {
 }
 
 void CJobContents::WriteXml(QxXmlWriter& writer) const {
-    writer.OpenStartTag(L"JobContents");
-    writer.Attribute(L"xmlns", QX_XML_NAMESPACE_BASE L"/OutputManagement/JobContents");
-    writer.Attribute(L"Version", m_version.AsString());
-    writer.CloseStartTag();
+    writer.BeginRecord(L"JobContents", QX_XML_NAMESPACE_BASE L"/OutputManagement/JobContents", m_version);
     m_jobCopyLines->WriteXml(writer);
     writer.Element(L"JobOriginals", m_jobOriginals);
     writer.Element(L"JobCopies", m_jobCopies);

@@ -3,16 +3,8 @@
 #include "JobObjects/frame/ChildRecord.h"
 #include "common/QxXmlWriter.h"
 
-namespace {
-
-// Several methods report under this one's name: what components match in the log must stay as it is.
-constexpr const wchar_t* generateGeneralSource =
-    METHOD_SOURCE(CJobContentsImpl, GenerateGeneralContentsFromPageCounterInfo);
-
-} // namespace
-
 HRESULT CJobContentsImpl::get_Xml(BSTR* pVal) {
-    return GetValue(pVal, METHOD_SOURCE(CJobContentsImpl, get_Xml), [&] {
+    return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] {
         QxXmlWriter writer(2048);
         m_contents.WriteXml(writer);
         return writer;
@@ -20,7 +12,7 @@ HRESULT CJobContentsImpl::get_Xml(BSTR* pVal) {
 }
 
 HRESULT CJobContentsImpl::put_Xml(BSTR newVal) {
-    constexpr const wchar_t* source = METHOD_SOURCE(CJobContentsImpl, put_Xml);
+    constexpr const wchar_t* source = METHOD_SOURCE(put_Xml);
     return RunMethod(source, [&] {
         if (!m_contents.put_Xml(BstrView(newVal)))
             ThrowInvalidXmlFragment(source);
@@ -31,7 +23,7 @@ HRESULT CJobContentsImpl::get_JobCopyLines(ICopyLines** pVal) {
     if (!pVal)
         return FailWithoutInfo(E_POINTER);
     *pVal = nullptr;
-    return RunMethod(METHOD_SOURCE(CJobContentsImpl, get_JobCopyLines), [&] {
+    return RunMethod(METHOD_SOURCE(get_JobCopyLines), [&] {
         QxXmlWriter writer(1024);
         m_contents.JobCopyLines().WriteXml(writer);
         *pVal = CreateFilledChild<ICopyLines>(L"Corvane.CopyLines", writer.Text(), IID_ICopyLines).Detach();
@@ -49,7 +41,7 @@ HRESULT CJobContentsImpl::put_GenerateDefaultPageAttributes(VARIANT_BOOL newVal)
 
 HRESULT CJobContentsImpl::GenerateContentsFromPageCounterInfo(BSTR attributes, LONG jobOriginals,
                                                               LONG jobCopies, LONG jobPages, LONG jobSheets) {
-    return RunMethod(generateGeneralSource, [&] {
+    return RunMethod(s_generateSource, [&] {
         m_contents.GenerateContentsFromPageCounterInfo(BstrView(attributes), jobOriginals, jobCopies,
                                                        jobPages, jobSheets);
     });
@@ -58,7 +50,7 @@ HRESULT CJobContentsImpl::GenerateContentsFromPageCounterInfo(BSTR attributes, L
 HRESULT CJobContentsImpl::GenerateGeneralContentsFromPageCounterInfo(BSTR attributes, LONG jobOriginals,
                                                                      LONG jobCopies, VARIANT_BOOL stripColor,
                                                                      BSTR* pageAttributes) {
-    return GetValue(pageAttributes, generateGeneralSource, [&] {
+    return GetValue(pageAttributes, s_generateSource, [&] {
         return m_contents.GenerateGeneralContentsFromPageCounterInfo(BstrView(attributes), jobOriginals,
                                                                      jobCopies, stripColor != VARIANT_FALSE);
     });
@@ -66,7 +58,7 @@ HRESULT CJobContentsImpl::GenerateGeneralContentsFromPageCounterInfo(BSTR attrib
 
 HRESULT CJobContentsImpl::GenerateCopyLineFromPageCounterInfo(BSTR attributes, LONG pagesBW, LONG pagesColor,
                                                               LONG pagesBlank, LONG sheets) {
-    return RunMethod(METHOD_SOURCE(CJobContentsImpl, GenerateCopyLineFromPageCounterInfo), [&] {
+    return RunMethod(METHOD_SOURCE(GenerateCopyLineFromPageCounterInfo), [&] {
         m_contents.GenerateCopyLineFromPageCounterInfo(BstrView(attributes), pagesBW, pagesColor, pagesBlank,
                                                        sheets);
     });
@@ -74,7 +66,7 @@ HRESULT CJobContentsImpl::GenerateCopyLineFromPageCounterInfo(BSTR attributes, L
 
 HRESULT CJobContentsImpl::GenerateContentsFromDBInfo(BSTR copyLines, LONG jobOriginals, LONG jobCopies,
                                                      LONG jobPdlId, LONG jobFinishingId) {
-    return RunMethod(generateGeneralSource, [&] {
+    return RunMethod(s_generateSource, [&] {
         m_contents.GenerateContentsFromDBInfo(BstrView(copyLines), jobOriginals, jobCopies, jobPdlId,
                                               jobFinishingId);
     });
@@ -94,7 +86,7 @@ HRESULT CJobContentsImpl::MatchAttributes(BSTR attributes, BSTR* paperSize, BSTR
         *text = nullptr;
     *isColor = VARIANT_FALSE;
 
-    return RunMethod(generateGeneralSource, [&] {
+    return RunMethod(s_generateSource, [&] {
         const CJobContents::MatchedAttributes matched = m_contents.MatchAttributes(BstrView(attributes));
         UniqueBstr results[] = {
             UniqueBstr(matched.paperSize),      UniqueBstr(matched.paperDimensions),
@@ -113,7 +105,7 @@ HRESULT CJobContentsImpl::DoAttributesMatch(BSTR attributes, BSTR* unmatchedAttr
         return FailWithoutInfo(E_POINTER);
     *unmatchedAttributes = nullptr;
     *attributesMatch = VARIANT_FALSE;
-    return RunMethod(METHOD_SOURCE(CJobContentsImpl, DoAttributesMatch), [&] {
+    return RunMethod(METHOD_SOURCE(DoAttributesMatch), [&] {
         const CJobContents::MatchedAttributes matched = m_contents.MatchAttributes(BstrView(attributes));
         *unmatchedAttributes = NewBstr(matched.unmatchedAttributes);
         *attributesMatch = ToAutomation(matched.unmatchedAttributes.empty());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MethodName.h"
 #include "common/Bstr.h"
 #include "common/ErrorReporting.h"
 #include "common/QxDateTime.h"
@@ -92,85 +93,82 @@ HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
     });
 }
 
-// Property signatures. A macro only spells out the two accessors of a field and the name under which they
-// report; what is special about a property is written out in its class.
+// Property signatures. A macro only spells out the accessors of a field; their names are its arguments, so
+// that a search finds them. What is special about a property is written out in its class.
 
-#define METHOD_SOURCE(Class, Method) L"" #Class L"::" #Method
-
-#define TEXT_PROPERTY(Class, Name, field)                                                                    \
-    HRESULT STDMETHODCALLTYPE get_##Name(BSTR* pVal) override {                                              \
-        return GetText(pVal, field, METHOD_SOURCE(Class, get_##Name));                                       \
+#define TEXT_PROPERTY(getter, putter, field)                                                                 \
+    HRESULT STDMETHODCALLTYPE getter(BSTR* pVal) override {                                                  \
+        return GetText(pVal, field, METHOD_SOURCE(getter));                                                  \
     }                                                                                                        \
-    HRESULT STDMETHODCALLTYPE put_##Name(BSTR newVal) override {                                             \
-        return PutText(field, newVal, METHOD_SOURCE(Class, put_##Name));                                     \
+    HRESULT STDMETHODCALLTYPE putter(BSTR newVal) override {                                                 \
+        return PutText(field, newVal, METHOD_SOURCE(putter));                                                \
     }
-#define NUMBER_PROPERTY(Name, field)                                                                         \
-    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override {                                              \
+#define NUMBER_PROPERTY(getter, putter, field)                                                               \
+    HRESULT STDMETHODCALLTYPE getter(LONG* pVal) override {                                                  \
         return GetField(pVal, field);                                                                        \
     }                                                                                                        \
-    HRESULT STDMETHODCALLTYPE put_##Name(LONG newVal) override {                                             \
+    HRESULT STDMETHODCALLTYPE putter(LONG newVal) override {                                                 \
         field = newVal;                                                                                      \
         return S_OK;                                                                                         \
     }
-#define MINIMUM_NUMBER_PROPERTY(Name, field, minimum)                                                        \
-    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override {                                              \
+#define MINIMUM_NUMBER_PROPERTY(getter, putter, field, minimum)                                              \
+    HRESULT STDMETHODCALLTYPE getter(LONG* pVal) override {                                                  \
         return GetField(pVal, field);                                                                        \
     }                                                                                                        \
-    HRESULT STDMETHODCALLTYPE put_##Name(LONG newVal) override {                                             \
+    HRESULT STDMETHODCALLTYPE putter(LONG newVal) override {                                                 \
         field = std::max<LONG>(newVal, minimum);                                                             \
         return S_OK;                                                                                         \
     }
-#define FLAG_PROPERTY(Name, field)                                                                           \
-    HRESULT STDMETHODCALLTYPE get_##Name(VARIANT_BOOL* pVal) override {                                      \
+#define FLAG_PROPERTY(getter, putter, field)                                                                 \
+    HRESULT STDMETHODCALLTYPE getter(VARIANT_BOOL* pVal) override {                                          \
         return GetField(pVal, field);                                                                        \
     }                                                                                                        \
-    HRESULT STDMETHODCALLTYPE put_##Name(VARIANT_BOOL newVal) override {                                     \
+    HRESULT STDMETHODCALLTYPE putter(VARIANT_BOOL newVal) override {                                         \
         field = newVal != VARIANT_FALSE;                                                                     \
         return S_OK;                                                                                         \
     }
-#define DATE_PROPERTY(Name, field)                                                                           \
-    HRESULT STDMETHODCALLTYPE get_##Name(DATE* pVal) override {                                              \
+#define DATE_PROPERTY(getter, putter, field)                                                                 \
+    HRESULT STDMETHODCALLTYPE getter(DATE* pVal) override {                                                  \
         return GetField(pVal, field);                                                                        \
     }                                                                                                        \
-    HRESULT STDMETHODCALLTYPE put_##Name(DATE newVal) override {                                             \
+    HRESULT STDMETHODCALLTYPE putter(DATE newVal) override {                                                 \
         field = QxDateTime(newVal);                                                                          \
         return S_OK;                                                                                         \
     }
-#define OPTIONAL_CHILD_PROPERTY(Class, Name, Interface, field)                                               \
-    HRESULT STDMETHODCALLTYPE get_##Name(Interface** pVal) override {                                        \
+#define OPTIONAL_CHILD_PROPERTY(getter, putter, Interface, field)                                            \
+    HRESULT STDMETHODCALLTYPE getter(Interface** pVal) override {                                            \
         return GetChild(pVal, field);                                                                        \
     }                                                                                                        \
-    HRESULT STDMETHODCALLTYPE put_##Name(Interface* newVal) override {                                       \
-        return PutOptionalChild(field, newVal, IID_##Interface, METHOD_SOURCE(Class, put_##Name));           \
+    HRESULT STDMETHODCALLTYPE putter(Interface* newVal) override {                                           \
+        return PutOptionalChild(field, newVal, IID_##Interface, METHOD_SOURCE(putter));                      \
     }
-#define REQUIRED_CHILD_PROPERTY(Class, Name, Interface, field)                                               \
-    HRESULT STDMETHODCALLTYPE get_##Name(Interface** pVal) override {                                        \
+#define REQUIRED_CHILD_PROPERTY(getter, putter, Interface, field)                                            \
+    HRESULT STDMETHODCALLTYPE getter(Interface** pVal) override {                                            \
         return GetChild(pVal, field);                                                                        \
     }                                                                                                        \
-    HRESULT STDMETHODCALLTYPE put_##Name(Interface* newVal) override {                                       \
-        return PutRequiredChild(field, newVal, IID_##Interface, METHOD_SOURCE(Class, put_##Name));           \
+    HRESULT STDMETHODCALLTYPE putter(Interface* newVal) override {                                           \
+        return PutRequiredChild(field, newVal, IID_##Interface, METHOD_SOURCE(putter));                      \
     }
 
 // The same for a record that wraps a plain one with accessors of its own.
 
-#define WRAPPED_TEXT_PROPERTY(Class, Name, record)                                                           \
-    HRESULT STDMETHODCALLTYPE get_##Name(BSTR* pVal) override {                                              \
-        return GetText(pVal, record.Name(), METHOD_SOURCE(Class, get_##Name));                               \
+#define WRAPPED_TEXT_PROPERTY(getter, putter, value, setValue)                                               \
+    HRESULT STDMETHODCALLTYPE getter(BSTR* pVal) override {                                                  \
+        return GetText(pVal, value, METHOD_SOURCE(getter));                                                  \
     }                                                                                                        \
-    HRESULT STDMETHODCALLTYPE put_##Name(BSTR newVal) override {                                             \
-        return RunMethod(METHOD_SOURCE(Class, put_##Name),                                                   \
-                         [&] { record.Set##Name(QxString(BstrView(newVal))); });                             \
+    HRESULT STDMETHODCALLTYPE putter(BSTR newVal) override {                                                 \
+        return RunMethod(METHOD_SOURCE(putter), [&] { setValue(QxString(BstrView(newVal))); });              \
     }
-#define WRAPPED_NUMBER_PROPERTY(Name, record)                                                                \
-    HRESULT STDMETHODCALLTYPE get_##Name(LONG* pVal) override {                                              \
-        return GetField(pVal, record.Name());                                                                \
+#define WRAPPED_NUMBER_PROPERTY(getter, putter, value, setValue)                                             \
+    HRESULT STDMETHODCALLTYPE getter(LONG* pVal) override {                                                  \
+        return GetField(pVal, value);                                                                        \
     }                                                                                                        \
-    HRESULT STDMETHODCALLTYPE put_##Name(LONG newVal) override {                                             \
-        record.Set##Name(newVal);                                                                            \
+    HRESULT STDMETHODCALLTYPE putter(LONG newVal) override {                                                 \
+        setValue(newVal);                                                                                    \
         return S_OK;                                                                                         \
     }
 /// A read-only property whose value is worked out on each call.
-#define DERIVED_PROPERTY(Class, Name, Type, expression)                                                      \
-    HRESULT STDMETHODCALLTYPE get_##Name(Type* pVal) override {                                              \
-        return GetValue(pVal, METHOD_SOURCE(Class, get_##Name), [&] { return expression; });                 \
+#define DERIVED_PROPERTY(getter, Type, expression)                                                           \
+    HRESULT STDMETHODCALLTYPE getter(Type* pVal) override {                                                  \
+        return GetValue(pVal, METHOD_SOURCE(getter), [&] { return expression; });                            \
     }

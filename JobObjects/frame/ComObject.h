@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../CJobObjectsModule.h"
+#include "MethodName.h"
 #include "common/ErrorReporting.h"
 
 #include <new>
@@ -79,6 +80,10 @@ private:
     ULONG m_references = 1;
 };
 
+/// A constructor that fails reports under "Class::Class".
+template<class Impl>
+inline constexpr const wchar_t* ConstructionSource = MethodName<Impl::ClassName, Impl::ClassName>.data();
+
 /// Queries a new object, whose one reference is the caller's, and gives that reference back.
 inline HRESULT QueryNewObject(IUnknown* created, REFIID iid, void** object) {
     const HRESULT result = created->QueryInterface(iid, object);
@@ -89,7 +94,7 @@ inline HRESULT QueryNewObject(IUnknown* created, REFIID iid, void** object) {
 /// Instance creator of a class that cannot be aggregated.
 template<class Impl>
 HRESULT CreateObject(IUnknown*, REFIID iid, void** object) noexcept {
-    return RunMethod(Impl::ConstructionSource, [&] {
+    return RunMethod(ConstructionSource<Impl>, [&] {
         auto* created = new ComObject<Impl>;
         return QueryNewObject(static_cast<typename Impl::InterfaceType*>(created), iid, object);
     });
@@ -100,6 +105,6 @@ template<class Impl>
 HRESULT CreateAggregatableObject(IUnknown* outer, REFIID iid, void** object) noexcept {
     if (!outer)
         return CreateObject<Impl>(outer, iid, object);
-    return RunMethod(Impl::ConstructionSource,
+    return RunMethod(ConstructionSource<Impl>,
                      [&] { return QueryNewObject(new AggregatedObject<Impl>(outer), iid, object); });
 }

@@ -4,27 +4,25 @@
 #include "common/QxXmlWriter.h"
 
 HRESULT CLogicalPrinterImpl::get_Xml(BSTR* pVal) {
-    return GetValue(pVal,
-                    IsOlderForm() ? METHOD_SOURCE(CLogicalPrinterImpl, get_Xml35)
-                                  : METHOD_SOURCE(CLogicalPrinterImpl, get_Xml),
+    return GetValue(pVal, IsOlderForm() ? METHOD_SOURCE(get_Xml35) : METHOD_SOURCE(get_Xml),
                     [&] { return WriteXml(); });
 }
 
 HRESULT CLogicalPrinterImpl::put_Xml(BSTR newVal) {
-    return RunMethod(METHOD_SOURCE(CLogicalPrinterImpl, put_Xml), [&] {
+    return RunMethod(METHOD_SOURCE(put_Xml), [&] {
         QxXmlParser parser;
         RecordReading::OpenRoot(parser, BstrView(newVal), L"LogicalPrinter");
         ReadVersion(parser);
         if (!IsOlderForm()) {
-            ReadElements(parser);
+            ReadXml(parser);
             return S_OK;
         }
-        return RunMethod(METHOD_SOURCE(CLogicalPrinterImpl, put_Xml35), [&] { ReadElements(parser); });
+        return RunMethod(METHOD_SOURCE(put_Xml35), [&] { ReadXml(parser); });
     });
 }
 
 HRESULT CLogicalPrinterImpl::get_DriverInfoXml(BSTR* pVal) {
-    return GetValue(pVal, METHOD_SOURCE(CLogicalPrinterImpl, get_DriverInfoXml), [&] {
+    return GetValue(pVal, METHOD_SOURCE(get_DriverInfoXml), [&] {
         QxXmlWriter writer(512);
         writer.OpenStartTag(L"DriverInfo");
         writer.CloseStartTag();
@@ -40,11 +38,11 @@ HRESULT CLogicalPrinterImpl::get_DriverInfoXml(BSTR* pVal) {
 }
 
 HRESULT CLogicalPrinterImpl::get_Destination(BSTR* pVal) {
-    return GetText(pVal, m_destination, METHOD_SOURCE(CLogicalPrinterImpl, get_Destination));
+    return GetText(pVal, m_destination, METHOD_SOURCE(get_Destination));
 }
 
 HRESULT CLogicalPrinterImpl::put_Destination(BSTR newVal) {
-    return RunMethod(METHOD_SOURCE(CLogicalPrinterImpl, put_Destination), [&] {
+    return RunMethod(METHOD_SOURCE(put_Destination), [&] {
         const std::wstring_view text = BstrView(newVal);
         QxXmlParser parser;
         if (!text.empty() && !parser.SetDocument(text))

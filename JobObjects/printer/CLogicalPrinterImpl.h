@@ -1,6 +1,7 @@
 #pragma once
 
 #include "JobObjects/frame/Accessors.h"
+#include "JobObjects/frame/ElementTable.h"
 #include "JobObjects/frame/Record.h"
 #include "common/QxVersion.h"
 #include "common/RecordReading.h"
@@ -9,55 +10,54 @@
 /// of its first and last transaction. Stored values only. May be part of an aggregate.
 class CLogicalPrinterImpl : public Record<ILogicalPrinter, IID_ILogicalPrinter> {
 public:
-    static constexpr const wchar_t* ConstructionSource =
-        METHOD_SOURCE(CLogicalPrinterImpl, CLogicalPrinterImpl);
+    using Self = CLogicalPrinterImpl;
+    static constexpr NameLiteral ClassName{L"CLogicalPrinterImpl"};
 
     HRESULT STDMETHODCALLTYPE get_Xml(BSTR* pVal) override;
     HRESULT STDMETHODCALLTYPE put_Xml(BSTR newVal) override;
     HRESULT STDMETHODCALLTYPE get_DriverInfoXml(BSTR* pVal) override;
-    DERIVED_PROPERTY(CLogicalPrinterImpl, Version, BSTR, m_version.AsString())
+    DERIVED_PROPERTY(get_Version, BSTR, m_version.AsString())
 
-    TEXT_PROPERTY(CLogicalPrinterImpl, LogicalPrinterGuid, m_logicalPrinterGuid)
-    TEXT_PROPERTY(CLogicalPrinterImpl, CustomerCode, m_customerCode)
-    TEXT_PROPERTY(CLogicalPrinterImpl, MachineGuid, m_machineGuid)
-    DATE_PROPERTY(FirstTransactionDate, m_firstTransactionDate)
-    DATE_PROPERTY(LastTransactionDate, m_lastTransactionDate)
-    TEXT_PROPERTY(CLogicalPrinterImpl, PrinterName, m_printerName)
-    TEXT_PROPERTY(CLogicalPrinterImpl, PortName, m_portName)
-    FLAG_PROPERTY(IsSecurePrint, m_isSecurePrint)
-    TEXT_PROPERTY(CLogicalPrinterImpl, ShareName, m_shareName)
-    TEXT_PROPERTY(CLogicalPrinterImpl, ServerName, m_serverName)
-    TEXT_PROPERTY(CLogicalPrinterImpl, Location, m_location)
-    TEXT_PROPERTY(CLogicalPrinterImpl, Comments, m_comments)
-    NUMBER_PROPERTY(Attributes, m_attributes)
-    FLAG_PROPERTY(ColorCapable, m_colorCapable)
-    TEXT_PROPERTY(CLogicalPrinterImpl, TrackerVersion, m_trackerVersion)
-    NUMBER_PROPERTY(BuildNumber, m_buildNumber)
-    TEXT_PROPERTY(CLogicalPrinterImpl, DriverName, m_driverName)
-    TEXT_PROPERTY(CLogicalPrinterImpl, DriverFileName, m_driverFileName)
-    TEXT_PROPERTY(CLogicalPrinterImpl, DriverDataFileName, m_driverDataFileName)
-    TEXT_PROPERTY(CLogicalPrinterImpl, DriverFileDescription, m_driverFileDescription)
-    TEXT_PROPERTY(CLogicalPrinterImpl, DriverCompanyName, m_driverCompanyName)
-    TEXT_PROPERTY(CLogicalPrinterImpl, DriverFileVersion, m_driverFileVersion)
-    TEXT_PROPERTY(CLogicalPrinterImpl, PrintMonitorName, m_printMonitorName)
-    TEXT_PROPERTY(CLogicalPrinterImpl, PrintMonitorFileName, m_printMonitorFileName)
-    TEXT_PROPERTY(CLogicalPrinterImpl, PrintMonitorFileDescription, m_printMonitorFileDescription)
-    TEXT_PROPERTY(CLogicalPrinterImpl, PrintMonitorCompanyName, m_printMonitorCompanyName)
-    TEXT_PROPERTY(CLogicalPrinterImpl, PrintMonitorFileVersion, m_printMonitorFileVersion)
-    TEXT_PROPERTY(CLogicalPrinterImpl, PrintProcessorName, m_printProcessorName)
-    TEXT_PROPERTY(CLogicalPrinterImpl, PrinterInfo, m_printerInfo)
+    TEXT_PROPERTY(get_LogicalPrinterGuid, put_LogicalPrinterGuid, m_logicalPrinterGuid)
+    TEXT_PROPERTY(get_CustomerCode, put_CustomerCode, m_customerCode)
+    TEXT_PROPERTY(get_MachineGuid, put_MachineGuid, m_machineGuid)
+    DATE_PROPERTY(get_FirstTransactionDate, put_FirstTransactionDate, m_firstTransactionDate)
+    DATE_PROPERTY(get_LastTransactionDate, put_LastTransactionDate, m_lastTransactionDate)
+    TEXT_PROPERTY(get_PrinterName, put_PrinterName, m_printerName)
+    TEXT_PROPERTY(get_PortName, put_PortName, m_portName)
+    FLAG_PROPERTY(get_IsSecurePrint, put_IsSecurePrint, m_isSecurePrint)
+    TEXT_PROPERTY(get_ShareName, put_ShareName, m_shareName)
+    TEXT_PROPERTY(get_ServerName, put_ServerName, m_serverName)
+    TEXT_PROPERTY(get_Location, put_Location, m_location)
+    TEXT_PROPERTY(get_Comments, put_Comments, m_comments)
+    NUMBER_PROPERTY(get_Attributes, put_Attributes, m_attributes)
+    FLAG_PROPERTY(get_ColorCapable, put_ColorCapable, m_colorCapable)
+    TEXT_PROPERTY(get_TrackerVersion, put_TrackerVersion, m_trackerVersion)
+    NUMBER_PROPERTY(get_BuildNumber, put_BuildNumber, m_buildNumber)
+    TEXT_PROPERTY(get_DriverName, put_DriverName, m_driverName)
+    TEXT_PROPERTY(get_DriverFileName, put_DriverFileName, m_driverFileName)
+    TEXT_PROPERTY(get_DriverDataFileName, put_DriverDataFileName, m_driverDataFileName)
+    TEXT_PROPERTY(get_DriverFileDescription, put_DriverFileDescription, m_driverFileDescription)
+    TEXT_PROPERTY(get_DriverCompanyName, put_DriverCompanyName, m_driverCompanyName)
+    TEXT_PROPERTY(get_DriverFileVersion, put_DriverFileVersion, m_driverFileVersion)
+    TEXT_PROPERTY(get_PrintMonitorName, put_PrintMonitorName, m_printMonitorName)
+    TEXT_PROPERTY(get_PrintMonitorFileName, put_PrintMonitorFileName, m_printMonitorFileName)
+    TEXT_PROPERTY(get_PrintMonitorFileDescription, put_PrintMonitorFileDescription,
+                  m_printMonitorFileDescription)
+    TEXT_PROPERTY(get_PrintMonitorCompanyName, put_PrintMonitorCompanyName, m_printMonitorCompanyName)
+    TEXT_PROPERTY(get_PrintMonitorFileVersion, put_PrintMonitorFileVersion, m_printMonitorFileVersion)
+    TEXT_PROPERTY(get_PrintProcessorName, put_PrintProcessorName, m_printProcessorName)
+    TEXT_PROPERTY(get_PrinterInfo, put_PrinterInfo, m_printerInfo)
     HRESULT STDMETHODCALLTYPE get_Destination(BSTR* pVal) override;
     HRESULT STDMETHODCALLTYPE put_Destination(BSTR newVal) override;
 
 private:
-    struct Element;
-    static const Element s_elements[]; // the XML form, CLogicalPrinterXml.cpp
+    static const Element<Self> s_elements[]; // the XML form, CLogicalPrinterXml.cpp
 
     bool IsOlderForm() const noexcept;
     QxXmlWriter WriteXml();
     void ReadVersion(const QxXmlParser& parser);
-    void ReadElements(QxXmlParser& parser);
-    void ReadElement(const QxXmlParser& parser, ChildReader& children, const Element& element);
+    void ReadXml(QxXmlParser& parser);
 
     /// Fills in missing transaction dates and keeps the last one from lying before the first.
     void NormalizeTransactionDates() noexcept;

@@ -6,55 +6,43 @@
 
 #include <limits>
 
-namespace {
-constexpr std::int32_t anyNumber = std::numeric_limits<std::int32_t>::min();
-}
-
-/// One element of the XML form, which both directions go by: a number with its lowest value, or a text.
-struct CWindowsPrintInfoImpl::Element {
-    XmlName name;
-    std::int32_t CWindowsPrintInfoImpl::*number = nullptr;
-    std::int32_t minimum = anyNumber;
-    QxString CWindowsPrintInfoImpl::*text = nullptr;
-};
-
-const CWindowsPrintInfoImpl::Element CWindowsPrintInfoImpl::s_elements[] = {
-    {L"JobInfoPages", &CWindowsPrintInfoImpl::m_jobInfoPages, 0},
-    {L"JobInfoOriginals", &CWindowsPrintInfoImpl::m_jobInfoOriginals, 0},
-    {L"DevModeFields", &CWindowsPrintInfoImpl::m_devModeFields, 0},
-    {L"DevModeOrientation", &CWindowsPrintInfoImpl::m_devModeOrientation},
-    {L"DevModePaperSize", &CWindowsPrintInfoImpl::m_devModePaperSize},
-    {L"DevModePaperLength", &CWindowsPrintInfoImpl::m_devModePaperLength},
-    {L"DevModePaperWidth", &CWindowsPrintInfoImpl::m_devModePaperWidth},
-    {L"DevModeScale", &CWindowsPrintInfoImpl::m_devModeScale},
-    {L"DevModeCopies", &CWindowsPrintInfoImpl::m_devModeCopies},
-    {L"DevModeDefaultSource", &CWindowsPrintInfoImpl::m_devModeDefaultSource},
-    {L"DevModePrintQuality", &CWindowsPrintInfoImpl::m_devModePrintQuality},
-    {L"DevModeColor", &CWindowsPrintInfoImpl::m_devModeColor},
-    {L"DevModeDuplex", &CWindowsPrintInfoImpl::m_devModeDuplex},
-    {L"DevModeTumble", &CWindowsPrintInfoImpl::m_devModeTumble},
-    {L"DevModeXResolution", &CWindowsPrintInfoImpl::m_devModeXResolution},
-    {L"DevModeYResolution", &CWindowsPrintInfoImpl::m_devModeYResolution},
-    {L"DevModeTtOption", &CWindowsPrintInfoImpl::m_devModeTTOption}, // the element's own spelling
-    {L"DevModeCollate", &CWindowsPrintInfoImpl::m_devModeCollate},
-    {L"DevModeFormName", nullptr, anyNumber, &CWindowsPrintInfoImpl::m_devModeFormName},
-    {L"DevModeMediaType", &CWindowsPrintInfoImpl::m_devModeMediaType},
-    {L"AttributeInfoPagesPerSide", &CWindowsPrintInfoImpl::m_attributeInfoPagesPerSide, 1},
-    {L"AttributeInfoPageOrderFlags", &CWindowsPrintInfoImpl::m_attributeInfoPageOrderFlags},
+constexpr Element<CWindowsPrintInfoImpl> CWindowsPrintInfoImpl::s_elements[] = {
+    Element(L"JobInfoPages", &Self::m_jobInfoPages).AtLeast(0),
+    Element(L"JobInfoOriginals", &Self::m_jobInfoOriginals).AtLeast(0),
+    Element(L"DevModeFields", &Self::m_devModeFields).AtLeast(0),
+    {L"DevModeOrientation", &Self::m_devModeOrientation},
+    {L"DevModePaperSize", &Self::m_devModePaperSize},
+    {L"DevModePaperLength", &Self::m_devModePaperLength},
+    {L"DevModePaperWidth", &Self::m_devModePaperWidth},
+    {L"DevModeScale", &Self::m_devModeScale},
+    {L"DevModeCopies", &Self::m_devModeCopies},
+    {L"DevModeDefaultSource", &Self::m_devModeDefaultSource},
+    {L"DevModePrintQuality", &Self::m_devModePrintQuality},
+    {L"DevModeColor", &Self::m_devModeColor},
+    {L"DevModeDuplex", &Self::m_devModeDuplex},
+    {L"DevModeTumble", &Self::m_devModeTumble},
+    {L"DevModeXResolution", &Self::m_devModeXResolution},
+    {L"DevModeYResolution", &Self::m_devModeYResolution},
+    {L"DevModeTtOption", &Self::m_devModeTTOption}, // the element's own spelling
+    {L"DevModeCollate", &Self::m_devModeCollate},
+    {L"DevModeFormName", &Self::m_devModeFormName},
+    {L"DevModeMediaType", &Self::m_devModeMediaType},
+    Element(L"AttributeInfoPagesPerSide", &Self::m_attributeInfoPagesPerSide).AtLeast(1),
+    {L"AttributeInfoPageOrderFlags", &Self::m_attributeInfoPageOrderFlags},
 };
 
 HRESULT CWindowsPrintInfoImpl::get_Xml(BSTR* pVal) {
-    return GetValue(pVal, METHOD_SOURCE(CWindowsPrintInfoImpl, get_Xml), [&] { return WriteXml(); });
+    return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] { return WriteXml(); });
 }
 
 HRESULT CWindowsPrintInfoImpl::put_Xml(BSTR newVal) {
-    return RunMethod(METHOD_SOURCE(CWindowsPrintInfoImpl, put_Xml), [&]() -> HRESULT {
+    return RunMethod(METHOD_SOURCE(put_Xml), [&]() -> HRESULT {
         QxXmlParser parser;
         parser.SetDocument(BstrView(newVal));
         const bool found = parser.FindElement(L"WindowsPrintInfo", true);
         if (!found)
             parser.SetDocument({}); // every element is missing then: the record is reset
-        ReadElements(parser);
+        ReadXml(parser);
         if (found)
             return S_OK;
         // Told by the log and the result alone, without error information.
@@ -68,24 +56,14 @@ QxXmlWriter CWindowsPrintInfoImpl::WriteXml() const {
     QxXmlWriter writer(1536);
     writer.OpenStartTag(L"WindowsPrintInfo");
     writer.CloseStartTag();
-    for (const Element& element : s_elements) {
-        if (element.text)
-            writer.Element(element.name, this->*element.text);
-        else
-            writer.Element(element.name, this->*element.number);
-    }
+    WriteElements(writer, s_anyVersion, *this, s_elements);
     writer.EndTag(L"WindowsPrintInfo");
     return writer;
 }
 
-void CWindowsPrintInfoImpl::ReadElements(QxXmlParser& parser) {
+void CWindowsPrintInfoImpl::ReadXml(QxXmlParser& parser) {
     ChildReader children(parser);
-    for (const Element& element : s_elements) {
-        if (element.text)
-            this->*element.text = children.Text(element.name);
-        else
-            this->*element.number = std::max(children.Number(element.name), element.minimum);
-    }
+    ReadElements(parser, children, s_anyVersion, *this, s_elements);
     // Pages count all copies once the originals are known; a record's own output already does.
     if (m_jobInfoOriginals == 0) {
         m_jobInfoOriginals = m_jobInfoPages;

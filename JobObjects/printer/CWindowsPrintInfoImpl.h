@@ -1,6 +1,7 @@
 #pragma once
 
 #include "JobObjects/frame/Accessors.h"
+#include "JobObjects/frame/ElementTable.h"
 #include "JobObjects/frame/Record.h"
 #include "common/QxXmlParser.h"
 
@@ -8,34 +9,36 @@
 /// processor's page layout. Stored values only.
 class CWindowsPrintInfoImpl : public Record<IWindowsPrintInfo, IID_IWindowsPrintInfo> {
 public:
-    static constexpr const wchar_t* ConstructionSource =
-        METHOD_SOURCE(CWindowsPrintInfoImpl, CWindowsPrintInfoImpl);
+    using Self = CWindowsPrintInfoImpl;
+    static constexpr NameLiteral ClassName{L"CWindowsPrintInfoImpl"};
 
     HRESULT STDMETHODCALLTYPE get_Xml(BSTR* pVal) override;
     HRESULT STDMETHODCALLTYPE put_Xml(BSTR newVal) override;
 
-    MINIMUM_NUMBER_PROPERTY(JobInfoPages, m_jobInfoPages, 0)
-    MINIMUM_NUMBER_PROPERTY(JobInfoOriginals, m_jobInfoOriginals, 0)
-    MINIMUM_NUMBER_PROPERTY(DevModeFields, m_devModeFields, 0)
-    NUMBER_PROPERTY(DevModeOrientation, m_devModeOrientation)
-    NUMBER_PROPERTY(DevModePaperSize, m_devModePaperSize)
-    NUMBER_PROPERTY(DevModePaperLength, m_devModePaperLength)
-    NUMBER_PROPERTY(DevModePaperWidth, m_devModePaperWidth)
-    NUMBER_PROPERTY(DevModeScale, m_devModeScale)
-    NUMBER_PROPERTY(DevModeCopies, m_devModeCopies)
-    NUMBER_PROPERTY(DevModeDefaultSource, m_devModeDefaultSource)
-    NUMBER_PROPERTY(DevModePrintQuality, m_devModePrintQuality)
-    NUMBER_PROPERTY(DevModeColor, m_devModeColor)
-    NUMBER_PROPERTY(DevModeDuplex, m_devModeDuplex)
-    NUMBER_PROPERTY(DevModeTumble, m_devModeTumble)
-    NUMBER_PROPERTY(DevModeXResolution, m_devModeXResolution)
-    NUMBER_PROPERTY(DevModeYResolution, m_devModeYResolution)
-    NUMBER_PROPERTY(DevModeTTOption, m_devModeTTOption)
-    NUMBER_PROPERTY(DevModeCollate, m_devModeCollate)
-    TEXT_PROPERTY(CWindowsPrintInfoImpl, DevModeFormName, m_devModeFormName)
-    NUMBER_PROPERTY(DevModeMediaType, m_devModeMediaType)
-    MINIMUM_NUMBER_PROPERTY(AttributeInfoPagesPerSide, m_attributeInfoPagesPerSide, 1)
-    NUMBER_PROPERTY(AttributeInfoPageOrderFlags, m_attributeInfoPageOrderFlags)
+    MINIMUM_NUMBER_PROPERTY(get_JobInfoPages, put_JobInfoPages, m_jobInfoPages, 0)
+    MINIMUM_NUMBER_PROPERTY(get_JobInfoOriginals, put_JobInfoOriginals, m_jobInfoOriginals, 0)
+    MINIMUM_NUMBER_PROPERTY(get_DevModeFields, put_DevModeFields, m_devModeFields, 0)
+    NUMBER_PROPERTY(get_DevModeOrientation, put_DevModeOrientation, m_devModeOrientation)
+    NUMBER_PROPERTY(get_DevModePaperSize, put_DevModePaperSize, m_devModePaperSize)
+    NUMBER_PROPERTY(get_DevModePaperLength, put_DevModePaperLength, m_devModePaperLength)
+    NUMBER_PROPERTY(get_DevModePaperWidth, put_DevModePaperWidth, m_devModePaperWidth)
+    NUMBER_PROPERTY(get_DevModeScale, put_DevModeScale, m_devModeScale)
+    NUMBER_PROPERTY(get_DevModeCopies, put_DevModeCopies, m_devModeCopies)
+    NUMBER_PROPERTY(get_DevModeDefaultSource, put_DevModeDefaultSource, m_devModeDefaultSource)
+    NUMBER_PROPERTY(get_DevModePrintQuality, put_DevModePrintQuality, m_devModePrintQuality)
+    NUMBER_PROPERTY(get_DevModeColor, put_DevModeColor, m_devModeColor)
+    NUMBER_PROPERTY(get_DevModeDuplex, put_DevModeDuplex, m_devModeDuplex)
+    NUMBER_PROPERTY(get_DevModeTumble, put_DevModeTumble, m_devModeTumble)
+    NUMBER_PROPERTY(get_DevModeXResolution, put_DevModeXResolution, m_devModeXResolution)
+    NUMBER_PROPERTY(get_DevModeYResolution, put_DevModeYResolution, m_devModeYResolution)
+    NUMBER_PROPERTY(get_DevModeTTOption, put_DevModeTTOption, m_devModeTTOption)
+    NUMBER_PROPERTY(get_DevModeCollate, put_DevModeCollate, m_devModeCollate)
+    TEXT_PROPERTY(get_DevModeFormName, put_DevModeFormName, m_devModeFormName)
+    NUMBER_PROPERTY(get_DevModeMediaType, put_DevModeMediaType, m_devModeMediaType)
+    MINIMUM_NUMBER_PROPERTY(get_AttributeInfoPagesPerSide, put_AttributeInfoPagesPerSide,
+                            m_attributeInfoPagesPerSide, 1)
+    NUMBER_PROPERTY(get_AttributeInfoPageOrderFlags, put_AttributeInfoPageOrderFlags,
+                    m_attributeInfoPageOrderFlags)
 
     HRESULT STDMETHODCALLTYPE get_IsDuplex(VARIANT_BOOL* pVal) override;
     HRESULT STDMETHODCALLTYPE get_IsColor(VARIANT_BOOL* pVal) override;
@@ -43,11 +46,11 @@ public:
     HRESULT STDMETHODCALLTYPE get_JobInfoCopies(LONG* pVal) override;
 
 private:
-    struct Element;
-    static const Element s_elements[];
+    static constexpr QxVersion s_anyVersion{}; // the form has one version, which it does not name
+    static const Element<Self> s_elements[];
 
     QxXmlWriter WriteXml() const;
-    void ReadElements(QxXmlParser& parser);
+    void ReadXml(QxXmlParser& parser);
     std::int32_t Copies() const noexcept;
 
     std::int32_t m_jobInfoPages = 0;

@@ -8,11 +8,11 @@
 #include <algorithm>
 
 HRESULT CPolicyResultsImpl::get_Xml(BSTR* pVal) {
-    return GetValue(pVal, METHOD_SOURCE(CPolicyResultsImpl, get_Xml), [&] { return WriteXml(); });
+    return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] { return WriteXml(); });
 }
 
 HRESULT CPolicyResultsImpl::put_Xml(BSTR newVal) {
-    return RunMethod(METHOD_SOURCE(CPolicyResultsImpl, put_Xml), [&] { ReadXml(BstrView(newVal)); });
+    return RunMethod(METHOD_SOURCE(put_Xml), [&] { ReadXml(BstrView(newVal)); });
 }
 
 HRESULT CPolicyResultsImpl::get_PolicyViolated(VARIANT_BOOL* pVal) {
@@ -29,7 +29,7 @@ bool CPolicyResultsImpl::InformOnly() const noexcept {
 }
 
 HRESULT CPolicyResultsImpl::get_RuleViolations(BSTR* pVal) {
-    return GetValue(pVal, METHOD_SOURCE(CPolicyResultsImpl, get_RuleViolations), [&] {
+    return GetValue(pVal, METHOD_SOURCE(get_RuleViolations), [&] {
         std::wstring text;
         for (const auto& [triggerId, action] : m_violations) {
             if (!text.empty())
@@ -46,8 +46,7 @@ HRESULT CPolicyResultsImpl::ClearRuleViolations() {
 }
 
 HRESULT CPolicyResultsImpl::AddRuleViolation(LONG triggerId, BSTR ruleAction) {
-    return RunMethod(METHOD_SOURCE(CPolicyResultsImpl, AddRuleViolation),
-                     [&] { AddViolation(triggerId, BstrView(ruleAction)); });
+    return RunMethod(METHOD_SOURCE(AddRuleViolation), [&] { AddViolation(triggerId, BstrView(ruleAction)); });
 }
 
 HRESULT CPolicyResultsImpl::RemoveRuleViolation(LONG triggerId) {
@@ -66,10 +65,7 @@ void CPolicyResultsImpl::AddViolation(std::int32_t triggerId, std::wstring_view 
 
 QxXmlWriter CPolicyResultsImpl::WriteXml() const {
     QxXmlWriter writer(512);
-    writer.OpenStartTag(L"PolicyResults");
-    writer.Attribute(L"xmlns", QX_XML_NAMESPACE_BASE L"/OutputManagement/Policy");
-    writer.Attribute(L"Version", m_version.AsString());
-    writer.CloseStartTag();
+    writer.BeginRecord(L"PolicyResults", QX_XML_NAMESPACE_BASE L"/OutputManagement/Policy", m_version);
     writer.OpenStartTag(L"PolicyId");
     if (!m_hasRules)
         writer.Attribute(L"HasRules", L"false");

@@ -10,15 +10,15 @@
 /// The outcome of one print policy applied to a job, with the rules that the job violated.
 class CPolicyResultsImpl : public Record<IPolicyResults, IID_IPolicyResults> {
 public:
-    static constexpr const wchar_t* ConstructionSource =
-        METHOD_SOURCE(CPolicyResultsImpl, CPolicyResultsImpl);
+    using Self = CPolicyResultsImpl;
+    static constexpr NameLiteral ClassName{L"CPolicyResultsImpl"};
 
     HRESULT STDMETHODCALLTYPE get_Xml(BSTR* pVal) override;
     HRESULT STDMETHODCALLTYPE put_Xml(BSTR newVal) override;
-    DERIVED_PROPERTY(CPolicyResultsImpl, Version, BSTR, m_version.AsString())
-    NUMBER_PROPERTY(PolicyId, m_policyId)
-    FLAG_PROPERTY(HasRules, m_hasRules)
-    FLAG_PROPERTY(Cancelled, m_cancelled)
+    DERIVED_PROPERTY(get_Version, BSTR, m_version.AsString())
+    NUMBER_PROPERTY(get_PolicyId, put_PolicyId, m_policyId)
+    FLAG_PROPERTY(get_HasRules, put_HasRules, m_hasRules)
+    FLAG_PROPERTY(get_Cancelled, put_Cancelled, m_cancelled)
     HRESULT STDMETHODCALLTYPE get_PolicyViolated(VARIANT_BOOL* pVal) override;
     HRESULT STDMETHODCALLTYPE get_InformOnlyViolations(VARIANT_BOOL* pVal) override;
     HRESULT STDMETHODCALLTYPE get_RuleViolations(BSTR* pVal) override;
@@ -26,7 +26,7 @@ public:
     HRESULT STDMETHODCALLTYPE AddRuleViolation(LONG triggerId, BSTR ruleAction) override;
     HRESULT STDMETHODCALLTYPE RemoveRuleViolation(LONG triggerId) override;
     HRESULT STDMETHODCALLTYPE RuleViolated(LONG triggerId, VARIANT_BOOL* pVal) override;
-    TEXT_PROPERTY(CPolicyResultsImpl, PolicyName, m_policyName)
+    TEXT_PROPERTY(get_PolicyName, put_PolicyName, m_policyName)
 
 private:
     QxXmlWriter WriteXml() const;

@@ -9,15 +9,15 @@ CPrintJobImpl::CPrintJobImpl()
 }
 
 HRESULT CPrintJobImpl::get_Xml(BSTR* pVal) {
-    return GetValue(pVal, METHOD_SOURCE(CPrintJobImpl, get_Xml), [&] { return WriteXml(); });
+    return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] { return WriteXml(); });
 }
 
 HRESULT CPrintJobImpl::put_Xml(BSTR newVal) {
-    return RunMethod(METHOD_SOURCE(CPrintJobImpl, put_Xml), [&] { ReadXml(BstrView(newVal)); });
+    return RunMethod(METHOD_SOURCE(put_Xml), [&] { ReadXml(BstrView(newVal)); });
 }
 
 HRESULT CPrintJobImpl::get_PageCounterInfoXml(BSTR* pVal) {
-    return GetValue(pVal, METHOD_SOURCE(CPrintJobImpl, get_PageCounterInfoXml), [&] {
+    return GetValue(pVal, METHOD_SOURCE(get_PageCounterInfoXml), [&] {
         QxXmlWriter writer;
         WritePageCounterInfo(writer);
         return writer;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "JobObjects/frame/Accessors.h"
+#include "JobObjects/frame/ElementTable.h"
 #include "JobObjects/frame/Record.h"
 #include "common/QxVersion.h"
 #include "common/RecordReading.h"
@@ -10,7 +11,8 @@
 /// its children. A child is held as a counted reference and may be any object with the child's interface.
 class CPrintJobImpl : public Record<IPrintJob, IID_IPrintJob> {
 public:
-    static constexpr const wchar_t* ConstructionSource = METHOD_SOURCE(CPrintJobImpl, CPrintJobImpl);
+    using Self = CPrintJobImpl;
+    static constexpr NameLiteral ClassName{L"CPrintJobImpl"};
 
     /// Stamps the current times and creates an empty JobContents; throws a ComError if that fails.
     CPrintJobImpl();
@@ -18,38 +20,39 @@ public:
     HRESULT STDMETHODCALLTYPE get_Xml(BSTR* pVal) override;
     HRESULT STDMETHODCALLTYPE put_Xml(BSTR newVal) override;
     HRESULT STDMETHODCALLTYPE get_PageCounterInfoXml(BSTR* pVal) override;
-    DERIVED_PROPERTY(CPrintJobImpl, Version, BSTR, m_version.AsString())
+    DERIVED_PROPERTY(get_Version, BSTR, m_version.AsString())
 
-    TEXT_PROPERTY(CPrintJobImpl, JobGuid, m_jobGuid)
-    TEXT_PROPERTY(CPrintJobImpl, CustomerCode, m_customerCode)
-    TEXT_PROPERTY(CPrintJobImpl, UserName, m_userName)
-    TEXT_PROPERTY(CPrintJobImpl, UserDomainName, m_userDomainName)
-    FLAG_PROPERTY(FromSystemUser, m_fromSystemUser)
-    TEXT_PROPERTY(CPrintJobImpl, DesktopUserName, m_desktopUserName)
-    TEXT_PROPERTY(CPrintJobImpl, DesktopUserDomainName, m_desktopUserDomainName)
-    DATE_PROPERTY(JobTimeLocal, m_jobTimeLocal)
-    NUMBER_PROPERTY(JobTimeLocalMsec, m_jobTimeLocalMsec)
-    DATE_PROPERTY(JobTimeUtc, m_jobTimeUtc)
-    NUMBER_PROPERTY(JobSize, m_jobSize)
-    TEXT_PROPERTY(CPrintJobImpl, JobName, m_jobName)
-    TEXT_PROPERTY(CPrintJobImpl, JobFileName, m_jobFileName)
-    TEXT_PROPERTY(CPrintJobImpl, JobDataType, m_jobDataType)
-    TEXT_PROPERTY(CPrintJobImpl, MachineName, m_machineName)
-    TEXT_PROPERTY(CPrintJobImpl, ApplicationName, m_applicationName)
-    TEXT_PROPERTY(CPrintJobImpl, ApplicationDescription, m_applicationDescription)
-    FLAG_PROPERTY(VpnConnected, m_vpnConnected)
-    NUMBER_PROPERTY(TonerCoverage, m_tonerCoverage)
-    NUMBER_PROPERTY(TonerSaving, m_tonerSaving)
-    NUMBER_PROPERTY(DataSource, m_dataSource)
-    NUMBER_PROPERTY(JobContentsSource, m_jobContentsSource)
-    NUMBER_PROPERTY(JobContentsDiscardCount, m_jobContentsDiscardCount)
-    TEXT_PROPERTY(CPrintJobImpl, PageCounterErrorMessage, m_pageCounterErrorMessage)
-    TEXT_PROPERTY(CPrintJobImpl, PageCounterResult, m_pageCounterResult)
+    TEXT_PROPERTY(get_JobGuid, put_JobGuid, m_jobGuid)
+    TEXT_PROPERTY(get_CustomerCode, put_CustomerCode, m_customerCode)
+    TEXT_PROPERTY(get_UserName, put_UserName, m_userName)
+    TEXT_PROPERTY(get_UserDomainName, put_UserDomainName, m_userDomainName)
+    FLAG_PROPERTY(get_FromSystemUser, put_FromSystemUser, m_fromSystemUser)
+    TEXT_PROPERTY(get_DesktopUserName, put_DesktopUserName, m_desktopUserName)
+    TEXT_PROPERTY(get_DesktopUserDomainName, put_DesktopUserDomainName, m_desktopUserDomainName)
+    DATE_PROPERTY(get_JobTimeLocal, put_JobTimeLocal, m_jobTimeLocal)
+    NUMBER_PROPERTY(get_JobTimeLocalMsec, put_JobTimeLocalMsec, m_jobTimeLocalMsec)
+    DATE_PROPERTY(get_JobTimeUtc, put_JobTimeUtc, m_jobTimeUtc)
+    NUMBER_PROPERTY(get_JobSize, put_JobSize, m_jobSize)
+    TEXT_PROPERTY(get_JobName, put_JobName, m_jobName)
+    TEXT_PROPERTY(get_JobFileName, put_JobFileName, m_jobFileName)
+    TEXT_PROPERTY(get_JobDataType, put_JobDataType, m_jobDataType)
+    TEXT_PROPERTY(get_MachineName, put_MachineName, m_machineName)
+    TEXT_PROPERTY(get_ApplicationName, put_ApplicationName, m_applicationName)
+    TEXT_PROPERTY(get_ApplicationDescription, put_ApplicationDescription, m_applicationDescription)
+    FLAG_PROPERTY(get_VpnConnected, put_VpnConnected, m_vpnConnected)
+    NUMBER_PROPERTY(get_TonerCoverage, put_TonerCoverage, m_tonerCoverage)
+    NUMBER_PROPERTY(get_TonerSaving, put_TonerSaving, m_tonerSaving)
+    NUMBER_PROPERTY(get_DataSource, put_DataSource, m_dataSource)
+    NUMBER_PROPERTY(get_JobContentsSource, put_JobContentsSource, m_jobContentsSource)
+    NUMBER_PROPERTY(get_JobContentsDiscardCount, put_JobContentsDiscardCount, m_jobContentsDiscardCount)
+    TEXT_PROPERTY(get_PageCounterErrorMessage, put_PageCounterErrorMessage, m_pageCounterErrorMessage)
+    TEXT_PROPERTY(get_PageCounterResult, put_PageCounterResult, m_pageCounterResult)
 
-    REQUIRED_CHILD_PROPERTY(CPrintJobImpl, JobContents, IJobContents, m_jobContents)
-    OPTIONAL_CHILD_PROPERTY(CPrintJobImpl, PageCounterJobContents, IJobContents, m_pageCounterJobContents)
-    OPTIONAL_CHILD_PROPERTY(CPrintJobImpl, WindowsPrintInfo, IWindowsPrintInfo, m_windowsPrintInfo)
-    OPTIONAL_CHILD_PROPERTY(CPrintJobImpl, PolicyResults, IPolicyResults, m_policyResults)
+    REQUIRED_CHILD_PROPERTY(get_JobContents, put_JobContents, IJobContents, m_jobContents)
+    OPTIONAL_CHILD_PROPERTY(get_PageCounterJobContents, put_PageCounterJobContents, IJobContents,
+                            m_pageCounterJobContents)
+    OPTIONAL_CHILD_PROPERTY(get_WindowsPrintInfo, put_WindowsPrintInfo, IWindowsPrintInfo, m_windowsPrintInfo)
+    OPTIONAL_CHILD_PROPERTY(get_PolicyResults, put_PolicyResults, IPolicyResults, m_policyResults)
 
     // The log target: one value, seen through the property of its type (CPrintJobLogTarget.cpp).
 
@@ -72,20 +75,22 @@ private:
 
     // The XML form (CPrintJobXml.cpp).
 
+    static const Element<Self> s_elements[];
+
     QxXmlWriter WriteXml();
-    void WriteUser(QxXmlWriter& writer) const;
-    void WriteJob(QxXmlWriter& writer) const;
-    void WriteOrigin(QxXmlWriter& writer) const;
+    void WriteFromSystemUser(QxXmlWriter& writer) const;
+    void WriteTimes(QxXmlWriter& writer) const;
+    void WriteLogTarget(QxXmlWriter& writer) const;
+    void WriteToner(QxXmlWriter& writer) const;
     void WriteChildren(QxXmlWriter& writer) const;
     void WritePageCounterInfo(QxXmlWriter& writer) const;
 
     void ReadXml(std::wstring_view xml);
     void ReadVersion(const QxXmlParser& parser);
-    void ReadUser(ChildReader& children);
-    void ReadTimes(const QxXmlParser& parser, ChildReader& children);
-    void ReadJob(ChildReader& children);
-    void ReadLogTarget(const QxXmlParser& parser, ChildReader& children);
-    void ReadOrigin(QxXmlParser& parser, ChildReader& children);
+    void PassFromSystemUser(QxXmlParser& parser, ChildReader& children);
+    void ReadFromSystemUser(QxXmlParser& parser, ChildReader& children);
+    void ReadTimes(QxXmlParser& parser, ChildReader& children);
+    void ReadLogTarget(QxXmlParser& parser, ChildReader& children);
     void ReadToner(QxXmlParser& parser, ChildReader& children);
     void ReadChildren(QxXmlParser& parser, ChildReader& children);
     void ReadJobContents(const QxXmlParser& parser, ChildReader& children);

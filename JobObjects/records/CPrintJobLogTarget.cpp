@@ -13,7 +13,7 @@ void CPrintJobImpl::SetLogTarget(std::int32_t type, QxString value) noexcept {
 
 HRESULT CPrintJobImpl::CheckLogTargetTypeSupportsProperty(std::int32_t requiredType,
                                                           std::wstring_view propertyName) const noexcept {
-    constexpr const wchar_t* source = METHOD_SOURCE(CPrintJobImpl, CheckLogTargetTypeSupportsProperty);
+    constexpr const wchar_t* source = METHOD_SOURCE(CheckLogTargetTypeSupportsProperty);
     return RunMethod(source, [&]() -> HRESULT {
         if (m_logTargetType == requiredType)
             return S_OK;
@@ -40,13 +40,11 @@ HRESULT CPrintJobImpl::get_LogicalPrinterGuid(BSTR* pVal) {
         return FailWithoutInfo(E_POINTER);
     const HRESULT supported =
         CheckLogTargetTypeSupportsProperty(LogTargetLogicalPrinter, L"LogicalPrinterGuid");
-    return FAILED(supported)
-               ? supported
-               : GetText(pVal, m_logTarget, METHOD_SOURCE(CPrintJobImpl, get_LogicalPrinterGuid));
+    return FAILED(supported) ? supported : GetText(pVal, m_logTarget, METHOD_SOURCE(get_LogicalPrinterGuid));
 }
 
 HRESULT CPrintJobImpl::put_LogicalPrinterGuid(BSTR newVal) {
-    return RunMethod(METHOD_SOURCE(CPrintJobImpl, put_LogicalPrinterGuid),
+    return RunMethod(METHOD_SOURCE(put_LogicalPrinterGuid),
                      [&] { SetLogTarget(LogTargetLogicalPrinter, QxString(BstrView(newVal))); });
 }
 
@@ -59,7 +57,7 @@ HRESULT CPrintJobImpl::get_DeviceId(LONG* pVal) {
 }
 
 HRESULT CPrintJobImpl::put_DeviceId(LONG newVal) {
-    return RunMethod(METHOD_SOURCE(CPrintJobImpl, put_DeviceId),
+    return RunMethod(METHOD_SOURCE(put_DeviceId),
                      [&] { SetLogTarget(LogTargetDevice, QxString(QxMisc::FormatInt32(newVal))); });
 }
 
@@ -67,11 +65,10 @@ HRESULT CPrintJobImpl::get_DeviceAddress(BSTR* pVal) {
     if (!pVal)
         return FailWithoutInfo(E_POINTER);
     const HRESULT supported = CheckLogTargetTypeSupportsProperty(LogTargetDeviceAddress, L"DeviceAddress");
-    return FAILED(supported) ? supported
-                             : GetText(pVal, m_logTarget, METHOD_SOURCE(CPrintJobImpl, get_DeviceAddress));
+    return FAILED(supported) ? supported : GetText(pVal, m_logTarget, METHOD_SOURCE(get_DeviceAddress));
 }
 
 HRESULT CPrintJobImpl::put_DeviceAddress(BSTR newVal) {
-    return RunMethod(METHOD_SOURCE(CPrintJobImpl, put_DeviceAddress),
+    return RunMethod(METHOD_SOURCE(put_DeviceAddress),
                      [&] { SetLogTarget(LogTargetDeviceAddress, QxString(BstrView(newVal))); });
 }

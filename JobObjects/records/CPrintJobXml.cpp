@@ -44,16 +44,43 @@ void ReadOptionalChild(QxXmlParser& parser, ChildReader& children, XmlName name,
 
 } // namespace
 
+constexpr Element<CPrintJobImpl> CPrintJobImpl::s_elements[] = {
+    {L"JobGuid", &Self::m_jobGuid},
+    {L"CustomerCode", &Self::m_customerCode},
+    {L"UserName", &Self::m_userName},
+    Element(L"UserDomainName", &Self::m_userDomainName).Since(userDomainVersion),
+    {&Self::WriteFromSystemUser, &Self::PassFromSystemUser},
+    Element(L"DesktopUserName", &Self::m_desktopUserName).Since(desktopUserVersion),
+    Element(L"DesktopUserDomainName", &Self::m_desktopUserDomainName).Since(desktopUserVersion),
+    {&Self::WriteTimes, &Self::ReadTimes},
+    Element(L"JobSize", &Self::m_jobSize).AtLeast(0),
+    {L"JobName", &Self::m_jobName},
+    {L"JobFileName", &Self::m_jobFileName},
+    {L"JobDataType", &Self::m_jobDataType},
+    {&Self::WriteLogTarget, &Self::ReadLogTarget},
+    {L"MachineName", &Self::m_machineName},
+    Element(L"ApplicationName", &Self::m_applicationName)
+        .Since(s_logTargetVersion)
+        .WhenMissing(Missing::ResetInAnyForm),
+    Element(L"ApplicationDescription", &Self::m_applicationDescription)
+        .Since(dataSourceVersion)
+        .WhenMissing(Missing::ResetInAnyForm),
+    Element(L"VpnConnected", &Self::m_vpnConnected)
+        .Since(s_logTargetVersion)
+        .WhenMissing(Missing::ResetInAnyForm),
+    {&Self::WriteToner, &Self::ReadToner},
+    Element(L"DataSource", &Self::m_dataSource).Since(dataSourceVersion).WhenMissing(Missing::ResetInAnyForm),
+    {&Self::WriteFromSystemUser,
+     &Self::ReadFromSystemUser}, // written twice on purpose: released peers expect it
+    Element(L"JobContentsSource", &Self::m_jobContentsSource).AtLeast(0),
+    Element(L"JobContentsDiscardCount", &Self::m_jobContentsDiscardCount).AtLeast(0),
+};
+
 QxXmlWriter CPrintJobImpl::WriteXml() {
     StampTimes();
     QxXmlWriter writer;
-    writer.OpenStartTag(L"PrintJob");
-    writer.Attribute(L"xmlns", QX_XML_NAMESPACE_BASE L"/OutputManagement/PrintJob");
-    writer.Attribute(L"Version", m_version.AsString());
-    writer.CloseStartTag();
-    WriteUser(writer);
-    WriteJob(writer);
-    WriteOrigin(writer);
+    writer.BeginRecord(L"PrintJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/PrintJob", m_version);
+    WriteElements(writer, m_version, *this, s_elements);
     WriteChildren(writer);
     writer.EndTag(L"PrintJob");
     return writer;
@@ -64,11 +91,7 @@ void CPrintJobImpl::ReadXml(std::wstring_view xml) {
     RecordReading::OpenRoot(parser, xml, L"PrintJob");
     ReadVersion(parser);
     ChildReader children(parser);
-    ReadUser(children);
-    ReadTimes(parser, children);
-    ReadJob(children);
-    ReadLogTarget(parser, children);
-    ReadOrigin(parser, children);
+    ReadElements(parser, children, m_version, *this, s_elements);
     ReadChildren(parser, children);
 }
 
@@ -79,34 +102,30 @@ void CPrintJobImpl::ReadVersion(const QxXmlParser& parser) {
         m_version = lowestVersion;
 }
 
-void CPrintJobImpl::WriteUser(QxXmlWriter& writer) const {
-    writer.Element(L"JobGuid", m_jobGuid);
-    writer.Element(L"CustomerCode", m_customerCode);
-    writer.Element(L"UserName", m_userName);
-    if (m_version >= userDomainVersion)
-        writer.Element(L"UserDomainName", m_userDomainName);
+void CPrintJobImpl::WriteFromSystemUser(QxXmlWriter& writer) const {
     if (m_version >= systemUserVersion)
         writer.Element(L"FromSystemUser", m_fromSystemUser);
-    if (m_version >= desktopUserVersion) {
-        writer.Element(L"DesktopUserName", m_desktopUserName);
-        writer.Element(L"DesktopUserDomainName", m_desktopUserDomainName);
-    }
 }
 
-void CPrintJobImpl::ReadUser(ChildReader& children) {
-    m_jobGuid = children.Text(L"JobGuid");
-    m_customerCode = children.Text(L"CustomerCode");
-    m_userName = children.Text(L"UserName");
-    if (m_version >= userDomainVersion)
-        m_userDomainName = children.Text(L"UserDomainName");
-    m_fromSystemUser = m_version >= systemUserVersion && children.Flag(L"FromSystemUser");
-    if (m_version >= desktopUserVersion) {
-        m_desktopUserName = children.Text(L"DesktopUserName");
-        m_desktopUserDomainName = children.Text(L"DesktopUserDomainName");
-    }
+/// The value counts only once the log target has been read. Asking for the element in its place keeps the
+/// elements behind it from being searched for.
+void CPrintJobImpl::PassFromSystemUser(QxXmlParser&, ChildReader& children) {
+    if (m_version >= systemUserVersion)
+        children.Find(L"FromSystemUser");
 }
 
-void CPrintJobImpl::ReadTimes(const QxXmlParser& parser, ChildReader& children) {
+/// Of two elements the first counts.
+void CPrintJobImpl::ReadFromSystemUser(QxXmlParser& parser, ChildReader&) {
+    m_fromSystemUser = m_version >= systemUserVersion && parser.FindChildElement(L"FromSystemUser", true) &&
+                       parser.GetChildFlag();
+}
+
+void CPrintJobImpl::WriteTimes(QxXmlWriter& writer) const {
+    writer.Element(L"JobTimeLocal", m_jobTimeLocal.Format(m_jobTimeLocalMsec));
+    writer.Element(L"JobTimeUtc", m_jobTimeUtc.Format());
+}
+
+void CPrintJobImpl::ReadTimes(QxXmlParser& parser, ChildReader& children) {
     const QxString local = children.Text(L"JobTimeLocal");
     m_jobTimeLocalMsec = Milliseconds(local);
     m_jobTimeLocal = local.empty() ? QxDateTime() : QxDateTime::Parse(local);
@@ -117,13 +136,7 @@ void CPrintJobImpl::ReadTimes(const QxXmlParser& parser, ChildReader& children) 
     StampTimes();
 }
 
-void CPrintJobImpl::WriteJob(QxXmlWriter& writer) const {
-    writer.Element(L"JobTimeLocal", m_jobTimeLocal.Format(m_jobTimeLocalMsec));
-    writer.Element(L"JobTimeUtc", m_jobTimeUtc.Format());
-    writer.Element(L"JobSize", m_jobSize);
-    writer.Element(L"JobName", m_jobName);
-    writer.Element(L"JobFileName", m_jobFileName);
-    writer.Element(L"JobDataType", m_jobDataType);
+void CPrintJobImpl::WriteLogTarget(QxXmlWriter& writer) const {
     if (m_version < s_logTargetVersion) {
         writer.Element(L"LogicalPrinterGuid", m_logTarget);
         return;
@@ -133,14 +146,7 @@ void CPrintJobImpl::WriteJob(QxXmlWriter& writer) const {
     writer.CloseWithData(L"LogTarget", m_logTarget);
 }
 
-void CPrintJobImpl::ReadJob(ChildReader& children) {
-    m_jobSize = children.PositiveNumber(L"JobSize");
-    m_jobName = children.Text(L"JobName");
-    m_jobFileName = children.Text(L"JobFileName");
-    m_jobDataType = children.Text(L"JobDataType");
-}
-
-void CPrintJobImpl::ReadLogTarget(const QxXmlParser& parser, ChildReader& children) {
+void CPrintJobImpl::ReadLogTarget(QxXmlParser& parser, ChildReader& children) {
     std::int32_t type = LogTargetNone;
     QxString value;
     if (m_version < s_logTargetVersion) {
@@ -154,40 +160,14 @@ void CPrintJobImpl::ReadLogTarget(const QxXmlParser& parser, ChildReader& childr
     SetLogTarget(type, std::move(value));
 }
 
-void CPrintJobImpl::WriteOrigin(QxXmlWriter& writer) const {
-    writer.Element(L"MachineName", m_machineName);
-    if (m_version >= s_logTargetVersion) {
-        writer.Element(L"ApplicationName", m_applicationName);
-        if (m_version >= dataSourceVersion)
-            writer.Element(L"ApplicationDescription", m_applicationDescription);
-        writer.Element(L"VpnConnected", m_vpnConnected);
-    }
-    if (m_version >= tonerVersion && m_tonerCoverage != -1) {
-        writer.OpenStartTag(L"Toner");
-        writer.CloseStartTag();
-        writer.Element(L"Coverage", m_tonerCoverage);
-        writer.Element(L"Saving", m_tonerSaving);
-        writer.EndTag(L"Toner");
-    }
-    if (m_version >= dataSourceVersion)
-        writer.Element(L"DataSource", m_dataSource);
-    if (m_version >= systemUserVersion)
-        writer.Element(L"FromSystemUser", m_fromSystemUser); // a second time: peers know the form so
-    writer.Element(L"JobContentsSource", m_jobContentsSource);
-    writer.Element(L"JobContentsDiscardCount", m_jobContentsDiscardCount);
-}
-
-void CPrintJobImpl::ReadOrigin(QxXmlParser& parser, ChildReader& children) {
-    m_machineName = children.Text(L"MachineName");
-    const bool hasApplication = m_version >= s_logTargetVersion;
-    const bool hasDataSource = m_version >= dataSourceVersion;
-    m_applicationName = hasApplication ? children.Text(L"ApplicationName") : QxString();
-    m_applicationDescription = hasDataSource ? children.Text(L"ApplicationDescription") : QxString();
-    m_vpnConnected = hasApplication && children.Flag(L"VpnConnected");
-    ReadToner(parser, children);
-    m_dataSource = hasDataSource ? children.Number(L"DataSource") : 0;
-    m_jobContentsSource = children.PositiveNumber(L"JobContentsSource");
-    m_jobContentsDiscardCount = children.PositiveNumber(L"JobContentsDiscardCount");
+void CPrintJobImpl::WriteToner(QxXmlWriter& writer) const {
+    if (m_version < tonerVersion || m_tonerCoverage == -1)
+        return;
+    writer.OpenStartTag(L"Toner");
+    writer.CloseStartTag();
+    writer.Element(L"Coverage", m_tonerCoverage);
+    writer.Element(L"Saving", m_tonerSaving);
+    writer.EndTag(L"Toner");
 }
 
 void CPrintJobImpl::ReadToner(QxXmlParser& parser, ChildReader& children) {

@@ -1,66 +1,90 @@
 #pragma once
 
-#include "JobObjects/frame/Accessors.h"
 #include "JobObjects.h"
+#include "JobObjects/frame/Accessors.h"
+#include "JobObjects/frame/ElementTable.h"
+#include "JobObjects/frame/Record.h"
 #include "common/QxVersion.h"
 #include "common/QxXmlWriter.h"
-#include "common/RecordReading.h"
-
-#include <span>
+#include "common/XmlNamespace.h"
 
 /// What copy, scan and fax jobs share: identity and user identification, the device, the local time, a
-/// required JobContents child and an optional PolicyResults child, in one pattern of XML.
-struct DeviceJob {
-    /// What tells one of the three records from the others.
-    struct Form {
-        XmlName root;
-        const wchar_t* xmlNamespace;
-        QxVersion initialVersion;
-        QxVersion lowestVersion; ///< a lower one is raised to it on reading
-    };
-    /// A field of one record only: a text or a number. They stand behind the shared fields.
-    struct OwnField {
-        XmlName name;
-        QxString* text;
-        std::int32_t* number;
-    };
-
+/// required JobContents child and an optional PolicyResults child.
+class DeviceJob {
+protected:
     /// Takes the current local time and creates an empty JobContents; throws a ComError if that fails.
-    explicit DeviceJob(const Form& jobForm);
+    explicit DeviceJob(const QxVersion& initialVersion);
 
-    QxXmlWriter Write(std::span<const OwnField> ownFields) const;
-    /// Fields read before a failure keep their new values.
-    void Read(std::wstring_view xml, std::span<const OwnField> ownFields);
-
-    const Form& form;
-    QxVersion version;
-    QxString jobGuid;
-    QxString customerCode;
-    std::int32_t identifierType = 0;
-    QxString identifierData;
-    std::int32_t deviceId = 0;
-    QxDateTime jobTimeLocal;
-    ComPtr<IJobContents> jobContents;
-    ComPtr<IPolicyResults> policyResults;
-
-private:
+    void WriteChildren(QxXmlWriter& writer) const;
     void ReadChildren(const QxXmlParser& parser, ChildReader& children);
+
+    static const Element<DeviceJob> s_sharedElements[6];
+
+    QxVersion m_version;
+    QxString m_jobGuid;
+    QxString m_customerCode;
+    std::int32_t m_identifierType = 0;
+    QxString m_identifierData;
+    std::int32_t m_deviceId = 0;
+    QxDateTime m_jobTimeLocal;
+    ComPtr<IJobContents> m_jobContents;
+    ComPtr<IPolicyResults> m_policyResults;
 };
 
-/// The members that the three interfaces share.
-#define DEVICE_JOB_PROPERTIES(Class, job)                                                                    \
-    HRESULT STDMETHODCALLTYPE get_Xml(BSTR* pVal) override {                                                 \
-        return GetValue(pVal, METHOD_SOURCE(Class, get_Xml), [&] { return job.Write(OwnFields()); });        \
-    }                                                                                                        \
-    HRESULT STDMETHODCALLTYPE put_Xml(BSTR newVal) override {                                                \
-        return RunMethod(METHOD_SOURCE(Class, put_Xml), [&] { job.Read(BstrView(newVal), OwnFields()); });   \
-    }                                                                                                        \
-    TEXT_PROPERTY(Class, JobGuid, job.jobGuid)                                                               \
-    TEXT_PROPERTY(Class, CustomerCode, job.customerCode)                                                     \
-    NUMBER_PROPERTY(IdentifierType, job.identifierType)                                                      \
-    TEXT_PROPERTY(Class, IdentifierData, job.identifierData)                                                 \
-    NUMBER_PROPERTY(DeviceId, job.deviceId)                                                                  \
-    DATE_PROPERTY(JobTimeLocal, job.jobTimeLocal)                                                            \
-    REQUIRED_CHILD_PROPERTY(Class, JobContents, IJobContents, job.jobContents)                               \
-    DERIVED_PROPERTY(Class, Version, BSTR, job.version.AsString())                                           \
-    OPTIONAL_CHILD_PROPERTY(Class, PolicyResults, IPolicyResults, job.policyResults)
+/// How the XML forms of the three classes differ, besides the elements of their own.
+struct DeviceJobForm {
+    XmlName root;
+    const wchar_t* xmlNamespace;
+    QxVersion initialVersion;
+    QxVersion lowestVersion; ///< a lower one is raised to it on reading
+};
+
+/// A device job behind its interface. The class gives its form (s_form) and the elements of its own behind
+/// the shared ones (s_elements).
+template<class Job, class Interface, const IID& interfaceId>
+class DeviceJobRecord : public Record<Interface, interfaceId>, protected DeviceJob {
+public:
+    using Self = Job;
+
+    HRESULT STDMETHODCALLTYPE get_Xml(BSTR* pVal) override {
+        return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] { return WriteXml(); });
+    }
+    HRESULT STDMETHODCALLTYPE put_Xml(BSTR newVal) override {
+        return RunMethod(METHOD_SOURCE(put_Xml), [&] { ReadXml(BstrView(newVal)); });
+    }
+    TEXT_PROPERTY(get_JobGuid, put_JobGuid, m_jobGuid)
+    TEXT_PROPERTY(get_CustomerCode, put_CustomerCode, m_customerCode)
+    NUMBER_PROPERTY(get_IdentifierType, put_IdentifierType, m_identifierType)
+    TEXT_PROPERTY(get_IdentifierData, put_IdentifierData, m_identifierData)
+    NUMBER_PROPERTY(get_DeviceId, put_DeviceId, m_deviceId)
+    DATE_PROPERTY(get_JobTimeLocal, put_JobTimeLocal, m_jobTimeLocal)
+    REQUIRED_CHILD_PROPERTY(get_JobContents, put_JobContents, IJobContents, m_jobContents)
+    DERIVED_PROPERTY(get_Version, BSTR, m_version.AsString())
+    OPTIONAL_CHILD_PROPERTY(get_PolicyResults, put_PolicyResults, IPolicyResults, m_policyResults)
+
+protected:
+    DeviceJobRecord() : DeviceJob(Job::s_form.initialVersion) {}
+
+private:
+    QxXmlWriter WriteXml() const {
+        QxXmlWriter writer(2048);
+        writer.BeginRecord(Job::s_form.root, Job::s_form.xmlNamespace, m_version);
+        WriteElements<DeviceJob>(writer, m_version, *this, s_sharedElements);
+        WriteElements(writer, m_version, static_cast<const Job&>(*this), Job::s_elements);
+        WriteChildren(writer);
+        writer.EndTag(Job::s_form.root);
+        return writer;
+    }
+
+    /// Fields read before a failure keep their new values.
+    void ReadXml(std::wstring_view xml) {
+        QxXmlParser parser;
+        RecordReading::OpenRoot(parser, xml, Job::s_form.root);
+        m_version = std::max(RecordReading::ParseVersion(parser.GetRawAttribute(L"Version")),
+                             Job::s_form.lowestVersion);
+        ChildReader children(parser);
+        ReadElements<DeviceJob>(parser, children, m_version, *this, s_sharedElements);
+        ReadElements(parser, children, m_version, static_cast<Job&>(*this), Job::s_elements);
+        ReadChildren(parser, children);
+    }
+};

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+// The fixed text under which a method reports a failure, such as "CPrintJobImpl::put_Xml". Log readers match
+// it.
+
+/// A literal as a template argument.
+template<std::size_t Size>
+struct NameLiteral {
+    consteval NameLiteral(const wchar_t (&literal)[Size]) {
+        for (std::size_t i = 0; i < Size; ++i)
+            text[i] = literal[i];
+    }
+    static constexpr std::size_t length = Size - 1;
+
+    wchar_t text[Size]{};
+};
+
+/// "Class::Method", joined by the compiler.
+template<NameLiteral Class, NameLiteral Method>
+inline constexpr auto MethodName = [] {
+    std::array<wchar_t, Class.length + 2 + Method.length + 1> name{};
+    std::size_t end = 0;
+    for (std::size_t i = 0; i < Class.length; ++i)
+        name[end++] = Class.text[i];
+    name[end++] = L':';
+    name[end++] = L':';
+    for (std::size_t i = 0; i < Method.length; ++i)
+        name[end++] = Method.text[i];
+    return name;
+}();
+
+/// For use inside an implementation class: Self is the class, Self::ClassName its name as a NameLiteral.
+#define METHOD_SOURCE(Method) (MethodName<Self::ClassName, L"" #Method>.data())
