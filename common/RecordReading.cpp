@@ -36,8 +36,3 @@ std::int32_t ChildReader::PositiveNumber(XmlName name) noexcept {
 bool ChildReader::Flag(XmlName name) noexcept {
     return Find(name) && m_parser.GetChildFlag();
 }
-
-QxDateTime ChildReader::DateTime(XmlName name) {
-    const QxDateTime value = QxDateTime::Parse(Text(name));
-    return value.IsValid() ? value : QxDateTime();
-}

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "QxDateTime.h"
 #include "QxString.h"
 #include "QxVersion.h"
 #include "QxXmlParser.h"
@@ -38,8 +37,6 @@ public:
     std::int32_t PositiveNumber(XmlName name) noexcept;
     /// False when missing.
     bool Flag(XmlName name) noexcept;
-    /// The zero date when missing or not a date-time. Milliseconds are lost.
-    QxDateTime DateTime(XmlName name);
 
 private:
     QxXmlParser& m_parser;
