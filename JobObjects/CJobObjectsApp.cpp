@@ -1,7 +1,7 @@
 #include "CJobObjectsApp.h"
 
 #include "CJobObjectsModule.h"
-#include "ResourceStrings.h"
+#include "frame/ResourceStrings.h"
 #include "common/log/QxLogger.h"
 #include "contents/JobAttributeCatalogue.h"
 

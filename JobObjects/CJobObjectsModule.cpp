@@ -3,7 +3,6 @@
 #include "frame/ClassFactory.h"
 
 #include <mutex>
-#include <new>
 
 namespace {
 constinit CJobObjectsModule module;
@@ -13,13 +12,12 @@ CJobObjectsModule& TheModule() noexcept {
     return module;
 }
 
+ServerModule& OwnModule() noexcept {
+    return module;
+}
+
 void CJobObjectsModule::Terminate() noexcept {
-    for (Termination* entry = m_terminations.exchange(nullptr); entry;) {
-        entry->callback(entry->context);
-        Termination* next = entry->next;
-        delete entry;
-        entry = next;
-    }
+    RunTerminationCallbacks();
     if (IGlobalInterfaceTable* table = m_globalInterfaceTable.exchange(nullptr))
         table->Release();
     for (auto& slot : m_classObjects) {
@@ -32,7 +30,7 @@ HRESULT CJobObjectsModule::GetClassObject(REFCLSID classId, REFIID iid, void** o
     if (!object)
         return E_POINTER;
     *object = nullptr;
-    if (!m_instance)
+    if (!Instance())
         return E_UNEXPECTED;
     for (std::size_t i = 0; i < ClassMap.size(); ++i) {
         if (!InlineIsEqualGUID(*ClassMap[i].classId, classId))
@@ -74,14 +72,5 @@ HRESULT CJobObjectsModule::GetGlobalInterfaceTable(IGlobalInterfaceTable** table
     }
     *table = m_globalInterfaceTable;
     (*table)->AddRef();
-    return S_OK;
-}
-
-HRESULT CJobObjectsModule::AddTerminationCallback(TerminationCallback callback, void* context) noexcept {
-    auto* entry = new (std::nothrow) Termination{callback, context, m_terminations};
-    if (!entry)
-        return E_OUTOFMEMORY;
-    while (!m_terminations.compare_exchange_weak(entry->next, entry)) {
-    }
     return S_OK;
 }

@@ -2,8 +2,8 @@
 
 #include "ClassMap.h"
 #include "JobObjects.h"
-#include "ModulePath.h"
-#include "TypeLibrary.h"
+#include "frame/ModulePath.h"
+#include "frame/TypeLibrary.h"
 #include "common/ErrorReporting.h"
 
 #include <string>

@@ -1,6 +1,6 @@
 #include "ClassFactory.h"
 
-#include "../CJobObjectsModule.h"
+#include "ServerModule.h"
 
 #include <new>
 
@@ -22,14 +22,14 @@ HRESULT ClassFactory::QueryInterface(REFIID iid, void** object) {
 ULONG ClassFactory::AddRef() {
     const ULONG count = ++m_references;
     if (count == 2) // the first client beside the module's cache
-        TheModule().Lock();
+        OwnModule().Lock();
     return count;
 }
 
 ULONG ClassFactory::Release() {
     const ULONG count = --m_references;
     if (count == 1)
-        TheModule().Unlock();
+        OwnModule().Unlock();
     if (count == 0)
         delete this;
     return count;
@@ -47,8 +47,8 @@ HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object)
 
 HRESULT ClassFactory::LockServer(BOOL lock) {
     if (lock)
-        TheModule().Lock();
+        OwnModule().Lock();
     else
-        TheModule().Unlock();
+        OwnModule().Unlock();
     return S_OK;
 }

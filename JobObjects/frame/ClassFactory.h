@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../ClassMap.h"
+#include "ClassMapEntry.h"
 
 #include <atomic>
 

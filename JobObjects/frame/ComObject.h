@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../CJobObjectsModule.h"
+#include "ServerModule.h"
 #include "MethodName.h"
 #include "common/ErrorReporting.h"
 
@@ -11,7 +11,7 @@
 template<class Impl>
 class ComObject final : public Impl {
 public:
-    ComObject() { TheModule().Lock(); }
+    ComObject() { OwnModule().Lock(); }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
         return Impl::FindInterface(iid, object);
@@ -21,7 +21,7 @@ public:
         const ULONG count = --m_references;
         if (count == 0) {
             delete this;
-            TheModule().Unlock(); // last: the members' releases still need the library
+            OwnModule().Unlock(); // last: the members' releases still need the library
         }
         return count;
     }
@@ -52,7 +52,7 @@ private:
 template<class Impl>
 class AggregatedObject final : public IUnknown {
 public:
-    explicit AggregatedObject(IUnknown* outer) : m_contained(outer) { TheModule().Lock(); }
+    explicit AggregatedObject(IUnknown* outer) : m_contained(outer) { OwnModule().Lock(); }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
         if (!object)
@@ -68,7 +68,7 @@ public:
         const ULONG count = --m_references;
         if (count == 0) {
             delete this;
-            TheModule().Unlock();
+            OwnModule().Unlock();
         }
         return count;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../TypeLibrary.h"
+#include "TypeLibrary.h"
 
 // Late binding of a dual interface over its type information: the four IDispatch methods, once for all
 // classes.

@@ -1,12 +1,12 @@
 #include "ModulePath.h"
 
-#include "CJobObjectsModule.h"
+#include "ServerModule.h"
 #include "common/ErrorReporting.h"
 
 std::wstring OwnModulePath() {
     constexpr DWORD maxPath = 260;
     wchar_t buffer[maxPath];
-    const DWORD length = GetModuleFileNameW(TheModule().Instance(), buffer, maxPath);
+    const DWORD length = GetModuleFileNameW(OwnModule().Instance(), buffer, maxPath);
     if (length == 0)
         throw ComError(HRESULT_FROM_WIN32(GetLastError()));
     if (length == maxPath)

@@ -1,6 +1,6 @@
 #include "TypeLibrary.h"
 
-#include "CJobObjectsModule.h"
+#include "ServerModule.h"
 #include "ModulePath.h"
 #include "common/ErrorReporting.h"
 
@@ -62,7 +62,7 @@ HRESULT TypeInfoHolder::Load() noexcept {
         return result;
 
     // Registered before the pointer is published, so that what others may use is sure to be released.
-    result = TheModule().AddTerminationCallback(
+    result = OwnModule().AddTerminationCallback(
         [](void* context) noexcept { static_cast<TypeInfoHolder*>(context)->Release(); }, this);
     ITypeInfo* none = nullptr;
     if (SUCCEEDED(result) && m_info.compare_exchange_strong(none, info.Get()))

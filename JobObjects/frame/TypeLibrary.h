@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/MemberNames.h"
+#include "MemberNames.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 

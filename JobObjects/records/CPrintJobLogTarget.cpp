@@ -1,6 +1,6 @@
 #include "CPrintJobImpl.h"
 
-#include "JobObjects/ResourceStrings.h"
+#include "JobObjects/frame/ResourceStrings.h"
 #include "LogTargetTypes.h"
 #include "common/QxMisc.h"
 

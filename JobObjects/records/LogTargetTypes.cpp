@@ -1,6 +1,6 @@
 #include "LogTargetTypes.h"
 
-#include "JobObjects/ResourceStrings.h"
+#include "JobObjects/frame/ResourceStrings.h"
 #include "common/QxException.h"
 #include "common/QxMisc.h"
 

@@ -3,8 +3,8 @@
 #include "JobObjects/CJobObjectsModule.h"
 
 #include "JobObjects.h"
-#include "JobObjects/ModulePath.h"
-#include "JobObjects/TypeLibrary.h"
+#include "JobObjects/frame/ModulePath.h"
+#include "JobObjects/frame/TypeLibrary.h"
 
 #include <catch2/catch.hpp>
 
