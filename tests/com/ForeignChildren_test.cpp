@@ -71,6 +71,38 @@ TEST_CASE("ForeignChild_is_held_and_released_by_the_job") {
     }
 }
 
+TEST_CASE("ForeignChild_may_look_back_at_its_job_while_that_is_destroyed") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild child(kind.interfaceId);
+        int looks = 0;
+        auto job = CreatePrintJob();
+        IPrintJob* const parent = job.Get(); // not counted
+        child.released = [&] {
+            ++looks;
+            const ComPtr<IPrintJob> counted(parent);
+            ComPtr<IUnknown> identity;
+            CHECK_HR(parent->QueryInterface(IID_IUnknown, identity.PutVoid()), S_OK);
+            ComPtr<ISupportErrorInfo> support;
+            CHECK_HR(parent->QueryInterface(IID_ISupportErrorInfo, support.PutVoid()), S_OK);
+        };
+        REQUIRE_HR(kind.put(parent, child), S_OK);
+        job = {};
+        CHECK(looks == 1);
+    }
+    ForeignChild contents(__uuidof(IJobContents));
+    int looks = 0;
+    auto job = CreateFaxJob();
+    contents.released = [&, parent = job.Get()] {
+        ++looks;
+        parent->AddRef();
+        parent->Release();
+    };
+    REQUIRE_HR(job->put_JobContents(contents.As<IJobContents>()), S_OK);
+    job = {};
+    CHECK(looks == 1);
+}
+
 TEST_CASE("ForeignChild_text_stands_in_the_job_s_as_it_is") {
     for (const Kind& kind : kinds) {
         INFO(kind.name);
