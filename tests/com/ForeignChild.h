@@ -39,6 +39,7 @@ public:
     HRESULT vouches = S_OK; ///< whether it answers for its error information
     std::wstring xml;       ///< what Xml gives, and the text it was last given
     ComPtr<IErrorInfo> explanation;
+    bool explainsEachFailure = true; ///< with the explanation
     std::function<void()> callBack;  ///< runs inside each access to Xml
     std::function<void()> released;  ///< runs inside the release of the last reference
 
@@ -104,7 +105,7 @@ private:
         referencesAfterCallBack = references;
     }
     HRESULT Fail(HRESULT result) {
-        if (explanation)
+        if (explanation && explainsEachFailure)
             SetErrorInfo(0, explanation.Get());
         return result;
     }

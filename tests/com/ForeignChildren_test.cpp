@@ -218,6 +218,26 @@ TEST_CASE("ForeignChild_failure_without_error_information_gets_the_text_of_its_r
     }
 }
 
+TEST_CASE("ForeignChild_failure_is_not_explained_by_an_earlier_one") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild child(kind.interfaceId);
+        child.ExplainFailures(L"about an earlier call");
+        child.explainsEachFailure = false; // it vouches for its interface and says nothing
+        child.putResult = ownResult;
+        child.getResult = ownResult;
+        const auto job = CreatePrintJob();
+        REQUIRE_HR(kind.put(job.Get(), child), S_OK);
+        SetErrorInfo(0, child.explanation.Get());
+        CHECK_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), ownResult);
+        CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
+        SetErrorInfo(0, child.explanation.Get());
+        UniqueBstr xml;
+        CHECK_HR(job->get_Xml(xml.Put()), ownResult);
+        CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
+    }
+}
+
 TEST_CASE("ForeignChild_error_information_it_does_not_vouch_for_is_not_passed_on") {
     ForeignChild child(__uuidof(IJobContents));
     child.ExplainFailures(L"about something else");
