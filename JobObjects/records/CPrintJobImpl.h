@@ -81,11 +81,11 @@ private:
 
     void ReadXml(std::wstring_view xml);
     void ReadVersion(const QxXmlParser& parser);
-    void ReadUser(ChildReader& children);
+    bool ReadUser(ChildReader& children);
     void ReadTimes(const QxXmlParser& parser, ChildReader& children);
     void ReadJob(ChildReader& children);
     void ReadLogTarget(const QxXmlParser& parser, ChildReader& children);
-    void ReadOrigin(QxXmlParser& parser, ChildReader& children);
+    void ReadOrigin(QxXmlParser& parser, ChildReader& children, bool fromSystemUser);
     void ReadToner(QxXmlParser& parser, ChildReader& children);
     void ReadChildren(QxXmlParser& parser, ChildReader& children);
     void ReadJobContents(const QxXmlParser& parser, ChildReader& children);

@@ -64,11 +64,11 @@ void CPrintJobImpl::ReadXml(std::wstring_view xml) {
     RecordReading::OpenRoot(parser, xml, L"PrintJob");
     ReadVersion(parser);
     ChildReader children(parser);
-    ReadUser(children);
+    const bool fromSystemUser = ReadUser(children);
     ReadTimes(parser, children);
     ReadJob(children);
     ReadLogTarget(parser, children);
-    ReadOrigin(parser, children);
+    ReadOrigin(parser, children, fromSystemUser);
     ReadChildren(parser, children);
 }
 
@@ -93,17 +93,19 @@ void CPrintJobImpl::WriteUser(QxXmlWriter& writer) const {
     }
 }
 
-void CPrintJobImpl::ReadUser(ChildReader& children) {
+/// Gives FromSystemUser: the element stands here, but a read that fails at the log target keeps the field.
+bool CPrintJobImpl::ReadUser(ChildReader& children) {
     m_jobGuid = children.Text(L"JobGuid");
     m_customerCode = children.Text(L"CustomerCode");
     m_userName = children.Text(L"UserName");
     if (m_version >= userDomainVersion)
         m_userDomainName = children.Text(L"UserDomainName");
-    m_fromSystemUser = m_version >= systemUserVersion && children.Flag(L"FromSystemUser");
+    const bool fromSystemUser = m_version >= systemUserVersion && children.Flag(L"FromSystemUser");
     if (m_version >= desktopUserVersion) {
         m_desktopUserName = children.Text(L"DesktopUserName");
         m_desktopUserDomainName = children.Text(L"DesktopUserDomainName");
     }
+    return fromSystemUser;
 }
 
 void CPrintJobImpl::ReadTimes(const QxXmlParser& parser, ChildReader& children) {
@@ -177,7 +179,7 @@ void CPrintJobImpl::WriteOrigin(QxXmlWriter& writer) const {
     writer.Element(L"JobContentsDiscardCount", m_jobContentsDiscardCount);
 }
 
-void CPrintJobImpl::ReadOrigin(QxXmlParser& parser, ChildReader& children) {
+void CPrintJobImpl::ReadOrigin(QxXmlParser& parser, ChildReader& children, bool fromSystemUser) {
     m_machineName = children.Text(L"MachineName");
     const bool hasApplication = m_version >= s_logTargetVersion;
     const bool hasDataSource = m_version >= dataSourceVersion;
@@ -186,6 +188,7 @@ void CPrintJobImpl::ReadOrigin(QxXmlParser& parser, ChildReader& children) {
     m_vpnConnected = hasApplication && children.Flag(L"VpnConnected");
     ReadToner(parser, children);
     m_dataSource = hasDataSource ? children.Number(L"DataSource") : 0;
+    m_fromSystemUser = fromSystemUser;
     m_jobContentsSource = children.PositiveNumber(L"JobContentsSource");
     m_jobContentsDiscardCount = children.PositiveNumber(L"JobContentsDiscardCount");
 }
