@@ -128,9 +128,11 @@ void UnregisterOwnTypeLibrary() {
     library->ReleaseTLibAttr(attributes);
 
     UniqueBstr registered;
-    if (FAILED(
-            QueryPathOfRegTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, registered.Put())))
-        return; // not registered: nothing to remove
+    const HRESULT found =
+        QueryPathOfRegTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, registered.Put());
+    if (found == TYPE_E_LIBNOTREGISTERED)
+        return; // nothing to remove
+    ThrowIfFailed(found);
     ThrowIfFailed(UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind));
 }
 

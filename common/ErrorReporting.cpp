@@ -78,9 +78,7 @@ const QxString& ComError::Message() const {
     return m_message;
 }
 
-void ThrowIfCallFailed(HRESULT code, IUnknown* object, REFIID iid) {
-    if (SUCCEEDED(code))
-        return;
+void ThrowCallFailure(HRESULT code, IUnknown* object, REFIID iid) {
     ComPtr<ISupportErrorInfo> support;
     ComPtr<IErrorInfo> info;
     if (SUCCEEDED(object->QueryInterface(IID_ISupportErrorInfo, support.PutVoid())) && support &&

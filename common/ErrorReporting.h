@@ -32,9 +32,19 @@ inline void ThrowIfFailed(HRESULT code) {
         throw ComError(code);
 }
 
-/// Throws a ComError when a call on an object's interface failed, with the error information the object
-/// left for its caller if it vouches for that interface.
-void ThrowIfCallFailed(HRESULT code, IUnknown* object, REFIID iid);
+/// Throws the ComError of a failed call on an object's interface, with the thread's error information if the
+/// object vouches for that interface.
+[[noreturn]] void ThrowCallFailure(HRESULT code, IUnknown* object, REFIID iid);
+
+/// Makes a call on an object's interface and throws a ComError when it fails, with the error information that
+/// the object left for its caller. An object may fail without leaving any, so what an earlier call left goes
+/// first.
+template<class Call>
+void CallObject(IUnknown* object, REFIID iid, Call&& call) {
+    SetErrorInfo(0, nullptr);
+    if (const HRESULT result = call(); FAILED(result))
+        ThrowCallFailure(result, object, iid);
+}
 
 /// Logs "[source] Exception: message" and leaves the message as the calling thread's error description.
 /// Returns the result of attaching the error information. Never throws.

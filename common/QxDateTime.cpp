@@ -3,6 +3,7 @@
 #include "QxMisc.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <initializer_list>
@@ -23,6 +24,13 @@ constexpr std::int32_t DayNumber(int year, int month, int day) noexcept {
 constexpr std::int32_t dayZero = DayNumber(1899, 12, 30);
 constexpr std::int32_t firstDay = DayNumber(firstYear, 1, 1) - dayZero;
 constexpr std::int32_t lastDay = DayNumber(lastYear, 12, 31) - dayZero;
+
+constexpr std::uint64_t BitsOf(double value) noexcept {
+    return std::bit_cast<std::uint64_t>(value);
+}
+
+constexpr std::uint64_t signBit = BitsOf(-0.0);
+constexpr std::uint64_t halfSecond = BitsOf(0.5 / secondsPerDay);
 
 constexpr bool IsLeapYear(int year) noexcept {
     return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
@@ -136,8 +144,38 @@ private:
 
 } // namespace
 
+/// The day, and the time of day as a fraction. Before day zero the sign belongs to the day alone: -1.25 is
+/// 06:00 of 29 December 1899.
+struct QxDateTime::DayAndTime {
+    std::int32_t day;
+    double time;
+};
+
+std::uint64_t QxDateTime::Magnitude() const noexcept {
+    return m_bits & ~signBit;
+}
+
 bool QxDateTime::IsUnset() const noexcept {
-    return !IsValid() || std::fabs(m_value) < 0.5 / secondsPerDay;
+    return !IsValid() || Magnitude() < halfSecond;
+}
+
+bool QxDateTime::IsInCalendar() const noexcept {
+    constexpr std::uint64_t lowEnd = BitsOf(1 - firstDay), highEnd = BitsOf(lastDay + 1);
+    return Magnitude() < ((m_bits & signBit) != 0 ? lowEnd : highEnd);
+}
+
+QxDateTime::DayAndTime QxDateTime::Split() const noexcept {
+    if (Magnitude() < halfSecond)
+        return {0, 0}; // not loaded: it may be denormal
+    const auto day = static_cast<std::int32_t>(Value());
+    return {day, std::fabs(Value() - day)};
+}
+
+bool QxDateTime::IsAfter(const QxDateTime& other) const noexcept {
+    if (!IsValid() || !other.IsValid() || !IsInCalendar() || !other.IsInCalendar())
+        return false;
+    const DayAndTime mine = Split(), others = other.Split();
+    return mine.day != others.day ? mine.day > others.day : mine.time > others.time;
 }
 
 QxDateTime QxDateTime::FromCalendar(const QxCalendarTime& fields) noexcept {
@@ -145,17 +183,14 @@ QxDateTime QxDateTime::FromCalendar(const QxCalendarTime& fields) noexcept {
         return QxDateTime(0, Status::Invalid);
     const double day = DayNumber(fields.year, fields.month, fields.day) - dayZero;
     const double time = (fields.hour * 3600 + fields.minute * 60 + fields.second) / double{secondsPerDay};
-    // Before day zero the sign belongs to the day alone: -1.25 is 06:00 of 29 December 1899.
     return QxDateTime(day < 0 ? day - time : day + time);
 }
 
 bool QxDateTime::ToCalendar(QxCalendarTime& fields) const noexcept {
-    // Written so that a NaN fails too.
-    if (!(m_value > firstDay - 1 && m_value < lastDay + 1))
+    if (!IsInCalendar())
         return false;
-    const double wholeDays = std::trunc(m_value);
-    auto day = static_cast<std::int32_t>(wholeDays);
-    auto seconds = static_cast<int>(std::lround(std::fabs(m_value - wholeDays) * secondsPerDay));
+    auto [day, time] = Split();
+    auto seconds = static_cast<int>(std::lround(time * secondsPerDay));
     if (seconds == secondsPerDay) {
         seconds = 0;
         ++day;

@@ -115,7 +115,9 @@ std::wstring_view QxXmlParser::Content(std::int32_t element, bool& raw) const no
     const std::int32_t begin = At(element).startTagClose + 1;
     const std::int32_t end = At(element).endTagOpen;
     const std::wstring_view content = Piece(begin, end);
-    const auto start = static_cast<std::size_t>(QxXmlScan::SkipSpace(content, 0));
+    auto start = static_cast<std::size_t>(QxXmlScan::SkipSpace(content, 0));
+    if (start < content.size() && content[start] == L'"')
+        ++start; // a token in quotes begins behind the quote
     // Room for "<![CDATA[" and "]]>", which are 12 characters.
     if (start + 11 < content.size() && content[start] == L'<' &&
         content.substr(start + 1, CDataOpen.size()) == CDataOpen) {

@@ -29,9 +29,6 @@ LONG ToAutomation(Number value) noexcept {
 inline VARIANT_BOOL ToAutomation(bool value) noexcept {
     return value ? VARIANT_TRUE : VARIANT_FALSE;
 }
-inline DATE ToAutomation(const QxDateTime& value) noexcept {
-    return value.Value();
-}
 
 /// Gives the value that the body works out; a failure inside is reported under the source.
 template<class Out, class Body>
@@ -42,13 +39,15 @@ HRESULT GetValue(Out* pVal, const wchar_t* source, Body&& body) noexcept {
     return RunMethod(source, [&] { *pVal = ToAutomation(body()); });
 }
 
+/// Gets a date, whose value may be any 64 bits: they are copied as such.
+HRESULT GetDate(DATE* pVal, const QxDateTime& field) noexcept;
 HRESULT GetText(BSTR* pVal, const QxString& field, const wchar_t* source) noexcept;
 HRESULT PutText(QxString& field, BSTR value, const wchar_t* source) noexcept;
 
 /// Logs "[Class::put_Xml] Invalid Xml fragment" of a method source and throws it as a QxException.
 [[noreturn]] void ThrowInvalidXmlFragment(const wchar_t* source);
 
-/// A number, flag or date that is at hand: nothing can fail.
+/// A number or flag that is at hand: nothing can fail.
 template<class Out, class Field>
 HRESULT GetField(Out* pVal, const Field& field) noexcept {
     if (!pVal)
@@ -129,7 +128,7 @@ HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
     }
 #define DATE_PROPERTY(getter, putter, field)                                                                 \
     HRESULT STDMETHODCALLTYPE getter(DATE* pVal) override {                                                  \
-        return GetField(pVal, field);                                                                        \
+        return GetDate(pVal, field);                                                                         \
     }                                                                                                        \
     HRESULT STDMETHODCALLTYPE putter(DATE newVal) override {                                                 \
         field = QxDateTime(newVal);                                                                          \

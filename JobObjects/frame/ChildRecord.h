@@ -18,7 +18,7 @@ UniqueBstr GetChildXml(ComPtr<Interface> child, REFIID iid) {
     if (!child)
         throw ComError(E_POINTER);
     UniqueBstr xml;
-    ThrowIfCallFailed(child->get_Xml(xml.Put()), child.Get(), iid);
+    CallObject(child.Get(), iid, [&] { return child->get_Xml(xml.Put()); });
     return xml;
 }
 
@@ -26,7 +26,8 @@ template<class Interface>
 void PutChildXml(ComPtr<Interface> child, std::wstring_view xml, REFIID iid) {
     if (!child)
         throw ComError(E_POINTER);
-    ThrowIfCallFailed(child->put_Xml(UniqueBstr(xml).Get()), child.Get(), iid);
+    const UniqueBstr text(xml);
+    CallObject(child.Get(), iid, [&] { return child->put_Xml(text.Get()); });
 }
 
 /// A new child with the given XML, for properties that hand out copies.

@@ -20,14 +20,14 @@ HRESULT ClassFactory::QueryInterface(REFIID iid, void** object) {
 }
 
 ULONG ClassFactory::AddRef() {
-    const ULONG count = ++m_references;
+    const ULONG count = m_references.Add();
     if (count == 2) // the first client beside the module's cache
         OwnModule().Lock();
     return count;
 }
 
 ULONG ClassFactory::Release() {
-    const ULONG count = --m_references;
+    const ULONG count = m_references.Release();
     if (count == 1)
         OwnModule().Unlock();
     if (count == 0)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ClassMapEntry.h"
+#include "ReferenceCount.h"
 
 #include <atomic>
 
@@ -22,5 +23,5 @@ private:
     virtual ~ClassFactory() = default;
 
     const ClassMapEntry& m_entry;
-    std::atomic<ULONG> m_references{1};
+    ReferenceCount<std::atomic<ULONG>> m_references;
 };

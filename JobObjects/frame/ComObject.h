@@ -1,24 +1,20 @@
 #pragma once
 
-#include "ServerModule.h"
 #include "MethodName.h"
+#include "ReferenceCount.h"
+#include "ServerModule.h"
 #include "common/ErrorReporting.h"
 
 #include <new>
 
-/// The reference-counted object of an implementation class. Holds one module lock for its life. The count is
-/// not interlocked: the classes are apartment-threaded.
+/// An object of its own: deletes itself with its last reference. Holds one module lock for its life.
 template<class Impl>
 class ComObject final : public Impl {
 public:
     ComObject() { OwnModule().Lock(); }
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        return Impl::FindInterface(iid, object);
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++m_references; }
     ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG count = --m_references;
+        const ULONG count = Impl::Release();
         if (count == 0) {
             delete this;
             OwnModule().Unlock(); // last: the members' releases still need the library
@@ -28,8 +24,6 @@ public:
 
 private:
     ~ComObject() = default;
-
-    ULONG m_references = 1;
 };
 
 /// The implementation class inside an aggregate: its interfaces belong to the outer object.
@@ -63,9 +57,9 @@ public:
         AddRef();
         return S_OK;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++m_references; }
+    ULONG STDMETHODCALLTYPE AddRef() override { return m_references.Add(); }
     ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG count = --m_references;
+        const ULONG count = m_references.Release();
         if (count == 0) {
             delete this;
             OwnModule().Unlock();
@@ -76,8 +70,8 @@ public:
 private:
     ~AggregatedObject() = default;
 
+    ReferenceCount<> m_references; // first, so that it outlives the contained object
     ContainedObject<Impl> m_contained;
-    ULONG m_references = 1;
 };
 
 /// A constructor that fails reports under "Class::Class".

@@ -2,11 +2,12 @@
 
 #include "Dispatch.h"
 #include "JobObjects.h"
+#include "ReferenceCount.h"
 #include "common/ErrorReporting.h"
 
-/// What the ten implementation classes share: their interfaces, late binding over the type library, and the
-/// assurance that failures carry error information. The reference count belongs to the object wrapper
-/// (ComObject.h).
+/// What the ten implementation classes share: their interfaces, the reference count, late binding over the
+/// type library, and the assurance that failures carry error information. The object wrapper deletes the
+/// object (ComObject.h).
 template<class Interface, const IID& interfaceId>
 class Record : public Interface, public ISupportErrorInfo {
 public:
@@ -30,6 +31,15 @@ public:
         static_cast<Interface*>(this)->AddRef();
         return S_OK;
     }
+
+    // Here and not in the wrapper, so that the members of a record can still reach its IUnknown while they
+    // are destroyed. The count is not interlocked: the classes are apartment-threaded.
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        return FindInterface(iid, object);
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return m_references.Add(); }
+    ULONG STDMETHODCALLTYPE Release() override { return m_references.Release(); }
 
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
         return DispatchGetTypeInfoCount(count);
@@ -55,5 +65,6 @@ protected:
     virtual ~Record() = default;
 
 private:
+    ReferenceCount<> m_references;
     inline static constinit TypeInfoHolder s_typeInfo{interfaceId};
 };

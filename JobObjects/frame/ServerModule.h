@@ -4,8 +4,8 @@
 
 #include <atomic>
 
-/// What objects and class objects need of the module they belong to: its handle, the lock count that keeps the
-/// library loaded, and callbacks that run before the library is unloaded.
+/// What objects and class objects need of the module they belong to: its handle, the lock count that keeps
+/// the library loaded, and callbacks that run before the library is unloaded.
 class ServerModule {
 public:
     using TerminationCallback = void (*)(void* context) noexcept;

@@ -56,10 +56,8 @@ void CLogicalPrinterImpl::NormalizeTransactionDates() noexcept {
         m_firstTransactionDate = Clock::LocalNow();
         m_lastTransactionDate = m_firstTransactionDate;
     }
-    if (m_firstTransactionDate.IsUnset() && m_lastTransactionDate.IsValid() &&
-        m_lastTransactionDate.Value() > 0)
+    if (m_firstTransactionDate.IsUnset() && m_lastTransactionDate.IsAfter(QxDateTime()))
         m_firstTransactionDate = m_lastTransactionDate;
-    if (m_firstTransactionDate.IsValid() && m_lastTransactionDate.IsValid() &&
-        m_firstTransactionDate.Value() > m_lastTransactionDate.Value())
+    if (m_firstTransactionDate.IsAfter(m_lastTransactionDate))
         m_lastTransactionDate = m_firstTransactionDate;
 }

@@ -45,7 +45,7 @@ HRESULT CWindowsPrintInfoImpl::put_Xml(BSTR newVal) {
         ReadXml(parser);
         if (found)
             return S_OK;
-        // Told by the log and the result alone, without error information.
+        // Reported by the log and the result alone, without error information.
         LogError(L"[CWindowsPrintInfo::put_Xml] Invalid Xml fragment");
         LogError(L"[CWindowsPrintInfoImpl::put_Xml] Invalid Xml fragment");
         return FailWithoutInfo(E_FAIL);

@@ -34,8 +34,9 @@ if ($received.Xml -cne $sent.Xml) {
 }
 '{0} of {1}\{2}: {3} pages' -f $received.JobName, $received.UserDomainName, $received.UserName,
     $received.JobContents.TotalPages
-foreach ($index in 0..($received.JobContents.JobCopyLines.Count - 1)) {
-    $line = $received.JobContents.JobCopyLines.Item($index)
+$lines = $received.JobContents.JobCopyLines
+for ($index = 0; $index -lt $lines.Count; $index++) {
+    $line = $lines.Item($index)
     '  {0} ({1}): {2} sheets' -f $line.PaperSize, $line.Attributes, $line.Sheets
 }
 

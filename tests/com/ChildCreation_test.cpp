@@ -47,6 +47,13 @@ void CheckConstructionFails(REFCLSID classId, HRESULT expected) {
     CHECK(object == nullptr);
 }
 
+template<class Job, class Child>
+void CheckHoldsNone(const ComPtr<Job>& job, HRESULT (STDMETHODCALLTYPE Job::*getter)(Child**)) {
+    auto* child = reinterpret_cast<Child*>(0x5A5A5A5A);
+    CHECK_HR((job.Get()->*getter)(&child), S_OK);
+    CHECK(child == nullptr);
+}
+
 } // namespace
 
 TEST_CASE("ChildCreation_of_contents_comes_with_each_new_job") {
@@ -87,9 +94,7 @@ TEST_CASE("ChildCreation_of_contents_that_fails_during_a_read_leaves_none") {
         CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
     }
     CHECK_TEXT(Text(job, &IPrintJob::get_JobName), L"read before");
-    IJobContents* contents = reinterpret_cast<IJobContents*>(0x5A5A5A5A);
-    CHECK_HR(job->get_JobContents(&contents), S_OK);
-    CHECK(contents == nullptr);
+    CheckHoldsNone(job, &IPrintJob::get_JobContents);
 
     BSTR xml = reinterpret_cast<BSTR>(0x5A5A5A5A);
     CHECK_HR(job->get_Xml(&xml), E_POINTER);
@@ -122,6 +127,7 @@ TEST_CASE("ChildCreation_of_page_counter_contents_that_fails_fails_the_read") {
                             L"<PageCounterInfo><JobContents/></PageCounterInfo>")),
              ownResult);
     CHECK(substitute.creations == 1); // the job's own contents were held
+    CheckHoldsNone(job, &IPrintJob::get_PageCounterJobContents);
 }
 
 TEST_CASE("ChildCreation_of_other_children_that_fails_fails_the_read_with_E_POINTER") {
@@ -131,12 +137,14 @@ TEST_CASE("ChildCreation_of_other_children_that_fails_fails_the_read_with_E_POIN
         CHECK_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", L"7.26", L"<WindowsPrintInfo/>")),
                  E_POINTER);
         CHECK(substitute.creations == 1);
+        CheckHoldsNone(job, &IPrintJob::get_WindowsPrintInfo);
     }
     {
         ClassSubstitute substitute(__uuidof(PolicyResults));
         CHECK_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", L"7.26", L"<PolicyResults/>")),
                  E_POINTER);
         CHECK(substitute.creations == 1);
+        CheckHoldsNone(job, &IPrintJob::get_PolicyResults);
     }
     CHECK(TakeErrorDescription() != L"<none>");
 }
@@ -149,4 +157,5 @@ TEST_CASE("ChildCreation_of_policy_results_that_fails_fails_a_device_job_s_read"
             RecordText(L"CopyJob", L"4.0", L"<JobContents><JobCopyLines/></JobContents><PolicyResults/>")),
         ownResult);
     CHECK(substitute.creations == 1);
+    CheckHoldsNone(job, &ICopyJob::get_PolicyResults);
 }

@@ -39,7 +39,9 @@ public:
     HRESULT vouches = S_OK; ///< whether it answers for its error information
     std::wstring xml;       ///< what Xml gives, and the text it was last given
     ComPtr<IErrorInfo> explanation;
-    std::function<void()> callBack; ///< runs inside each access to Xml
+    bool explainsEachFailure = true; ///< with the explanation
+    std::function<void()> callBack;  ///< runs inside each access to Xml
+    std::function<void()> released;  ///< runs inside the release of the last reference
 
     // What the test looks at.
 
@@ -64,7 +66,11 @@ public:
         return S_OK;
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
-    ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references); }
+    ULONG STDMETHODCALLTYPE Release() override {
+        if (--references == 0 && released)
+            released();
+        return static_cast<ULONG>(references);
+    }
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
@@ -99,7 +105,7 @@ private:
         referencesAfterCallBack = references;
     }
     HRESULT Fail(HRESULT result) {
-        if (explanation)
+        if (explanation && explainsEachFailure)
             SetErrorInfo(0, explanation.Get());
         return result;
     }

@@ -71,6 +71,38 @@ TEST_CASE("ForeignChild_is_held_and_released_by_the_job") {
     }
 }
 
+TEST_CASE("ForeignChild_may_look_back_at_its_job_while_that_is_destroyed") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild child(kind.interfaceId);
+        int looks = 0;
+        auto job = CreatePrintJob();
+        IPrintJob* const parent = job.Get(); // not counted
+        child.released = [&] {
+            ++looks;
+            const ComPtr<IPrintJob> counted(parent);
+            ComPtr<IUnknown> identity;
+            CHECK_HR(parent->QueryInterface(IID_IUnknown, identity.PutVoid()), S_OK);
+            ComPtr<ISupportErrorInfo> support;
+            CHECK_HR(parent->QueryInterface(IID_ISupportErrorInfo, support.PutVoid()), S_OK);
+        };
+        REQUIRE_HR(kind.put(parent, child), S_OK);
+        job = {};
+        CHECK(looks == 1);
+    }
+    ForeignChild contents(__uuidof(IJobContents));
+    int looks = 0;
+    auto job = CreateFaxJob();
+    contents.released = [&, parent = job.Get()] {
+        ++looks;
+        parent->AddRef();
+        parent->Release();
+    };
+    REQUIRE_HR(job->put_JobContents(contents.As<IJobContents>()), S_OK);
+    job = {};
+    CHECK(looks == 1);
+}
+
 TEST_CASE("ForeignChild_text_stands_in_the_job_s_as_it_is") {
     for (const Kind& kind : kinds) {
         INFO(kind.name);
@@ -183,6 +215,26 @@ TEST_CASE("ForeignChild_failure_without_error_information_gets_the_text_of_its_r
         UniqueBstr xml;
         CHECK_HR(job->get_Xml(xml.Put()), child.getResult);
         CHECK_TEXT(TakeErrorDescription(), L"Unknown error 0x80040200");
+    }
+}
+
+TEST_CASE("ForeignChild_failure_is_not_explained_by_an_earlier_one") {
+    for (const Kind& kind : kinds) {
+        INFO(kind.name);
+        ForeignChild child(kind.interfaceId);
+        child.ExplainFailures(L"about an earlier call");
+        child.explainsEachFailure = false; // it vouches for its interface and says nothing
+        child.putResult = ownResult;
+        child.getResult = ownResult;
+        const auto job = CreatePrintJob();
+        REQUIRE_HR(kind.put(job.Get(), child), S_OK);
+        SetErrorInfo(0, child.explanation.Get());
+        CHECK_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), ownResult);
+        CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
+        SetErrorInfo(0, child.explanation.Get());
+        UniqueBstr xml;
+        CHECK_HR(job->get_Xml(xml.Put()), ownResult);
+        CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
     }
 }
 

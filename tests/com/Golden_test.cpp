@@ -24,10 +24,10 @@ void FillJobContents(const ComPtr<IJobContents>& contents) {
     // Copy lines enter by a text only; they come out ordered by paper size.
     SetText(contents, &IJobContents::put_Xml,
             L"<JobContents><JobCopyLines>"
-            L"<CopyLine><PaperSize>A4</PaperSize><PaperDimensions>210,297</PaperDimensions>"
+            L"<CopyLine><PaperSize>A4</PaperSize><PaperDimensions>2100,2970</PaperDimensions>"
             L"<Attributes>Duplex,B&amp;W</Attributes><Sheets>3</Sheets><PagesBW>4</PagesBW>"
             L"<PagesBlank>1</PagesBlank></CopyLine>"
-            L"<CopyLine><PaperSize>A3</PaperSize><PaperDimensions>297,420</PaperDimensions>"
+            L"<CopyLine><PaperSize>A3</PaperSize><PaperDimensions>2970,4200</PaperDimensions>"
             L"<Attributes>Simplex</Attributes><Sheets>1</Sheets><PagesColor>1</PagesColor></CopyLine>"
             L"</JobCopyLines></JobContents>");
     SetNumber(contents, &IJobContents::put_JobOriginals, 5);

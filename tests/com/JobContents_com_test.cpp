@@ -344,6 +344,18 @@ TEST_CASE("JobContents_object_MatchAttributes_adds_default_sides_only_with_the_f
     CHECK_TEXT(Match(contents, L"A4,Draft").pageAttributes, L"Simplex,B&W,Draft");
 }
 
+TEST_CASE("JobContents_object_MatchAttributes_leaves_a_second_word_of_a_pair_and_knows_Mono") {
+    const auto contents = CreateJobContents();
+    const Match twice(contents, L"A4,Duplex,duplex");
+    CHECK_TEXT(twice.pageAttributes, L"Duplex,B&W");
+    CHECK_TEXT(twice.unmatched, L"duplex");
+    CHECK_HR(contents->put_GenerateDefaultPageAttributes(VARIANT_FALSE), S_OK);
+    const Match mono(contents, L"A4,Mono");
+    CHECK_TEXT(mono.pageAttributes, L"B&W");
+    CHECK_TEXT(mono.unmatched, L"");
+    CHECK_TEXT(Match(contents, L"A4,mono").unmatched, L"mono");
+}
+
 TEST_CASE("JobContents_object_DoAttributesMatch_tells_whether_words_are_left") {
     const auto contents = CreateJobContents();
     const auto matches = [&](const wchar_t* attributes, const wchar_t* expectedLeft) {

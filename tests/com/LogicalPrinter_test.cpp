@@ -1,5 +1,7 @@
 #include "RecordTest.h"
 
+#include <limits>
+
 #include <utility>
 
 namespace {
@@ -325,6 +327,41 @@ TEST_CASE("LogicalPrinter_last_date_is_never_before_the_first") {
     CHECK(normalized(40000, 0) == std::pair(40000.0, 40000.0));
     CHECK(normalized(0, -5) == std::pair(0.0, 0.0)); // a last date before zero fills in nothing
     CHECK(normalized(6e-6, 7e-6) == std::pair(6e-6, 7e-6));
+}
+
+// Before 30 December 1899 the fraction is still the time of day, so that -1.75 is later than -1.25.
+TEST_CASE("LogicalPrinter_dates_before_1899_are_compared_as_points_in_time") {
+    const auto printer = CreateLogicalPrinter();
+    const auto normalized = [&](DATE first, DATE last) {
+        REQUIRE_HR(printer->put_FirstTransactionDate(first), S_OK);
+        REQUIRE_HR(printer->put_LastTransactionDate(last), S_OK);
+        Xml(printer);
+        return std::pair(First(printer), Last(printer));
+    };
+    CHECK(normalized(-1.25, -1.75) == std::pair(-1.25, -1.75));
+    CHECK(normalized(-1.75, -1.25) == std::pair(-1.75, -1.75));
+    CHECK(normalized(-2.0, -1.75) == std::pair(-2.0, -1.75));
+    CHECK(normalized(-1.75, -2.75) == std::pair(-1.75, -1.75));
+    CHECK(normalized(-0.75, 0.25) == std::pair(-0.75, -0.75)); // both on day zero
+    CHECK(normalized(0.25, -0.75) == std::pair(0.25, -0.75));
+    CHECK(normalized(0, -0.75) == std::pair(-0.75, -0.75)); // later than the zero date
+    const auto read = PrinterOfVersion(L"7.0", Element(L"FirstTransactionDate", L"1850-03-04T06:00:00") +
+                                                   Element(L"LastTransactionDate", L"1850-03-04T18:00:00"));
+    CHECK_TEXT(DateText(First(read)), L"1850-03-04T06:00:00");
+    CHECK_TEXT(DateText(Last(read)), L"1850-03-04T18:00:00");
+}
+
+TEST_CASE("LogicalPrinter_dates_outside_the_calendar_have_no_order") {
+    const auto printer = CreateLogicalPrinter();
+    constexpr DATE infinity = std::numeric_limits<DATE>::infinity();
+    for (const DATE outside : {infinity, -infinity, 1e300, -1e300}) {
+        REQUIRE_HR(printer->put_FirstTransactionDate(outside), S_OK);
+        REQUIRE_HR(printer->put_LastTransactionDate(40000), S_OK);
+        CHECK_HAS(Xml(printer), Element(L"FirstTransactionDate", L"Invalid DateTime") +
+                                    Element(L"LastTransactionDate", L"2009-07-06T00:00:00"));
+        CHECK(First(printer) == outside);
+        CHECK(Last(printer) == 40000);
+    }
 }
 
 TEST_CASE("LogicalPrinter_reading_normalizes_the_dates_too") {

@@ -275,6 +275,21 @@ TEST_CASE("PrintJob_failed_read_keeps_what_was_read_before_it") {
     CHECK(Value(job, &IPrintJob::get_JobContentsSource) == 1);
 }
 
+TEST_CASE("PrintJob_read_that_fails_at_the_log_target_keeps_the_flag_of_the_system_user") {
+    for (const VARIANT_BOOL flag : {VARIANT_FALSE, VARIANT_TRUE}) {
+        const auto job = CreatePrintJob();
+        REQUIRE_HR(job->put_FromSystemUser(flag), S_OK);
+        const std::wstring other = flag ? L"false" : L"true";
+        const std::wstring element = L"<FromSystemUser>" + other + L"</FromSystemUser>";
+        CHECK_HR(Put(job, &IPrintJob::put_Xml,
+                     RecordText(L"PrintJob", L"7.26", element + L"<LogTarget Type=\"x\"/>")),
+                 E_FAIL);
+        CHECK(Value(job, &IPrintJob::get_FromSystemUser) == flag);
+        CHECK_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", L"7.26", element)), S_OK);
+        CHECK(Value(job, &IPrintJob::get_FromSystemUser) != flag);
+    }
+}
+
 TEST_CASE("PrintJob_text_of_an_older_peer_is_read_whatever_its_layout") {
     const auto job = PrintJobFrom(ReadTestFile("print_job_older_peer.xml"));
     CHECK_TEXT(Text(job, &IPrintJob::get_Version), L"4.3");

@@ -1,4 +1,5 @@
 #include "ComClient.h"
+#include "ImportPatch.h"
 #include "Library.h"
 #include "RegistryTree.h"
 
@@ -114,6 +115,10 @@ private:
     LCID m_before;
 };
 
+HRESULT WINAPI LookUpFails(REFGUID, WORD, WORD, LCID, LPBSTR) {
+    return TYPE_E_REGISTRYACCESS;
+}
+
 } // namespace
 
 TEST_CASE("Registration_writes_every_key_and_no_other") {
@@ -216,6 +221,20 @@ TEST_CASE("Unregistration_of_what_is_not_registered_succeeds") {
     const PrivateClassesRoot root;
     CHECK_HR(library.UnregisterServer(), S_OK);
     CHECK_KEYS(ReadRegistryTree(root.Key()), RegistryTree());
+}
+
+TEST_CASE("Unregistration_reports_a_type_library_that_cannot_be_looked_up") {
+    const Library library;
+    const PrivateClassesRoot root;
+    REQUIRE_HR(library.RegisterServer(), S_OK);
+    {
+        const ImportPatch patch(library.Module(), "QueryPathOfRegTypeLib",
+                                reinterpret_cast<void*>(LookUpFails));
+        CHECK_HR(library.UnregisterServer(), TYPE_E_REGISTRYACCESS);
+    }
+    CHECK(RegistryKeyExists(root.Key(), L"TypeLib\\" + typeLibrary));
+    CHECK_HR(library.UnregisterServer(), S_OK);
+    CHECK_FALSE(RegistryKeyExists(root.Key(), L"TypeLib\\" + typeLibrary));
 }
 
 TEST_CASE("Registration_stops_at_the_first_write_that_fails") {

@@ -179,8 +179,7 @@ const std::vector<Import>& FallibleImports() {
                                      "the failure goes to the caller without a description")),
 
         FAILS(LoadTypeLibEx, FailsWith(TYPE_E_IOERROR)),
-        FAILS(QueryPathOfRegTypeLib,
-              Absorbed(static_cast<DWORD>(TYPE_E_LIBNOTREGISTERED), none, "there is nothing to remove")),
+        FAILS(QueryPathOfRegTypeLib, FailsWith(TYPE_E_REGISTRYACCESS)),
         FAILS(RegisterTypeLib, FailsWith(TYPE_E_REGISTRYACCESS)),
         FAILS(UnRegisterTypeLib, FailsWith(TYPE_E_CANTCREATETMPFILE)),
 

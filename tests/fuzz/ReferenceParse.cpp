@@ -211,12 +211,15 @@ std::wstring ReferenceParse::Data(std::size_t element) const {
     if (at.firstChild != 0 || at.startTagClose == at.endTagOpen + 1)
         return {};
     constexpr std::wstring_view mark = L"![CDATA[";
-    auto start = static_cast<std::size_t>(at.startTagClose) + 1;
     const auto end = static_cast<std::size_t>(at.endTagOpen);
-    const std::wstring_view content = m_text.substr(start, end - start);
-    while (start < end && IsSpace(m_text[start]))
-        ++start;
-    if (start + 11 < end && m_text[start] == L'<' && StartsWith(m_text.substr(start + 1), mark)) {
+    std::int32_t next = at.startTagClose + 1;
+    const std::wstring_view content =
+        m_text.substr(static_cast<std::size_t>(next), end - static_cast<std::size_t>(next));
+    std::wstring_view token;
+    bool quoted = false;
+    NextToken(next, token, quoted); // at least the "<" of the end tag is one
+    const auto start = static_cast<std::size_t>(token.data() - m_text.data());
+    if (StartsWith(token, L"<") && start + 11 < end && StartsWith(m_text.substr(start + 1), mark)) {
         const std::size_t first = start + 1 + mark.size();
         const auto close = static_cast<std::size_t>(Find(L"]]>", static_cast<std::int32_t>(first)));
         if (close < end)

@@ -3,6 +3,8 @@
 #include <catch2/catch.hpp>
 
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -167,4 +169,37 @@ TEST_CASE("DateTime_unset_is_invalid_or_near_zero") {
     CHECK(QxDateTime(5, Status::Null).IsUnset());
     CHECK_FALSE(QxDateTime(second).IsUnset());
     CHECK_FALSE(QxDateTime(-1).IsUnset());
+}
+
+TEST_CASE("DateTime_order_is_that_of_the_points_in_time") {
+    const double ascending[] = {-657434.0, -657434.75, -2.5, -1.0, -1.25, -1.75,     0.0,
+                                -0.25,     0.5,        1.0,  1.25, 40000, 2958465.75};
+    for (const double& a : ascending)
+        for (const double& b : ascending)
+            CHECK(QxDateTime(a).IsAfter(QxDateTime(b)) == (&a > &b));
+    CHECK_FALSE(QxDateTime(-0.25).IsAfter(QxDateTime(0.25))); // the same time of day zero
+    CHECK_FALSE(QxDateTime(0.25).IsAfter(QxDateTime(-0.25)));
+}
+
+TEST_CASE("DateTime_what_is_no_time_has_no_order") {
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const double value : {infinity, -infinity, std::nan(""), 1e300, -1e300, 2958466.0, -657435.0}) {
+        CHECK_FALSE(QxDateTime(value).IsAfter(QxDateTime(5)));
+        CHECK_FALSE(QxDateTime(5).IsAfter(QxDateTime(value)));
+    }
+    for (const Status status : {Status::Invalid, Status::Null}) {
+        CHECK_FALSE(QxDateTime(6, status).IsAfter(QxDateTime(5)));
+        CHECK_FALSE(QxDateTime(6).IsAfter(QxDateTime(5, status)));
+    }
+}
+
+TEST_CASE("DateTime_keeps_every_bit_of_its_value") {
+    for (const unsigned long long bits :
+         {0x7FF0000000000001ull, 0xFFF8000000000000ull, 0x8000000000000000ull, 1ull}) {
+        double value = 0;
+        std::memcpy(&value, &bits, sizeof(value));
+        CHECK(QxDateTime(value).Bits() == bits);
+    }
+    CHECK(Text(QxDateTime(std::numeric_limits<double>::denorm_min())).empty());
+    CHECK(QxDateTime(-0.0).IsUnset());
 }

@@ -215,6 +215,28 @@ TEST_CASE("MatchAttributes_second_paper_stays_unmatched") {
     CHECK(match.unmatchedAttributes == L"A4");
 }
 
+TEST_CASE("MatchAttributes_word_that_stands_twice_is_taken_once_by_its_pair") {
+    const auto twice = CJobContents().MatchAttributes(L"duplex,Draft,Duplex,DUPLEX");
+    CHECK(twice.pageAttributes == L"Duplex,B&W,Draft");
+    CHECK(twice.unmatchedAttributes == L"Duplex,DUPLEX"); // the first one was taken
+    const auto both = CJobContents().MatchAttributes(L"Duplex,Simplex,Duplex");
+    CHECK(both.pageAttributes == L"Simplex,B&W");
+    CHECK(both.unmatchedAttributes == L"Duplex");
+}
+
+TEST_CASE("MatchAttributes_Mono_is_black_and_white_in_exact_case") {
+    CJobContents contents;
+    contents.SetGenerateDefaultPageAttributes(false);
+    CHECK(contents.MatchAttributes(L"Mono").pageAttributes == L"B&W");
+    CHECK(contents.MatchAttributes(L"Mono").unmatchedAttributes == L"");
+    CHECK_FALSE(contents.MatchAttributes(L"Mono").isColor);
+    CHECK(contents.MatchAttributes(L"B&W,Mono").pageAttributes == L"B&W"); // its own word is cut out before
+    CHECK(contents.MatchAttributes(L"Mono,Mono").unmatchedAttributes == L"B&W");
+    const auto lower = contents.MatchAttributes(L"mono");
+    CHECK(lower.pageAttributes == L"");
+    CHECK(lower.unmatchedAttributes == L"mono");
+}
+
 TEST_CASE("MatchAttributes_color_is_a_substring_test_in_exact_case") {
     CHECK(CJobContents().MatchAttributes(L"x,HighColor").isColor);
     CHECK(CJobContents().MatchAttributes(L"x,HighColor").unmatchedAttributes == L"x,High");

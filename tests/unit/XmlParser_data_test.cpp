@@ -61,6 +61,33 @@ TEST_CASE("XmlParser_data_of_a_cdata_section_is_raw") {
     CHECK(DataOf(L"<a><![CDATA[x]>]]></a>") == L"x]>");
 }
 
+TEST_CASE("XmlParser_data_of_a_cdata_section_in_double_quotes_is_found") {
+    CHECK(DataOf(L"<a>\"<![CDATA[A4]]>\"</a>") == L"A4");
+    CHECK(DataOf(L"<a> \r\n\"<![CDATA[<b>&amp;]]>\"</a>") == L"<b>&amp;");
+    CHECK(DataOf(L"<a>\"<![CDATA[A4]]> tail\" more</a>") == L"A4");
+    CHECK(DataOf(L"<a>\"<![CDATA[A\"4]]>\"</a>") == L"A\"4"); // the token's beginning decides
+    CHECK(DataOf(L"<a>\"<![CDATA[A4]]></a>") == L"A4");       // a quote that does not end
+    CHECK(DataOf(L"<a>\"<![CDATA[]]></a>").empty());
+    CHECK(DataOf(L"<a>\"<![CDATA[1]]></a>") == L"1");
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r><n>\"<![CDATA[42]]>\"</n><f>\"<![CDATA[true]]>\"</f></r>"));
+    REQUIRE(parser.FindChildElement(L"n"));
+    CHECK(parser.GetChildNumber() == 42);
+    REQUIRE(parser.FindChildElement(L"f"));
+    CHECK(parser.GetChildFlag());
+}
+
+TEST_CASE("XmlParser_data_with_quotes_that_open_no_cdata_section_is_text") {
+    CHECK(DataOf(L"<a>\"A4\"</a>") == L"\"A4\"");
+    CHECK(DataOf(L"<a>\"</a>") == L"\"");
+    CHECK(DataOf(L"<a>\"\"</a>") == L"\"\"");
+    CHECK(DataOf(L"<a>'<![CDATA[&amp;]]>'</a>") == L"'<![CDATA[&]]>'");
+    CHECK(DataOf(L"<a>\"\"<![CDATA[&amp;]]></a>") == L"\"\"<![CDATA[&]]>"); // an empty token comes first
+    CHECK(DataOf(L"<a>\" <![CDATA[&amp;]]>\"</a>") == L"\" <![CDATA[&]]>\"");
+    CHECK(DataOf(L"<a>\"<![CD\"ATA[&amp;]]></a>") == L"\"<![CD\"ATA[&]]>");
+    CHECK(DataOf(L"<a>&quot;<![CDATA[&amp;]]>&quot;</a>") == L"\"<![CDATA[&]]>\"");
+}
+
 TEST_CASE("XmlParser_data_that_is_no_cdata_section_is_unescaped_text") {
     CHECK(DataOf(L"<a>x<![CDATA[&amp;]]></a>") == L"x<![CDATA[&]]>");
     CHECK(DataOf(L"<a><![CDAT[&amp;]]></a>") == L"<![CDAT[&]]>");

@@ -266,13 +266,17 @@ TEST_CASE("ComError_message_of_the_system_has_no_line_end") {
     }
 }
 
-TEST_CASE("ThrowIfCallFailed_takes_the_objects_information_only_when_it_vouches_for_the_interface") {
+TEST_CASE("CallObject_takes_the_objects_information_only_when_it_vouches_for_the_interface") {
     Session session;
     FailingObject object;
     const ComPtr<IErrorInfo> info = ForeignInfo();
     const auto fail = [&](REFIID iid) {
-        SetErrorInfo(0, info.Get());
-        return RunMethod(source, [&] { ThrowIfCallFailed(E_ABORT, &object, iid); });
+        return RunMethod(source, [&] {
+            CallObject(&object, iid, [&] {
+                SetErrorInfo(0, info.Get());
+                return E_ABORT;
+            });
+        });
     };
     CHECK(fail(IID_IDispatch) == E_ABORT);
     CHECK(TakeInfo().Get() == info.Get());
@@ -283,12 +287,23 @@ TEST_CASE("ThrowIfCallFailed_takes_the_objects_information_only_when_it_vouches_
     CHECK(TakeInfo().Get() != info.Get());
 }
 
-TEST_CASE("ThrowIfCallFailed_success_is_passed_over") {
+TEST_CASE("CallObject_does_not_take_an_earlier_calls_information_for_the_objects") {
+    Session session;
+    FailingObject object;
+    const ComPtr<IErrorInfo> earlier = ForeignInfo();
+    SetErrorInfo(0, earlier.Get());
+    CHECK(RunMethod(source, [&] { CallObject(&object, IID_IDispatch, [] { return E_ABORT; }); }) == E_ABORT);
+    const ComPtr<IErrorInfo> info = TakeInfo();
+    CHECK(info);
+    CHECK(info.Get() != earlier.Get());
+}
+
+TEST_CASE("CallObject_success_is_passed_over") {
     Session session;
     FailingObject object;
     CHECK(RunMethod(source, [&] {
-              ThrowIfCallFailed(S_OK, &object, IID_IDispatch);
-              ThrowIfCallFailed(S_FALSE, &object, IID_IDispatch);
+              CallObject(&object, IID_IDispatch, [] { return S_OK; });
+              CallObject(&object, IID_IDispatch, [] { return S_FALSE; });
               ThrowIfFailed(S_FALSE);
           }) == S_OK);
     CHECK(session.log.TakeLines().empty());
