@@ -28,7 +28,7 @@ HRESULT CCopyLinesImpl::Item(LONG index, ICopyLine** copyLine) {
     return RunMethod(METHOD_SOURCE(Item), [&] {
         QxXmlWriter writer(512);
         m_lines.Line(static_cast<std::size_t>(index)).WriteXml(writer);
-        *copyLine = CreateFilledChild<ICopyLine>(L"Corvane.CopyLine", writer.Text(), IID_ICopyLine).Detach();
+        *copyLine = CreateFilledChild<ICopyLine>(writer.Text()).Detach();
     });
 }
 

@@ -26,7 +26,7 @@ HRESULT CJobContentsImpl::get_JobCopyLines(ICopyLines** pVal) {
     return RunMethod(METHOD_SOURCE(get_JobCopyLines), [&] {
         QxXmlWriter writer(1024);
         m_contents.JobCopyLines().WriteXml(writer);
-        *pVal = CreateFilledChild<ICopyLines>(L"Corvane.CopyLines", writer.Text(), IID_ICopyLines).Detach();
+        *pVal = CreateFilledChild<ICopyLines>(writer.Text()).Detach();
     });
 }
 

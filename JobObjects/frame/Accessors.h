@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ChildClass.h"
 #include "MethodName.h"
 #include "common/Bstr.h"
 #include "common/ErrorReporting.h"
@@ -68,11 +69,11 @@ HRESULT GetChild(Interface** pVal, const ComPtr<Interface>& field) noexcept {
 /// Replaces an optional child. Null, or an object that does not have the interface, clears it; any other
 /// failure of the query leaves it alone and is reported.
 template<class Interface>
-HRESULT PutOptionalChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
-                         const wchar_t* source) noexcept {
+HRESULT PutOptionalChild(ComPtr<Interface>& field, Interface* value, const wchar_t* source) noexcept {
     return RunMethod(source, [&] {
         ComPtr<Interface> child;
-        const HRESULT result = value ? value->QueryInterface(iid, child.PutVoid()) : E_NOINTERFACE;
+        const HRESULT result =
+            value ? value->QueryInterface(ChildClass<Interface>::iid, child.PutVoid()) : E_NOINTERFACE;
         if (result != E_NOINTERFACE)
             ThrowIfFailed(result);
         field = std::move(child);
@@ -81,13 +82,12 @@ HRESULT PutOptionalChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
 
 /// Replaces a required child: null is refused.
 template<class Interface>
-HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
-                         const wchar_t* source) noexcept {
+HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, const wchar_t* source) noexcept {
     if (!value)
         return FailWithoutInfo(E_POINTER);
     return RunMethod(source, [&] {
         ComPtr<Interface> child;
-        ThrowIfFailed(value->QueryInterface(iid, child.PutVoid()));
+        ThrowIfFailed(value->QueryInterface(ChildClass<Interface>::iid, child.PutVoid()));
         field = std::move(child);
     });
 }
@@ -139,14 +139,14 @@ HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, REFIID iid,
         return GetChild(pVal, field);                                                                        \
     }                                                                                                        \
     HRESULT STDMETHODCALLTYPE putter(Interface* newVal) override {                                           \
-        return PutOptionalChild(field, newVal, IID_##Interface, METHOD_SOURCE(putter));                      \
+        return PutOptionalChild(field, newVal, METHOD_SOURCE(putter));                                       \
     }
 #define REQUIRED_CHILD_PROPERTY(getter, putter, Interface, field)                                            \
     HRESULT STDMETHODCALLTYPE getter(Interface** pVal) override {                                            \
         return GetChild(pVal, field);                                                                        \
     }                                                                                                        \
     HRESULT STDMETHODCALLTYPE putter(Interface* newVal) override {                                           \
-        return PutRequiredChild(field, newVal, IID_##Interface, METHOD_SOURCE(putter));                      \
+        return PutRequiredChild(field, newVal, METHOD_SOURCE(putter));                                       \
     }
 
 // The same for a record that wraps a plain one with accessors of its own.

@@ -5,7 +5,7 @@
 
 CPrintJobImpl::CPrintJobImpl()
     : m_version(7, 26), m_jobTimeLocal(Clock::LocalNow()), m_jobTimeUtc(Clock::UtcNow()) {
-    ThrowIfFailed(CreateByProgId(L"Corvane.JobContents", IID_IJobContents, m_jobContents.PutVoid()));
+    m_jobContents = CreateChild<IJobContents>();
 }
 
 HRESULT CPrintJobImpl::get_Xml(BSTR* pVal) {

@@ -28,18 +28,20 @@ std::int32_t Milliseconds(std::wstring_view text) noexcept {
                : 0;
 }
 
-/// Reads an optional child's sub-document into the held child, which is created when there is none. Without
-/// the element the child is released. A child that cannot be created makes the read fail with E_POINTER.
+/// Reads an optional child's sub-document into the held child, which is created if there is none. Without the
+/// element the child is released. If the child cannot be created, callers expect E_POINTER, whatever the
+/// reason.
 template<class Interface>
-void ReadOptionalChild(QxXmlParser& parser, ChildReader& children, XmlName name, const wchar_t* progId,
-                       REFIID iid, ComPtr<Interface>& child) {
+void ReadOptionalChild(const QxXmlParser& parser, ChildReader& children, XmlName name,
+                       ComPtr<Interface>& child) {
     if (!children.Find(name)) {
         child = {};
         return;
     }
-    if (!child)
-        CreateByProgId(progId, iid, child.PutVoid());
-    PutChildXml(child, parser.GetChildSubDocument(), iid);
+    if (!child &&
+        FAILED(CreateByProgId(ChildClass<Interface>::progId, ChildClass<Interface>::iid, child.PutVoid())))
+        throw ComError(E_POINTER);
+    PutChildXml(child, parser.GetChildSubDocument());
 }
 
 } // namespace
@@ -183,19 +185,19 @@ void CPrintJobImpl::ReadToner(QxXmlParser& parser, ChildReader& children) {
 }
 
 void CPrintJobImpl::WriteChildren(QxXmlWriter& writer) const {
-    writer.Raw(GetChildXml(m_jobContents, IID_IJobContents).View());
+    writer.Raw(GetChildXml(m_jobContents).View());
     WritePageCounterInfo(writer);
     if (m_windowsPrintInfo)
-        writer.Raw(GetChildXml(m_windowsPrintInfo, IID_IWindowsPrintInfo).View());
+        writer.Raw(GetChildXml(m_windowsPrintInfo).View());
     if (m_version >= policyResultsVersion && m_policyResults)
-        writer.Raw(GetChildXml(m_policyResults, IID_IPolicyResults).View());
+        writer.Raw(GetChildXml(m_policyResults).View());
 }
 
 void CPrintJobImpl::WritePageCounterInfo(QxXmlWriter& writer) const {
     writer.OpenStartTag(L"PageCounterInfo");
     writer.CloseStartTag();
     if (m_pageCounterJobContents)
-        writer.Raw(GetChildXml(m_pageCounterJobContents, IID_IJobContents).View());
+        writer.Raw(GetChildXml(m_pageCounterJobContents).View());
     writer.Element(L"PageCounterErrorMessage", m_pageCounterErrorMessage);
     writer.Element(L"PageCounterResult", m_pageCounterResult);
     writer.EndTag(L"PageCounterInfo");
@@ -204,11 +206,9 @@ void CPrintJobImpl::WritePageCounterInfo(QxXmlWriter& writer) const {
 void CPrintJobImpl::ReadChildren(QxXmlParser& parser, ChildReader& children) {
     ReadJobContents(parser, children);
     ReadPageCounterInfo(parser, children);
-    ReadOptionalChild(parser, children, L"WindowsPrintInfo", L"Corvane.WindowsPrintInfo",
-                      IID_IWindowsPrintInfo, m_windowsPrintInfo);
+    ReadOptionalChild(parser, children, L"WindowsPrintInfo", m_windowsPrintInfo);
     if (m_version >= policyResultsVersion)
-        ReadOptionalChild(parser, children, L"PolicyResults", L"Corvane.PolicyResults", IID_IPolicyResults,
-                          m_policyResults);
+        ReadOptionalChild(parser, children, L"PolicyResults", m_policyResults);
     else
         m_policyResults = {};
 }
@@ -218,9 +218,9 @@ void CPrintJobImpl::ReadJobContents(const QxXmlParser& parser, ChildReader& chil
     if (!present)
         m_jobContents = {};
     if (!m_jobContents)
-        ThrowIfFailed(CreateByProgId(L"Corvane.JobContents", IID_IJobContents, m_jobContents.PutVoid()));
+        m_jobContents = CreateChild<IJobContents>();
     if (present)
-        PutChildXml(m_jobContents, parser.GetChildSubDocument(), IID_IJobContents);
+        PutChildXml(m_jobContents, parser.GetChildSubDocument());
 }
 
 void CPrintJobImpl::ReadPageCounterInfo(QxXmlParser& parser, ChildReader& children) {
@@ -236,9 +236,8 @@ void CPrintJobImpl::ReadPageCounterInfo(QxXmlParser& parser, ChildReader& childr
         m_pageCounterJobContents = {};
     } else {
         if (!m_pageCounterJobContents)
-            ThrowIfFailed(
-                CreateByProgId(L"Corvane.JobContents", IID_IJobContents, m_pageCounterJobContents.PutVoid()));
-        PutChildXml(m_pageCounterJobContents, parser.GetChildSubDocument(), IID_IJobContents);
+            m_pageCounterJobContents = CreateChild<IJobContents>();
+        PutChildXml(m_pageCounterJobContents, parser.GetChildSubDocument());
     }
     m_pageCounterErrorMessage = info.Text(L"PageCounterErrorMessage");
     m_pageCounterResult = info.Text(L"PageCounterResult");

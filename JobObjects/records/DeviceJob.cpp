@@ -18,26 +18,25 @@ constexpr Element<DeviceJob> DeviceJob::s_sharedElements[] = {
 
 DeviceJob::DeviceJob(const QxVersion& initialVersion)
     : m_version(initialVersion), m_jobTimeLocal(Clock::LocalNow()) {
-    ThrowIfFailed(CreateByProgId(L"Corvane.JobContents", IID_IJobContents, m_jobContents.PutVoid()));
+    m_jobContents = CreateChild<IJobContents>();
 }
 
 void DeviceJob::WriteChildren(QxXmlWriter& writer) const {
-    writer.Raw(GetChildXml(m_jobContents, IID_IJobContents).View());
+    writer.Raw(GetChildXml(m_jobContents).View());
     if (m_version >= policyResultsVersion && m_policyResults)
-        writer.Raw(GetChildXml(m_policyResults, IID_IPolicyResults).View());
+        writer.Raw(GetChildXml(m_policyResults).View());
 }
 
 void DeviceJob::ReadChildren(const QxXmlParser& parser, ChildReader& children) {
     if (!children.Find(L"JobContents"))
         throw QxException(L"JobContents element is missing.");
-    PutChildXml(m_jobContents, parser.GetChildSubDocument(), IID_IJobContents);
+    PutChildXml(m_jobContents, parser.GetChildSubDocument());
 
     if (m_version < policyResultsVersion || !children.Find(L"PolicyResults")) {
         m_policyResults = {};
         return;
     }
     if (!m_policyResults)
-        ThrowIfFailed(
-            CreateByProgId(L"Corvane.PolicyResults", IID_IPolicyResults, m_policyResults.PutVoid()));
-    PutChildXml(m_policyResults, parser.GetChildSubDocument(), IID_IPolicyResults);
+        m_policyResults = CreateChild<IPolicyResults>();
+    PutChildXml(m_policyResults, parser.GetChildSubDocument());
 }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "JobObjects.h"
+
+/// A class that records hold as a child: how it is created and what it is asked for.
+template<class Interface>
+struct ChildClass;
+
+#define CHILD_CLASS(Name)                                                                                    \
+    template<>                                                                                               \
+    struct ChildClass<I##Name> {                                                                             \
+        static constexpr const wchar_t* progId = L"Corvane." #Name;                                          \
+        static constexpr const IID& iid = IID_I##Name;                                                       \
+    };
+CHILD_CLASS(CopyLine)
+CHILD_CLASS(CopyLines)
+CHILD_CLASS(JobContents)
+CHILD_CLASS(PolicyResults)
+CHILD_CLASS(WindowsPrintInfo)
+#undef CHILD_CLASS
