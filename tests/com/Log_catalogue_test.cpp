@@ -201,6 +201,44 @@ TEST_CASE("Log_unresolved_words_and_codes_are_named") {
                L"Both attributes of a pair were present ('Simplex','Duplex'), using Default.\r\n");
 }
 
+TEST_CASE("Log_methods_that_take_words_leave_unknown_ones_out_silently") {
+    LogSession session;
+    session.Enable();
+    const auto contents = CreateJobContents();
+    const UniqueBstr words(L"Napkin,Shiny,Glue,Braille");
+    CHECK_HR(contents->GenerateContentsFromPageCounterInfo(words.Get(), 1, 1, 1, 1), S_OK);
+    UniqueBstr page;
+    CHECK_HR(
+        contents->GenerateGeneralContentsFromPageCounterInfo(words.Get(), 1, 1, VARIANT_FALSE, page.Put()),
+        S_OK);
+    CHECK_TEXT(page.View(), L"Simplex,B&W");
+    CHECK_HR(contents->GenerateCopyLineFromPageCounterInfo(words.Get(), 1, 0, 0, 1), S_OK);
+    UniqueBstr texts[6];
+    VARIANT_BOOL flag = VARIANT_TRUE;
+    const auto match = [&](const wchar_t* attributes) {
+        return contents->MatchAttributes(UniqueBstr(attributes).Get(), texts[0].Put(), texts[1].Put(),
+                                         texts[2].Put(), texts[3].Put(), texts[4].Put(), &flag,
+                                         texts[5].Put());
+    };
+    CHECK_HR(match(L"Napkin,Shiny,Glue,Braille"), S_OK);
+    CHECK_TEXT(texts[5].View(), words.View());
+    CHECK_HR(contents->DoAttributesMatch(words.Get(), texts[5].Put(), &flag), S_OK);
+    CHECK_TEXT(texts[5].View(), words.View());
+    CHECK(flag == VARIANT_FALSE);
+    // Unknown bits beside known ones are left out in the same way.
+    CHECK_HR(
+        contents->GenerateContentsFromDBInfo(UniqueBstr(L"1,1,1,1,1073741825").Get(), 1, 1, 1, (1 << 30) | 1),
+        S_OK);
+    CHECK_TEXT(session.TakeText(), L"");
+
+    const std::wstring both =
+        L"Both attributes of a pair were present ('Simplex','Duplex'), using Default.\r\n";
+    CHECK_HR(match(L"Duplex,Simplex"), S_OK);
+    CHECK_TEXT(session.TakeText(), both);
+    CHECK_HR(contents->DoAttributesMatch(UniqueBstr(L"Duplex,Simplex").Get(), texts[5].Put(), &flag), S_OK);
+    CHECK_TEXT(session.TakeText(), both);
+}
+
 TEST_CASE("Log_known_words_and_empty_texts_are_not_mentioned") {
     LogSession session;
     session.Enable();

@@ -21,6 +21,8 @@ Sub RunTests()
     CopyLine_in_the_older_form_is_read
     Xml_is_read_as_it_was_written
     IsPdlEMF_looks_for_capital_letters
+    Typed_results_do_not_fit_a_scripts_arguments
+    Unknown_words_are_found_by_their_codes
 End Sub
 
 Function NewContents()
@@ -291,4 +293,41 @@ Sub IsPdlEMF_looks_for_capital_letters()
     CheckEqual contents.IsPdlEMF, True
     contents.JobPdl = "emf"
     CheckEqual contents.IsPdlEMF, False
+End Sub
+
+Sub Typed_results_do_not_fit_a_scripts_arguments()
+    Dim contents, paper, dimensions, pdl, finishing, page, colour, left
+    Test "Typed_results_do_not_fit_a_scripts_arguments"
+    Set contents = NewContents()
+    On Error Resume Next
+    left = contents.MatchAttributes("A4,Hologram", paper, dimensions, pdl, finishing, page, colour)
+    CheckEqual Err.Number, CLng(13) ' type mismatch
+    Err.Clear
+    contents.DoAttributesMatch "A4,Hologram", left
+    CheckEqual Err.Number, CLng(13) ' type mismatch
+    Err.Clear
+End Sub
+
+Sub Unknown_words_are_found_by_their_codes()
+    Dim line, contents, defaultPdl
+    Test "Unknown_words_are_found_by_their_codes"
+    Set line = CreateObject("Corvane.CopyLine")
+    line.PaperSize = "Hologram"
+    CheckEqual line.DBPaperSize, CLng(0)
+    line.PaperSize = "A4"
+    CheckEqual line.DBPaperSize <> 0, True
+    line.Attributes = "Hologram"
+    CheckEqual line.DBAttributes, CLng(0)
+    line.Attributes = "Duplex"
+    CheckEqual line.DBAttributes <> 0, True
+    Set contents = NewContents()
+    contents.JobFinishing = "Hologram"
+    CheckEqual contents.DBFinishing, CLng(0)
+    contents.JobFinishing = "Staple"
+    CheckEqual contents.DBFinishing <> 0, True
+    defaultPdl = contents.DBPdl
+    contents.JobPdl = "Hologram"
+    CheckEqual contents.DBPdl, defaultPdl
+    contents.JobPdl = "PDF"
+    CheckEqual contents.DBPdl <> defaultPdl, True
 End Sub
