@@ -16,7 +16,7 @@ EXECUTE, WRITE = 0x20000000, 0x80000000
 IMPORT_DIRECTORY, RELOCATION_DIRECTORY = 1, 5
 EXPORTS = ["DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"]
 # Parts of every Windows. The C runtime's files are the system's own, msvcrt.dll, and no compiler's.
-LIBRARIES = ["advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "user32.dll"]
+LIBRARIES = ["advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll"]
 
 
 class Image:
