@@ -14,10 +14,10 @@ constexpr unsigned blockSize = 16;
 
 std::wstring_view Block(unsigned number) noexcept {
     const HMODULE module = TheModule().Instance();
-    const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(number), RT_STRING);
+    HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(number), RT_STRING);
     if (!resource)
         return {};
-    const HGLOBAL loaded = LoadResource(module, resource);
+    HGLOBAL loaded = LoadResource(module, resource);
     if (!loaded)
         return {};
     return {static_cast<const wchar_t*>(LockResource(loaded)),
