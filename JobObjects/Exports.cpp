@@ -3,7 +3,6 @@
 #include "CJobObjectsApp.h"
 #include "CJobObjectsModule.h"
 #include "Registration.h"
-#include "RuntimeUnload.h"
 
 #include <windows.h>
 #include <olectl.h>
@@ -17,10 +16,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEn
         DisableThreadLibraryCalls(instance);
         return app.InitInstance(instance);
     }
-    if (reason == DLL_PROCESS_DETACH && !processEnds) {
+    if (reason == DLL_PROCESS_DETACH && !processEnds)
         app.ExitInstance();
-        ReleaseRuntime();
-    }
     return TRUE;
 }
 

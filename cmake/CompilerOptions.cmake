@@ -31,6 +31,7 @@ endif()
 add_library(product_options INTERFACE)
 target_link_libraries(product_options INTERFACE jobobjects_options)
 if(MINGW)
-    # Notices when a buffer on the stack was overrun; see common/StackGuard.cpp.
+    # Ends the process when a buffer on the stack was overrun.
     target_compile_options(product_options INTERFACE -fstack-protector-strong)
+    target_link_libraries(product_options INTERFACE stack_guard)
 endif()

@@ -27,7 +27,7 @@ lint_one() {
 export -f lint_one
 
 if [ $# = 0 ]; then
-    mapfile -t files < <(git ls-files 'common/*.cpp' 'JobObjects/*.cpp' 'tools/*.cpp')
+    mapfile -t files < <(git ls-files 'common/*.cpp' 'JobObjects/*.cpp' 'runtime/*.cpp' 'tools/*.cpp')
 else
     files=("$@")
 fi

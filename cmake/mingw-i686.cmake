@@ -1,5 +1,5 @@
-# 32-bit Windows, GCC with the win32 thread model: its runtime can be unloaded cleanly (see
-# JobObjects/RuntimeUnload.cpp), the posix model's cannot.
+# 32-bit Windows, GCC with the win32 thread model: with runtime/ its static runtime unloads without a trace, the posix
+# model's leaks thread-local slots and handles.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86)
 set(CMAKE_CXX_COMPILER i686-w64-mingw32-g++-win32)

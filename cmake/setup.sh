@@ -10,6 +10,8 @@ packages=(
     wixl msitools faketime
     # Native build of the platform-neutral code, and the unit test framework.
     g++ catch2
+    # Hosts with the shared runtime of the other thread model.
+    g++-mingw-w64-i686-posix
     # 32-bit Wine runs the tests and the demo.
     wine wine64 wine32:i386
     # Free Pascal and its sources, from which the tests build a late-bound Windows client.

@@ -2,9 +2,37 @@
 
 #include "ServerModule.h"
 
+#include <windows.h>
+
+// Not LoadString: it is in user32, which a service has no other use for and which a process without access to
+// the window system cannot load.
+
+namespace {
+
+/// String tables are stored in blocks of this many texts, each text as its length and its characters.
+constexpr unsigned blockSize = 16;
+
+std::wstring_view Block(unsigned number) noexcept {
+    const HMODULE module = OwnModule().Instance();
+    HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(number), RT_STRING);
+    if (!resource)
+        return {};
+    HGLOBAL loaded = LoadResource(module, resource);
+    if (!loaded)
+        return {};
+    return {static_cast<const wchar_t*>(LockResource(loaded)),
+            SizeofResource(module, resource) / sizeof(wchar_t)};
+}
+
+} // namespace
+
 std::wstring_view LoadResourceString(ResourceString id) noexcept {
-    const wchar_t* text = nullptr;
-    // With no room given, LoadString hands out a pointer into the resource instead of copying it.
-    const int length = LoadStringW(OwnModule().Instance(), id, reinterpret_cast<wchar_t*>(&text), 0);
-    return length > 0 ? std::wstring_view(text, static_cast<std::size_t>(length)) : std::wstring_view();
+    std::wstring_view block = Block(id / blockSize + 1); // numbered from 1
+    for (unsigned skipped = 0; !block.empty(); ++skipped) {
+        const std::wstring_view text = block.substr(1, block.front());
+        if (skipped == id % blockSize)
+            return text;
+        block.remove_prefix(1 + text.size());
+    }
+    return {};
 }

@@ -32,8 +32,6 @@ struct FaultSubject {
     std::function<void(const FaultRun&)> check; ///< after each run, the last one included
     std::function<void()> cleanUp;              ///< before the library's blocks are counted; may be empty
     bool countsTexts = true;                    ///< false where the library frees texts that others made
-    /// Blocks that a failure leaves behind for good; empty where none may.
-    std::function<long(const FaultRun&)> blocksLost = {};
 };
 
 /// Every stride-th call fails in its turn. Returns the number of runs in which a call failed. Each run has to

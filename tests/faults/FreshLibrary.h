@@ -27,10 +27,5 @@ private:
 void UseAndFail(const LibraryClass& of);
 
 /// Does the work with the faults in each of the two modes; when everything is run, twice, and the second time
-/// has to leave nothing behind in the process but for blocks that are known to be lost. Returns the number of
-/// faults of one time.
-std::size_t RunWithoutGrowth(const std::function<std::size_t(FaultMode)>& work, std::size_t blocksLost = 0);
-
-/// For runs in which the library is loaded. Without memory for its list of what to do on unloading, which it
-/// makes first of all, the runtime loses one block then: its sorted table of exception handlers.
-long BlocksLostInLoading(const FaultRun& run);
+/// has to leave nothing behind in the process. Returns the number of faults of one time.
+std::size_t RunWithoutGrowth(const std::function<std::size_t(FaultMode)>& work);

@@ -34,7 +34,6 @@ Failure GiveBackFails(DWORD value, DWORD lastError) {
 
 constexpr char logOnly[] = "only the log needs it, and the log never disturbs its caller";
 constexpr char catalogueOnly[] = "a catalogue that cannot be read is logged and tried again";
-constexpr char runtimeStart[] = "the runtime does without it";
 constexpr DWORD none = 0;
 
 // The memory of the C runtime, with the ledger of what is in use.
@@ -126,9 +125,6 @@ HMODULE WINAPI GetModule(const wchar_t* name) {
     return originalGetModuleHandle(name);
 }
 
-decltype(&GetProcAddress) originalGetProcAddress;
-FARPROC WINAPI FindFunction(HMODULE module, const char* name);
-
 #define FAILS(function, ...) Fails<#function, decltype(&function)>(__VA_ARGS__)
 
 const std::vector<Import>& FallibleImports() {
@@ -147,6 +143,7 @@ const std::vector<Import>& FallibleImports() {
         FAILS(RegQueryValueExW, Absorbed(ERROR_NOT_ENOUGH_MEMORY, none, logOnly)),
         FAILS(RegSetValueExW, RegistryFails(ERROR_REGISTRY_IO_FAILED)),
 
+        FAILS(CloseHandle, GiveBackFails(FALSE, ERROR_INVALID_HANDLE)),
         FAILS(CreateFileW, Absorbed(static_cast<DWORD>(-1), ERROR_TOO_MANY_OPEN_FILES, logOnly)),
         FAILS(FlushFileBuffers, Absorbed(FALSE, ERROR_DISK_FULL, logOnly)),
         FAILS(FormatMessageW, Absorbed(0, ERROR_MR_MID_NOT_FOUND, "a substitute text stands in")),
@@ -183,16 +180,8 @@ const std::vector<Import>& FallibleImports() {
         FAILS(RegisterTypeLib, FailsWith(TYPE_E_REGISTRYACCESS)),
         FAILS(UnRegisterTypeLib, FailsWith(TYPE_E_CANTCREATETMPFILE)),
 
-        FAILS(LoadStringW, Absorbed(0, ERROR_RESOURCE_DATA_NOT_FOUND, "a text stays empty")),
-    };
-    return imports;
-}
-
-/// Functions that the library finds by their names.
-const std::vector<Import>& ImportsByName() {
-    static const std::vector<Import> imports = {
-        FAILS(CreateSemaphoreW, Absorbed(0, ERROR_NO_SYSTEM_RESOURCES, runtimeStart)),
-        FAILS(CloseHandle, GiveBackFails(FALSE, ERROR_INVALID_HANDLE)),
+        FAILS(FindResourceW, Absorbed(0, ERROR_RESOURCE_NAME_NOT_FOUND, "a text stays empty")),
+        FAILS(LoadResource, Absorbed(0, ERROR_RESOURCE_DATA_NOT_FOUND, "a text stays empty")),
     };
     return imports;
 }
@@ -205,19 +194,13 @@ const std::vector<Import>& InfallibleImports() {
     static const std::vector<Import> imports = {
         {"free", Address(Free), Set<&originalFree>, {}, giveBack},
         {"SysFreeString", Address(FreeText), Set<&originalFreeText>, {}, giveBack},
-        {"GetProcAddress",
-         Address(FindFunction),
-         Set<&originalGetProcAddress>,
-         {},
-         "the functions asked for are there in every system"},
+        CannotFail("GetProcAddress", "the functions asked for are there in every system"),
         CannotFail("AcquireSRWLockExclusive", lock),
         CannotFail("ReleaseSRWLockExclusive", lock),
         CannotFail("InitializeCriticalSection", lock),
         CannotFail("EnterCriticalSection", lock),
         CannotFail("LeaveCriticalSection", lock),
         CannotFail("DeleteCriticalSection", lock),
-        CannotFail("ReleaseSemaphore", "called on a semaphore that a thread waits for"),
-        CannotFail("WaitForSingleObject", "called on a semaphore that is held until it is released"),
         CannotFail("_lock", lock),
         CannotFail("_unlock", lock),
         CannotFail("DecodePointer", compute),
@@ -225,7 +208,8 @@ const std::vector<Import>& InfallibleImports() {
         CannotFail("GetCurrentProcessId", reader),
         CannotFail("GetCurrentThreadId", reader),
         CannotFail("GetLastError", reader),
-        CannotFail("GetModuleHandleA", "asked for a shared runtime that is not there: null is the answer"),
+        CannotFail("LockResource", "gives the address of a loaded resource"),
+        CannotFail("SizeofResource", "the resource is one that was found"),
         CannotFail("GetLocalTime", reader),
         CannotFail("GetSystemTime", reader),
         CannotFail("GetSystemTimeAsFileTime", reader),
@@ -265,8 +249,6 @@ const std::vector<Import>& UncalledImports() {
     static const std::vector<Import> imports = {
         NotCalled<"abort">(fatal),
         NotCalled<"_amsg_exit">(fatal),
-        NotCalled<"TerminateProcess">(fatal),
-        NotCalled<"GetCurrentProcess">(fatal),
         NotCalled<"fwprintf">(output),
         NotCalled<"vfprintf">(output),
         NotCalled<"fputwc">(output),
@@ -278,9 +260,7 @@ const std::vector<Import>& UncalledImports() {
         NotCalled<"atoi">(unused),
         NotCalled<"_read">(unused),
         NotCalled<"_close">(unused),
-        NotCalled<"LoadLibraryA">(unused),
         NotCalled<"LoadLibraryW">(unused),
-        NotCalled<"FreeLibrary">(unused),
         NotCalled<"VirtualProtect">(unused),
         NotCalled<"VirtualQuery">(unused),
     };
@@ -298,14 +278,6 @@ void* Lead(const Import& import, void* address) {
     if (import.setOriginal)
         import.setOriginal(address);
     return import.replacement ? import.replacement : address;
-}
-
-FARPROC WINAPI FindFunction(HMODULE module, const char* name) {
-    const FARPROC address = originalGetProcAddress(module, name);
-    const Import* import = Find(ImportsByName(), name);
-    if (!import || !address)
-        return address;
-    return reinterpret_cast<FARPROC>(Lead(*import, reinterpret_cast<void*>(address)));
 }
 
 template<class Visitor>

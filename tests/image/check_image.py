@@ -14,9 +14,11 @@ DLL_FLAGS = {"loads at any address": 0x0040, "data is not executable": 0x0100, "
 RELOCATIONS_STRIPPED = 0x0001
 EXECUTE, WRITE = 0x20000000, 0x80000000
 IMPORT_DIRECTORY, RELOCATION_DIRECTORY = 1, 5
+# How the start of a function is written in the unwind tables: runtime/RuntimeFrames.cpp knows these.
+ABSOLUTE, RELATIVE_TO_FIELD = 0x00, 0x1B
 EXPORTS = ["DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"]
 # Parts of every Windows. The C runtime's files are the system's own, msvcrt.dll, and no compiler's.
-LIBRARIES = ["advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "user32.dll"]
+LIBRARIES = ["advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll"]
 
 
 class Image:
@@ -32,9 +34,12 @@ class Image:
         optional = header + 24
         if machine != 0x14C or self.number("<H", optional) != 0x10B:
             raise ValueError("not a file for 32-bit Windows")
+        self.base = self.number("<I", optional + 28)
         self.dll_flags = self.number("<H", optional + 70)
         self.directories = [struct.unpack_from("<II", data, optional + 96 + 8 * i)
                             for i in range(self.number("<I", optional + 92))]
+        symbols, symbol_count = struct.unpack_from("<II", data, header + 12)
+        self.long_names = symbols + 18 * symbol_count
         self.sections = [self.section(optional + optional_size + 40 * i) for i in range(count)]
 
     def number(self, form, offset):
@@ -42,6 +47,9 @@ class Image:
 
     def section(self, offset):
         name = self.data[offset:offset + 8].rstrip(b"\0").decode()
+        if name.startswith("/"): # an offset into the table of long names
+            start = self.long_names + int(name[1:])
+            name = self.data[start:self.data.index(b"\0", start)].decode()
         size, address, raw_size, raw = struct.unpack_from("<IIII", self.data, offset + 8)
         return name, address, max(size, raw_size), raw, self.number("<I", offset + 36)
 
@@ -67,6 +75,54 @@ class Image:
         return [self.text(self.number("<I", names + 4 * i)) for i in range(self.number("<I", directory + 24))]
 
 
+class Frames:
+    """The unwind tables of an image."""
+
+    def __init__(self, image):
+        self.image = image
+        self.start, size, self.raw = next((start, size, raw) for name, start, size, raw, _ in image.sections
+                                          if name == ".eh_frame")
+        self.end = self.raw + size
+
+    def functions(self):
+        """Start, size and encoding of each described function; what is not understood raises an exception."""
+        offset = self.raw
+        while offset + 8 <= self.end:
+            length, common = struct.unpack_from("<II", self.image.data, offset)
+            if length and common:
+                value, size = struct.unpack_from("<iI", self.image.data, offset + 8)
+                encoding = self.encoding(offset + 4 - common)
+                field = offset + 8 - self.raw + self.start
+                value += field if encoding == RELATIVE_TO_FIELD else -self.image.base
+                yield value, size, encoding
+            offset += 4 + length
+        if offset > self.end:
+            raise ValueError(f"unwind tables end {offset - self.end} bytes behind their section")
+
+    def encoding(self, offset):
+        data = self.image.data
+        length, zero, version = struct.unpack_from("<IIB", data, offset)
+        letters = data[offset + 9:data.index(b"\0", offset + 9)].decode()
+        if zero or version != 1 or letters not in ("", "zR", "zPR", "zPLR"):
+            raise ValueError(f"unwind table of version {version} with the letters {letters!r}")
+        # Behind alignments, return address register and length, one byte each: handler, language data, start.
+        values = data[offset + 9 + len(letters) + 1 + 4:offset + 4 + length]
+        return values[{"zR": 0, "zPR": 5, "zPLR": 6}[letters]] if letters else ABSOLUTE
+
+
+def frame_findings(image):
+    text, text_size = next((start, size) for name, start, size, _, _ in image.sections if name == ".text")
+    functions = list(Frames(image).functions())
+    print(f"{len(functions)} functions in the unwind tables")
+    if len(functions) < 1000:
+        yield f"the unwind tables describe {len(functions)} functions only"
+    for start, size, encoding in functions:
+        if encoding not in (ABSOLUTE, RELATIVE_TO_FIELD):
+            yield f"unwind table with the encoding {encoding:#04x}"
+        elif not text <= start <= start + size <= text + text_size:
+            yield f"unwind table of a function outside the code, at {start:#x}"
+
+
 def findings(image, size):
     for what, flag in DLL_FLAGS.items():
         if not image.dll_flags & flag:
@@ -82,6 +138,7 @@ def findings(image, size):
         yield f"imports from {name}"
     if image.exports() != EXPORTS:
         yield f"exports {image.exports()}"
+    yield from frame_findings(image)
     if size >= MAX_SIZE:
         yield f"{size} bytes without symbols, allowed are fewer than {MAX_SIZE}"
 

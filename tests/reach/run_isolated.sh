@@ -2,7 +2,7 @@
 # Runs a test program in a new Wine prefix of its own, for tests that need a registry to themselves or leave a
 # process behind:
 #
-#   run_isolated.sh <prefix> <library to register, or nothing: ""> <program> [argument...]
+#   run_isolated.sh <prefix> <library to register, or "no"> <program> [argument...]
 #
 # The prefix is made afresh for each run: Wine's marshaller registers a type library that it finds through a
 # manifest.
@@ -22,7 +22,7 @@ mkdir -p "$WINEPREFIX"
 
 run() {
     start_wine &&
-        { [ -z "$library" ] || "$wine" regsvr32 /s "$(windows_path "$library")"; } &&
+        { [ "$library" = no ] || "$wine" regsvr32 /s "$(windows_path "$library")"; } &&
         "$wine" "$@"
 }
 

@@ -1,10 +1,11 @@
-#include <cstddef> // says whose runtime this is
+#include <cstddef> // defines __GLIBCXX__
 
 #if defined(__MINGW32__) && defined(__GLIBCXX__)
 
-// What -fstack-protector-strong calls for. The compiler's own version loads a provider of random numbers
-// before the library's first line runs, which must not happen while the system holds its loader lock. This
-// one mixes what differs from process to process and costs nothing to ask.
+// What -fstack-protector-strong needs. The compiler's own version loads the system's provider of random
+// numbers before the library's first line runs, while the system holds its loader lock. This one mixes values
+// that differ from process to process and cost nothing to read. This file itself is compiled without the
+// protector: the function that sets the guard value would take the new value for an overrun.
 
 #include <windows.h>
 
@@ -13,7 +14,7 @@
 
 namespace {
 
-/// At least as far apart as their inputs: multiplication by an odd number loses nothing.
+/// Loses nothing of its inputs: multiplication by an odd number can be undone.
 std::uint32_t Mixed(std::uint32_t value, std::uint32_t more) noexcept {
     value = (value ^ more) * 0x9E3779B1u;
     return value ^ value >> 15;
@@ -30,7 +31,7 @@ std::uint32_t ProcessValue(const void* somewhere) noexcept {
           static_cast<std::uint32_t>(GetCurrentProcessId()), static_cast<std::uint32_t>(GetCurrentThreadId()),
           static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(somewhere))})
         value = Mixed(value, more);
-    // The zero byte ends a text that is copied over the end of its buffer.
+    // The zero byte stops a text that overruns its buffer from writing the value.
     return value << 8;
 }
 
@@ -42,16 +43,16 @@ extern "C" {
 std::uintptr_t __stack_chk_guard = 0xFF0A0D00;
 // NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 [[noreturn]] void __stack_chk_fail() {
-    // At once: whoever overwrote the stack may have overwritten whatever else would run.
-    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(STATUS_STACK_BUFFER_OVERRUN));
-    __builtin_trap();
+    // The system's fast-fail: a crash report, and no more code of a process whose stack is damaged.
+    __asm__ volatile("int $0x29" : : "c"(FAST_FAIL_STACK_COOKIE_CHECK_FAILURE));
+    __builtin_unreachable();
 }
 }
 
 namespace {
 
-// Runs before any protected function: one that is under way would take the new value for an overrun.
-[[gnu::constructor, gnu::no_stack_protector]] void SetStackGuard() noexcept {
+// A constructor: runs before every other function of the library that has a buffer.
+[[gnu::constructor]] void SetStackGuard() noexcept {
     __stack_chk_guard = ProcessValue(__builtin_frame_address(0));
 }
 

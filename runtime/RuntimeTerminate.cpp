@@ -1,10 +1,10 @@
-#include <cstddef> // says whose runtime this is
+#include <cstddef> // defines __GLIBCXX__
 
 #if defined(__MINGW32__) && defined(__GLIBCXX__)
 
-// When an exception has nowhere to go, GCC's runtime first prints the exception's type to the standard error
-// output. A library has no business there, and the decoder of type names that this takes would be a tenth of
-// the library. So it ends the process as other runtimes do.
+// Ends the process for an exception without a handler, as other runtimes do. GCC's own handler first prints
+// the exception's type to the standard error output, which belongs to the host, and brings the decoder of
+// type names with it: a tenth of the library.
 
 #include <cstdlib>
 

@@ -1,15 +1,14 @@
-// Exceptions when there is no memory.
+#include "Unwinding.h"
+
+#ifdef RUNTIME_UNWINDS_BY_TABLES
+
+// Throws without memory.
 //
-// A failure for want of memory is reported to the caller like any other, and it travels as an exception. But
-// GCC's static runtime needs memory for the first exception of each thread, and for every one when it could
-// not set its reserve aside while the library was loaded; without it the runtime ends the process, which is
-// the host's. So the library brings the five functions itself through which the runtime takes that memory:
-// the state of a thread lies in the block that the loader makes for each thread of the process, and
-// exceptions have a reserve inside the library.
-
-#include <cstddef> // says whose runtime this is
-
-#if defined(__MINGW32__) && defined(__GLIBCXX__)
+// Out of memory is thrown like any other failure. GCC's static runtime allocates for the first exception of
+// each thread, and for every exception when it could not allocate its reserve while the library was loaded;
+// if that fails, it ends the process. The functions here replace the ones that allocate: the state of a
+// thread is in the block that the loader makes for each thread, and exceptions have a reserve inside the
+// library.
 
 #include <windows.h>
 
@@ -22,21 +21,19 @@
 
 namespace {
 
-/// What a thread knows of its exceptions, as the C++ ABI of the compiler lays it out; the runtime works on
-/// it.
+/// The exceptions of a thread, as the compiler's C++ ABI lays them out. The runtime reads and writes it.
 struct ThreadState {
     void* caught;
     unsigned int uncaught;
 };
 
-/// In the section from which the loader copies a block for each thread.
+/// In the section that the loader copies for each thread.
 [[gnu::section(".tls$exceptions"), gnu::used]] ThreadState initialState{};
 
-/// The runtime's own data lies before the object that is thrown. It takes some 80 bytes; the rest is to
-/// spare.
+/// Room for the runtime's own data before the thrown object: 80 bytes, and some to spare.
 constexpr std::size_t headerSize = 128;
 
-/// For exceptions when the heap gives nothing. Each one that is being handled takes a place.
+/// Blocks for exceptions when malloc fails: one for each exception that is being handled.
 class Reserve {
 public:
     static constexpr std::size_t placeSize = 256;
@@ -47,7 +44,7 @@ public:
                 return m_places[i].bytes;
         return nullptr;
     }
-    /// False if the block is none of the reserve's.
+    /// False for a block from the heap.
     bool GiveBack(const void* block) noexcept {
         for (std::size_t i = 0; i < m_places.size(); ++i)
             if (block == m_places[i].bytes) {
@@ -72,11 +69,11 @@ constinit Reserve reserve;
 // The linker's and the runtime's names. NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" {
 
-extern char _tls_start;  // what the loader's blocks are copied from
-extern ULONG _tls_index; // of this library among all that have a block
+extern char _tls_start;  // the section that the loader copies
+extern ULONG _tls_index; // of this library's copy among those of a thread
 
 ThreadState* __cxa_get_globals_fast() noexcept {
-    char** blocks = nullptr; // the thread's, one for each library, from the thread's environment block
+    char** blocks = nullptr; // one for each library, from the thread's environment block
     __asm__("movl %%fs:0x2c, %0" : "=r"(blocks));
     return reinterpret_cast<ThreadState*>(blocks[_tls_index] +
                                           (reinterpret_cast<char*>(&initialState) - &_tls_start));

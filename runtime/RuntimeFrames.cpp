@@ -1,0 +1,156 @@
+#include "Unwinding.h"
+
+#ifdef RUNTIME_UNWINDS_BY_TABLES
+
+// Finds the unwind table of a function, for the runtime's unwinder.
+//
+// The runtime's own version searches tables that the start-up code of each image registers, and that code
+// hands the table to a shared runtime (libgcc_s_dw2-1.dll) if the process has one: then the static unwinder
+// finds nothing and ends the process at the first exception. This version reads the table where the linker
+// put it. It needs no registration, no lock and no memory, and nothing else in the process has a part in it.
+
+#include <windows.h>
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+/// A record of the section .eh_frame: the description of a function, or a common part that descriptions refer
+/// to.
+struct Record {
+    std::uint32_t length;       // of what follows; 0 is padding
+    std::uint32_t commonOffset; // from this field back to the common part; 0 in a common part
+    std::uint32_t start;        // of the function; Encoding says how it is written
+    std::uint32_t size;         // of the function, in bytes
+};
+
+/// How a start or another address is written. Compilers use these two: GCC the second, clang the first.
+enum Encoding : std::uint8_t { absolute = 0x00, relativeToField = 0x1B, unknown = 0xFF };
+
+void SkipNumber(const std::uint8_t*& position) noexcept {
+    while ((*position++ & 0x80) != 0) {
+    }
+}
+
+/// Reads the common part of a description up to the encoding of starts.
+Encoding StartEncoding(const Record& description) noexcept {
+    const auto* position = reinterpret_cast<const std::uint8_t*>(&description.commonOffset) -
+                           description.commonOffset + offsetof(Record, start);
+    const std::uint8_t version = *position++;
+    const char* letters = reinterpret_cast<const char*>(position);
+    position += std::strlen(letters) + 1;
+    if (*letters++ != 'z')
+        return letters[-1] == '\0' ? absolute : unknown;
+    SkipNumber(position); // code alignment
+    SkipNumber(position); // data alignment
+    if (version == 1)     // return address register
+        ++position;
+    else
+        SkipNumber(position);
+    SkipNumber(position); // length of what the letters name
+    for (; *letters != '\0'; ++letters) {
+        if (*letters == 'R')
+            return static_cast<Encoding>(*position);
+        if (*letters == 'P') // handler: its encoding and its address, 4 bytes in every form that is used
+            position += 5;
+        else if (*letters == 'L')
+            ++position;
+        else
+            return unknown;
+    }
+    return absolute;
+}
+
+/// The start of the described function if it contains the address, else 0. Most functions do not, in
+/// whichever encoding the start is read: only the others need the common part.
+std::uintptr_t StartIfContains(const Record& description, std::uintptr_t address) noexcept {
+    const std::uintptr_t relative = reinterpret_cast<std::uintptr_t>(&description.start) + description.start;
+    if (address - relative < description.size && StartEncoding(description) == relativeToField)
+        return relative;
+    if (address - description.start < description.size && StartEncoding(description) == absolute)
+        return description.start;
+    return 0;
+}
+
+struct Section {
+    const std::uint8_t* begin;
+    const std::uint8_t* end;
+};
+
+} // namespace
+
+// The linker's and the runtime's names. NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+extern "C" {
+
+extern const IMAGE_DOS_HEADER __ImageBase; // the library's first byte
+extern const std::uint8_t runtimeFramesAnchor;
+// An address inside the section, by which it is found: its name may be cut off in the image.
+__asm__(".section .eh_frame,\"dr\"\n"
+        "_runtimeFramesAnchor:\n"
+        ".text\n");
+}
+
+namespace {
+
+Section FrameSection() noexcept {
+    const auto* const base = reinterpret_cast<const std::uint8_t*>(&__ImageBase);
+    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + __ImageBase.e_lfanew);
+    const auto anchor = static_cast<std::uint32_t>(&runtimeFramesAnchor - base);
+    const IMAGE_SECTION_HEADER* section = IMAGE_FIRST_SECTION(headers);
+    for (unsigned i = 0; i < headers->FileHeader.NumberOfSections; ++i, ++section)
+        if (anchor - section->VirtualAddress < section->Misc.VirtualSize)
+            return {base + section->VirtualAddress,
+                    base + section->VirtualAddress + section->Misc.VirtualSize};
+    return {};
+}
+
+const Record* Search(std::uintptr_t address) noexcept {
+    const Section section = FrameSection();
+    for (const std::uint8_t* position = section.begin; section.end - position >= 16;) {
+        const auto* const record = reinterpret_cast<const Record*>(position);
+        if (record->length != 0 && record->commonOffset != 0 && StartIfContains(*record, address) != 0)
+            return record;
+        position += sizeof(record->length) + record->length;
+    }
+    return nullptr;
+}
+
+/// What was found last, by address: an exception asks twice for each function that it leaves, and the next
+/// exception leaves the same ones. An entry that does not contain the address is replaced.
+constinit std::array<std::atomic<const Record*>, 256> found{};
+
+} // namespace
+
+extern "C" {
+
+/// What the unwinder also wants to know: bases of encodings that are not in use here, and the function's
+/// start.
+struct FunctionBases {
+    const void* text;
+    const void* data;
+    std::uintptr_t function;
+};
+
+const Record* _Unwind_Find_FDE(const void* address, FunctionBases* bases) noexcept {
+    const auto wanted = reinterpret_cast<std::uintptr_t>(address);
+    std::atomic<const Record*>& place = found[(wanted >> 4 ^ wanted) % found.size()];
+    const Record* record = place.load(std::memory_order_relaxed);
+    std::uintptr_t start = record ? StartIfContains(*record, wanted) : 0;
+    if (start == 0) {
+        record = Search(wanted);
+        if (!record)
+            return nullptr;
+        start = StartIfContains(*record, wanted);
+        place.store(record, std::memory_order_relaxed);
+    }
+    *bases = {nullptr, nullptr, start};
+    return record;
+}
+
+} // extern "C"
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+
+#endif

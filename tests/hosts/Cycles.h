@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Check.h"
+
+#include "tests/com/ProcessCounters.h"
+
+/// Runs the work many times. The first times, the system keeps what it makes on first use; afterwards heap,
+/// handles and thread-local slots must not grow.
+template<class Work>
+void CheckCycles(Work work) {
+    for (int i = 0; i < 5; ++i)
+        work();
+    const ProcessCounters before = ProcessCounters::Now();
+    for (int i = 0; i < 20; ++i)
+        work();
+    const ProcessCounters after = ProcessCounters::Now();
+    std::printf("%s\n", Growth(before, after).c_str());
+    CHECK_THAT(after.heapBlocks <= before.heapBlocks);
+    CHECK_THAT(after.heapBytes <= before.heapBytes);
+    CHECK_THAT(after.handles <= before.handles);
+    CHECK_THAT(after.tlsSlots <= before.tlsSlots);
+}

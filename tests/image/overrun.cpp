@@ -1,0 +1,24 @@
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+
+// Overruns a buffer on its stack. Compiled as the product is.
+
+namespace {
+
+void Fill(char* buffer, std::size_t size) {
+    std::memset(buffer, 'x', size);
+}
+
+void Overrun(std::size_t excess) {
+    char buffer[16];
+    Fill(buffer, sizeof(buffer) + excess);
+    std::printf("%c\n", buffer[0]);
+}
+
+} // namespace
+
+int main(int count, char**) {
+    Overrun(count > 1 ? 8 : 0); // with any argument
+    return 0;
+}
