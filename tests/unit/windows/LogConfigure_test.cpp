@@ -175,3 +175,47 @@ TEST_CASE("Configure_log_in_a_missing_folder_never_disturbs_the_caller") {
     LogError(L"lost");
     CHECK(GetLastError() == 4711);
 }
+
+namespace {
+
+/// Configures the log again and again; where it logs to depends on the key.
+DWORD WINAPI ConfigureOften(void* key) {
+    for (int i = 0; i < 200; ++i)
+        QxLogger::Instance().Configure(static_cast<const wchar_t*>(key), HKEY_CURRENT_USER, KEY_READ);
+    return 0;
+}
+
+} // namespace
+
+TEST_CASE("Configure_at_the_same_time_shows_a_line_the_values_of_one_key") {
+    LogKey log;
+    const std::wstring keys[] = {baseKey + L"\\A", baseKey + L"\\B"};
+    const std::wstring paths[] = {log.folder.File(L"A.log"), log.folder.File(L"B.log")};
+    TestKey outer[] = {TestKey(keys[0].c_str()), TestKey(keys[1].c_str())};
+    TestKey inner[] = {TestKey((keys[0] + L"\\Log").c_str()), TestKey((keys[1] + L"\\Log").c_str())};
+    HANDLE threads[2];
+    for (int i = 0; i < 2; ++i) {
+        inner[i].Put(L"Enabled", 1u);
+        inner[i].Put(L"Options", 32u);
+        inner[i].Put(L"SourceName", i == 0 ? L"A" : L"B");
+        inner[i].Put(L"FileName", paths[i]);
+        threads[i] =
+            CreateThread(nullptr, 0, ConfigureOften, const_cast<wchar_t*>(keys[i].c_str()), 0, nullptr);
+        REQUIRE(threads[i] != nullptr);
+    }
+    while (WaitForMultipleObjects(2, threads, TRUE, 0) == WAIT_TIMEOUT)
+        LogError(L"line");
+    for (const HANDLE thread : threads)
+        CloseHandle(thread);
+    LogError(L"line"); // at least this one
+    QxLogger::Instance().Close();
+    std::size_t lines = 0;
+    for (int i = 0; i < 2; ++i) {
+        std::wstring text = FileExists(paths[i]) ? FileText(paths[i]) : L"";
+        const std::wstring line = i == 0 ? L"[A] line\r\n" : L"[B] line\r\n";
+        for (; text.rfind(line, 0) == 0; ++lines)
+            text.erase(0, line.size());
+        CHECK(text.empty());
+    }
+    CHECK(lines > 0);
+}
