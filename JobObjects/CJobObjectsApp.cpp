@@ -8,12 +8,9 @@
 bool CJobObjectsApp::InitInstance(HINSTANCE instance) noexcept {
     TheModule().Initialize(instance);
     try {
-        QxLogger& logger = QxLogger::Instance();
         const QxString registryRoot(LoadResourceString(StringRegistryRoot));
-        logger.Configure(registryRoot.c_str(), HKEY_LOCAL_MACHINE, KEY_READ);
-        LogSettings settings = logger.GetSettings();
-        settings.sourceName = LoadResourceString(StringLogSourceName);
-        logger.SetSettings(settings);
+        QxLogger::Instance().Configure(registryRoot.c_str(), HKEY_LOCAL_MACHINE, KEY_READ,
+                                       LoadResourceString(StringLogSourceName));
     } catch (...) {
         // Without memory for the log's settings the library works unlogged.
     }

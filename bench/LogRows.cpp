@@ -67,13 +67,17 @@ void LogDropped() {
     LogError(LogUtility, message, L"file", reinterpret_cast<const wchar_t*>(1));
 }
 
+void Configure(const LogSettings& settings, const std::vector<LogSink>& sinks) {
+    QxLogger::Instance().Change([&](LogConfiguration& configuration) { configuration = {settings, sinks}; });
+}
+
 Contender Dropped(const std::string& name, const LogSettings& settings) {
-    QxLogger::Instance().SetSettings(settings);
+    Configure(settings, {});
     Require(!QxLogger::Instance().Accepts(LogUtility), "a message that should be dropped");
     LogDropped();
     return {name,
             [settings] {
-                QxLogger::Instance().SetSettings(settings);
+                Configure(settings, {});
                 for (int i = 0; i < 10'000; ++i)
                     LogDropped();
             },
@@ -102,9 +106,7 @@ void AddWrittenRow(Table& table) {
     settings.options = allHeaderParts;
     settings.sourceName = L"Bench";
     settings.maxFileSize = 1000;
-    QxLogger::Instance().SetSettings(settings);
-    QxLogger::Instance().SetFileSink(QxLogPtr(new QxFileLog(path, settings.maxFileSize)),
-                                     settings.maxFileSize);
+    Configure(settings, {{std::make_shared<QxFileLog>(path, settings.maxFileSize)}});
     LogError(LogUtility, message, L"file", L"reason");
     const std::wstring line = ReadLines(path);
     Require(line.starts_with(L"[") && line.ends_with(L" CQx e Bench] Failed to load job attributes xml file "

@@ -3,34 +3,93 @@
 #ifdef _WIN32
 #include <windows.h>
 
-// A zeroed SRWLOCK is a free lock, and it is one pointer wide: the member can stand in for it, so that the
+// A zeroed SRWLOCK is a free lock, and it is one pointer wide: a pointer can stand in for it, so that the
 // header does not need windows.h.
 static_assert(sizeof(SRWLOCK) == sizeof(void*));
 static_assert(alignof(SRWLOCK) == alignof(void*));
 
-void QxLock::lock() noexcept {
-    AcquireSRWLockExclusive(reinterpret_cast<PSRWLOCK>(&m_state));
+/// A thread in the queue, on that thread's stack.
+struct QxLock::Waiter {
+    CONDITION_VARIABLE ready = CONDITION_VARIABLE_INIT;
+    Waiter* next = nullptr;
+    bool granted = false;
+
+    void Sleep(void*& guard) noexcept {
+        SleepConditionVariableSRW(&ready, reinterpret_cast<PSRWLOCK>(&guard), INFINITE, 0);
+    }
+    void Wake() noexcept { WakeConditionVariable(&ready); }
+};
+
+namespace {
+
+void Acquire(void*& guard) noexcept {
+    AcquireSRWLockExclusive(reinterpret_cast<PSRWLOCK>(&guard));
 }
 
-void QxLock::unlock() noexcept {
-    ReleaseSRWLockExclusive(reinterpret_cast<PSRWLOCK>(&m_state));
+void Release(void*& guard) noexcept {
+    ReleaseSRWLockExclusive(reinterpret_cast<PSRWLOCK>(&guard));
 }
+
+} // namespace
 
 #else
 #include <atomic>
 #include <sched.h>
 
-void QxLock::lock() noexcept {
-    std::atomic_ref<void*> state(m_state);
+namespace {
+
+void Acquire(void*& guard) noexcept {
+    std::atomic_ref<void*> state(guard);
     void* free = nullptr;
-    while (!state.compare_exchange_weak(free, this, std::memory_order_acquire)) {
+    while (!state.compare_exchange_weak(free, &guard, std::memory_order_acquire)) {
         free = nullptr;
         sched_yield();
     }
 }
 
-void QxLock::unlock() noexcept {
-    std::atomic_ref<void*>(m_state).store(nullptr, std::memory_order_release);
+void Release(void*& guard) noexcept {
+    std::atomic_ref<void*>(guard).store(nullptr, std::memory_order_release);
 }
 
+} // namespace
+
+/// A thread in the queue, on that thread's stack.
+struct QxLock::Waiter {
+    Waiter* next = nullptr;
+    bool granted = false;
+
+    void Sleep(void*& guard) noexcept {
+        Release(guard);
+        sched_yield();
+        Acquire(guard);
+    }
+    void Wake() noexcept {}
+};
+
 #endif
+
+void QxLock::lock() noexcept {
+    Acquire(m_guard);
+    if (m_held) {
+        Waiter self;
+        (m_first ? m_last->next : m_first) = &self;
+        m_last = &self;
+        while (!self.granted)
+            self.Sleep(m_guard);
+    }
+    m_held = true;
+    Release(m_guard);
+}
+
+void QxLock::unlock() noexcept {
+    Acquire(m_guard);
+    if (Waiter* const next = m_first) {
+        // Handed over: the lock stays held, so nobody can take it before this waiter.
+        m_first = next->next;
+        next->granted = true;
+        next->Wake();
+    } else {
+        m_held = false;
+    }
+    Release(m_guard);
+}

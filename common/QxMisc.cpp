@@ -7,12 +7,9 @@
 #include <cwchar>
 #include <iterator>
 #include <limits>
+#include <stdexcept>
 
 namespace {
-
-/// Some C libraries tell a buffer that is too short from a text that cannot be formatted only by the reason
-/// left in errno, some not at all: growing ends here.
-constexpr std::size_t maxFormattedSize = 32 * 1024 * 1024;
 
 bool IsSpace(wchar_t c) noexcept {
     return c == L' ' || (c >= L'\t' && c <= L'\r');
@@ -28,8 +25,7 @@ unsigned DigitValue(wchar_t c) noexcept {
     return 99;
 }
 
-/// One attempt. False when the buffer is too short; text is then resized for the next attempt, or empty when
-/// there is no use in one.
+/// One attempt. False when the buffer is too short; text is then resized for the next attempt.
 bool TryFormat(std::wstring& text, const wchar_t* format, std::va_list arguments) {
     std::va_list attempt;
     va_copy(attempt, arguments);
@@ -42,9 +38,11 @@ bool TryFormat(std::wstring& text, const wchar_t* format, std::va_list arguments
         text.resize(static_cast<std::size_t>(length));
         return true;
     }
-    const std::size_t needed = length >= 0 ? static_cast<std::size_t>(length) + 1 : text.size() * 4;
-    const bool hopeless = needed > maxFormattedSize || (length < 0 && (reason == EILSEQ || reason == EINVAL));
-    text.assign(hopeless ? 0 : needed, L'\0');
+    const bool cannotFormat = length < 0 && (reason == EILSEQ || reason == EINVAL);
+    // No C library formats more than INT_MAX characters.
+    if (cannotFormat || text.size() > std::numeric_limits<int>::max())
+        throw std::length_error("format");
+    text.assign(length >= 0 ? static_cast<std::size_t>(length) + 1 : text.size() * 4, L'\0');
     return false;
 }
 
@@ -87,13 +85,15 @@ ScannedNumber ScanNumber(std::wstring_view text, unsigned base) noexcept {
 } // namespace
 
 std::wstring QxMisc::FormatStringV(const wchar_t* format, std::va_list arguments) {
-    std::wstring text(256, L'\0');
-    while (!text.empty()) {
-        if (TryFormat(text, format, arguments))
-            return text;
+    try {
+        std::wstring text(256, L'\0');
+        while (!TryFormat(text, format, arguments)) {
+        }
+        return text;
+    } catch (...) {
+        // As finished text: the log must not come back here.
+        QxLogger::Instance().LogText(LogUtility, L"[QxMisc::FormatStringV] Caught a general exception");
     }
-    // As finished text: the log must not come back here.
-    QxLogger::Instance().LogText(LogUtility, L"[QxMisc::FormatStringV] Caught a general exception");
     return format;
 }
 

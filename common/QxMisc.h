@@ -11,8 +11,9 @@
 /// Text utilities that all records share. In every printf format of the system wide text is "%ls".
 namespace QxMisc {
 
-/// Formats as the C library's wide printf does. A format that cannot be formatted is logged and returned
-/// as it stands.
+/// Formats as the C library's wide printf does. Where that fails, also for lack of memory, the failure is
+/// logged and the result is the format itself: never use a result as a format. Throws std::bad_alloc only if
+/// there is not even memory for that.
 std::wstring FormatStringV(const wchar_t* format, std::va_list arguments);
 std::wstring FormatString(const wchar_t* format, ...);
 

@@ -29,7 +29,6 @@ bool FindSystemMessage(DWORD code, std::wstring& text) {
         return false;
     const std::unique_ptr<wchar_t, LocalRelease> release(found);
     text = Trimmed({found, length});
-    QxMisc::ReplaceAll(text, L"%", L"%%");
     return true;
 }
 
@@ -50,12 +49,14 @@ std::wstring QxMisc::GetModuleFileName(HMODULE module) {
 std::wstring QxMisc::GetSystemMessage(DWORD code) noexcept {
     try {
         std::wstring text;
-        if (FindSystemMessage(code, text))
+        if (FindSystemMessage(code, text)) {
+            ReplaceAll(text, L"%", L"%%");
             return text;
+        }
         // The failure's own text is asked for once: a message table that cannot be read would not end.
         std::wstring reason;
         FindSystemMessage(GetLastError(), reason);
-        LogError(LogUtility, (FormatString(L"[QxMisc::GetSystemMessage(0x%08lX)] ", code) + reason).c_str());
+        LogError(LogUtility, L"[QxMisc::GetSystemMessage(0x%08lX)] %ls", code, reason.c_str());
     } catch (...) {
         LogError(LogUtility, L"[QxMisc::GetSystemMessage] Caught a general exception");
     }

@@ -8,6 +8,7 @@
 #include "TextFile.h"
 
 #include "common/Bstr.h"
+#include "common/log/PlainFile.h"
 
 #include <initguid.h> // so that the header defines the type library's identifier
 #include "JobObjects.h"
@@ -181,11 +182,15 @@ void CheckCatalogue(Report& report, const std::wstring& module) {
     }
 }
 
-bool FolderExists(const std::wstring& file) {
-    const std::size_t end = file.find_last_of(L"\\/");
-    const DWORD attributes =
-        GetFileAttributesW(end == std::wstring::npos ? L"." : file.substr(0, end + 1).c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+/// Whether this account could write the log file.
+void CheckLogFile(Report& report, const std::wstring& file) {
+    if (OpenPlainFile(file, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING).IsOpen())
+        return;
+    const DWORD reason = GetLastError();
+    if (reason == ERROR_PATH_NOT_FOUND)
+        report.Problem(L"the folder of the log file is not there");
+    else if (reason != ERROR_FILE_NOT_FOUND) // the first line creates the file
+        report.Problem(L"the log file cannot be written: " + PlainFileProblem(reason));
 }
 
 void CheckLog(Report& report) {
@@ -211,8 +216,8 @@ void CheckLog(Report& report) {
         report.Item(std::wstring(L"  ") + name, std::to_wstring(number(name)));
     if (on && file.empty() && !trace)
         report.Problem(L"the log is on, but neither a file nor the debugger output is named");
-    if (!file.empty() && !FolderExists(file))
-        report.Problem(L"the folder of the log file is not there");
+    if (!file.empty())
+        CheckLogFile(report, file);
 }
 
 } // namespace

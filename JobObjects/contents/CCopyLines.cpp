@@ -64,8 +64,10 @@ QxString CCopyLines::DBText() const {
         const std::int32_t attributes = line->DBAttributes();
         // The database keeps no blank pages of their own: they count as black-and-white.
         const std::int32_t pagesBW = WrappingSum(line->PagesBW(), line->PagesBlank());
-        text += QxMisc::FormatString(L"%d,%d,%d,%d,%d", paper, pagesBW, line->PagesColor(), line->Sheets(),
-                                     attributes);
+        // Not formatted: where memory is short, a format comes out as it is.
+        for (const std::int32_t value : {paper, pagesBW, line->PagesColor(), line->Sheets(), attributes})
+            text.append(QxMisc::FormatInt32(value)).push_back(L',');
+        text.pop_back();
     }
     return text;
 }

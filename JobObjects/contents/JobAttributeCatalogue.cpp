@@ -89,7 +89,7 @@ QxString PaperSizeEntry::DefaultName() const noexcept {
 }
 
 QxString PaperSizeEntry::Dimensions() const {
-    return QxMisc::FormatString(L"%d,%d", x, y);
+    return QxMisc::FormatInt32(x) + L"," + QxMisc::FormatInt32(y);
 }
 
 /// Read access to the tables for one operation. They may change until a load has succeeded, so until then

@@ -18,36 +18,51 @@ void ReadCommonValues(QxRegistryHdl& key, LogSettings& settings) {
     key.ReadNumber(L"MaxFileSize", settings.maxFileSize);
 }
 
+/// The values of the sinks; a missing one means that there is no such sink.
+void ReadSinkValues(QxRegistryHdl& key, LogSettings& settings) {
+    key.ReadBool(L"OnlyErrorsToFile", settings.onlyErrorsToFile);
+    settings.fileName = {};
+    key.ReadString(L"FileName", settings.fileName);
+    settings.traceLog = false;
+    key.ReadBool(L"TraceLog", settings.traceLog);
+}
+
+/// The file sink for the settings; the present one as long as name and maximum size stay.
+QxLogPtr FileLog(const LogSettings& settings, const LogConfiguration& present) {
+    for (const LogSink& sink : present.sinks)
+        if (present.settings.fileName == settings.fileName &&
+            present.settings.maxFileSize == settings.maxFileSize && sink.log->Name() == settings.fileName)
+            return sink.log;
+    return std::make_shared<QxFileLog>(settings.fileName, settings.maxFileSize);
+}
+
+std::vector<LogSink> SinksFor(const LogSettings& settings, const LogConfiguration& present) {
+    std::vector<LogSink> sinks;
+    if (!settings.fileName.empty())
+        sinks.push_back({FileLog(settings, present), settings.onlyErrorsToFile});
+    if (settings.traceLog)
+        sinks.push_back({std::make_shared<QxTraceLog>()});
+    return sinks;
+}
+
 } // namespace
 
-void QxLogger::Configure(const wchar_t* baseKey, void* rootKey, std::uint32_t access) noexcept {
+void QxLogger::Configure(const wchar_t* baseKey, void* rootKey, std::uint32_t access,
+                         std::wstring_view sourceName) noexcept {
     try {
-        QxRegistryHdl key;
+        QxRegistryHdl key; // closed after the change: a failed close is logged
         if (!key.Open(static_cast<HKEY>(rootKey), QxMisc::FormatString(L"%ls\\Log", baseKey).c_str(), access))
             return;
-        LogSettings settings = GetSettings();
-        ReadCommonValues(key, settings);
-        key.ReadBool(L"OnlyErrorsToFile", settings.onlyErrorsToFile);
-        QxString fileName;
-        key.ReadString(L"FileName", fileName);
-        bool trace = false;
-        key.ReadBool(L"TraceLog", trace);
-
-        SetSettings(settings);
-        SetFileLog(fileName);
-        SetTraceLog(trace);
+        Change([&](LogConfiguration& configuration) {
+            LogSettings settings = configuration.settings;
+            ReadCommonValues(key, settings);
+            ReadSinkValues(key, settings);
+            if (!sourceName.empty())
+                settings.sourceName = QxString(sourceName);
+            configuration.sinks = SinksFor(settings, configuration);
+            configuration.settings = settings;
+        });
     } catch (...) {
         // Out of memory: the log stays as it is.
     }
-}
-
-void QxLogger::SetFileLog(const QxString& fileName) {
-    const std::uint32_t maxFileSize = GetSettings().maxFileSize;
-    if (HasFileSink(fileName, maxFileSize))
-        return;
-    SetFileSink(fileName.empty() ? nullptr : QxLogPtr(new QxFileLog(fileName, maxFileSize)), maxFileSize);
-}
-
-void QxLogger::SetTraceLog(bool on) {
-    SetTraceSink(on ? QxLogPtr(new QxTraceLog) : nullptr);
 }

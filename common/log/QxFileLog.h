@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AppendLock.h"
 #include "QxLog.h"
 #include "../QxTHandle.h"
 
@@ -10,8 +11,8 @@
 /// ".bak" when it has reached a size. The sink's name is the file name.
 ///
 /// The file is opened by the first write and stays open. Several processes may write to one file: each text
-/// is appended whole, under a lock on the file. A link in the path is not followed. What cannot be opened,
-/// locked, written or renamed is passed over in silence and tried again with a later text.
+/// is appended whole, under a lock on the file. A text that cannot be written is lost, and the next one tries
+/// again; the debugger's output names the reason once.
 class QxFileLog final : public QxLog {
 public:
     /// maxFileSize is in MiB; 0 never rotates.
@@ -22,15 +23,16 @@ public:
     void Write(std::wstring_view text) noexcept override;
 
 private:
-    bool OpenAndLock();
+    bool WriteLines(std::wstring_view lines);
     bool Open();
-    bool LockFileEnd() noexcept;
     bool Append(std::wstring_view lines) noexcept;
     bool IsFull(HANDLE file) const noexcept;
     void Rotate();
+    void Report(DWORD reason);
 
     std::uint64_t m_maxBytes;
     QxKernelHandle m_file;
-    /// Another process held the file for the whole time that a write may wait.
-    bool m_refused = false;
+    AppendLock m_lock;
+    bool m_renamerHangs = false; ///< a writer has been renaming the file for longer than a write waits
+    bool m_reported = false;     ///< that the file cannot be written
 };

@@ -2,7 +2,6 @@
 
 #include "../QxMisc.h"
 
-#include <algorithm>
 #include <mutex>
 #include <utility>
 
@@ -40,53 +39,20 @@ QxLogger& QxLogger::Instance() noexcept {
 
 LogSettings QxLogger::GetSettings() const {
     const Hold hold(*this);
-    return m_settings;
+    return m_configuration.settings;
 }
 
-void QxLogger::SetSettings(const LogSettings& settings) {
+void QxLogger::Change(const std::function<void(LogConfiguration&)>& change) {
+    LogConfiguration next; // what it holds in the end is released after the lock: closing a file may log
     const Hold hold(*this);
-    m_settings = settings;
+    next = m_configuration;
+    change(next);
+    std::swap(m_configuration, next);
+    const LogSettings& settings = m_configuration.settings;
     m_filters.store(settings.filters, std::memory_order_relaxed);
     m_categories.store(settings.categories, std::memory_order_relaxed);
     m_types.store(settings.types, std::memory_order_relaxed);
     m_enabled.store(settings.enabled, std::memory_order_relaxed);
-}
-
-void QxLogger::SetFileSink(QxLogPtr sink, std::uint32_t maxFileSize) {
-    QxLogPtr replaced; // released after the lock: closing a file may log
-    const Hold hold(*this);
-    replaced = ReplaceSink(m_fileSink, std::move(sink));
-    m_fileSinkMaxSize = maxFileSize;
-}
-
-bool QxLogger::HasFileSink(std::wstring_view name, std::uint32_t maxFileSize) const noexcept {
-    const Hold hold(*this);
-    if (!m_fileSink)
-        return name.empty();
-    return m_fileSink->Name() == name && m_fileSinkMaxSize == maxFileSize;
-}
-
-void QxLogger::SetTraceSink(QxLogPtr sink) {
-    QxLogPtr replaced;
-    const Hold hold(*this);
-    replaced = ReplaceSink(m_traceSink, std::move(sink));
-}
-
-/// Returns the sink that was in the slot. Called under the lock.
-QxLogPtr QxLogger::ReplaceSink(QxLog*& slot, QxLogPtr sink) {
-    QxLog* const added = sink.get();
-    const auto old = std::find_if(m_sinks.begin(), m_sinks.end(),
-                                  [&](const QxLogPtr& held) { return held.get() == slot; });
-    if (old == m_sinks.end()) {
-        if (added)
-            m_sinks.push_back(std::move(sink));
-    } else {
-        std::swap(*old, sink);
-        if (!added)
-            m_sinks.erase(old);
-    }
-    slot = added;
-    return sink;
 }
 
 bool QxLogger::Accepts(std::uint32_t category, std::uint32_t type) const noexcept {
@@ -128,27 +94,26 @@ void QxLogger::LogText(std::uint32_t category, std::wstring_view text) noexcept 
 void QxLogger::Write(std::uint32_t category, std::uint32_t type, std::wstring_view message,
                      const LogFormat::DataBlock& data) {
     const Hold hold(*this);
+    const LogSettings& settings = m_configuration.settings;
     std::wstring line;
     line.reserve(1024);
-    LogFormat::AppendHeader(line, m_settings.options, LogPlatform::CurrentStamp(), category, type,
-                            m_settings.sourceName);
+    LogFormat::AppendHeader(line, settings.options, LogPlatform::CurrentStamp(), category, type,
+                            settings.sourceName);
     line.append(message).append(1, L'\n');
-    const std::wstring dump = LogFormat::HexDump(data, m_settings.maxDataSize);
-    for (const QxLogPtr& sink : m_sinks) {
-        if (m_settings.onlyErrorsToFile && sink.get() == m_fileSink && type != LogTypeError)
+    const std::wstring dump = LogFormat::HexDump(data, settings.maxDataSize);
+    for (const LogSink& sink : m_configuration.sinks) {
+        if (sink.onlyErrors && type != LogTypeError)
             continue;
-        sink->Write(line);
+        sink.log->Write(line);
         if (!dump.empty())
-            sink->Write(dump);
+            sink.log->Write(dump);
     }
 }
 
 void QxLogger::Close() noexcept {
     m_enabled.store(false, std::memory_order_relaxed);
-    m_fileSink = nullptr;
-    m_traceSink = nullptr;
-    std::vector<QxLogPtr>().swap(m_sinks);
-    m_settings = LogSettings();
+    LogConfiguration closed;
+    std::swap(m_configuration, closed);
 }
 
 void LogError(std::uint32_t category, const wchar_t* format, ...) noexcept {

@@ -9,7 +9,7 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -53,13 +53,21 @@ struct LogSettings {
     std::uint32_t maxDataSize = 0; ///< KiB of a data block that are dumped; 0: all
     std::uint32_t maxFileSize = 0; ///< MiB at which the file is rotated; 0: never
     bool onlyErrorsToFile = false; ///< keeps messages other than errors from the file sink
+    QxString fileName;             ///< of the file sink; empty: none
+    bool traceLog = false;         ///< whether there is a trace sink
 };
 
-/// Owning reference to a sink.
-struct QxLogRelease {
-    void operator()(QxLog* log) const noexcept { log->Release(); }
+/// A sink in the configuration.
+struct LogSink {
+    QxLogPtr log;
+    bool onlyErrors = false; ///< takes messages of the error type alone
 };
-using QxLogPtr = std::unique_ptr<QxLog, QxLogRelease>;
+
+/// The whole configuration of the log.
+struct LogConfiguration {
+    LogSettings settings;
+    std::vector<LogSink> sinks; ///< in the order in which they are written
+};
 
 /// The process-wide log: filters messages, builds their lines and hands them to its sinks in order.
 ///
@@ -76,17 +84,9 @@ public:
     QxLogger& operator=(const QxLogger&) = delete;
 
     LogSettings GetSettings() const;
-    /// Takes effect with the next message; leaves the sinks alone.
-    void SetSettings(const LogSettings& settings);
-
-    /// Replaces the file sink in its place among the sinks, or removes it when sink is null. maxFileSize is
-    /// the size that the sink was made with, for HasFileSink.
-    void SetFileSink(QxLogPtr sink, std::uint32_t maxFileSize);
-    /// Whether the file sink is the one of that name and maximum size; for an empty name, whether there is
-    /// none.
-    bool HasFileSink(std::wstring_view name, std::uint32_t maxFileSize) const noexcept;
-    /// Replaces the trace sink in its place among the sinks, or removes it when sink is null.
-    void SetTraceSink(QxLogPtr sink);
+    /// Lets the function change a copy of the configuration, which then takes effect as a whole: no line sees
+    /// a part of a change, and no change is lost to another one. Nothing changes when the function throws.
+    void Change(const std::function<void(LogConfiguration&)>& change);
 
     /// Whether a message would be written. Callers ask when building the message is costly.
     bool Accepts(std::uint32_t category, std::uint32_t type = LogTypeError) const noexcept;
@@ -104,18 +104,16 @@ public:
 
     // Windows only, in LogConfigure.cpp.
 
-    /// Reads the values of the key "Log" below baseKey and replaces or removes the sinks to match. Changes
-    /// nothing when the key cannot be opened; a missing value leaves its field, a missing sink value removes
-    /// the sink. rootKey is an HKEY, access the registry access rights to open the key with.
-    void Configure(const wchar_t* baseKey, void* rootKey, std::uint32_t access) noexcept;
-    /// Replaces the file sink when the name or the maximum file size has changed; an empty name removes it.
-    void SetFileLog(const QxString& fileName);
-    void SetTraceLog(bool on);
+    /// Reads the values of the key "Log" below baseKey, and replaces or removes the sinks to match, in one
+    /// change. Changes nothing when the key cannot be opened; a missing value leaves its field, a missing
+    /// sink value removes the sink. rootKey is an HKEY, access the registry access rights to open the key
+    /// with. A source name replaces the one in the registry.
+    void Configure(const wchar_t* baseKey, void* rootKey, std::uint32_t access,
+                   std::wstring_view sourceName = {}) noexcept;
 
 private:
     class Hold;
 
-    QxLogPtr ReplaceSink(QxLog*& slot, QxLogPtr sink);
     bool IsWritingHere() const noexcept;
     void Write(std::uint32_t category, std::uint32_t type, std::wstring_view message,
                const LogFormat::DataBlock& data);
@@ -129,9 +127,5 @@ private:
     mutable QxLock m_lock;
     /// The thread that holds the lock; 0 when none does.
     mutable std::atomic<std::uint32_t> m_holder{0};
-    LogSettings m_settings;
-    std::vector<QxLogPtr> m_sinks;
-    QxLog* m_fileSink = nullptr;
-    QxLog* m_traceSink = nullptr;
-    std::uint32_t m_fileSinkMaxSize = 0;
+    LogConfiguration m_configuration;
 };

@@ -4,8 +4,10 @@ namespace {
 
 constexpr wchar_t baseKey[] = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects";
 constexpr wchar_t logKey[] = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects\\Log";
-/// Holds the machine's own configuration meanwhile.
-constexpr wchar_t savedKey[] = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects\\Log.saved";
+/// Holds the machine's own configuration while a test runs: its copy, or in a value of its own the topmost
+/// key that the test has to remove. It stays behind a test that is cut off, and the next one takes it over.
+constexpr wchar_t savedKey[] = L"SOFTWARE\\Corvane.SavedByLogTests";
+constexpr wchar_t newKeyValue[] = L"NewKey";
 
 /// Copies a key with all below it. False if there is no such key.
 bool CopyKey(const wchar_t* from, const wchar_t* to) {
@@ -31,21 +33,46 @@ bool KeyExists(const wchar_t* name) {
     return true;
 }
 
-/// The topmost of the keys above the log's that is not there yet; null if all are.
-const wchar_t* FirstMissingKey() {
-    for (const wchar_t* key : {L"SOFTWARE\\Corvane", L"SOFTWARE\\Corvane\\PrintAgent", baseKey})
+/// The topmost key of the log's path that is not there yet; empty if all are.
+std::wstring FirstMissingKey() {
+    for (const wchar_t* key : {L"SOFTWARE\\Corvane", L"SOFTWARE\\Corvane\\PrintAgent", baseKey, logKey})
         if (!KeyExists(key))
             return key;
-    return nullptr;
+    return {};
+}
+
+void SaveMachinesOwn() {
+    const std::wstring newKey = FirstMissingKey();
+    if (newKey.empty()) {
+        CopyKey(logKey, savedKey);
+        return;
+    }
+    const auto size = static_cast<DWORD>((newKey.size() + 1) * sizeof(wchar_t));
+    REQUIRE(RegSetKeyValueW(HKEY_LOCAL_MACHINE, savedKey, newKeyValue, REG_SZ, newKey.c_str(), size) ==
+            ERROR_SUCCESS);
+}
+
+void RestoreMachinesOwn() {
+    if (!KeyExists(savedKey))
+        return; // another test has done it
+    wchar_t newKey[128];
+    DWORD size = sizeof(newKey);
+    const bool isNew = RegGetValueW(HKEY_LOCAL_MACHINE, savedKey, newKeyValue, RRF_RT_REG_SZ, nullptr, newKey,
+                                    &size) == ERROR_SUCCESS;
+    DeleteKey(logKey);
+    if (isNew)
+        DeleteKey(newKey);
+    else
+        CopyKey(savedKey, logKey);
+    DeleteKey(savedKey);
 }
 
 } // namespace
 
 LogSession::LogSession() {
     Unload();
-    m_newKey = FirstMissingKey();
-    if (!KeyExists(savedKey)) // left behind by a test that was cut off: still the machine's own
-        CopyKey(logKey, savedKey);
+    if (!KeyExists(savedKey))
+        SaveMachinesOwn();
     DeleteKey(logKey);
     REQUIRE(RegCreateKeyExW(HKEY_LOCAL_MACHINE, logKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &m_key,
                             nullptr) == ERROR_SUCCESS);
@@ -55,11 +82,7 @@ LogSession::~LogSession() {
     SetErrorInfo(0, nullptr);
     CoFreeUnusedLibrariesEx(0, 0);
     RegCloseKey(m_key);
-    DeleteKey(logKey);
-    if (CopyKey(savedKey, logKey))
-        DeleteKey(savedKey);
-    else if (m_newKey)
-        DeleteKey(m_newKey);
+    RestoreMachinesOwn();
 }
 
 void LogSession::Put(const wchar_t* name, std::uint32_t number) {
@@ -87,6 +110,10 @@ std::wstring LogSession::TakeText() {
     const std::wstring added = text.substr(m_taken);
     m_taken = text.size();
     return added;
+}
+
+bool LogSession::KeyIsThere() {
+    return KeyExists(logKey);
 }
 
 void LogSession::Unload() {

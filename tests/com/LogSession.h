@@ -6,7 +6,8 @@
 #include <string>
 
 /// One test of the log: the log's key, empty at first, and a folder for the log's file. The library reads the
-/// key when it is loaded, so it is unloaded before and afterwards. The key is put back as it was.
+/// key when it is loaded, so it is unloaded before and afterwards. The key is put back as it was,
+/// by the next test where one was cut off.
 class LogSession {
 public:
     LogSession();
@@ -23,13 +24,14 @@ public:
     std::wstring Path() const { return m_folder.File(L"a.log"); }
     /// What the file holds beyond what was taken before; empty as long as there is no file.
     std::wstring TakeText();
+    /// Whether the machine has a key of the log's.
+    static bool KeyIsThere();
     /// Unloads the library; the next created object loads it again. Fails while an object lives.
     static void Unload();
 
 private:
     TestFolder m_folder;
     HKEY m_key = nullptr;
-    const wchar_t* m_newKey = nullptr; ///< what this test has to remove whole
     std::size_t m_taken = 0;
 };
 

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <ctime>
+#include <memory>
 
 // What the registry says about the log, seen in what the loaded library writes.
 
@@ -63,6 +64,18 @@ std::wstring Shape(std::wstring_view text) {
 }
 
 } // namespace
+
+TEST_CASE("Log_test_that_was_cut_off_leaves_nothing_to_the_tests_after_the_next_one") {
+    const bool before = LogSession::KeyIsThere();
+    auto cutOff = std::make_unique<LogSession>();
+    cutOff->Enable();
+    {
+        LogSession next;
+        FailOnce();
+        CHECK_FALSE(FileExists(cutOff->Path())); // the next one starts without values
+    }
+    CHECK(LogSession::KeyIsThere() == before);
+}
 
 TEST_CASE("Log_without_its_key_or_values_writes_nothing") {
     LogSession session;

@@ -350,6 +350,13 @@ TEST_CASE("Log_names_the_readers_that_find_no_memory") {
                       [&] { return WithoutMemory([&] { return printer->put_Xml(xml.Get()); }); }),
                Exception(L"CLogicalPrinterImpl::put_Xml", text));
 
+    const auto policy = CreatePolicyResults();
+    const UniqueBstr policyXml(L"<PolicyResults><RuleViolations>a text too long for any short text "
+                               L"buffer</RuleViolations></PolicyResults>");
+    CHECK_TEXT(Logged(session, E_OUTOFMEMORY,
+                      [&] { return WithoutMemory([&] { return policy->put_Xml(policyXml.Get()); }); }),
+               Exception(L"CPolicyResultsImpl::put_Xml", text));
+
     const auto line = CreateCopyLine();
     const UniqueBstr lineXml(L"<CopyLine><PaperSize>A4</PaperSize></CopyLine>");
     CHECK_TEXT(Logged(session, E_OUTOFMEMORY,

@@ -30,10 +30,10 @@ public:
 };
 
 void StartLog() {
-    LogSettings settings;
-    settings.enabled = true;
-    QxLogger::Instance().SetSettings(settings);
-    QxLogger::Instance().SetTraceSink(QxLogPtr(new ReasonSink));
+    QxLogger::Instance().Change([](LogConfiguration& configuration) {
+        configuration.settings.enabled = true;
+        configuration.sinks = {{std::make_shared<ReasonSink>()}};
+    });
 }
 
 void CheckDecoded(std::string_view bytes) {

@@ -5,6 +5,10 @@
 // The lines that several processes write to one log: each names its writer and its number, and is long enough
 // to be torn where something can tear it.
 
+/// Semaphore and event of the line at which writers wait for each other. Both may be missing.
+constexpr wchar_t writersReady[] = L"log_writers_ready";
+constexpr wchar_t writersStart[] = L"log_writers_start";
+
 /// "<writer>.<number>:" and a number of letters that differs from line to line, at most the padding.
 inline std::wstring LineMark(const std::wstring& writer, int number, int padding) {
     const unsigned length =

@@ -36,6 +36,18 @@ int WriteLine(IPrintJob* job, const std::wstring& mark) {
     return result == E_FAIL ? static_cast<int>(end - start) : failed;
 }
 
+/// If there is a starting line, joins the others there and waits for the start.
+void WaitForStart() {
+    const HANDLE ready = OpenSemaphoreW(SEMAPHORE_MODIFY_STATE, FALSE, writersReady);
+    const HANDLE start = OpenEventW(SYNCHRONIZE, FALSE, writersStart);
+    if (ready && start) {
+        ReleaseSemaphore(ready, 1, nullptr);
+        WaitForSingleObject(start, INFINITE);
+    }
+    CloseHandle(ready);
+    CloseHandle(start);
+}
+
 /// Who waits for it has made an event with the writer's name.
 void TellThatWritingBegins(const std::wstring& name) {
     if (const HANDLE event = OpenEventW(EVENT_MODIFY_STATE, FALSE, name.c_str())) {
@@ -49,6 +61,7 @@ int WriteLines(const Writer& writer) {
     if (FAILED(CoCreateInstance(__uuidof(PrintJob), nullptr, CLSCTX_INPROC_SERVER, __uuidof(IPrintJob),
                                 job.PutVoid())))
         return failed;
+    WaitForStart();
     TellThatWritingBegins(writer.name);
     int longest = 0;
     for (int i = 0; writer.lines == 0 || i < writer.lines; ++i) {

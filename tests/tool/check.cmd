@@ -31,6 +31,15 @@ reg add %LOG% /v FileName /t REG_SZ /d C:\no_such_folder\jobs.log /f >nul
 reg add %LOG% /v Options /t REG_DWORD /d 63 /f >nul
 %1 check
 echo exit %ERRORLEVEL%
+reg add %LOG% /v FileName /t REG_SZ /d %2\twice.log /f >nul
+echo line >%2\other.log
+mklink /H %2\twice.log %2\other.log >nul
+%1 check
+echo exit %ERRORLEVEL%
+del %2\other.log
+%1 check
+echo exit %ERRORLEVEL%
+del %2\twice.log
 reg delete %LOG% /f >nul
 
 echo == damaged

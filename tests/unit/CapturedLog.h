@@ -23,11 +23,11 @@ private:
 class CapturedLog {
 public:
     explicit CapturedLog(std::uint32_t options = 0) {
-        LogSettings settings;
-        settings.enabled = true;
-        settings.options = options;
-        QxLogger::Instance().SetSettings(settings);
-        QxLogger::Instance().SetTraceSink(QxLogPtr(new CapturingSink(m_texts)));
+        QxLogger::Instance().Change([&](LogConfiguration& configuration) {
+            configuration.settings.enabled = true;
+            configuration.settings.options = options;
+            configuration.sinks = {{std::make_shared<CapturingSink>(m_texts)}};
+        });
     }
     ~CapturedLog() { QxLogger::Instance().Close(); }
     CapturedLog(const CapturedLog&) = delete;

@@ -2,7 +2,11 @@
 
 #include <catch2/catch.hpp>
 
+#include <atomic>
 #include <cerrno>
+#include <memory>
+#include <mutex>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +14,7 @@
 #ifdef _WIN32
 #include <windows.h>
 #else
+#include <chrono>
 #include <thread>
 #endif
 
@@ -17,6 +22,17 @@ namespace {
 
 QxLogger& Logger() {
     return QxLogger::Instance();
+}
+
+/// Takes other settings and leaves the sinks alone.
+void SetSettings(const LogSettings& settings) {
+    Logger().Change([&](LogConfiguration& configuration) { configuration.settings = settings; });
+}
+
+void AddSink(QxLogPtr log, bool onlyErrors = false) {
+    Logger().Change([&](LogConfiguration& configuration) {
+        configuration.sinks.push_back({std::move(log), onlyErrors});
+    });
 }
 
 LogSettings Enabled() {
@@ -61,8 +77,7 @@ private:
 /// Counts its destruction.
 class CountedSink final : public QxLog {
 public:
-    explicit CountedSink(int& destroyed, const wchar_t* name = L"counted")
-        : QxLog(name), m_destroyed(destroyed) {}
+    explicit CountedSink(int& destroyed) : QxLog(L"counted"), m_destroyed(destroyed) {}
     ~CountedSink() override { ++m_destroyed; }
     void Write(std::wstring_view) noexcept override {}
 
@@ -90,7 +105,7 @@ TEST_CASE("Logger_never_configured_drops_everything") {
 
 TEST_CASE("Logger_disabled_drops_and_formats_nothing") {
     CapturedLog log;
-    Logger().SetSettings({});
+    SetSettings({});
     // Formatting this would read from the null pointer.
     LogError(L"%ls", reinterpret_cast<const wchar_t*>(1));
     CHECK(log.Texts().empty());
@@ -108,7 +123,7 @@ TEST_CASE("Logger_header_takes_the_settings") {
     LogSettings settings = Enabled();
     settings.options = LogFormat::Category | LogFormat::TypeLetter | LogFormat::SourceName;
     settings.sourceName = L"JobObjects";
-    Logger().SetSettings(settings);
+    SetSettings(settings);
     LogError(LogUtility, L"a");
     LogError(LogCom, L"b");
     LogError(L"c");
@@ -139,10 +154,10 @@ TEST_CASE("Logger_category_filter_passes_common_bits_only") {
     CapturedLog log;
     LogSettings settings = Enabled();
     settings.categories = LogUtility | 4;
-    Logger().SetSettings(settings);
+    SetSettings(settings);
     CHECK(Logger().Accepts(LogCom)); // the mask counts only when its filter is on
     settings.filters = LogSettings::ByCategory;
-    Logger().SetSettings(settings);
+    SetSettings(settings);
     CHECK(Logger().Accepts(LogUtility));
     CHECK(Logger().Accepts(5));
     CHECK_FALSE(Logger().Accepts(LogGeneral));
@@ -159,10 +174,10 @@ TEST_CASE("Logger_type_filter_needs_the_error_bit") {
     LogSettings settings = Enabled();
     settings.filters = LogSettings::ByType;
     settings.types = 0xFFFFFFFE;
-    Logger().SetSettings(settings);
+    SetSettings(settings);
     LogError(L"dropped");
     settings.types = LogTypeError;
-    Logger().SetSettings(settings);
+    SetSettings(settings);
     LogError(L"passes");
     CHECK(log.Joined() == L"passes\n");
 }
@@ -171,7 +186,7 @@ TEST_CASE("Logger_level_takes_no_part_in_filtering") {
     CapturedLog log;
     LogSettings settings = Enabled();
     settings.level = 0xFFFFFFFF;
-    Logger().SetSettings(settings);
+    SetSettings(settings);
     LogError(L"passes");
     CHECK(log.Joined() == L"passes\n");
     CHECK(Logger().GetSettings().level == 0xFFFFFFFF);
@@ -195,7 +210,7 @@ TEST_CASE("Logger_data_block_is_cut_at_the_configured_size") {
     CapturedLog log;
     LogSettings settings = Enabled();
     settings.maxDataSize = 1;
-    Logger().SetSettings(settings);
+    SetSettings(settings);
     const std::vector<unsigned char> bytes(1025, 'A');
     LogErrorData(LogGeneral, L"", bytes.data(), bytes.size(), L"long");
     const std::wstring text = log.Joined();
@@ -203,74 +218,64 @@ TEST_CASE("Logger_data_block_is_cut_at_the_configured_size") {
     CHECK(text.substr(text.size() - 5) == L"\n...\n");
 }
 
-TEST_CASE("Logger_sinks_are_written_in_the_order_of_their_installation") {
+TEST_CASE("Logger_sinks_are_written_in_their_order") {
     CapturedLog log;
     std::vector<std::wstring> order;
-    const auto sink = [&](const wchar_t* name) { return QxLogPtr(new TaggingSink(order, name)); };
-    Logger().SetTraceSink(sink(L"trace"));
-    Logger().SetFileSink(sink(L"file"), 0);
+    const auto sink = [&](const wchar_t* name) {
+        return LogSink{std::make_shared<TaggingSink>(order, name)};
+    };
+    Logger().Change([&](LogConfiguration& configuration) { configuration.sinks = {sink(L"a"), sink(L"b")}; });
     LogError(L"1");
-    Logger().SetTraceSink(sink(L"new trace"));
+    Logger().Change([&](LogConfiguration& configuration) { configuration.sinks[0] = sink(L"c"); });
     LogError(L"2");
-    Logger().SetTraceSink(nullptr);
+    Logger().Change([&](LogConfiguration& configuration) { configuration.sinks.pop_back(); });
     LogError(L"3");
-    Logger().SetTraceSink(sink(L"last trace"));
+    Logger().Change([&](LogConfiguration& configuration) { configuration.sinks.clear(); });
     LogError(L"4");
-    Logger().SetFileSink(nullptr, 0);
-    LogError(L"5");
-    Logger().SetTraceSink(nullptr);
-    LogError(L"6");
-    CHECK(order == std::vector<std::wstring>{L"trace: 1\n", L"file: 1\n", L"new trace: 2\n", L"file: 2\n",
-                                             L"file: 3\n", L"file: 4\n", L"last trace: 4\n",
-                                             L"last trace: 5\n"});
+    CHECK(order == std::vector<std::wstring>{L"a: 1\n", L"b: 1\n", L"c: 2\n", L"b: 2\n", L"c: 3\n"});
 }
 
-TEST_CASE("Logger_only_errors_go_to_the_file_when_so_configured") {
-    CapturedLog trace;
-    std::vector<std::wstring> file;
-    Logger().SetFileSink(QxLogPtr(new CapturingSink(file)), 0);
+TEST_CASE("Logger_sink_for_errors_gets_errors_only") {
+    CapturedLog all;
+    std::vector<std::wstring> errors;
+    AddSink(std::make_shared<CapturingSink>(errors), true);
     LogTyped(LogTypeWarning, L"first");
-    LogSettings settings = Enabled();
-    settings.onlyErrorsToFile = true;
-    Logger().SetSettings(settings);
-    LogTyped(LogTypeWarning, L"second");
-    LogTyped(LogTypeError | LogTypeWarning, L"third");
-    LogTyped(LogTypeError, L"fourth");
-    CHECK(file == std::vector<std::wstring>{L"first\n", L"fourth\n"});
-    CHECK(trace.Joined() == L"first\nsecond\nthird\nfourth\n");
+    LogTyped(LogTypeError | LogTypeWarning, L"second");
+    LogTyped(LogTypeError, L"third");
+    CHECK(errors == std::vector<std::wstring>{L"third\n"});
+    CHECK(all.Joined() == L"first\nsecond\nthird\n");
 }
 
-TEST_CASE("Logger_file_sink_is_known_by_name_and_maximum_size") {
-    CapturedLog log;
-    int destroyed = 0;
-    CHECK(Logger().HasFileSink(L"", 0));
-    CHECK(Logger().HasFileSink(L"", 5));
-    CHECK_FALSE(Logger().HasFileSink(L"a.log", 0));
-    Logger().SetFileSink(QxLogPtr(new CountedSink(destroyed, L"a.log")), 5);
-    CHECK(Logger().HasFileSink(L"a.log", 5));
-    CHECK_FALSE(Logger().HasFileSink(L"a.log", 6));
-    CHECK_FALSE(Logger().HasFileSink(L"b.log", 5));
-    CHECK_FALSE(Logger().HasFileSink(L"", 5));
-}
-
-TEST_CASE("Logger_replaced_and_removed_sinks_are_released") {
+TEST_CASE("Logger_removed_sinks_are_released") {
     int destroyed = 0;
     {
         CapturedLog log;
-        Logger().SetFileSink(QxLogPtr(new CountedSink(destroyed)), 0);
-        Logger().SetFileSink(QxLogPtr(new CountedSink(destroyed)), 0);
+        AddSink(std::make_shared<CountedSink>(destroyed));
+        AddSink(std::make_shared<CountedSink>(destroyed));
+        Logger().Change([](LogConfiguration& configuration) { configuration.sinks.pop_back(); });
         CHECK(destroyed == 1);
-        Logger().SetTraceSink(QxLogPtr(new CountedSink(destroyed)));
-        Logger().SetTraceSink(nullptr);
-        CHECK(destroyed == 2);
     }
-    CHECK(destroyed == 3);
+    CHECK(destroyed == 2);
+}
+
+TEST_CASE("Logger_change_that_fails_changes_nothing") {
+    CapturedLog log;
+    int destroyed = 0;
+    CHECK_THROWS_AS(Logger().Change([&](LogConfiguration& configuration) {
+        configuration.settings.enabled = false;
+        configuration.sinks = {{std::make_shared<CountedSink>(destroyed)}};
+        throw std::bad_alloc();
+    }),
+                    std::bad_alloc);
+    CHECK(destroyed == 1);
+    LogError(L"written");
+    CHECK(log.Joined() == L"written\n");
 }
 
 TEST_CASE("Logger_message_raised_inside_a_write_is_dropped") {
     CapturedLog log;
     int writes = 0;
-    Logger().SetFileSink(QxLogPtr(new LoggingSink(writes)), 0);
+    AddSink(std::make_shared<LoggingSink>(writes));
     LogError(L"outer");
     CHECK(writes == 1);
     CHECK(log.Joined() == L"outer\n");
@@ -309,7 +314,7 @@ public:
 
 TEST_CASE("Logger_last_error_of_the_caller_is_kept") {
     CapturedLog log;
-    Logger().SetFileSink(QxLogPtr(new ErrorSettingSink), 0);
+    AddSink(std::make_shared<ErrorSettingSink>());
 #ifdef _WIN32
     SetLastError(4711);
     LogError(L"text %d", 1);
@@ -333,13 +338,12 @@ TEST_CASE("Logger_threads_never_mix_lines_while_the_log_is_reconfigured") {
                 LogError(L"thread %d line %d", t, i);
         });
     int destroyed = 0;
-    for (int i = 0; i < 200; ++i) {
-        LogSettings settings = Enabled();
-        settings.level = static_cast<std::uint32_t>(i);
-        settings.sourceName = std::to_wstring(i);
-        Logger().SetSettings(settings);
-        Logger().SetFileSink(QxLogPtr(new CountedSink(destroyed)), 0);
-    }
+    for (int i = 0; i < 200; ++i)
+        Logger().Change([&](LogConfiguration& configuration) {
+            configuration.settings.sourceName = std::to_wstring(i);
+            configuration.sinks.resize(1);
+            configuration.sinks.push_back({std::make_shared<CountedSink>(destroyed)});
+        });
     for (std::thread& writer : writers)
         writer.join();
     CHECK(destroyed == 199);
@@ -350,5 +354,70 @@ TEST_CASE("Logger_threads_never_mix_lines_while_the_log_is_reconfigured") {
         REQUIRE(t < threads);
         CHECK(text == L"thread " + std::to_wstring(t) + L" line " + std::to_wstring(next[t]++) + L"\n");
     }
+}
+
+/// Checks that each line has the source name of the sink's own change.
+class MatchingSink final : public QxLog {
+public:
+    MatchingSink(std::wstring header, std::atomic<int>& strangers)
+        : QxLog(L"matching"), m_header(std::move(header)), m_strangers(strangers) {}
+    void Write(std::wstring_view text) noexcept override { m_strangers += !text.starts_with(m_header); }
+
+private:
+    std::wstring m_header;
+    std::atomic<int>& m_strangers;
+};
+
+TEST_CASE("Logger_concurrent_changes_show_a_line_settings_and_sinks_of_one_of_them") {
+    constexpr int changes = 500;
+    CapturedLog log(LogFormat::SourceName);
+    std::atomic<int> strangers{0};
+    std::vector<std::thread> threads;
+    for (const wchar_t* name : {L"A", L"B"})
+        threads.emplace_back([&strangers, name] {
+            for (int i = 0; i < changes; ++i)
+                Logger().Change([&](LogConfiguration& configuration) {
+                    ++configuration.settings.level;
+                    configuration.settings.sourceName = name;
+                    const std::wstring header = L"[" + std::wstring(name) + L"] ";
+                    configuration.sinks = {{std::make_shared<MatchingSink>(header, strangers)}};
+                });
+        });
+    for (int i = 0; i < 1000; ++i)
+        LogError(L"line");
+    for (std::thread& thread : threads)
+        thread.join();
+    // The line before the first change goes to the sink that was there, which counts none.
+    CHECK(strangers == 0);
+    CHECK(Logger().GetSettings().level == 2 * changes);
+}
+
+TEST_CASE("Lock_is_handed_to_threads_in_the_order_in_which_they_ask") {
+    constexpr int threads = 4, turns = 50;
+    QxLock lock;
+    std::vector<int> order;
+    std::atomic<int> ready{0};
+    lock.lock();
+    std::vector<std::thread> waiting;
+    for (int t = 0; t < threads; ++t)
+        waiting.emplace_back([&, t] {
+            ++ready;
+            for (int i = 0; i < turns; ++i) {
+                const std::lock_guard<QxLock> guard(lock);
+                order.push_back(t);
+                // Whoever has the lock gives the others time to ask for it.
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+        });
+    while (ready < threads)
+        std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    lock.unlock();
+    for (std::thread& thread : waiting)
+        thread.join();
+    // Each of them had a turn before any had its second one, and so on.
+    REQUIRE(order.size() == threads * turns);
+    for (std::size_t i = threads; i < order.size() - threads; ++i)
+        CHECK(order[i] == order[i - threads]);
 }
 #endif

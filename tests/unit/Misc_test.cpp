@@ -1,3 +1,4 @@
+#include "Allocations.h"
 #include "CapturedLog.h"
 #include "common/QxMisc.h"
 
@@ -51,6 +52,35 @@ TEST_CASE("LogError_unformattable_argument_logs_the_format_as_it_stands") {
     CHECK(log.Joined() == L"[QxMisc::FormatStringV] Caught a general exception\nname %s\n");
 }
 #endif
+
+TEST_CASE("FormatString_allocation_failure_returns_the_format_and_is_logged") {
+    const std::wstring text(5000, L'x'); // more than one attempt
+    int failures = 0;
+    for (bool happened = true; happened && failures < 100; ++failures) {
+        CapturedLog log;
+        std::wstring formatted;
+        {
+            const Allocations::FailOnce failure(static_cast<unsigned>(failures));
+            formatted = QxMisc::FormatString(L"<%ls>", text.c_str());
+            happened = failure.Happened();
+        }
+        if (happened) {
+            CHECK(formatted == L"<%ls>");
+            CHECK(log.Joined() == L"[QxMisc::FormatStringV] Caught a general exception\n");
+        } else {
+            CHECK(formatted.size() == text.size() + 2);
+            CHECK(log.Texts().empty());
+        }
+    }
+    CHECK(failures >= 3); // the first buffer, a longer one, and the call that went well
+}
+
+TEST_CASE("FormatString_result_has_no_length_limit") {
+    const std::wstring text(34'000'000, L'x');
+    const std::wstring formatted = QxMisc::FormatString(L"<%ls>", text.c_str());
+    CHECK(formatted.size() == text.size() + 2);
+    CHECK(formatted.back() == L'>');
+}
 
 TEST_CASE("FillIn_values_replace_the_marks_in_order") {
     CHECK(QxMisc::FillIn(L"%s of %s", {L"one", L"two"}) == L"one of two");

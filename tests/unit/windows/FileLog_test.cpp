@@ -1,5 +1,7 @@
+#include "DebuggerOutput.h"
 #include "TestFolder.h"
 #include "common/log/QxFileLog.h"
+#include "common/log/RenameMark.h"
 #include "tests/com/ImportPatch.h"
 
 #include <catch2/catch.hpp>
@@ -55,32 +57,71 @@ QxKernelHandle HoldAppendLock(const std::wstring& path) {
     return file;
 }
 
-/// Opens the file as a process does that renames it: nobody else can open it meanwhile.
-QxKernelHandle KeepFileFromOthers(const std::wstring& path) {
+/// Opens the file as another program does that shares it in this way only.
+QxKernelHandle KeepFileFromOthers(const std::wstring& path, DWORD sharing = 0) {
     QxKernelHandle file(
-        CreateFileW(path.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS, 0, nullptr));
+        CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, sharing, nullptr, OPEN_ALWAYS, 0, nullptr));
     REQUIRE(file.IsOpen());
     return file;
 }
 
-DWORD WINAPI CloseAfterAWhile(void* file) {
+/// What a process has open that renames the file.
+struct Renaming {
+    QxKernelHandle exclusive;
+    QxKernelHandle mark;
+
+    explicit Renaming(const std::wstring& path) {
+        exclusive = KeepFileFromOthers(path, FILE_SHARE_READ | FILE_SHARE_DELETE);
+        mark = QxKernelHandle(CreateFileW(path.c_str(), GENERIC_READ,
+                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                          OPEN_EXISTING, 0, nullptr));
+        OVERLAPPED position{};
+        position.OffsetHigh = 0x7FFFFFFE;
+        REQUIRE(LockFileEx(mark.Get(), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &position));
+    }
+    void End() {
+        exclusive.Close();
+        mark.Close();
+    }
+};
+
+DWORD WINAPI EndAfterAWhile(void* renaming) {
     Sleep(200);
-    static_cast<QxKernelHandle*>(file)->Close();
+    static_cast<Renaming*>(renaming)->End();
     return 0;
 }
 
-/// Where two other processes write as soon as this one has closed the file in order to rename it: the first
-/// rotates it, the second begins a new one.
+/// The milliseconds that a call takes.
+template<class Call>
+DWORD Duration(Call call) {
+    const DWORD start = GetTickCount();
+    call();
+    return GetTickCount() - start;
+}
+
+/// What a caller does not notice, on a busy machine.
+constexpr DWORD unnoticed = 500;
+
+/// Where two other processes are at work as soon as this one has closed the file in order to rename it: the
+/// first renames it, without a mark as it may not read the file; the second begins a new one.
 std::wstring othersPath;
 BOOL(WINAPI* closeHandle)(HANDLE) = nullptr;
 
 BOOL WINAPI CloseAndLetOthersWrite(HANDLE handle) {
     const BOOL closed = closeHandle(handle);
     if (const std::wstring path = std::exchange(othersPath, {}); !path.empty()) {
-        NewLog(path, 1)->Write(L"rotates\n");
+        MoveFileExW(path.c_str(), (path + L".bak").c_str(), MOVEFILE_REPLACE_EXISTING);
         NewLog(path, 1)->Write(L"begins anew\n");
     }
     return closed;
+}
+
+bool markSeen = false;
+decltype(&MoveFileExW) moveFile = nullptr;
+
+BOOL WINAPI NoteMarkAndMove(const wchar_t* from, const wchar_t* to, DWORD flags) {
+    markSeen = RenameMark::IsSetOn(from);
+    return moveFile(from, to, flags);
 }
 
 } // namespace
@@ -248,12 +289,30 @@ TEST_CASE("FileLog_stopped_writer_delays_one_line_and_hangs_none") {
     CHECK(FileText(path) == L"kept\r\n");
 }
 
+TEST_CASE("FileLog_writer_stopped_in_the_queue_delays_one_line_and_loses_none") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    // As a process that was stopped while it waited: it has a place in the queue, not the right to append.
+    QxKernelHandle holder(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                      nullptr, OPEN_ALWAYS, 0, nullptr));
+    OVERLAPPED place{};
+    place.OffsetHigh = 0x7FFFFFFF;
+    place.Offset = 1;
+    REQUIRE(LockFileEx(holder.Get(), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place));
+    const QxLogPtr log = NewLog(path);
+    CHECK(Duration([&] { log->Write(L"delayed\n"); }) < 10000);
+    CHECK(Duration([&] { log->Write(L"not delayed\n"); }) < 1000);
+    holder.Close();
+    log->Write(L"later\n");
+    CHECK(FileText(path) == L"delayed\r\nnot delayed\r\nlater\r\n");
+}
+
 TEST_CASE("FileLog_line_written_while_another_process_renames_the_file_is_kept") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
     const QxLogPtr log = NewLog(path);
-    QxKernelHandle renaming = KeepFileFromOthers(path);
-    const HANDLE thread = CreateThread(nullptr, 0, CloseAfterAWhile, &renaming, 0, nullptr);
+    Renaming renaming(path);
+    const HANDLE thread = CreateThread(nullptr, 0, EndAfterAWhile, &renaming, 0, nullptr);
     REQUIRE(thread != nullptr);
     log->Write(L"kept\n");
     REQUIRE(WaitForSingleObject(thread, 60000) == WAIT_OBJECT_0);
@@ -261,20 +320,78 @@ TEST_CASE("FileLog_line_written_while_another_process_renames_the_file_is_kept")
     CHECK(FileText(path) == L"kept\r\n");
 }
 
-TEST_CASE("FileLog_file_kept_from_others_delays_one_line_and_hangs_none") {
+TEST_CASE("FileLog_writer_stopped_while_it_renames_delays_one_line_and_hangs_none") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
-    QxKernelHandle holder = KeepFileFromOthers(path);
     const QxLogPtr log = NewLog(path);
-    const DWORD start = GetTickCount();
-    log->Write(L"lost\n");
-    CHECK(GetTickCount() - start < 10000);
-    const DWORD second = GetTickCount();
-    log->Write(L"lost too\n");
-    CHECK(GetTickCount() - second < 1000);
-    holder.Close();
+    Renaming renaming(path);
+    CHECK(Duration([&] { log->Write(L"lost\n"); }) < 10000);
+    CHECK(Duration([&] { log->Write(L"lost too\n"); }) < 1000);
+    renaming.End();
     log->Write(L"kept\n");
     CHECK(FileText(path) == L"kept\r\n");
+}
+
+TEST_CASE("FileLog_file_that_another_program_does_not_share_costs_no_wait") {
+    for (const DWORD sharing :
+         {DWORD{0}, DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_DELETE}}) {
+        INFO(sharing);
+        const TestFolder folder;
+        const std::wstring path = folder.File(L"a.log");
+        QxKernelHandle holder = KeepFileFromOthers(path, sharing);
+        const QxLogPtr log = NewLog(path);
+        CHECK(Duration([&] { log->Write(L"lost\n"); }) < unnoticed);
+        CHECK(Duration([&] { log->Write(L"lost too\n"); }) < unnoticed);
+        holder.Close();
+        log->Write(L"kept\n");
+        CHECK(FileText(path) == L"kept\r\n");
+    }
+}
+
+TEST_CASE("FileLog_marks_the_file_for_other_writers_while_it_renames_it") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
+    const QxLogPtr log = NewLog(path, 1);
+    {
+        const ImportPatch patch(GetModuleHandleW(nullptr), "MoveFileExW",
+                                reinterpret_cast<void*>(NoteMarkAndMove));
+        moveFile = reinterpret_cast<decltype(moveFile)>(patch.Original());
+        markSeen = false;
+        log->Write(LineOfUnits(unitsPerMiB));
+    }
+    CHECK(markSeen);
+    CHECK(FileExists(backup));
+}
+
+TEST_CASE("FileLog_that_another_writer_renames_is_not_renamed_by_this_one") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
+    const QxLogPtr log = NewLog(path, 1);
+    NewLog(path)->Write(L"first\n");
+    const RenameMark mark(path);
+    log->Write(LineOfUnits(unitsPerMiB));
+    CHECK_FALSE(FileExists(backup));
+}
+
+TEST_CASE("FileLog_that_cannot_be_written_says_so_once_until_it_can") {
+    const TestFolder folder;
+    const std::wstring missing = folder.File(L"missing"), path = missing + L"\\a.log";
+    DebuggerOutput debugger;
+    {
+        const QxLogPtr log = NewLog(path);
+        for (int i = 0; i < 3; ++i)
+            log->Write(L"lost\n");
+        REQUIRE(debugger.lines.size() == 1);
+        const std::string line = debugger.lines[0];
+        CHECK(line.rfind("JobObjects: cannot write the log file '", 0) == 0);
+        CHECK(line.find("missing\\a.log'. ") != std::string::npos);
+        CHECK(line.back() != ' '); // the reason follows
+        REQUIRE(CreateDirectoryW(missing.c_str(), nullptr));
+        log->Write(L"kept\n");
+        CHECK(debugger.lines.size() == 1);
+    }
+    CHECK(DeleteFileW(path.c_str()));
+    CHECK(RemoveDirectoryW(missing.c_str()));
 }
 
 TEST_CASE("FileLog_file_that_another_process_has_begun_meanwhile_does_not_become_the_backup") {
@@ -289,6 +406,6 @@ TEST_CASE("FileLog_file_that_another_process_has_begun_meanwhile_does_not_become
         log->Write(LineOfUnits(unitsPerMiB));
     }
     CHECK(othersPath.empty());
-    CHECK(FileText(backup).size() == unitsPerMiB + 9);
+    CHECK(FileText(backup).size() == unitsPerMiB);
     CHECK(FileText(path) == L"begins anew\r\n");
 }

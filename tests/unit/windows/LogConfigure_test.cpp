@@ -30,6 +30,17 @@ LogSettings Settings() {
     return QxLogger::Instance().GetSettings();
 }
 
+/// The name of the log's one sink.
+std::wstring FileOfLog() {
+    std::wstring name;
+    QxLogger::Instance().Change([&](LogConfiguration& configuration) {
+        REQUIRE(configuration.sinks.size() <= 1);
+        for (const LogSink& sink : configuration.sinks)
+            name = std::wstring(sink.log->Name());
+    });
+    return name;
+}
+
 } // namespace
 
 TEST_CASE("Configure_reads_every_value") {
@@ -57,7 +68,7 @@ TEST_CASE("Configure_reads_every_value") {
     CHECK(settings.maxDataSize == 8);
     CHECK(settings.maxFileSize == 9);
     CHECK(settings.onlyErrorsToFile);
-    CHECK(QxLogger::Instance().HasFileSink(log.path, 9));
+    CHECK(FileOfLog() == log.path);
 
     LogError(LogUtility, L"text %d", 1);
     LogError(LogCom, L"filtered out");
@@ -71,7 +82,7 @@ TEST_CASE("Configure_missing_key_changes_nothing") {
     Configure();
     QxLogger::Instance().Configure(L"Software\\JobObjectsNoSuchKey", HKEY_CURRENT_USER, KEY_READ);
     CHECK(Settings().enabled);
-    CHECK(QxLogger::Instance().HasFileSink(log.path, 0));
+    CHECK(FileOfLog() == log.path);
 }
 
 TEST_CASE("Configure_missing_or_wrong_value_leaves_its_field") {
@@ -87,7 +98,7 @@ TEST_CASE("Configure_missing_or_wrong_value_leaves_its_field") {
     before.maxDataSize = 6;
     before.maxFileSize = 7;
     before.onlyErrorsToFile = true;
-    QxLogger::Instance().SetSettings(before);
+    QxLogger::Instance().Change([&](LogConfiguration& configuration) { configuration.settings = before; });
     log.key.Put(L"Enabled", L"0");
     log.key.Put(L"SourceName", 5u);
     log.key.Put(L"Types", 8u);
@@ -118,7 +129,7 @@ TEST_CASE("Configure_again_replaces_and_removes_the_file") {
     log.key.Put(L"FileName", L"");
     Configure();
     LogError(L"nowhere");
-    CHECK(QxLogger::Instance().HasFileSink(L"", 0));
+    CHECK(FileOfLog().empty());
     CHECK(FileText(log.path) == L"first\r\n");
     CHECK(FileText(second) == L"second\r\n");
     CHECK(DeleteFileW(second.c_str())); // no longer open
@@ -127,7 +138,7 @@ TEST_CASE("Configure_again_replaces_and_removes_the_file") {
     Configure();
     log.key.Remove(L"FileName");
     Configure();
-    CHECK(QxLogger::Instance().HasFileSink(L"", 0));
+    CHECK(FileOfLog().empty());
 }
 
 TEST_CASE("Configure_changed_maximum_size_replaces_the_file_sink") {
@@ -163,4 +174,48 @@ TEST_CASE("Configure_log_in_a_missing_folder_never_disturbs_the_caller") {
     SetLastError(4711);
     LogError(L"lost");
     CHECK(GetLastError() == 4711);
+}
+
+namespace {
+
+/// Configures the log again and again; where it logs to depends on the key.
+DWORD WINAPI ConfigureOften(void* key) {
+    for (int i = 0; i < 200; ++i)
+        QxLogger::Instance().Configure(static_cast<const wchar_t*>(key), HKEY_CURRENT_USER, KEY_READ);
+    return 0;
+}
+
+} // namespace
+
+TEST_CASE("Configure_at_the_same_time_shows_a_line_the_values_of_one_key") {
+    LogKey log;
+    const std::wstring keys[] = {baseKey + L"\\A", baseKey + L"\\B"};
+    const std::wstring paths[] = {log.folder.File(L"A.log"), log.folder.File(L"B.log")};
+    TestKey outer[] = {TestKey(keys[0].c_str()), TestKey(keys[1].c_str())};
+    TestKey inner[] = {TestKey((keys[0] + L"\\Log").c_str()), TestKey((keys[1] + L"\\Log").c_str())};
+    HANDLE threads[2];
+    for (int i = 0; i < 2; ++i) {
+        inner[i].Put(L"Enabled", 1u);
+        inner[i].Put(L"Options", 32u);
+        inner[i].Put(L"SourceName", i == 0 ? L"A" : L"B");
+        inner[i].Put(L"FileName", paths[i]);
+        threads[i] =
+            CreateThread(nullptr, 0, ConfigureOften, const_cast<wchar_t*>(keys[i].c_str()), 0, nullptr);
+        REQUIRE(threads[i] != nullptr);
+    }
+    while (WaitForMultipleObjects(2, threads, TRUE, 0) == WAIT_TIMEOUT)
+        LogError(L"line");
+    for (const HANDLE thread : threads)
+        CloseHandle(thread);
+    LogError(L"line"); // at least this one
+    QxLogger::Instance().Close();
+    std::size_t lines = 0;
+    for (int i = 0; i < 2; ++i) {
+        std::wstring text = FileExists(paths[i]) ? FileText(paths[i]) : L"";
+        const std::wstring line = i == 0 ? L"[A] line\r\n" : L"[B] line\r\n";
+        for (; text.rfind(line, 0) == 0; ++lines)
+            text.erase(0, line.size());
+        CHECK(text.empty());
+    }
+    CHECK(lines > 0);
 }

@@ -1,5 +1,8 @@
+#include "../CapturedLog.h"
 #include "TestKey.h"
 #include "common/QxRegistryHdl.h"
+#include "common/QxSystem.h"
+#include "tests/com/ImportPatch.h"
 
 #include <catch2/catch.hpp>
 
@@ -19,7 +22,38 @@ std::wstring StringOf(QxRegistryHdl& key, const wchar_t* name) {
     return std::wstring(value.view());
 }
 
+LSTATUS WINAPI RefuseToClose(HKEY) {
+    return ERROR_INVALID_HANDLE;
+}
+
 } // namespace
+
+TEST_CASE("TestKey_is_empty_after_a_test_that_was_cut_off") {
+    HKEY left = nullptr;
+    REQUIRE(RegCreateKeyExW(HKEY_CURRENT_USER, (testKeyPath + L"\\Log").c_str(), 0, nullptr, 0,
+                            KEY_ALL_ACCESS, nullptr, &left, nullptr) == ERROR_SUCCESS);
+    RegCloseKey(left);
+    const TestKey stored(testKey);
+    QxRegistryHdl key;
+    CHECK_FALSE(key.Open(HKEY_CURRENT_USER, (testKeyPath + L"\\Log").c_str(), KEY_READ));
+}
+
+TEST_CASE("RegistryHdl_failed_close_is_logged_and_forgets_the_key") {
+    const TestKey stored(testKey);
+    QxRegistryHdl key;
+    REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
+    CapturedLog log(LogFormat::Category);
+    {
+        const ImportPatch patch(GetModuleHandleW(nullptr), "RegCloseKey",
+                                reinterpret_cast<void*>(RefuseToClose));
+        key.Close();
+        key.Close();
+    }
+    CHECK(log.Joined() ==
+          L"[CQx] [QxRegistryHdl::Close] " + QxMisc::GetSystemMessage(ERROR_INVALID_HANDLE) + L"\n");
+    CHECK_FALSE(key.IsOpen());
+    CHECK(key.LastError() == ERROR_INVALID_HANDLE);
+}
 
 TEST_CASE("RegistryHdl_missing_key_is_reported_with_its_code") {
     QxRegistryHdl key;

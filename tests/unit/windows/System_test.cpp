@@ -1,3 +1,4 @@
+#include "../Allocations.h"
 #include "../CapturedLog.h"
 #include "common/Clock.h"
 #include "common/QxSystem.h"
@@ -50,6 +51,18 @@ TEST_CASE("GetSystemMessage_unknown_code_is_empty_and_logged_once") {
     REQUIRE(log.Texts().size() == 1);
     const std::wstring prefix = L"[CQx] [QxMisc::GetSystemMessage(0xE1234ABC)] ";
     CHECK(log.Texts()[0].substr(0, prefix.size()) == prefix);
+}
+
+TEST_CASE("GetSystemMessage_allocation_failure_is_empty_and_logged") {
+    CapturedLog log(LogFormat::Category);
+    bool happened = false;
+    {
+        const Allocations::FailOnce failure(0);
+        CHECK(QxMisc::GetSystemMessage(ERROR_ACCESS_DENIED).empty());
+        happened = failure.Happened();
+    }
+    CHECK(happened);
+    CHECK(log.Joined() == L"[CQx] [QxMisc::GetSystemMessage] Caught a general exception\n");
 }
 
 TEST_CASE("GetSystemMessage_prefix_comes_first") {

@@ -5,10 +5,12 @@
 
 #include <windows.h>
 
-/// A registry key of the current user's that goes away with its values.
+/// A registry key of the current user's that goes away with its values. It is new: what a test that was cut
+/// off has left under the name goes away first.
 class TestKey {
 public:
     explicit TestKey(const wchar_t* path) : m_path(path) {
+        RegDeleteTreeW(HKEY_CURRENT_USER, path);
         RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &m_key, nullptr);
     }
     ~TestKey() {

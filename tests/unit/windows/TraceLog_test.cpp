@@ -18,19 +18,15 @@ TEST_CASE("TraceLog_passes_one_line_per_call_without_its_end") {
     CHECK(debugger.lines == std::vector<std::string>{"one", "two", "", "three"});
 }
 
-TEST_CASE("Logger_trace_sink_is_created_and_removed") {
+TEST_CASE("Logger_trace_sink_gets_line_and_data_block") {
     DebuggerOutput debugger;
-    LogSettings settings;
-    settings.enabled = true;
-    QxLogger::Instance().SetSettings(settings);
-    QxLogger::Instance().SetTraceLog(true);
+    QxLogger::Instance().Change([](LogConfiguration& configuration) {
+        configuration.settings.enabled = true;
+        configuration.sinks = {{std::make_shared<QxTraceLog>()}};
+    });
     const unsigned char byte = 'A';
     LogErrorData(LogGeneral, L"> ", &byte, 1, L"line");
-    QxLogger::Instance().SetTraceLog(true);
-    LogError(L"once");
-    QxLogger::Instance().SetTraceLog(false);
-    LogError(L"nowhere");
     QxLogger::Instance().Close();
-    CHECK(debugger.lines ==
-          std::vector<std::string>{"line", "> 00000000:  41" + std::string(50, ' ') + "A", "once"});
+    LogError(L"nowhere");
+    CHECK(debugger.lines == std::vector<std::string>{"line", "> 00000000:  41" + std::string(50, ' ') + "A"});
 }

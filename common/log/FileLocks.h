@@ -1,0 +1,27 @@
+#pragma once
+
+#include <windows.h>
+
+/// The bytes of a log file that its writers lock. They lie beyond any real offset, so readers never block.
+namespace FileLocks {
+
+/// High halves of the offsets.
+constexpr DWORD appending = 0x7FFFFFFF, renaming = 0x7FFFFFFE;
+
+inline OVERLAPPED Position(DWORD high, DWORD low) noexcept {
+    OVERLAPPED position{};
+    position.Offset = low;
+    position.OffsetHigh = high;
+    return position;
+}
+
+inline bool TryLock(HANDLE file, OVERLAPPED position, DWORD size, DWORD kind) noexcept {
+    return LockFileEx(file, kind | LOCKFILE_FAIL_IMMEDIATELY, 0, size, 0, &position) != FALSE;
+}
+
+/// Whether a lock that was refused is another writer's. Some file systems have no locks at all.
+inline bool IsAnothers(DWORD reason) noexcept {
+    return reason == ERROR_LOCK_VIOLATION || reason == ERROR_IO_PENDING;
+}
+
+} // namespace FileLocks

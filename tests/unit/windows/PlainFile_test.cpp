@@ -1,0 +1,197 @@
+#include "TestFolder.h"
+#include "common/log/PlainFile.h"
+#include "common/log/QxFileLog.h"
+#include "tests/com/ImportPatch.h"
+
+#include <catch2/catch.hpp>
+
+// The log is written wherever its path leads, but not through a link in the file's own place.
+
+namespace {
+
+/// A link to a folder, made when the tests were configured, and the folder itself.
+const std::wstring linkedFolder = L"" LINKED_FOLDER "\\linked", plainFolder = L"" LINKED_FOLDER "\\plain";
+
+void WriteLine(const std::wstring& path, std::uint32_t maxFileSize = 0) {
+    const QxLogPtr log(new QxFileLog(path, maxFileSize));
+    log->Write(L"line\n");
+}
+
+/// The file's name without what earlier runs left.
+std::wstring NewName(const std::wstring& path) {
+    DeleteFileW(path.c_str());
+    REQUIRE(!FileExists(path));
+    return path;
+}
+
+DWORD openFlags = 0;
+decltype(&CreateFileW) createFile = nullptr;
+
+HANDLE WINAPI NoteFlags(const wchar_t* name, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
+                        DWORD creation, DWORD flags, HANDLE like) {
+    openFlags = flags;
+    return createFile(name, access, sharing, security, creation, flags, like);
+}
+
+decltype(&GetFileInformationByHandle) fileInformation = nullptr;
+
+DWORD toldTag = 0;
+
+/// As for a file with a reparse point.
+BOOL WINAPI TellOfReparsePoint(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) {
+    const BOOL result = fileInformation(file, information);
+    information->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
+    return result;
+}
+
+BOOL WINAPI TellTag(HANDLE, FILE_INFO_BY_HANDLE_CLASS, void* information, DWORD) {
+    *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(information) = {FILE_ATTRIBUTE_REPARSE_POINT, toldTag};
+    return TRUE;
+}
+
+BOOL WINAPI TellNoTag(HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+}
+
+BOOL WINAPI TellNothing(HANDLE, BY_HANDLE_FILE_INFORMATION*) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+}
+
+DWORD WINAPI HideAttributes(const wchar_t*) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_FILE_ATTRIBUTES;
+}
+
+template<class Function>
+void* Address(Function function) {
+    return reinterpret_cast<void*>(function);
+}
+
+/// While it lives, every file has a reparse point, of the kind that the second function tells.
+struct ReparsePoints {
+    explicit ReparsePoints(decltype(&TellTag) tellTag)
+        : attributes(GetModuleHandleW(nullptr), "GetFileInformationByHandle", Address(TellOfReparsePoint)),
+          tag(GetModuleHandleW(nullptr), "GetFileInformationByHandleEx", Address(tellTag)) {
+        fileInformation = reinterpret_cast<decltype(fileInformation)>(attributes.Original());
+    }
+    ImportPatch attributes, tag;
+};
+
+std::wstring FullPath(const std::wstring& path) {
+    wchar_t full[MAX_PATH];
+    REQUIRE(GetFullPathNameW(path.c_str(), MAX_PATH, full, nullptr) < MAX_PATH);
+    return full;
+}
+
+} // namespace
+
+TEST_CASE("FileLog_on_a_drive_whose_root_is_a_reparse_point_is_written") {
+    // Such is the drive of the build: the test below would show nothing otherwise.
+    const std::wstring path = FullPath(NewName(plainFolder + L"\\plain.log"));
+    REQUIRE((GetFileAttributesW(path.substr(0, 3).c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
+    for (const std::wstring& name : {path, L"\\\\?\\" + path}) {
+        NewName(path);
+        WriteLine(name);
+        CHECK(FileText(path) == L"line\r\n");
+    }
+}
+
+TEST_CASE("FileLog_behind_a_link_to_a_folder_is_written") {
+    REQUIRE((GetFileAttributesW(linkedFolder.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
+    CreateDirectoryW((plainFolder + L"\\inner").c_str(), nullptr);
+    for (const wchar_t* name : {L"\\linked.log", L"/linked.log", L"\\inner\\linked.log"}) {
+        const std::wstring behind = NewName(plainFolder + name);
+        WriteLine(linkedFolder + name);
+        CHECK(FileText(behind) == L"line\r\n");
+    }
+}
+
+TEST_CASE("FileLog_behind_a_link_to_a_folder_is_rotated") {
+    const std::wstring behind = NewName(plainFolder + L"\\grown.log");
+    const std::wstring backup = NewName(behind + L".bak");
+    const QxLogPtr log(new QxFileLog(linkedFolder + L"\\grown.log", 1));
+    log->Write(std::wstring((1 << 19) - 1, L'x') + L"\n");
+    CHECK(FileExists(backup));
+    CHECK(!FileExists(behind));
+}
+
+TEST_CASE("FileLog_below_a_folder_whose_attributes_are_hidden_is_written") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"test.log");
+    {
+        const ImportPatch patch(GetModuleHandleW(nullptr), "GetFileAttributesW", Address(HideAttributes));
+        WriteLine(path);
+    }
+    CHECK(FileText(path) == L"line\r\n");
+}
+
+TEST_CASE("FileLog_with_a_second_name_elsewhere_is_not_written_until_that_goes") {
+    const TestFolder folder;
+    const std::wstring other = folder.File(L"other.txt"), path = folder.File(L"test.log");
+    WriteLine(other);
+    REQUIRE(CreateHardLinkW(path.c_str(), other.c_str(), nullptr));
+    const QxLogPtr log(new QxFileLog(path, 0));
+    log->Write(L"refused\n");
+    CHECK(FileText(other) == L"line\r\n");
+    REQUIRE(DeleteFileW(other.c_str()));
+    log->Write(L"written\n");
+    CHECK(FileText(path) == L"line\r\nwritten\r\n");
+}
+
+TEST_CASE("FileLog_is_opened_itself_where_it_might_be_a_link") {
+    const TestFolder folder;
+    const ImportPatch patch(GetModuleHandleW(nullptr), "CreateFileW", Address(NoteFlags));
+    createFile = reinterpret_cast<decltype(createFile)>(patch.Original());
+    openFlags = 0;
+    WriteLine(folder.File(L"test.log"));
+    CHECK((openFlags & FILE_FLAG_OPEN_REPARSE_POINT) != 0);
+}
+
+TEST_CASE("FileLog_that_is_a_symbolic_link_is_not_written") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"test.log");
+    {
+        const ReparsePoints links(TellTag);
+        toldTag = IO_REPARSE_TAG_SYMLINK;
+        WriteLine(path);
+        CHECK(FileText(path).empty());
+        CHECK(!OpenPlainFile(path, 0, OPEN_EXISTING).IsOpen());
+        CHECK(GetLastError() == ERROR_CANT_ACCESS_FILE);
+    }
+    WriteLine(path);
+    CHECK(FileText(path) == L"line\r\n");
+}
+
+TEST_CASE("FileLog_with_a_reparse_point_that_is_no_link_is_opened_through_it") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"test.log");
+    const ReparsePoints storage(TellTag);
+    toldTag = IO_REPARSE_TAG_DEDUP;
+    const ImportPatch patch(GetModuleHandleW(nullptr), "CreateFileW", Address(NoteFlags));
+    createFile = reinterpret_cast<decltype(createFile)>(patch.Original());
+    WriteLine(path);
+    CHECK((openFlags & FILE_FLAG_OPEN_REPARSE_POINT) == 0);
+    CHECK(FileText(path) == L"line\r\n");
+}
+
+TEST_CASE("FileLog_of_which_the_system_does_not_say_whether_it_is_a_link_is_not_written") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"test.log");
+    {
+        const ImportPatch patch(GetModuleHandleW(nullptr), "GetFileInformationByHandle",
+                                Address(TellNothing));
+        WriteLine(path);
+        CHECK(FileText(path).empty());
+    }
+    const ReparsePoints unknown(TellNoTag);
+    WriteLine(path);
+    CHECK(FileText(path).empty());
+}
+
+TEST_CASE("PlainFile_problems_have_a_sentence_each") {
+    CHECK(PlainFileProblem(ERROR_CANT_ACCESS_FILE) == L"It is a symbolic link or has a second name.");
+    CHECK(PlainFileProblem(ERROR_ACCESS_DENIED) == QxMisc::GetSystemMessage(ERROR_ACCESS_DENIED));
+    CHECK(PlainFileProblem(0xE0001234) == L"Error 3758101044.");
+}
