@@ -187,6 +187,8 @@ std::uint32_t JobAttributeCatalogue::AttributeMaskFromNames(std::wstring_view na
 }
 
 QxString JobAttributeCatalogue::AttributeNamesFromMask(std::uint32_t mask) {
+    if (mask == 0)
+        return {};
     const Access tables(*this);
     std::wstring text;
     for (const PageAttributePair& pair : tables->pageAttributePairs) {
@@ -197,7 +199,7 @@ QxString JobAttributeCatalogue::AttributeNamesFromMask(std::uint32_t mask) {
     }
     AppendNames(text, tables->pageAttributes, mask);
     AttributeText::RemoveTrailingComma(text);
-    if (text.empty() && mask != 0)
+    if (text.empty())
         LogError(L"Supplied DB PageAttributes id '0x%x' did not match any attributes.", mask);
     return text;
 }
@@ -236,11 +238,13 @@ std::uint32_t JobAttributeCatalogue::FinishingMaskFromNames(std::wstring_view na
 }
 
 QxString JobAttributeCatalogue::FinishingNamesFromMask(std::uint32_t mask) {
+    if (mask == 0)
+        return {};
     const Access tables(*this);
     std::wstring text;
     AppendNames(text, tables->finishingAttributes, mask);
     AttributeText::RemoveTrailingComma(text);
-    if (text.empty() && mask != 0)
+    if (text.empty())
         LogError(L"Supplied JobFinishing DB id '0x%x' was invalid.", mask);
     return text;
 }

@@ -2,6 +2,7 @@
 #include "ImportPatch.h"
 #include "LogSession.h"
 
+#include <clocale>
 #include <functional>
 
 // The names under which the methods report. Components match them in the log, so they are compared to the
@@ -183,6 +184,9 @@ TEST_CASE("Log_names_the_writer_of_each_job_whose_child_fails") {
     CHECK_TEXT(
         logged(CreatePrintJob(), &IPrintJob::put_PageCounterJobContents, &IPrintJob::get_PageCounterInfoXml),
         Exception(L"CPrintJobImpl::get_PageCounterInfoXml", message));
+    // Once, under the name of the call.
+    CHECK_TEXT(logged(CreatePrintJob(), &IPrintJob::put_PageCounterJobContents, &IPrintJob::get_Xml),
+               Exception(L"CPrintJobImpl::get_Xml", message));
     CHECK(child.references == 0);
 }
 
@@ -418,4 +422,41 @@ TEST_CASE("Log_line_is_written_even_when_there_is_no_error_information") {
                       }),
                failedOnce);
     CHECK_TEXT(TakeErrorDescription(), L"<none>");
+}
+
+TEST_CASE("Log_and_texts_do_not_depend_on_the_locale_that_a_host_sets") {
+    LogSession session;
+    session.Enable();
+    const auto line = CreateCopyLine();
+    const auto job = CreatePrintJob();
+    REQUIRE_HR(Put(line, &ICopyLine::put_PaperSize, L"Napk\u00EFn \u0130 \u20AC"), S_OK);
+    REQUIRE_HR(Put(job, &IPrintJob::put_JobName, L"I\u0130i\u0131 \u20AC"), S_OK);
+    REQUIRE_HR(job->put_JobSize(1234567), S_OK);
+    REQUIRE_HR(job->put_JobTimeLocal(40000.25), S_OK);
+    ForeignChild child(__uuidof(IPolicyResults));
+    child.putResult = dispatchError5;
+    const auto texts = [&] {
+        std::wstring all = Text(job, &IPrintJob::get_Xml);
+        CHECK(Value(line, &ICopyLine::get_DBPaperSize) == 0);
+        const auto reader = CreatePrintJob();
+        REQUIRE_HR(reader->put_PolicyResults(child.As<IPolicyResults>()), S_OK);
+        CHECK_HR(Put(reader, &IPrintJob::put_Xml,
+                     L"<PrintJob "
+                     L"Version=\"7.26\"><FromSystemUser>TRUE</FromSystemUser><PolicyResults/></PrintJob>"),
+                 dispatchError5);
+        CHECK(Value(reader, &IPrintJob::get_FromSystemUser) == VARIANT_TRUE);
+        return all + TakeErrorDescription() + session.TakeText();
+    };
+    const std::wstring plain = texts();
+    CHECK(plain.find(L"Could not resolve PaperSize entry for 'Napk\u00EFn \u0130 \u20AC'.\r\n") !=
+          std::wstring::npos);
+    struct HostLocale {
+        explicit HostLocale(const char* name) { REQUIRE(std::setlocale(LC_ALL, name) != nullptr); }
+        ~HostLocale() { std::setlocale(LC_ALL, "C"); }
+    };
+    for (const char* name : {"German_Germany.1252", "Turkish_Turkey.1254", "Japanese_Japan.932"}) {
+        INFO(name);
+        const HostLocale locale(name);
+        CHECK_TEXT(texts(), plain);
+    }
 }

@@ -6,6 +6,7 @@
 #include "common/QxDateTime.h"
 
 #include <bit>
+#include <cfenv>
 #include <chrono>
 #include <cmath>
 
@@ -31,7 +32,21 @@ int DayOf(const QxCalendarTime& t) {
     return static_cast<int>((date - sys_days(year(1899) / 12 / 30)).count());
 }
 
+/// Hosts may have these exceptions unmasked.
+void CheckRaisesNothing(const QxDateTime& value) {
+    const QxDateTime other(1);
+    QxCalendarTime fields;
+    std::feclearexcept(FE_ALL_EXCEPT);
+    const bool inCalendar = value.ToCalendar(fields);
+    const bool before = other.IsAfter(value), after = value.IsAfter(other);
+    Require(inCalendar || (!before && !after), "an order outside the calendar");
+    Require(!before || !after, "before and after");
+    Require(!value.IsUnset() || !value.IsValid() || value.Format().empty(), "unset with a text");
+    Require(std::fetestexcept(FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW) == 0, "a floating-point exception");
+}
+
 void CheckValue(const QxDateTime& value) {
+    CheckRaisesNothing(value);
     const QxString text = value.Format();
     QxCalendarTime fields;
     if (!value.IsValid() || !value.ToCalendar(fields)) {

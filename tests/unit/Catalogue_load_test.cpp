@@ -288,3 +288,13 @@ TEST_CASE("EnsureLoaded_every_operation_loads_first") {
         CHECK(file.Reads() == 1);
     }
 }
+
+TEST_CASE("Catalogue_is_not_asked_about_a_mask_of_0") {
+    const CatalogueStub file;
+    JobAttributeCatalogue catalogue;
+    CapturedLog log;
+    CHECK(catalogue.AttributeNamesFromMask(0) == L"");
+    CHECK(catalogue.FinishingNamesFromMask(0) == L"");
+    CHECK(file.Reads() == 0);
+    CHECK(log.TakeLines().empty());
+}

@@ -2,6 +2,7 @@
 
 #include <catch2/catch.hpp>
 
+#include <cfenv>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -202,4 +203,24 @@ TEST_CASE("DateTime_keeps_every_bit_of_its_value") {
     }
     CHECK(Text(QxDateTime(std::numeric_limits<double>::denorm_min())).empty());
     CHECK(QxDateTime(-0.0).IsUnset());
+}
+
+TEST_CASE("DateTime_of_any_bits_raises_no_floating_point_exception") {
+    for (const unsigned long long bits :
+         {0x7FF8000000000000ull, 0xFFF8000000000000ull, 0x7FF0000000000001ull, 0xFFF4000000000000ull,
+          0x7FF0000000000000ull, 0xFFF0000000000000ull, 0x7FEFFFFFFFFFFFFFull, 0xFFEFFFFFFFFFFFFFull,
+          0x0000000000000001ull, 0x800FFFFFFFFFFFFFull, 0x8000000000000000ull, 0x43E0000000000000ull,
+          0xC1E0000000200000ull, 0x4146924100000000ull, 0xC124103600000000ull, 0x40E3A6651EB851ECull}) {
+        INFO(std::hex << bits);
+        double value = 0;
+        std::memcpy(&value, &bits, sizeof(value));
+        const QxDateTime time(value), other(1);
+        std::feclearexcept(FE_ALL_EXCEPT);
+        const QxString text = time.Format();
+        const bool unset = time.IsUnset(), before = other.IsAfter(time), after = time.IsAfter(other);
+        const int raised = std::fetestexcept(FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW);
+        CHECK(raised == 0);
+        CHECK(unset == text.empty());
+        CHECK_FALSE((before && after));
+    }
 }
