@@ -2,6 +2,7 @@
 
 #include "CJobObjectsModule.h"
 #include "frame/ResourceStrings.h"
+#include "common/LogRegistry.h"
 #include "common/log/QxLogger.h"
 #include "contents/JobAttributeCatalogue.h"
 
@@ -9,8 +10,8 @@ bool CJobObjectsApp::InitInstance(HINSTANCE instance) noexcept {
     TheModule().Initialize(instance);
     try {
         const QxString registryRoot(LoadResourceString(StringRegistryRoot));
-        QxLogger::Instance().Configure(registryRoot.c_str(), HKEY_LOCAL_MACHINE, KEY_READ,
-                                       LoadResourceString(StringLogSourceName));
+        ConfigureLog(registryRoot.c_str(), HKEY_LOCAL_MACHINE, KEY_READ,
+                     LoadResourceString(StringLogSourceName));
     } catch (...) {
         // Without memory for the log's settings the library works unlogged.
     }

@@ -3,7 +3,7 @@
 #include "Records.h"
 
 #include "common/QxDateTime.h"
-#include "common/QxMisc.h"
+#include "common/text/Numbers.h"
 #include "common/XmlNamespace.h"
 
 // The XML form of a print job record with all its children, once for every contender. A contender brings

@@ -1,7 +1,8 @@
 #include "ErrorReporting.h"
 
-#include "QxMisc.h"
+#include "common/QxMisc.h"
 #include "log/QxLogger.h"
+#include "text/SystemText.h"
 
 #include <exception>
 #include <new>
@@ -12,28 +13,17 @@ namespace {
 
 constexpr wchar_t generalMessage[] = L"A general exception occurred.";
 
-/// The system's message text without its line end; false if the system has none.
-bool SystemText(HRESULT code, QxString& text) {
-    wchar_t* buffer = nullptr;
-    const DWORD length = FormatMessageW(
-        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-        static_cast<DWORD>(code), MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT),
-        reinterpret_cast<wchar_t*>(&buffer), 0, nullptr);
-    if (length == 0)
-        return false;
-    struct Free {
-        wchar_t* block;
-        ~Free() { LocalFree(block); }
-    } const owner{buffer};
-
-    std::wstring_view view(buffer, length);
+/// The system's message text without its line end; empty if the system has none.
+QxString SystemMessage(HRESULT code) {
+    const std::wstring text = SystemText(static_cast<DWORD>(code), MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT),
+                                         SystemTextLines::AsStored);
+    std::wstring_view view(text);
     if (view.size() >= 2 && view.back() == L'\n') {
         view.remove_suffix(1);
         if (view.back() == L'\r')
             view.remove_suffix(1);
     }
-    text = QxString(view);
-    return true;
+    return QxString(view);
 }
 
 QxString SubstituteText(HRESULT code) {
@@ -73,7 +63,9 @@ HRESULT ReportStandardException(const std::exception& error, const wchar_t* sour
 } // namespace
 
 const QxString& ComError::Message() const {
-    if (m_message.empty() && !SystemText(m_code, m_message))
+    if (m_message.empty())
+        m_message = SystemMessage(m_code);
+    if (m_message.empty())
         m_message = SubstituteText(m_code);
     return m_message;
 }

@@ -1,6 +1,7 @@
 #include "QxDateTime.h"
 
-#include "QxMisc.h"
+#include "common/text/Numbers.h"
+#include "common/text/Text.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,38 +1,8 @@
 #include "QxSystem.h"
 
-#include "QxMisc.h"
 #include "log/QxLogger.h"
-
-#include <memory>
-
-namespace {
-
-struct LocalRelease {
-    void operator()(void* block) const noexcept { LocalFree(block); }
-};
-
-std::wstring_view Trimmed(std::wstring_view text) noexcept {
-    constexpr wchar_t white[] = L" \t\r\n\v\f";
-    const std::size_t first = text.find_first_not_of(white);
-    if (first == std::wstring_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(white) - first + 1);
-}
-
-/// False, with the reason as the last error, when the system's table has no text for the code.
-bool FindSystemMessage(DWORD code, std::wstring& text) {
-    wchar_t* found = nullptr;
-    const DWORD length = FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM |
-                                            FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
-                                        nullptr, code, 0, reinterpret_cast<wchar_t*>(&found), 0, nullptr);
-    if (length == 0)
-        return false;
-    const std::unique_ptr<wchar_t, LocalRelease> release(found);
-    text = Trimmed({found, length});
-    return true;
-}
-
-} // namespace
+#include "text/SystemText.h"
+#include "text/Text.h"
 
 std::wstring QxMisc::GetModuleFileName(HMODULE module) {
     std::wstring path(MAX_PATH, L'\0');
@@ -48,15 +18,15 @@ std::wstring QxMisc::GetModuleFileName(HMODULE module) {
 
 std::wstring QxMisc::GetSystemMessage(DWORD code) noexcept {
     try {
-        std::wstring text;
-        if (FindSystemMessage(code, text)) {
+        if (const std::wstring found = SystemText(code, 0, SystemTextLines::One); !found.empty()) {
+            std::wstring text(Trimmed(found));
             ReplaceAll(text, L"%", L"%%");
             return text;
         }
-        // The failure's own text is asked for once: a message table that cannot be read would not end.
-        std::wstring reason;
-        FindSystemMessage(GetLastError(), reason);
-        LogError(LogUtility, L"[QxMisc::GetSystemMessage(0x%08lX)] %ls", code, reason.c_str());
+        // Once: a message table that cannot be read would fail without end.
+        const std::wstring reason = SystemText(GetLastError(), 0, SystemTextLines::One);
+        LogError(LogUtility, L"[QxMisc::GetSystemMessage(0x%08lX)] %ls", code,
+                 std::wstring(Trimmed(reason)).c_str());
     } catch (...) {
         LogError(LogUtility, L"[QxMisc::GetSystemMessage] Caught a general exception");
     }

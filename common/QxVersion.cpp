@@ -1,7 +1,7 @@
 #include "QxVersion.h"
 
 #include "QxException.h"
-#include "QxMisc.h"
+#include "common/text/Numbers.h"
 #include "log/QxLogger.h"
 
 #include <algorithm>

@@ -2,7 +2,8 @@
 
 #include "QxXmlParser.h"
 
-#include "QxMisc.h"
+#include "common/text/Numbers.h"
+#include "common/text/Text.h"
 
 using QxXmlScan::Token;
 

@@ -3,7 +3,7 @@
 
 #include "QxXmlParser.h"
 
-#include "QxMisc.h"
+#include "common/text/Text.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,6 +1,7 @@
 #include "QxXmlWriter.h"
 
-#include "QxMisc.h"
+#include "common/text/Numbers.h"
+#include "common/text/Text.h"
 
 void QxXmlWriter::BeginRecord(XmlName root, std::wstring_view xmlNamespace, const QxVersion& version) {
     OpenStartTag(root);

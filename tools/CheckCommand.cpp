@@ -184,7 +184,7 @@ void CheckCatalogue(Report& report, const std::wstring& module) {
 
 /// Whether this account could write the log file.
 void CheckLogFile(Report& report, const std::wstring& file) {
-    if (OpenPlainFile(file, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING).IsOpen())
+    if (OpenPlainFile(file, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING))
         return;
     const DWORD reason = GetLastError();
     if (reason == ERROR_PATH_NOT_FOUND)

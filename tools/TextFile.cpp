@@ -4,6 +4,7 @@
 #include "Registry.h"
 
 #include "common/TextEncoding.h"
+#include "common/text/SystemText.h"
 
 #include <algorithm>
 #include <cwchar>
@@ -54,12 +55,7 @@ std::wstring ErrorNumber(long result) {
 }
 
 std::wstring ErrorText(long result) {
-    wchar_t* message = nullptr;
-    const DWORD length = FormatMessageW(
-        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-        static_cast<DWORD>(result), 0, reinterpret_cast<wchar_t*>(&message), 0, nullptr);
-    std::wstring text(message ? message : L"", length);
-    LocalFree(message);
+    std::wstring text = SystemText(static_cast<DWORD>(result), 0, SystemTextLines::AsStored);
     while (!text.empty() && text.back() <= L' ')
         text.pop_back();
     return text.empty() ? ErrorNumber(result) : text + L" " + ErrorNumber(result);

@@ -1,6 +1,6 @@
 #include "AttributeText.h"
 
-#include "common/QxMisc.h"
+#include "common/text/Text.h"
 
 namespace AttributeText {
 

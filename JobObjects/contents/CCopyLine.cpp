@@ -4,7 +4,7 @@
 #include "JobAttributeCatalogue.h"
 #include "WrappingSum.h"
 
-#include "common/QxMisc.h"
+#include "common/text/Text.h"
 #include "common/QxXmlParser.h"
 #include "common/QxXmlWriter.h"
 #include "common/RecordReading.h"

@@ -3,7 +3,7 @@
 #include "JobAttributeCatalogue.h"
 #include "WrappingSum.h"
 
-#include "common/QxMisc.h"
+#include "common/text/Numbers.h"
 #include "common/QxXmlParser.h"
 #include "common/QxXmlWriter.h"
 #include "common/log/QxLogger.h"

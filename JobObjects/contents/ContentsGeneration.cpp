@@ -3,7 +3,8 @@
 #include "CJobContents.h"
 #include "JobAttributeCatalogue.h"
 
-#include "common/QxMisc.h"
+#include "common/text/Numbers.h"
+#include "common/text/Text.h"
 #include "common/log/QxLogger.h"
 
 #include <algorithm>

@@ -3,7 +3,8 @@
 #include "CatalogueFile.h"
 #include "JobAttributeCatalogueReader.h"
 
-#include "common/QxMisc.h"
+#include "common/text/Numbers.h"
+#include "common/text/Text.h"
 #include "common/log/QxLogger.h"
 
 #include <algorithm>

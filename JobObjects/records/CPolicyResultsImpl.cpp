@@ -1,6 +1,7 @@
 #include "CPolicyResultsImpl.h"
 
-#include "common/QxMisc.h"
+#include "common/text/Numbers.h"
+#include "common/text/Text.h"
 #include "common/QxXmlWriter.h"
 #include "common/RecordReading.h"
 #include "common/XmlNamespace.h"

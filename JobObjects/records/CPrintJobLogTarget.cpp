@@ -2,7 +2,8 @@
 
 #include "JobObjects/frame/ResourceStrings.h"
 #include "LogTargetTypes.h"
-#include "common/QxMisc.h"
+#include "common/text/Numbers.h"
+#include "common/text/Text.h"
 
 void CPrintJobImpl::SetLogTarget(std::int32_t type, QxString value) noexcept {
     if (type != LogTargetNone && type != LogTargetLogicalPrinter && m_version < s_logTargetVersion)

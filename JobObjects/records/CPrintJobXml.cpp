@@ -6,7 +6,7 @@
 #include "JobObjects/frame/ChildRecord.h"
 #include "LogTargetTypes.h"
 #include "common/Clock.h"
-#include "common/QxMisc.h"
+#include "common/text/Numbers.h"
 #include "common/XmlNamespace.h"
 
 namespace {

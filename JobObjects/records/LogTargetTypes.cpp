@@ -2,7 +2,8 @@
 
 #include "JobObjects/frame/ResourceStrings.h"
 #include "common/QxException.h"
-#include "common/QxMisc.h"
+#include "common/text/Numbers.h"
+#include "common/text/Text.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 #include "LogFormat.h"
 
 #include "QxLogger.h"
-#include "../QxMisc.h"
+#include "../text/Format.h"
 
 #include <algorithm>
 
@@ -66,7 +66,7 @@ std::wstring LogFormat::CategoryText(std::uint32_t category) {
     case LogCom:
         return L"CQxCom";
     default:
-        return QxMisc::FormatString(L"C%04X", category);
+        return FormatText(L"C%04X", category);
     }
 }
 
@@ -90,14 +90,14 @@ void LogFormat::AppendHeader(std::wstring& line, std::uint32_t options, const Lo
             line += L' ';
         line += part;
     };
-    const QxCalendarTime& t = stamp.localTime;
+    const LogStamp& t = stamp;
     if (options & TimeStamp)
-        append(QxMisc::FormatString(L"%04d/%02d/%02d %02d:%02d:%02d", t.year, t.month, t.day, t.hour,
+        append(FormatText(L"%04d/%02d/%02d %02d:%02d:%02d", t.year, t.month, t.day, t.hour,
                                     t.minute, t.second));
     if (options & ProcessId)
-        append(QxMisc::FormatString(L"P%03X", stamp.processId));
+        append(FormatText(L"P%03X", stamp.processId));
     if (options & ThreadId)
-        append(QxMisc::FormatString(L"T%03X", stamp.threadId));
+        append(FormatText(L"T%03X", stamp.threadId));
     if (options & Category && !(category & LogGeneral))
         append(CategoryText(category));
     if (options & TypeLetter)

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "../QxDateTime.h"
-
 #include <cstdint>
 
 /// What a line's header says about the moment and the caller.
 struct LogStamp {
-    QxCalendarTime localTime;
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0; // local time
     std::uint32_t processId = 0;
     std::uint32_t threadId = 0;
 };

@@ -5,7 +5,7 @@
 LogStamp LogPlatform::CurrentStamp() noexcept {
     SYSTEMTIME now;
     GetLocalTime(&now);
-    return {{now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond},
+    return {now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond,
             GetCurrentProcessId(),
             GetCurrentThreadId()};
 }

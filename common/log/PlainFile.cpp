@@ -1,11 +1,12 @@
 #include "PlainFile.h"
 
-#include "../QxMisc.h"
+#include "../text/SystemText.h"
+#include "../text/Text.h"
 
 namespace {
 
-QxKernelHandle OpenToWrite(std::wstring_view path, DWORD sharing, DWORD creation, DWORD flags) {
-    return QxKernelHandle(CreateFileW(std::wstring(path).c_str(), GENERIC_WRITE, sharing, nullptr, creation,
+FileHandle OpenToWrite(std::wstring_view path, DWORD sharing, DWORD creation, DWORD flags) {
+    return OwnedFile(CreateFileW(std::wstring(path).c_str(), GENERIC_WRITE, sharing, nullptr, creation,
                                       FILE_ATTRIBUTE_NORMAL | flags, nullptr));
 }
 
@@ -19,19 +20,19 @@ bool LeadsElsewhere(HANDLE file) noexcept {
 
 } // namespace
 
-QxKernelHandle OpenPlainFile(std::wstring_view path, DWORD sharing, DWORD creation) {
+FileHandle OpenPlainFile(std::wstring_view path, DWORD sharing, DWORD creation) {
     // A link in the file's place is opened itself, so that nothing is created where it leads.
-    QxKernelHandle file = OpenToWrite(path, sharing, creation, FILE_FLAG_OPEN_REPARSE_POINT);
-    if (!file.IsOpen())
+    FileHandle file = OpenToWrite(path, sharing, creation, FILE_FLAG_OPEN_REPARSE_POINT);
+    if (!file)
         return file;
     BY_HANDLE_FILE_INFORMATION information;
-    const bool known = GetFileInformationByHandle(file.Get(), &information) != FALSE;
+    const bool known = GetFileInformationByHandle(file.get(), &information) != FALSE;
     const bool reparsed = known && (information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-    if (!known || information.nNumberOfLinks > 1 || (reparsed && LeadsElsewhere(file.Get()))) {
-        file.Close();
+    if (!known || information.nNumberOfLinks > 1 || (reparsed && LeadsElsewhere(file.get()))) {
+        file.reset();
         SetLastError(ERROR_CANT_ACCESS_FILE);
     } else if (reparsed) {
-        file.Close();
+        file.reset();
         file = OpenToWrite(path, sharing, OPEN_EXISTING, 0);
     }
     return file;
@@ -40,7 +41,7 @@ QxKernelHandle OpenPlainFile(std::wstring_view path, DWORD sharing, DWORD creati
 std::wstring PlainFileProblem(DWORD reason) {
     if (reason == ERROR_CANT_ACCESS_FILE)
         return L"It is a symbolic link or has a second name.";
-    std::wstring text = QxMisc::GetSystemMessage(reason);
-    QxMisc::ReplaceAll(text, L"%%", L"%"); // doubled for use in a format
-    return text.empty() ? QxMisc::FormatString(L"Error %lu.", reason) : text;
+    const std::wstring found = SystemText(reason, 0, SystemTextLines::One);
+    const std::wstring_view text = QxMisc::Trimmed(found);
+    return text.empty() ? L"Error " + std::to_wstring(reason) + L"." : std::wstring(text);
 }

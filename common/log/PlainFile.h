@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../QxTHandle.h"
+#include "FileHandle.h"
 
 #include <string>
 #include <string_view>
@@ -13,7 +13,7 @@
 ///
 /// Not open on failure; the reason is then the last error, ERROR_CANT_ACCESS_FILE for a link. Throws
 /// std::bad_alloc.
-QxKernelHandle OpenPlainFile(std::wstring_view path, DWORD sharing, DWORD creation);
+FileHandle OpenPlainFile(std::wstring_view path, DWORD sharing, DWORD creation);
 
 /// A sentence for the reason that the above leaves as the last error.
 std::wstring PlainFileProblem(DWORD reason);

@@ -44,15 +44,15 @@ void QxFileLog::Write(std::wstring_view text) noexcept {
 bool QxFileLog::WriteLines(std::wstring_view lines) {
     if (!Open())
         return false;
-    const bool written = m_lock.Take(m_file.Get()) && Append(lines);
+    const bool written = m_lock.Take(m_file.get()) && Append(lines);
     const DWORD reason = GetLastError();
     const bool unlocked = m_lock.Release();
     // Outside the lock: flushing takes by far the longest, and other writers need not wait for it.
     if (written)
-        FlushFileBuffers(m_file.Get());
+        FlushFileBuffers(m_file.get());
     if (!unlocked)
-        m_file.Close();
-    else if (written && IsFull(m_file.Get()))
+        m_file.reset();
+    else if (written && IsFull(m_file.get()))
         Rotate();
     SetLastError(reason);
     return written;
@@ -62,9 +62,9 @@ bool QxFileLog::WriteLines(std::wstring_view lines) {
 bool QxFileLog::Open() {
     const DWORD start = GetTickCount();
     bool again = true; // a rename may have ended between the two looks at the file
-    while (!m_file.IsOpen()) {
+    while (!m_file) {
         m_file = OpenPlainFile(Name(), FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_ALWAYS);
-        if (m_file.IsOpen() || GetLastError() != ERROR_SHARING_VIOLATION)
+        if (m_file || GetLastError() != ERROR_SHARING_VIOLATION)
             break;
         const bool renamed = RenameMark::IsSetOn(Name());
         m_renamerHangs = renamed && (m_renamerHangs || GetTickCount() - start >= maxWait);
@@ -75,25 +75,25 @@ bool QxFileLog::Open() {
         if (renamed)
             Sleep(1);
     }
-    if (m_file.IsOpen())
+    if (m_file)
         m_renamerHangs = false;
-    return m_file.IsOpen();
+    return m_file != nullptr;
 }
 
 /// On failure the reason is the last error.
 bool QxFileLog::Append(std::wstring_view lines) noexcept {
     LARGE_INTEGER end{};
-    if (!SetFilePointerEx(m_file.Get(), LARGE_INTEGER{}, &end, FILE_END))
+    if (!SetFilePointerEx(m_file.get(), LARGE_INTEGER{}, &end, FILE_END))
         return false;
     const auto size = static_cast<DWORD>(lines.size() * sizeof(wchar_t));
     DWORD written = 0;
-    const bool accepted = WriteFile(m_file.Get(), lines.data(), size, &written, nullptr) != FALSE;
+    const bool accepted = WriteFile(m_file.get(), lines.data(), size, &written, nullptr) != FALSE;
     if (accepted && written == size)
         return true;
     const DWORD reason = accepted ? ERROR_DISK_FULL : GetLastError();
     // A piece of a line, perhaps half a character, would spoil what follows it.
-    if (SetFilePointerEx(m_file.Get(), end, nullptr, FILE_BEGIN))
-        SetEndOfFile(m_file.Get());
+    if (SetFilePointerEx(m_file.get(), end, nullptr, FILE_BEGIN))
+        SetEndOfFile(m_file.get());
     SetLastError(reason);
     return false;
 }
@@ -109,12 +109,12 @@ void QxFileLog::Rotate() {
     const RenameMark mark(Name());
     if (mark.IsAnothers())
         return;
-    m_file.Close();
+    m_file.reset();
     // Refused while another writer has the file open; the next write then opens the same file again. Once
     // granted it keeps other writers away until the file is renamed. Without it another process could rename
     // the full file first, and the one that was begun after it would replace it as the backup.
-    const QxKernelHandle alone = OpenPlainFile(Name(), FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_EXISTING);
-    if (!alone.IsOpen() || !IsFull(alone.Get()))
+    const FileHandle alone = OpenPlainFile(Name(), FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_EXISTING);
+    if (!alone || !IsFull(alone.get()))
         return;
     const DWORD attributes = GetFileAttributesW(backup.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_READONLY)

@@ -2,7 +2,7 @@
 
 #include "AppendLock.h"
 #include "QxLog.h"
-#include "../QxTHandle.h"
+#include "FileHandle.h"
 
 #include <cstdint>
 #include <string_view>
@@ -31,7 +31,7 @@ private:
     void Report(DWORD reason);
 
     std::uint64_t m_maxBytes;
-    QxKernelHandle m_file;
+    FileHandle m_file;
     AppendLock m_lock;
     bool m_renamerHangs = false; ///< a writer has been renaming the file for longer than a write waits
     bool m_reported = false;     ///< that the file cannot be written

@@ -1,6 +1,6 @@
 #include "QxLogger.h"
 
-#include "../QxMisc.h"
+#include "../text/Format.h"
 
 #include <mutex>
 #include <utility>
@@ -68,13 +68,22 @@ bool QxLogger::IsWritingHere() const noexcept {
     return m_holder.load(std::memory_order_relaxed) == LogPlatform::CurrentThreadId();
 }
 
+std::wstring QxLogger::Formatted(const wchar_t* format, std::va_list arguments) {
+    try {
+        return FormatTextV(format, arguments);
+    } catch (...) {
+        LogText(LogUtility, L"[QxMisc::FormatStringV] Caught a general exception");
+    }
+    return format;
+}
+
 void QxLogger::LogV(std::uint32_t category, std::uint32_t type, const LogFormat::DataBlock& data,
                     const wchar_t* format, std::va_list arguments) noexcept {
     if (!Accepts(category, type) || IsWritingHere())
         return;
     const LogPlatform::LastErrorKeeper keeper;
     try {
-        Write(category, type, QxMisc::FormatStringV(format, arguments), data);
+        Write(category, type, Formatted(format, arguments), data);
     } catch (...) {
         // Out of memory: the line is lost, the caller goes on.
     }

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -91,6 +92,9 @@ public:
     /// Whether a message would be written. Callers ask when building the message is costly.
     bool Accepts(std::uint32_t category, std::uint32_t type = LogTypeError) const noexcept;
 
+    /// The formatted text. Where formatting fails, also for lack of memory, the failure is logged and the text is
+    /// the format itself. Throws std::bad_alloc only if there is not even memory for that.
+    std::wstring Formatted(const wchar_t* format, std::va_list arguments);
     /// Formats and writes one message, with its data block if there is one.
     void LogV(std::uint32_t category, std::uint32_t type, const LogFormat::DataBlock& data,
               const wchar_t* format, std::va_list arguments) noexcept;
@@ -101,15 +105,6 @@ public:
     /// unloading of the module, when no other thread can be inside it, but one that the end of the process
     /// cut off may have left the lock taken.
     void Close() noexcept;
-
-    // Windows only, in LogConfigure.cpp.
-
-    /// Reads the values of the key "Log" below baseKey, and replaces or removes the sinks to match, in one
-    /// change. Changes nothing when the key cannot be opened; a missing value leaves its field, a missing
-    /// sink value removes the sink. rootKey is an HKEY, access the registry access rights to open the key
-    /// with. A source name replaces the one in the registry.
-    void Configure(const wchar_t* baseKey, void* rootKey, std::uint32_t access,
-                   std::wstring_view sourceName = {}) noexcept;
 
 private:
     class Hold;

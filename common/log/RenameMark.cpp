@@ -6,8 +6,8 @@
 
 namespace {
 
-QxKernelHandle OpenShared(std::wstring_view path) {
-    return QxKernelHandle(CreateFileW(std::wstring(path).c_str(), GENERIC_READ,
+FileHandle OpenShared(std::wstring_view path) {
+    return OwnedFile(CreateFileW(std::wstring(path).c_str(), GENERIC_READ,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
@@ -21,10 +21,10 @@ bool IsAnothers(HANDLE file, DWORD kind) noexcept {
 
 RenameMark::RenameMark(std::wstring_view path)
     : m_file(OpenShared(path)),
-      m_isAnothers(m_file.IsOpen() && ::IsAnothers(m_file.Get(), LOCKFILE_EXCLUSIVE_LOCK)) {
+      m_isAnothers(m_file && ::IsAnothers(m_file.get(), LOCKFILE_EXCLUSIVE_LOCK)) {
 }
 
 bool RenameMark::IsSetOn(std::wstring_view path) {
-    const QxKernelHandle file = OpenShared(path);
-    return file.IsOpen() ? ::IsAnothers(file.Get(), 0) : GetLastError() == ERROR_FILE_NOT_FOUND;
+    const FileHandle file = OpenShared(path);
+    return file ? ::IsAnothers(file.get(), 0) : GetLastError() == ERROR_FILE_NOT_FOUND;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../QxTHandle.h"
+#include "FileHandle.h"
 
 #include <string_view>
 
@@ -22,6 +22,6 @@ public:
     static bool IsSetOn(std::wstring_view path);
 
 private:
-    QxKernelHandle m_file;
+    FileHandle m_file;
     bool m_isAnothers;
 };

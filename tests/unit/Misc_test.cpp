@@ -1,6 +1,8 @@
 #include "Allocations.h"
 #include "CapturedLog.h"
 #include "common/QxMisc.h"
+#include "common/text/Numbers.h"
+#include "common/text/Text.h"
 
 #include <catch2/catch.hpp>
 

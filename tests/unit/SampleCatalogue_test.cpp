@@ -4,7 +4,7 @@
 #include "TestData.h"
 
 #include "JobObjects/contents/JobAttributeCatalogueReader.h"
-#include "common/QxMisc.h"
+#include "common/text/Text.h"
 
 #include <catch2/catch.hpp>
 

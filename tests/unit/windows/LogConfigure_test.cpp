@@ -1,3 +1,4 @@
+#include "common/LogRegistry.h"
 #include "TestFolder.h"
 #include "TestKey.h"
 #include "common/log/QxLogger.h"
@@ -23,7 +24,7 @@ struct LogKey {
 };
 
 void Configure() {
-    QxLogger::Instance().Configure(baseKey.c_str(), HKEY_CURRENT_USER, KEY_READ);
+    ConfigureLog(baseKey.c_str(), HKEY_CURRENT_USER, KEY_READ);
 }
 
 LogSettings Settings() {
@@ -80,7 +81,7 @@ TEST_CASE("Configure_missing_key_changes_nothing") {
     log.key.Put(L"Enabled", 1u);
     log.key.Put(L"FileName", log.path);
     Configure();
-    QxLogger::Instance().Configure(L"Software\\JobObjectsNoSuchKey", HKEY_CURRENT_USER, KEY_READ);
+    ConfigureLog(L"Software\\JobObjectsNoSuchKey", HKEY_CURRENT_USER, KEY_READ);
     CHECK(Settings().enabled);
     CHECK(FileOfLog() == log.path);
 }
@@ -181,7 +182,7 @@ namespace {
 /// Configures the log again and again; where it logs to depends on the key.
 DWORD WINAPI ConfigureOften(void* key) {
     for (int i = 0; i < 200; ++i)
-        QxLogger::Instance().Configure(static_cast<const wchar_t*>(key), HKEY_CURRENT_USER, KEY_READ);
+        ConfigureLog(static_cast<const wchar_t*>(key), HKEY_CURRENT_USER, KEY_READ);
     return 0;
 }
 

@@ -157,7 +157,7 @@ TEST_CASE("FileLog_that_is_a_symbolic_link_is_not_written") {
         toldTag = IO_REPARSE_TAG_SYMLINK;
         WriteLine(path);
         CHECK(FileText(path).empty());
-        CHECK(!OpenPlainFile(path, 0, OPEN_EXISTING).IsOpen());
+        CHECK_FALSE(OpenPlainFile(path, 0, OPEN_EXISTING));
         CHECK(GetLastError() == ERROR_CANT_ACCESS_FILE);
     }
     WriteLine(path);

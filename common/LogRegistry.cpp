@@ -1,8 +1,10 @@
-#include "QxFileLog.h"
-#include "QxLogger.h"
-#include "QxTraceLog.h"
-#include "../QxMisc.h"
-#include "../QxRegistryHdl.h"
+#include "LogRegistry.h"
+
+#include "common/QxMisc.h"
+#include "QxRegistryHdl.h"
+#include "log/QxFileLog.h"
+#include "log/QxLogger.h"
+#include "log/QxTraceLog.h"
 
 namespace {
 
@@ -47,13 +49,12 @@ std::vector<LogSink> SinksFor(const LogSettings& settings, const LogConfiguratio
 
 } // namespace
 
-void QxLogger::Configure(const wchar_t* baseKey, void* rootKey, std::uint32_t access,
-                         std::wstring_view sourceName) noexcept {
+void ConfigureLog(const wchar_t* baseKey, HKEY rootKey, REGSAM access, std::wstring_view sourceName) noexcept {
     try {
         QxRegistryHdl key; // closed after the change: a failed close is logged
-        if (!key.Open(static_cast<HKEY>(rootKey), QxMisc::FormatString(L"%ls\\Log", baseKey).c_str(), access))
+        if (!key.Open(rootKey, QxMisc::FormatString(L"%ls\\Log", baseKey).c_str(), access))
             return;
-        Change([&](LogConfiguration& configuration) {
+        QxLogger::Instance().Change([&](LogConfiguration& configuration) {
             LogSettings settings = configuration.settings;
             ReadCommonValues(key, settings);
             ReadSinkValues(key, settings);
