@@ -1,10 +1,10 @@
 #include "CJobObjectsApp.h"
 
 #include "CJobObjectsModule.h"
-#include "frame/ResourceStrings.h"
+#include "JobObjects/frame/ResourceStrings.h"
 #include "common/LogRegistry.h"
 #include "common/log/QxLogger.h"
-#include "contents/JobAttributeCatalogue.h"
+#include "JobObjects/contents/JobAttributeCatalogue.h"
 
 bool CJobObjectsApp::InitInstance(HINSTANCE instance) noexcept {
     TheModule().Initialize(instance);

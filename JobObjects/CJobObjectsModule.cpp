@@ -1,6 +1,6 @@
 #include "CJobObjectsModule.h"
 
-#include "frame/ClassFactory.h"
+#include "JobObjects/frame/ClassFactory.h"
 
 #include <mutex>
 

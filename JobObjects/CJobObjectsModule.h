@@ -1,9 +1,9 @@
 #pragma once
 
 #include "ClassMap.h"
-#include "frame/ServerModule.h"
-#include "common/ComPtr.h"
-#include "common/QxLock.h"
+#include "JobObjects/frame/ServerModule.h"
+#include "common/com/ComPtr.h"
+#include "common/text/QxLock.h"
 
 #include <windows.h>
 #include <objidl.h>

@@ -1,16 +1,16 @@
 #include "ClassMap.h"
 
-#include "contents/CCopyLineImpl.h"
-#include "contents/CCopyLinesImpl.h"
-#include "contents/CJobContentsImpl.h"
-#include "frame/ComObject.h"
-#include "printer/CLogicalPrinterImpl.h"
-#include "printer/CWindowsPrintInfoImpl.h"
-#include "records/CCopyJobImpl.h"
-#include "records/CFaxJobImpl.h"
-#include "records/CPolicyResultsImpl.h"
-#include "records/CPrintJobImpl.h"
-#include "records/CScanJobImpl.h"
+#include "JobObjects/contents/CCopyLineImpl.h"
+#include "JobObjects/contents/CCopyLinesImpl.h"
+#include "JobObjects/contents/CJobContentsImpl.h"
+#include "JobObjects/frame/ComObject.h"
+#include "JobObjects/printer/CLogicalPrinterImpl.h"
+#include "JobObjects/printer/CWindowsPrintInfoImpl.h"
+#include "JobObjects/records/CCopyJobImpl.h"
+#include "JobObjects/records/CFaxJobImpl.h"
+#include "JobObjects/records/CPolicyResultsImpl.h"
+#include "JobObjects/records/CPrintJobImpl.h"
+#include "JobObjects/records/CScanJobImpl.h"
 
 constexpr std::array<ClassMapEntry, ClassCount> ClassMap{{
     {&CLSID_CopyJob, L"CopyJob", false, CreateObject<CCopyJobImpl>},

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/ClassMapEntry.h"
+#include "JobObjects/frame/ClassMapEntry.h"
 
 #include <array>
 #include <cstddef>

@@ -2,9 +2,9 @@
 
 #include "ClassMap.h"
 #include "JobObjects.h"
-#include "frame/ModulePath.h"
-#include "frame/TypeLibrary.h"
-#include "common/ErrorReporting.h"
+#include "JobObjects/frame/ModulePath.h"
+#include "JobObjects/frame/TypeLibrary.h"
+#include "common/com/ErrorReporting.h"
 
 #include <string>
 

@@ -2,7 +2,7 @@
 #include "Rows.h"
 
 #include "JobObjects/contents/JobAttributeCatalogueReader.h"
-#include "common/TextEncoding.h"
+#include "common/text/TextEncoding.h"
 
 #include <algorithm>
 #include <fstream>

@@ -3,8 +3,8 @@
 
 #include "Rows.h"
 
-#include "common/Bstr.h"
-#include "common/ComPtr.h"
+#include "common/com/Bstr.h"
+#include "common/com/ComPtr.h"
 
 #include "JobObjects.h"
 

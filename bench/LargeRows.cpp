@@ -2,8 +2,8 @@
 #include "Peers.h"
 #include "Rows.h"
 
-#include "common/QxXmlParser.h"
-#include "common/QxXmlWriter.h"
+#include "common/xml/QxXmlParser.h"
+#include "common/xml/QxXmlWriter.h"
 
 namespace {
 

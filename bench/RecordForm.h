@@ -4,7 +4,7 @@
 
 #include "common/QxDateTime.h"
 #include "common/text/Numbers.h"
-#include "common/XmlNamespace.h"
+#include "common/xml/XmlNamespace.h"
 
 // The XML form of a print job record with all its children, once for every contender. A contender brings
 //

@@ -2,7 +2,7 @@
 #include "RecordText.h"
 #include "Rows.h"
 
-#include "common/QxXmlParser.h"
+#include "common/xml/QxXmlParser.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include "RecordForm.h"
 
-#include "common/QxXmlParser.h"
-#include "common/QxXmlWriter.h"
-#include "common/RecordReading.h"
+#include "common/xml/QxXmlParser.h"
+#include "common/xml/QxXmlWriter.h"
+#include "common/xml/RecordReading.h"
 
 namespace {
 

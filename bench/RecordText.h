@@ -2,7 +2,7 @@
 
 #include "Records.h"
 
-#include "common/QxXmlWriter.h"
+#include "common/xml/QxXmlWriter.h"
 
 #include <string_view>
 

@@ -1,10 +1,10 @@
 #include "LogRegistry.h"
 
-#include "common/QxMisc.h"
+#include "QxMisc.h"
 #include "QxRegistryHdl.h"
-#include "log/QxFileLog.h"
-#include "log/QxLogger.h"
-#include "log/QxTraceLog.h"
+#include "common/log/QxFileLog.h"
+#include "common/log/QxLogger.h"
+#include "common/log/QxTraceLog.h"
 
 namespace {
 
@@ -49,7 +49,8 @@ std::vector<LogSink> SinksFor(const LogSettings& settings, const LogConfiguratio
 
 } // namespace
 
-void ConfigureLog(const wchar_t* baseKey, HKEY rootKey, REGSAM access, std::wstring_view sourceName) noexcept {
+void ConfigureLog(const wchar_t* baseKey, HKEY rootKey, REGSAM access,
+                  std::wstring_view sourceName) noexcept {
     try {
         QxRegistryHdl key; // closed after the change: a failed close is logged
         if (!key.Open(rootKey, QxMisc::FormatString(L"%ls\\Log", baseKey).c_str(), access))

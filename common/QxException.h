@@ -1,6 +1,6 @@
 #pragma once
 
-#include "QxString.h"
+#include "common/text/QxString.h"
 
 #include <utility>
 

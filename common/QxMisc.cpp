@@ -1,6 +1,6 @@
 #include "QxMisc.h"
 
-#include "log/QxLogger.h"
+#include "common/log/QxLogger.h"
 
 std::wstring QxMisc::FormatStringV(const wchar_t* format, std::va_list arguments) {
     return QxLogger::Instance().Formatted(format, arguments);

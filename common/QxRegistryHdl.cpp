@@ -1,7 +1,7 @@
 #include "QxRegistryHdl.h"
 
 #include "QxSystem.h"
-#include "log/QxLogger.h"
+#include "common/log/QxLogger.h"
 
 #include <string>
 

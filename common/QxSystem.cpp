@@ -1,8 +1,8 @@
 #include "QxSystem.h"
 
-#include "log/QxLogger.h"
-#include "text/SystemText.h"
-#include "text/Text.h"
+#include "common/log/QxLogger.h"
+#include "common/text/SystemText.h"
+#include "common/text/Text.h"
 
 std::wstring QxMisc::GetModuleFileName(HMODULE module) {
     std::wstring path(MAX_PATH, L'\0');

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "QxSystem.h"
-#include "log/QxLogger.h"
+#include "common/log/QxLogger.h"
 
 #include <cstdint>
 #include <utility>

@@ -2,7 +2,7 @@
 
 #include "QxException.h"
 #include "common/text/Numbers.h"
-#include "log/QxLogger.h"
+#include "common/log/QxLogger.h"
 
 #include <algorithm>
 

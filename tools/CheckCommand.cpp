@@ -7,7 +7,7 @@
 #include "Registry.h"
 #include "TextFile.h"
 
-#include "common/Bstr.h"
+#include "common/com/Bstr.h"
 #include "common/log/PlainFile.h"
 
 #include <initguid.h> // so that the header defines the type library's identifier

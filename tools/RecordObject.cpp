@@ -3,7 +3,7 @@
 #include "Console.h"
 #include "TextFile.h"
 
-#include "common/Bstr.h"
+#include "common/com/Bstr.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/ComPtr.h"
+#include "common/com/ComPtr.h"
 
 #include <string>
 #include <string_view>

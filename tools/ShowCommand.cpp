@@ -7,7 +7,7 @@
 #include "TextFile.h"
 #include "XmlTree.h"
 
-#include "common/Bstr.h"
+#include "common/com/Bstr.h"
 
 #include <algorithm>
 #include <cwchar>

@@ -3,7 +3,7 @@
 #include "Console.h"
 #include "Registry.h"
 
-#include "common/TextEncoding.h"
+#include "common/text/TextEncoding.h"
 #include "common/text/SystemText.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "Console.h"
 
-#include "common/QxXmlParser.h"
+#include "common/xml/QxXmlParser.h"
 
 #include <algorithm>
 

@@ -5,9 +5,9 @@
 #include "WrappingSum.h"
 
 #include "common/text/Text.h"
-#include "common/QxXmlParser.h"
-#include "common/QxXmlWriter.h"
-#include "common/RecordReading.h"
+#include "common/xml/QxXmlParser.h"
+#include "common/xml/QxXmlWriter.h"
+#include "common/xml/RecordReading.h"
 #include "common/log/QxLogger.h"
 
 std::int32_t CCopyLine::PagesTotal() const noexcept {

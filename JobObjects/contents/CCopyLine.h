@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/QxString.h"
+#include "common/text/QxString.h"
 
 #include <cstdint>
 #include <string_view>

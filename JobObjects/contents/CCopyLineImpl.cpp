@@ -1,6 +1,6 @@
 #include "CCopyLineImpl.h"
 
-#include "common/QxXmlWriter.h"
+#include "common/xml/QxXmlWriter.h"
 
 // The two accessors report under each other's names: what components match in the log must stay as it is.
 

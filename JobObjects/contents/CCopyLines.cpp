@@ -4,8 +4,8 @@
 #include "WrappingSum.h"
 
 #include "common/text/Numbers.h"
-#include "common/QxXmlParser.h"
-#include "common/QxXmlWriter.h"
+#include "common/xml/QxXmlParser.h"
+#include "common/xml/QxXmlWriter.h"
 #include "common/log/QxLogger.h"
 
 #include <algorithm>

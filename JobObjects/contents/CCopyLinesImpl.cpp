@@ -1,7 +1,7 @@
 #include "CCopyLinesImpl.h"
 
 #include "JobObjects/frame/ChildRecord.h"
-#include "common/QxXmlWriter.h"
+#include "common/xml/QxXmlWriter.h"
 
 HRESULT CCopyLinesImpl::get_Xml(BSTR* pVal) {
     return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] {

@@ -3,10 +3,10 @@
 #include "JobAttributeCatalogue.h"
 
 #include "common/text/Text.h"
-#include "common/QxXmlParser.h"
-#include "common/QxXmlWriter.h"
-#include "common/RecordReading.h"
-#include "common/XmlNamespace.h"
+#include "common/xml/QxXmlParser.h"
+#include "common/xml/QxXmlWriter.h"
+#include "common/xml/RecordReading.h"
+#include "common/xml/XmlNamespace.h"
 #include "common/log/QxLogger.h"
 
 CJobContents::CJobContents() : m_jobCopyLines(std::make_shared<CCopyLines>()) {

@@ -2,7 +2,7 @@
 
 #include "CCopyLines.h"
 
-#include "common/QxString.h"
+#include "common/text/QxString.h"
 #include "common/QxVersion.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "CJobContentsImpl.h"
 
 #include "JobObjects/frame/ChildRecord.h"
-#include "common/QxXmlWriter.h"
+#include "common/xml/QxXmlWriter.h"
 
 HRESULT CJobContentsImpl::get_Xml(BSTR* pVal) {
     return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] {

@@ -2,7 +2,7 @@
 
 #include "common/QxSystem.h"
 #include "common/QxTHandle.h"
-#include "common/TextEncoding.h"
+#include "common/text/TextEncoding.h"
 #include "common/log/QxLogger.h"
 
 #include <windows.h>

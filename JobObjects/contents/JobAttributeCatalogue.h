@@ -2,8 +2,8 @@
 
 #include "AttributeText.h"
 
-#include "common/QxLock.h"
-#include "common/QxString.h"
+#include "common/text/QxLock.h"
+#include "common/text/QxString.h"
 
 #include <atomic>
 #include <cstdint>

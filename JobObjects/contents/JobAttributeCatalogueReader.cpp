@@ -1,6 +1,6 @@
 #include "JobAttributeCatalogueReader.h"
 
-#include "common/QxXmlParser.h"
+#include "common/xml/QxXmlParser.h"
 #include "common/log/QxLogger.h"
 
 #include <utility>

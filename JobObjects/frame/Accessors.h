@@ -2,10 +2,10 @@
 
 #include "ChildClass.h"
 #include "MethodName.h"
-#include "common/Bstr.h"
-#include "common/ErrorReporting.h"
+#include "common/com/Bstr.h"
+#include "common/com/ErrorReporting.h"
 #include "common/QxDateTime.h"
-#include "common/QxXmlWriter.h"
+#include "common/xml/QxXmlWriter.h"
 
 #include <algorithm>
 #include <concepts>

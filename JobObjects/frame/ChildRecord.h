@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ChildClass.h"
-#include "common/Bstr.h"
-#include "common/ErrorReporting.h"
+#include "common/com/Bstr.h"
+#include "common/com/ErrorReporting.h"
 
 // How a record creates its children and exchanges their XML: only through COM, so that a child can be any
 // object with the interface. Failures are ComErrors.

@@ -3,7 +3,7 @@
 #include "MethodName.h"
 #include "ReferenceCount.h"
 #include "ServerModule.h"
-#include "common/ErrorReporting.h"
+#include "common/com/ErrorReporting.h"
 
 #include <new>
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "common/QxDateTime.h"
-#include "common/QxString.h"
+#include "common/text/QxString.h"
 #include "common/QxVersion.h"
-#include "common/QxXmlParser.h"
-#include "common/QxXmlWriter.h"
-#include "common/RecordReading.h"
-#include "common/XmlName.h"
+#include "common/xml/QxXmlParser.h"
+#include "common/xml/QxXmlWriter.h"
+#include "common/xml/RecordReading.h"
+#include "common/xml/XmlName.h"
 
 #include <cstdint>
 #include <limits>

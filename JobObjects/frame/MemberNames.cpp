@@ -1,7 +1,7 @@
 #include "MemberNames.h"
 
-#include "common/Bstr.h"
-#include "common/ErrorReporting.h"
+#include "common/com/Bstr.h"
+#include "common/com/ErrorReporting.h"
 
 #include <algorithm>
 

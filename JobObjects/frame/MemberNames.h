@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/QxString.h"
+#include "common/text/QxString.h"
 
 #include <windows.h>
 #include <oaidl.h>

@@ -1,7 +1,7 @@
 #include "ModulePath.h"
 
 #include "ServerModule.h"
-#include "common/ErrorReporting.h"
+#include "common/com/ErrorReporting.h"
 
 std::wstring OwnModulePath() {
     constexpr DWORD maxPath = 260;

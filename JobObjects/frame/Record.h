@@ -3,7 +3,7 @@
 #include "Dispatch.h"
 #include "JobObjects.h"
 #include "ReferenceCount.h"
-#include "common/ErrorReporting.h"
+#include "common/com/ErrorReporting.h"
 
 /// What the ten implementation classes share: their interfaces, the reference count, late binding over the
 /// type library, and the assurance that failures carry error information. The object wrapper deletes the

@@ -2,7 +2,7 @@
 
 #include "ServerModule.h"
 #include "ModulePath.h"
-#include "common/ErrorReporting.h"
+#include "common/com/ErrorReporting.h"
 
 #include <memory>
 #include <string>

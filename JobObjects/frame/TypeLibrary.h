@@ -1,8 +1,8 @@
 #pragma once
 
 #include "MemberNames.h"
-#include "common/Bstr.h"
-#include "common/ComPtr.h"
+#include "common/com/Bstr.h"
+#include "common/com/ComPtr.h"
 
 #include <windows.h>
 #include <oaidl.h>

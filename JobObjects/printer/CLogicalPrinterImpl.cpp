@@ -1,7 +1,7 @@
 #include "CLogicalPrinterImpl.h"
 
 #include "common/Clock.h"
-#include "common/QxXmlWriter.h"
+#include "common/xml/QxXmlWriter.h"
 
 HRESULT CLogicalPrinterImpl::get_Xml(BSTR* pVal) {
     return GetValue(pVal, IsOlderForm() ? METHOD_SOURCE(get_Xml35) : METHOD_SOURCE(get_Xml),

@@ -4,7 +4,7 @@
 #include "JobObjects/frame/ElementTable.h"
 #include "JobObjects/frame/Record.h"
 #include "common/QxVersion.h"
-#include "common/RecordReading.h"
+#include "common/xml/RecordReading.h"
 
 /// One print queue as the agent sees it: its names, driver, print monitor and print processor, and the dates
 /// of its first and last transaction. Stored values only. May be part of an aggregate.

@@ -2,8 +2,8 @@
 
 #include "CLogicalPrinterImpl.h"
 
-#include "common/QxXmlWriter.h"
-#include "common/XmlNamespace.h"
+#include "common/xml/QxXmlWriter.h"
+#include "common/xml/XmlNamespace.h"
 
 namespace {
 

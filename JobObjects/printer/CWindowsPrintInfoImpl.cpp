@@ -1,7 +1,7 @@
 #include "CWindowsPrintInfoImpl.h"
 
-#include "common/QxXmlWriter.h"
-#include "common/RecordReading.h"
+#include "common/xml/QxXmlWriter.h"
+#include "common/xml/RecordReading.h"
 #include "common/log/QxLogger.h"
 
 #include <limits>

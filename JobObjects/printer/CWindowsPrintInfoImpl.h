@@ -3,7 +3,7 @@
 #include "JobObjects/frame/Accessors.h"
 #include "JobObjects/frame/ElementTable.h"
 #include "JobObjects/frame/Record.h"
-#include "common/QxXmlParser.h"
+#include "common/xml/QxXmlParser.h"
 
 /// How the print system described one job: page counts of the spooler, the DEVMODE fields and the print
 /// processor's page layout. Stored values only.

@@ -2,9 +2,9 @@
 
 #include "common/text/Numbers.h"
 #include "common/text/Text.h"
-#include "common/QxXmlWriter.h"
-#include "common/RecordReading.h"
-#include "common/XmlNamespace.h"
+#include "common/xml/QxXmlWriter.h"
+#include "common/xml/RecordReading.h"
+#include "common/xml/XmlNamespace.h"
 
 #include <algorithm>
 

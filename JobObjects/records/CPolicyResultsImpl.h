@@ -3,7 +3,7 @@
 #include "JobObjects/frame/Accessors.h"
 #include "JobObjects/frame/Record.h"
 #include "common/QxVersion.h"
-#include "common/QxXmlParser.h"
+#include "common/xml/QxXmlParser.h"
 
 #include <map>
 

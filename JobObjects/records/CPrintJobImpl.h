@@ -4,8 +4,8 @@
 #include "JobObjects/frame/ElementTable.h"
 #include "JobObjects/frame/Record.h"
 #include "common/QxVersion.h"
-#include "common/RecordReading.h"
-#include "common/QxXmlWriter.h"
+#include "common/xml/RecordReading.h"
+#include "common/xml/QxXmlWriter.h"
 
 /// One print job: who printed it, when, from where and how big it was, the target it is logged against, and
 /// its children. A child is held as a counted reference and may be any object with the child's interface.

@@ -7,7 +7,7 @@
 #include "LogTargetTypes.h"
 #include "common/Clock.h"
 #include "common/text/Numbers.h"
-#include "common/XmlNamespace.h"
+#include "common/xml/XmlNamespace.h"
 
 namespace {
 

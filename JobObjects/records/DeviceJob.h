@@ -5,8 +5,8 @@
 #include "JobObjects/frame/ElementTable.h"
 #include "JobObjects/frame/Record.h"
 #include "common/QxVersion.h"
-#include "common/QxXmlWriter.h"
-#include "common/XmlNamespace.h"
+#include "common/xml/QxXmlWriter.h"
+#include "common/xml/XmlNamespace.h"
 
 /// What copy, scan and fax jobs share: identity and user identification, the device, the local time, a
 /// required JobContents child and an optional PolicyResults child.

@@ -1,7 +1,7 @@
 #include "LogFormat.h"
 
 #include "QxLogger.h"
-#include "../text/Format.h"
+#include "common/text/Format.h"
 
 #include <algorithm>
 
@@ -92,8 +92,8 @@ void LogFormat::AppendHeader(std::wstring& line, std::uint32_t options, const Lo
     };
     const LogStamp& t = stamp;
     if (options & TimeStamp)
-        append(FormatText(L"%04d/%02d/%02d %02d:%02d:%02d", t.year, t.month, t.day, t.hour,
-                                    t.minute, t.second));
+        append(
+            FormatText(L"%04d/%02d/%02d %02d:%02d:%02d", t.year, t.month, t.day, t.hour, t.minute, t.second));
     if (options & ProcessId)
         append(FormatText(L"P%03X", stamp.processId));
     if (options & ThreadId)

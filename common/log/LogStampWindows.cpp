@@ -5,9 +5,9 @@
 LogStamp LogPlatform::CurrentStamp() noexcept {
     SYSTEMTIME now;
     GetLocalTime(&now);
-    return {now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond,
-            GetCurrentProcessId(),
-            GetCurrentThreadId()};
+    return {
+        now.wYear,           now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond, GetCurrentProcessId(),
+        GetCurrentThreadId()};
 }
 
 std::uint32_t LogPlatform::CurrentThreadId() noexcept {

@@ -1,13 +1,13 @@
 #include "PlainFile.h"
 
-#include "../text/SystemText.h"
-#include "../text/Text.h"
+#include "common/text/SystemText.h"
+#include "common/text/Text.h"
 
 namespace {
 
 FileHandle OpenToWrite(std::wstring_view path, DWORD sharing, DWORD creation, DWORD flags) {
     return OwnedFile(CreateFileW(std::wstring(path).c_str(), GENERIC_WRITE, sharing, nullptr, creation,
-                                      FILE_ATTRIBUTE_NORMAL | flags, nullptr));
+                                 FILE_ATTRIBUTE_NORMAL | flags, nullptr));
 }
 
 /// Whether a file with a reparse point is a link. Others belong to the file system, which then has to resolve

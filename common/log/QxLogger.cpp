@@ -1,6 +1,6 @@
 #include "QxLogger.h"
 
-#include "../text/Format.h"
+#include "common/text/Format.h"
 
 #include <mutex>
 #include <utility>

@@ -2,8 +2,8 @@
 
 #include "LogFormat.h"
 #include "QxLog.h"
-#include "../QxLock.h"
-#include "../QxString.h"
+#include "common/text/QxLock.h"
+#include "common/text/QxString.h"
 
 #include <atomic>
 #include <cstdarg>
@@ -92,8 +92,8 @@ public:
     /// Whether a message would be written. Callers ask when building the message is costly.
     bool Accepts(std::uint32_t category, std::uint32_t type = LogTypeError) const noexcept;
 
-    /// The formatted text. Where formatting fails, also for lack of memory, the failure is logged and the text is
-    /// the format itself. Throws std::bad_alloc only if there is not even memory for that.
+    /// The formatted text. Where formatting fails, also for lack of memory, the failure is logged and the
+    /// text is the format itself. Throws std::bad_alloc only if there is not even memory for that.
     std::wstring Formatted(const wchar_t* format, std::va_list arguments);
     /// Formats and writes one message, with its data block if there is one.
     void LogV(std::uint32_t category, std::uint32_t type, const LogFormat::DataBlock& data,

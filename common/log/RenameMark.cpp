@@ -8,8 +8,8 @@ namespace {
 
 FileHandle OpenShared(std::wstring_view path) {
     return OwnedFile(CreateFileW(std::wstring(path).c_str(), GENERIC_READ,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                 OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 bool IsAnothers(HANDLE file, DWORD kind) noexcept {
@@ -20,8 +20,7 @@ bool IsAnothers(HANDLE file, DWORD kind) noexcept {
 } // namespace
 
 RenameMark::RenameMark(std::wstring_view path)
-    : m_file(OpenShared(path)),
-      m_isAnothers(m_file && ::IsAnothers(m_file.get(), LOCKFILE_EXCLUSIVE_LOCK)) {
+    : m_file(OpenShared(path)), m_isAnothers(m_file && ::IsAnothers(m_file.get(), LOCKFILE_EXCLUSIVE_LOCK)) {
 }
 
 bool RenameMark::IsSetOn(std::wstring_view path) {

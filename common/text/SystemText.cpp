@@ -11,8 +11,7 @@ struct LocalRelease {
 } // namespace
 
 std::wstring SystemText(DWORD code, DWORD language, SystemTextLines lines) {
-    DWORD flags =
-        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+    DWORD flags = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
     if (lines == SystemTextLines::One)
         flags |= FORMAT_MESSAGE_MAX_WIDTH_MASK;
     wchar_t* found = nullptr;

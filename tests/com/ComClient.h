@@ -1,7 +1,7 @@
 #pragma once
 
-#include "common/Bstr.h"
-#include "common/ComPtr.h"
+#include "common/com/Bstr.h"
+#include "common/com/ComPtr.h"
 
 #include "JobObjects.h"
 

@@ -1,6 +1,6 @@
 #include "TypeLibraryWalk.h"
 
-#include "common/Bstr.h"
+#include "common/com/Bstr.h"
 
 #include <catch2/catch.hpp>
 

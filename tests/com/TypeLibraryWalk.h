@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/ComPtr.h"
+#include "common/com/ComPtr.h"
 
 #include <windows.h>
 #include <oaidl.h>

@@ -2,7 +2,7 @@
 
 #include "Fuzzing.h"
 
-#include "common/QxXmlWriter.h"
+#include "common/xml/QxXmlWriter.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/QxXmlParser.h"
+#include "common/xml/QxXmlParser.h"
 
 #include <string>
 #include <string_view>

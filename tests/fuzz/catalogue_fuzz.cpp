@@ -6,7 +6,7 @@
 #include "JobObjects/contents/CatalogueFile.h"
 #include "JobObjects/contents/JobAttributeCatalogue.h"
 #include "JobObjects/contents/JobAttributeCatalogueReader.h"
-#include "common/TextEncoding.h"
+#include "common/text/TextEncoding.h"
 #include "common/log/QxLogger.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 
 #include "Fuzzing.h"
 
-#include "common/QxXmlParser.h"
+#include "common/xml/QxXmlParser.h"
 
 #include <array>
 

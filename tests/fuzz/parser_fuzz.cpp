@@ -5,7 +5,7 @@
 #include "Fuzzing.h"
 #include "ReferenceParse.h"
 
-#include "common/QxXmlText.h"
+#include "common/xml/QxXmlText.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 
 #include "Check.h"
 
-#include "common/Bstr.h"
-#include "common/ComPtr.h"
+#include "common/com/Bstr.h"
+#include "common/com/ComPtr.h"
 
 #include "JobObjects.h"
 

@@ -3,8 +3,8 @@
 #include "../com/ComClient.h"
 #include "../com/Library.h"
 
-#include "common/Bstr.h"
-#include "common/ComPtr.h"
+#include "common/com/Bstr.h"
+#include "common/com/ComPtr.h"
 
 #include <atomic>
 #include <cstdio>

@@ -7,8 +7,8 @@
 
 #include "LogLine.h"
 
-#include "common/Bstr.h"
-#include "common/ComPtr.h"
+#include "common/com/Bstr.h"
+#include "common/com/ComPtr.h"
 
 #include "JobObjects.h"
 

@@ -1,5 +1,5 @@
 #include "common/QxException.h"
-#include "common/RecordReading.h"
+#include "common/xml/RecordReading.h"
 
 #include <catch2/catch.hpp>
 

@@ -2,7 +2,7 @@
 
 #include "JobObjects/contents/CCopyLine.h"
 
-#include "common/QxXmlWriter.h"
+#include "common/xml/QxXmlWriter.h"
 
 #include <catch2/catch.hpp>
 

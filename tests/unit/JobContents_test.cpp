@@ -2,8 +2,8 @@
 
 #include "JobObjects/contents/CJobContents.h"
 
-#include "common/QxXmlWriter.h"
-#include "common/XmlNamespace.h"
+#include "common/xml/QxXmlWriter.h"
+#include "common/xml/XmlNamespace.h"
 
 #include <catch2/catch.hpp>
 

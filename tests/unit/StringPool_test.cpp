@@ -1,6 +1,6 @@
 #include "Allocations.h"
 
-#include "common/QxStringPool.h"
+#include "common/text/QxStringPool.h"
 
 #include <catch2/catch.hpp>
 

@@ -1,4 +1,4 @@
-#include "common/QxString.h"
+#include "common/text/QxString.h"
 
 #include <catch2/catch.hpp>
 

@@ -1,4 +1,4 @@
-#include "common/TextEncoding.h"
+#include "common/text/TextEncoding.h"
 
 #include <catch2/catch.hpp>
 

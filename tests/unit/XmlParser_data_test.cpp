@@ -1,4 +1,4 @@
-#include "common/QxXmlParser.h"
+#include "common/xml/QxXmlParser.h"
 
 #include <catch2/catch.hpp>
 

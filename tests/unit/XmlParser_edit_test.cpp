@@ -2,7 +2,7 @@
 #include "TestData.h"
 #include "XmlDump.h"
 
-#include "common/QxXmlParser.h"
+#include "common/xml/QxXmlParser.h"
 
 #include <catch2/catch.hpp>
 

@@ -1,7 +1,7 @@
 #include "Allocations.h"
 #include "XmlDump.h"
 
-#include "common/QxXmlParser.h"
+#include "common/xml/QxXmlParser.h"
 
 #include <catch2/catch.hpp>
 

@@ -2,7 +2,7 @@
 
 #include "Allocations.h"
 
-#include "common/QxXmlParser.h"
+#include "common/xml/QxXmlParser.h"
 
 #include <catch2/catch.hpp>
 

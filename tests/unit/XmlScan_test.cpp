@@ -1,4 +1,4 @@
-#include "common/QxXmlScan.h"
+#include "common/xml/QxXmlScan.h"
 
 #include <catch2/catch.hpp>
 

@@ -1,6 +1,6 @@
-#include "common/QxXmlParser.h"
-#include "common/QxXmlText.h"
-#include "common/QxXmlWriter.h"
+#include "common/xml/QxXmlParser.h"
+#include "common/xml/QxXmlText.h"
+#include "common/xml/QxXmlWriter.h"
 
 #include <catch2/catch.hpp>
 

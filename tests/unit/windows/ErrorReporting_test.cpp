@@ -1,6 +1,6 @@
 #include "../CapturedLog.h"
-#include "common/Bstr.h"
-#include "common/ErrorReporting.h"
+#include "common/com/Bstr.h"
+#include "common/com/ErrorReporting.h"
 
 #include <catch2/catch.hpp>
 

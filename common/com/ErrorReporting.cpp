@@ -1,8 +1,8 @@
 #include "ErrorReporting.h"
 
 #include "common/QxMisc.h"
-#include "log/QxLogger.h"
-#include "text/SystemText.h"
+#include "common/log/QxLogger.h"
+#include "common/text/SystemText.h"
 
 #include <exception>
 #include <new>

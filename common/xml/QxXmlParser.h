@@ -1,7 +1,7 @@
 #pragma once
 
-#include "QxString.h"
-#include "QxStringPool.h"
+#include "common/text/QxString.h"
+#include "common/text/QxStringPool.h"
 #include "QxXmlScan.h"
 #include "QxXmlText.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ComPtr.h"
-#include "QxException.h"
+#include "common/QxException.h"
 
 #include <windows.h>
 #include <oaidl.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "QxVersion.h"
+#include "common/QxVersion.h"
 #include "QxXmlText.h"
 #include "XmlName.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "QxString.h"
-#include "QxVersion.h"
+#include "common/text/QxString.h"
+#include "common/QxVersion.h"
 #include "QxXmlParser.h"
 #include "XmlName.h"
 

@@ -1,6 +1,6 @@
 #include "RecordReading.h"
 
-#include "QxException.h"
+#include "common/QxException.h"
 
 #include <string>
 
