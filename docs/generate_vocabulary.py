@@ -255,12 +255,11 @@ def millimetres(tenths):
 
 
 def size_table(sizes):
-    yield "| Code | Name | Size (mm) | Windows codes | PWG 5101.1 name |"
-    yield "|---|---|---|---|---|"
+    yield "| Code | Name | Size (mm) | PWG 5101.1 name |"
+    yield "|---|---|---|---|"
     for size in sizes:
-        windows = ", ".join(str(c) for c in size.dmpaper())
         standard = f"`{size.standard[0]}`" if size.standard else ""
-        yield f"| {size.code} | {size.name} | {millimetres(size.x)} x {millimetres(size.y)} | {windows} | {standard} |"
+        yield f"| {size.code} | {size.name} | {millimetres(size.x)}×{millimetres(size.y)} | {standard} |"
 
 
 def code_table(sizes, codes):
