@@ -263,11 +263,10 @@ def size_table(sizes):
 
 
 def code_table(sizes, codes):
-    yield "| Windows code | `DMPAPER_` | Catalogue |"
-    yield "|---|---|---|"
-    owner = {code: size for size in sizes for code in size.dmpaper()}
-    for code in sorted(owner):
-        yield f"| {code} | `{codes[code]}` | {owner[code].name} |"
+    yield "| Catalogue | Windows codes: `DMPAPER_` |"
+    yield "|---|---|"
+    for size in sorted((s for s in sizes if s.dmpaper()), key=lambda s: min(s.dmpaper())):
+        yield f"| {size.name} | " + ", ".join(f"{c} `{codes[c]}`" for c in size.dmpaper()) + " |"
     yield ""
     yield "Not in the catalogue: " + ", ".join(f"{c} `{codes[c]}`" for c in WITHOUT_ENTRY) + "."
 
