@@ -276,15 +276,15 @@ def word_table(pairs, head, table):
     yield "|" + "---|" * (head.count("|") - 1)
     for word, code in pairs:
         counterpart = table[word]
-        cells = (counterpart,) if isinstance(counterpart, str) else counterpart
-        yield f"| `{word}` | {code} | " + " | ".join(cells) + " |"
+        text = counterpart if isinstance(counterpart, str) else "; ".join(c for c in counterpart if c)
+        yield f"| `{word}` | {code} | {text} |"
 
 
 def tables(root, sizes, codes):
     return {
         "sizes": size_table(sizes),
         "paper codes": code_table(sizes, codes),
-        "page attributes": word_table(words(root, "PageAttributes"), "| Word | Bit | DEVMODE | IPP |", PAGE_ATTRIBUTES),
+        "page attributes": word_table(words(root, "PageAttributes"), "| Word | Bit | DEVMODE; IPP |", PAGE_ATTRIBUTES),
         "finishing": word_table(words(root, "FinishingAttributes"), "| Word | Bit | IPP `finishings` |", FINISHINGS),
         "languages": word_table(words(root, "Pdls"), "| Word | Code | IPP `document-format` |", DOCUMENT_FORMATS),
     }
