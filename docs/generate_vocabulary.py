@@ -255,11 +255,13 @@ def millimetres(tenths):
 
 
 def size_table(sizes):
-    yield "| Code | Name | Size (mm) | PWG 5101.1 name |"
-    yield "|---|---|---|---|"
+    yield "| Code | Name | PWG 5101.1 name; millimetres of other sizes |"
+    yield "|---|---|---|"
     for size in sizes:
-        standard = f"`{size.standard[0]}`" if size.standard else ""
-        yield f"| {size.code} | {size.name} | {millimetres(size.x)}×{millimetres(size.y)} | {standard} |"
+        names = [f"`{name}`" for name in size.standard]
+        if not any(name.endswith("mm") for name in size.standard):
+            names.append(f"{millimetres(size.x)}×{millimetres(size.y)}")
+        yield f"| {size.code} | {size.name} | {'; '.join(names)} |"
 
 
 def code_table(sizes, codes):
