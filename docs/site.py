@@ -88,13 +88,17 @@ def navigation(pages):
     return sections
 
 
+def quoted(text):
+    return "'" + text.replace("'", "''") + "'"
+
+
 def nav_yaml(sections):
     yield "nav:"
     yield "  - 'Overview': 'README.md'"
     for name, members in sections.items():
-        yield f"  - '{name}':" if members else ""
+        yield f"  - {quoted(name)}:" if members else ""
         for page in members:
-            yield f"    - '{'Changes' if page == 'CHANGELOG.md' else title(page)}': '{page}'"
+            yield f"    - {quoted('Changes' if page == 'CHANGELOG.md' else title(page))}: {quoted(page)}"
 
 
 class Links(html.parser.HTMLParser):
