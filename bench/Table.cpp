@@ -122,7 +122,7 @@ void Table::Time(const std::string& work, const std::vector<Contender>& contende
 void Table::Figure(const std::string& work, const std::string& measured, double value, double atMost,
                    const std::string& unit) {
     m_lines.push_back({work, measured + " " + RatioText(value) + " " + unit, "", "",
-                       "at most " + Text("%g ", atMost) + unit, true, value <= atMost});
+                       Text("%g ", atMost) + unit, value <= atMost});
 }
 
 double Table::Seconds(const std::string& work, const std::string& contender) const {
@@ -143,21 +143,18 @@ void Table::Compare(const std::string& work, std::pair<std::string, std::string>
     const bool sameRow = subject.first == against.first;
     m_lines.push_back({work, (sameRow ? subject.second : subject.first) + " " + TimeText(seconds),
                        (sameRow ? against.second : against.first) + " " + TimeText(other), RatioText(ratio),
-                       atMost > 0 ? Text("at most %g", atMost) : std::string(), atMost > 0,
-                       atMost <= 0 || ratio <= atMost});
+                       atMost > 0 ? Text("%g", atMost) : std::string(), atMost <= 0 || ratio <= atMost});
 }
 
 void Table::Print() const {
-    std::printf("| Work | Measured | Beside | Ratio | Goal | Verdict |\n|---|---|---|---:|---|---|\n");
+    std::printf("| Work | Measured | Beside | Ratio | Goal: at most |\n|---|---|---|---:|---|\n");
     const std::string* last = nullptr;
     for (const Line& line : m_lines) {
         const bool same = last && *last == line.work;
         last = &line.work;
-        std::printf("| %s | %s | %s | %s | %s | %s |\n", same ? "" : line.work.c_str(), line.measured.c_str(),
+        std::printf("| %s | %s | %s | %s | %s%s |\n", same ? "" : line.work.c_str(), line.measured.c_str(),
                     line.against.c_str(), line.ratio.c_str(), line.goal.c_str(),
-                    !line.hasGoal ? ""
-                    : line.met    ? "met"
-                                  : "**not met**");
+                    line.met ? "" : " **missed**");
     }
 }
 

@@ -49,7 +49,6 @@ private:
         std::string against;
         std::string ratio;
         std::string goal;
-        bool hasGoal = false;
         bool met = true;
     };
     struct Timed {

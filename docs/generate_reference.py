@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Writes the object reference, docs/reference/*.md, from the comments of JobObjects/JobObjects.idl.
 
-The meaning of every member stands in the interface definition alone, so the reference cannot drift from it. The
-samples are the files of docs/samples, which the tests run.
+The interface definition is the only description of the members, so the reference cannot drift from it. The samples come
+from docs/samples; the tests run them.
 
     generate_reference.py           write the reference
-    generate_reference.py --check   change nothing; fail when something is undocumented or a page is old
+    generate_reference.py --check   change nothing; fail if something is undocumented or a page is out of date
 """
 
 import re
@@ -22,7 +22,7 @@ COMMON_ERRORS = "[those of every member](index.md#errors-of-every-member)"
 
 
 def escape(text):
-    """Text of a comment as Markdown: markup and wildcards stand for themselves, texts and results as code."""
+    """Text of a comment as Markdown: markup and wildcards escaped, texts and results as code."""
     text = re.sub(r"<[^ ]*>", lambda m: f"`{m[0]}`", text)
     text = re.sub(r"\b(E_[A-Z]+|0x[0-9A-F]{3,8}|S_OK|VARIANT_TRUE|VARIANT_FALSE)\b", r"`\1`", text)
     return text.replace("|", "\\|").replace("*", "\\*").replace("``", "`")
@@ -43,7 +43,7 @@ def first_sentence(text):
 
 
 def definition(member, links):
-    """The lines of fixed form below a member's meaning."""
+    """The lines of fixed form below a member's description."""
     doc = member.doc
     if member.is_method():
         result = member.type()
@@ -137,10 +137,10 @@ def sample_lines(name):
             yield "```"
             yield ""
         if language == "PowerShell":
-            yield "To be run in the 32-bit PowerShell. The tests run the other two samples, but not this one."
+            yield "Run it in 32-bit PowerShell. The tests run the other two samples, but not this one."
             yield ""
         if language == "C++":
-            yield "The file `client.h` stands in the [overview](index.md#the-c-samples)."
+            yield "The [overview](index.md#the-c-samples) contains `client.h`."
             yield ""
 
 
@@ -184,25 +184,25 @@ def overview(library, classes):
     yield "# Object reference"
     yield ""
     yield f"Type library `{library['name']}`, `{{{library['uuid']}}}`, version 1.0."
-    yield "A class is created by its ProgID, such as `CreateObject(\"Corvane.PrintJob\")`, or by its CLSID."
+    yield "Create a class by its ProgID, such as `CreateObject(\"Corvane.PrintJob\")`, or by its CLSID."
     yield ""
     yield "- [All members in alphabetical order](members.md)"
     yield "- [Enumerations](enumerations.md): what the numbers mean"
-    yield "- [Errors](../errors.md), [words for amounts](../glossary.md), [XML forms](../xml-forms.md)"
+    yield "- [Errors](../errors.md), [glossary](../glossary.md), [XML forms](../xml-forms.md)"
     yield ""
     yield "## Objects"
     yield ""
-    yield "| Class | What it holds |"
+    yield "| Class | Contents |"
     yield "|---|---|"
     for entry in classes:
         yield f"| [{entry['name']}]({entry['name']}.md) | {escape(first_sentence(entry['doc'].paragraphs[0]))} |"
     yield ""
-    yield "How they hold each other:"
+    yield "Children:"
     yield ""
     yield "```text"
     yield "PrintJob"
     yield "├── JobContents                always"
-    yield "│   └── JobCopyLines           a copy, as CopyLines; Item gives a CopyLine, again a copy"
+    yield "│   └── JobCopyLines           a copy, as CopyLines; Item returns a copy, as CopyLine"
     yield "├── PageCounterJobContents     a JobContents, when set"
     yield "├── WindowsPrintInfo           when set"
     yield "└── PolicyResults              when set"
@@ -228,11 +228,11 @@ def overview(library, classes):
     yield ""
     yield "| HRESULT | When | Description |"
     yield "|---|---|---|"
-    yield "| `E_POINTER` 0x80004003 | an out-parameter is null; late-bound callers cannot get there | none |"
-    yield "| `E_OUTOFMEMORY` 0x8007000E | there is no memory for a text or an object | the system's text |"
-    yield "| `E_FAIL` 0x80004005 | a failure inside that has no result of its own; not on plain properties | its text |"
+    yield "| `E_POINTER` 0x80004003 | an out-parameter is null; impossible with late binding | none |"
+    yield "| `E_OUTOFMEMORY` 0x8007000E | out of memory | the system's text |"
+    yield "| `E_FAIL` 0x80004005 | an internal failure; not from plain properties | its text |"
     yield ""
-    yield "What a member can return besides stands with the member; [all of it in one table](../errors.md)."
+    yield "Other errors are listed with each member, and [all of them in one table](../errors.md)."
     yield ""
     yield "## The types"
     yield ""
@@ -245,7 +245,7 @@ def overview(library, classes):
     yield ""
     yield "## The C++ samples"
     yield ""
-    yield "They share one header, `client.h`, and need `JobObjects.h` and the system's libraries ole32, oleaut32 and uuid:"
+    yield "The samples share one header, `client.h`, and need `JobObjects.h` and the system's libraries ole32, oleaut32 and uuid:"
     yield ""
     yield "```cpp"
     yield (SAMPLES / "client.h").read_text(encoding="utf-8").rstrip()
@@ -282,8 +282,8 @@ def enumerations_page(classes, interfaces):
     yield NOTE
     yield "# Enumerations"
     yield ""
-    yield "What the numbers of some properties mean. The type library has no enumeration types: a script writes the"
-    yield "numbers or constants of its own, a C++ client of the `WindowsPrintInfo` properties includes `windows.h`."
+    yield "The meaning of numeric property values. The type library has no enumeration types: scripts use the numbers"
+    yield "or constants of their own; C++ clients include `windows.h` for the `WindowsPrintInfo` properties."
     yield ""
     for entry in classes:
         for member in interfaces[entry["interface"]]["members"]:
@@ -294,7 +294,7 @@ def enumerations_page(classes, interfaces):
                     escape(member.doc.text())
                 yield ""
                 yield from value_table(member)
-    yield "The paper codes of [DevModePaperSize](WindowsPrintInfo.md#devmodepapersize) stand in the table of"
+    yield "The paper codes of [DevModePaperSize](WindowsPrintInfo.md#devmodepapersize) are listed in"
     yield "[words and codes](../vocabulary.md#paper-sizes)."
     yield ""
 
@@ -332,7 +332,7 @@ def main():
     there = {p.name: p.read_text(encoding="utf-8") for p in FOLDER.glob("*.md")}
     old = sorted(name for name in written.keys() | there.keys() if written.get(name) != there.get(name))
     if old:
-        sys.exit(f"docs/reference: {', '.join(old)} out of date: run docs/generate_reference.py, delete what is gone")
+        sys.exit(f"docs/reference: {', '.join(old)} out of date: run docs/generate_reference.py, and delete obsolete pages")
 
 
 if __name__ == "__main__":

@@ -1,12 +1,11 @@
 #!/usr/bin/env python3
 """Writes the tables of docs/vocabulary.md: the catalogue's words beside those of Windows, PWG 5101.1 and IPP.
 
-The words and codes come from JobObjects/JobAttributes.xml. What they stand for elsewhere stands in this file. Nothing
-may be left over on either side, the sizes must be those that the standard names spell, and the Windows codes those of
-the system header.
+The words and codes come from JobObjects/JobAttributes.xml, their counterparts from this file. Every word needs a
+counterpart and every counterpart a word, sizes must match their standard names, and Windows codes the system header.
 
     generate_vocabulary.py WINGDI.H           write the tables
-    generate_vocabulary.py --check WINGDI.H   change nothing; fail when something does not fit or the page is old
+    generate_vocabulary.py --check WINGDI.H   change nothing; fail if a check fails or the page is out of date
 """
 
 import re
@@ -90,7 +89,7 @@ UNNAMED = {"Tabloid Extra": (52,)}
 # Windows codes of sizes that the catalogue does not have: 12 x 11 inches, large 32K, Chinese envelopes.
 WITHOUT_ENTRY = (90, 95, 96, 97, 99, 101, 102, 103, 108, 109, 110, 112, 114, 115, 116)
 
-# Codes of the header that stand for no size: unused ones and the first of a driver's own.
+# Codes of the header without a size: unused ones and the first of a driver's own.
 NO_SIZE = (48, 49, 256)
 
 # Page attribute: DEVMODE, IPP attribute and value.
@@ -241,13 +240,13 @@ def problems(root, sizes, codes):
     known = {name for size in sizes for name in size.standard}
     yield from (f"{name} is not in the catalogue" for name in DMPAPER.keys() - known)
     used = [code for size in sizes for code in size.dmpaper()] + list(WITHOUT_ENTRY) + list(NO_SIZE)
-    yield from (f"the Windows code {code} is told twice" for code in sorted({c for c in used if used.count(c) > 1}))
-    yield from (f"the Windows code {code} is nowhere told" for code in sorted(codes.keys() - set(used)))
+    yield from (f"the Windows code {code} is listed twice" for code in sorted({c for c in used if used.count(c) > 1}))
+    yield from (f"the Windows code {code} is not listed" for code in sorted(codes.keys() - set(used)))
     yield from (f"the header has no code {code}" for code in sorted(set(used) - codes.keys()))
     for section, table in (("PageAttributes", PAGE_ATTRIBUTES), ("FinishingAttributes", FINISHINGS),
                            ("Pdls", DOCUMENT_FORMATS)):
         there = {word for word, _ in words(root, section)}
-        yield from (f"{section}: '{word}' has no counterpart told" for word in sorted(there - table.keys()))
+        yield from (f"{section}: '{word}' has no counterpart" for word in sorted(there - table.keys()))
         yield from (f"{section}: '{word}' is not in the catalogue" for word in sorted(table.keys() - there))
 
 
@@ -256,25 +255,22 @@ def millimetres(tenths):
 
 
 def size_table(sizes):
-    yield "| Code | Name | Size (mm) | Windows codes | PWG 5101.1 name |"
-    yield "|---|---|---|---|---|"
+    yield "| Code | Name | PWG 5101.1 name; millimetres of other sizes |"
+    yield "|---|---|---|"
     for size in sizes:
-        windows = ", ".join(str(c) for c in size.dmpaper()) or "none"
-        standard = f"`{size.standard[0]}`" if size.standard else "none"
-        yield f"| {size.code} | {size.name} | {millimetres(size.x)} x {millimetres(size.y)} | {windows} | {standard} |"
+        names = [f"`{name}`" for name in size.standard]
+        if not any(name.endswith("mm") for name in size.standard):
+            names.append(f"{millimetres(size.x)}×{millimetres(size.y)}")
+        yield f"| {size.code} | {size.name} | {'; '.join(names)} |"
 
 
 def code_table(sizes, codes):
-    yield "| Windows code | `DMPAPER_` | Catalogue | PWG 5101.1 name |"
-    yield "|---|---|---|---|"
-    owner = {code: size for size in sizes for code in size.dmpaper()}
-    for code in sorted(codes):
-        if code in owner:
-            size = owner[code]
-            standard = f"`{size.standard[0]}`" if size.standard else "none"
-            yield f"| {code} | `{codes[code]}` | {size.name} | {standard} |"
-        elif code in WITHOUT_ENTRY:
-            yield f"| {code} | `{codes[code]}` | no entry | |"
+    yield "| Catalogue | Windows codes: `DMPAPER_` |"
+    yield "|---|---|"
+    for size in sorted((s for s in sizes if s.dmpaper()), key=lambda s: min(s.dmpaper())):
+        yield f"| {size.name} | " + ", ".join(f"{c} `{codes[c]}`" for c in size.dmpaper()) + " |"
+    yield ""
+    yield "Not in the catalogue: " + ", ".join(f"{c} `{codes[c]}`" for c in WITHOUT_ENTRY) + "."
 
 
 def word_table(pairs, head, table):
@@ -282,15 +278,15 @@ def word_table(pairs, head, table):
     yield "|" + "---|" * (head.count("|") - 1)
     for word, code in pairs:
         counterpart = table[word]
-        cells = [c or "none" for c in ((counterpart,) if isinstance(counterpart, str) else counterpart)]
-        yield f"| `{word}` | {code} | " + " | ".join(cells) + " |"
+        text = counterpart if isinstance(counterpart, str) else "; ".join(c for c in counterpart if c)
+        yield f"| `{word}` | {code} | {text} |"
 
 
 def tables(root, sizes, codes):
     return {
         "sizes": size_table(sizes),
         "paper codes": code_table(sizes, codes),
-        "page attributes": word_table(words(root, "PageAttributes"), "| Word | Bit | DEVMODE | IPP |", PAGE_ATTRIBUTES),
+        "page attributes": word_table(words(root, "PageAttributes"), "| Word | Bit | DEVMODE; IPP |", PAGE_ATTRIBUTES),
         "finishing": word_table(words(root, "FinishingAttributes"), "| Word | Bit | IPP `finishings` |", FINISHINGS),
         "languages": word_table(words(root, "Pdls"), "| Word | Code | IPP `document-format` |", DOCUMENT_FORMATS),
     }
@@ -302,7 +298,7 @@ def filled(page, made):
         before, _, rest = page.partition(begin)
         _, found, after = rest.partition(end)
         if not found:
-            sys.exit(f"{PAGE.name} has no place for the table '{name}'")
+            sys.exit(f"{PAGE.name} has no markers for the table '{name}'")
         page = before + begin + "\n" + "\n".join(lines) + "\n\n" + end + after
     return page
 

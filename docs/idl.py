@@ -1,6 +1,6 @@
 """Reads JobObjects/JobObjects.idl: its classes, interfaces and members with their comments, and what is wrong in them.
 
-The form of the comments is told at the top of that file.
+The top of that file describes the form of the comments.
 """
 
 import re

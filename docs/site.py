@@ -3,9 +3,9 @@
 
     site.py FOLDER
 
-The pages keep their places, so that links between them hold. The order of the navigation is that of docs/README.md;
-pages that it does not name come last. A file that a page links to is taken along; a link to a folder becomes text,
-because a folder has no page.
+The pages keep their places, so that links between them hold. The navigation follows docs/README.md; pages that it does
+not name come last. Files that a page links to are copied; a link to a folder becomes text, because a folder has no
+page.
 """
 
 import html.parser
@@ -71,14 +71,14 @@ def stage(folder):
 
 
 def navigation(pages):
-    """Sections and their pages: the headings of docs/README.md and the pages below them. The notes on decisions have
-    an index of their own."""
+    """Sections and their pages: the headings of docs/README.md and the pages below them. The decisions have their own
+    index."""
     sections = {"Reference": ["docs/reference/index.md", "docs/reference/members.md", "docs/reference/enumerations.md"]}
     sections["Reference"] += [p for p in pages if re.match(r"docs/reference/[A-Z]", p)]
     named, current = {"README.md", *sections["Reference"]}, None
     for line in (ROOT / "docs" / "README.md").read_text(encoding="utf-8").splitlines():
-        if line.startswith("For those who "):
-            current = sections.setdefault(line[len("For those who "):].rstrip(":").capitalize(), [])
+        if line.startswith("## "):
+            current = sections.setdefault(line[len("## "):], [])
         for _, target, _ in LINK.findall(line):
             page = os.path.normpath("docs/" + target)
             if page in pages and page not in named:
@@ -88,13 +88,17 @@ def navigation(pages):
     return sections
 
 
+def quoted(text):
+    return "'" + text.replace("'", "''") + "'"
+
+
 def nav_yaml(sections):
     yield "nav:"
     yield "  - 'Overview': 'README.md'"
     for name, members in sections.items():
-        yield f"  - '{name}':" if members else ""
+        yield f"  - {quoted(name)}:" if members else ""
         for page in members:
-            yield f"    - '{'Changes' if page == 'CHANGELOG.md' else title(page)}': '{page}'"
+            yield f"    - {quoted('Changes' if page == 'CHANGELOG.md' else title(page))}: {quoted(page)}"
 
 
 class Links(html.parser.HTMLParser):
