@@ -85,8 +85,8 @@ struct Section {
 // The linker's and the runtime's names. NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" {
 
-extern const IMAGE_DOS_HEADER __ImageBase; // the library's first byte
-extern const std::uint8_t runtimeFramesAnchor;
+extern const std::uint8_t __ImageBase[]; // the library's first byte
+extern const std::uint8_t runtimeFramesAnchor[];
 // An address inside the section, by which it is found: its name may be cut off in the image.
 __asm__(".section .eh_frame,\"dr\"\n"
         "_runtimeFramesAnchor:\n"
@@ -96,14 +96,14 @@ __asm__(".section .eh_frame,\"dr\"\n"
 namespace {
 
 Section FrameSection() noexcept {
-    const auto* const base = reinterpret_cast<const std::uint8_t*>(&__ImageBase);
-    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + __ImageBase.e_lfanew);
-    const auto anchor = static_cast<std::uint32_t>(&runtimeFramesAnchor - base);
+    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(__ImageBase);
+    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(__ImageBase + dos->e_lfanew);
+    const auto anchor = static_cast<std::uint32_t>(runtimeFramesAnchor - __ImageBase);
     const IMAGE_SECTION_HEADER* section = IMAGE_FIRST_SECTION(headers);
     for (unsigned i = 0; i < headers->FileHeader.NumberOfSections; ++i, ++section)
         if (anchor - section->VirtualAddress < section->Misc.VirtualSize)
-            return {base + section->VirtualAddress,
-                    base + section->VirtualAddress + section->Misc.VirtualSize};
+            return {__ImageBase + section->VirtualAddress,
+                    __ImageBase + section->VirtualAddress + section->Misc.VirtualSize};
     return {};
 }
 

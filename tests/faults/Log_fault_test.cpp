@@ -85,7 +85,7 @@ std::size_t FailLoggedCalls(bool rotates, bool opens) {
         DeleteFileW((session.Path() + L".bak").c_str());
     };
     return RunWithoutGrowth([&](FaultMode mode) {
-        return FailEachCall(mode, {prepare, fail, check, cleanUp, true, {}});
+        return FailEachCall(mode, {prepare, fail, check, cleanUp, true});
     });
 }
 

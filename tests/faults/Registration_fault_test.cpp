@@ -51,7 +51,7 @@ TEST_CASE("Faults_in_registration_are_survived") {
             CheckIsWhole(root, whole);
     };
     const std::size_t runs = RunWithoutGrowth([&](FaultMode mode) {
-        return FailEachCall(mode, {{}, [&] { return library.RegisterServer(); }, check, {}, true, {}},
+        return FailEachCall(mode, {{}, [&] { return library.RegisterServer(); }, check, {}, true},
                             Stride(mode == FaultMode::One ? 151 : 311));
     });
     PrintInjected("registration", runs);
@@ -72,7 +72,7 @@ TEST_CASE("Faults_in_unregistration_are_survived") {
         CHECK_KEYS(ReadRegistryTree(root.Key()), roots);
     };
     const std::size_t runs = RunWithoutGrowth([&](FaultMode mode) {
-        return FailEachCall(mode, {prepare, [&] { return library.UnregisterServer(); }, check, {}, false, {}},
+        return FailEachCall(mode, {prepare, [&] { return library.UnregisterServer(); }, check, {}, false},
                             Stride(mode == FaultMode::One ? 31 : 61));
     });
     PrintInjected("unregistration", runs);

@@ -148,7 +148,7 @@ const std::set<std::string> allowed{
     // memory and texts
     "malloc", "calloc", "realloc", "free", "memcpy", "wcslen", "_errno",
     // the start of the C runtime
-    "_initterm", "_lock", "_unlock", "GetModuleHandleW", "GetProcAddress"};
+    "_initterm", "_lock", "_unlock"};
 
 } // namespace
 
