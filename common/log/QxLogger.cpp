@@ -11,7 +11,7 @@ namespace {
 /// closed log and not a dead one. The module closes it when it is unloaded.
 union Storage {
     constexpr Storage() noexcept : logger() {}
-    ~Storage() {}
+    ~Storage() {} // NOLINT(modernize-use-equals-default): the default is deleted
 
     QxLogger logger;
 };

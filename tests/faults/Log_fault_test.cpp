@@ -1,6 +1,9 @@
 #include "FreshLibrary.h"
 #include "LogSession.h"
 
+#include <algorithm>
+#include <iterator>
+
 // The log never disturbs its caller: neither when it is configured, nor when it writes, nor when it rotates.
 // What it writes are whole lines.
 
@@ -27,14 +30,23 @@ std::wstring LinesOf(const std::wstring& path) {
     return text.find(L'x') == 0 ? text.substr(text.find(L"\r\n") + 2) : text;
 }
 
-/// The line of the failing call, or of its want of memory.
+/// What may be in the log: the line of the failing call or of its lack of memory, and what is written where
+/// there is no memory to format it.
+constexpr std::wstring_view wholeLines[] = {
+    line,
+    L"[CCopyJobImpl::put_Xml] Exception: Out of memory.\r\n",
+    L"[QxMisc::FormatStringV] Caught a general exception\r\n",
+    L"[%ls] Exception: %ls\r\n",
+};
+
 bool IsWholeLines(std::wstring_view text) {
-    constexpr std::wstring_view memory = L"[CCopyJobImpl::put_Xml] Exception: Out of memory.\r\n";
     while (!text.empty()) {
-        const std::wstring_view whole = text.substr(0, memory.size()) == memory ? memory : line;
-        if (text.substr(0, whole.size()) != whole)
+        const auto* const whole =
+            std::find_if(std::begin(wholeLines), std::end(wholeLines),
+                         [&](std::wstring_view each) { return text.starts_with(each); });
+        if (whole == std::end(wholeLines))
             return false;
-        text.remove_prefix(whole.size());
+        text.remove_prefix(whole->size());
     }
     return true;
 }
