@@ -8,7 +8,7 @@
 
 namespace {
 
-const LogStamp stamp{{2024, 1, 2, 3, 4, 5}, 0x1C, 0xABCDE};
+const LogStamp stamp{2024, 1, 2, 3, 4, 5, 0x1C, 0xABCDE};
 
 std::wstring Header(std::uint32_t options, std::uint32_t category = 1, std::uint32_t type = 1,
                     std::wstring_view sourceName = L"Source") {
