@@ -1,5 +1,6 @@
 #include "QxLogger.h"
 
+#include "../NeverDestroyed.h"
 #include "../QxMisc.h"
 
 #include <mutex>
@@ -7,16 +8,8 @@
 
 namespace {
 
-/// Keeps the logger from being destroyed, so that a message from the destructor of another static finds a
-/// closed log and not a dead one. The module closes it when it is unloaded.
-union Storage {
-    constexpr Storage() noexcept : logger() {}
-    ~Storage() {}
-
-    QxLogger logger;
-};
-
-constinit Storage storage;
+// The module closes it when it is unloaded; a message from a static destructor finds a closed log.
+constinit NeverDestroyed<QxLogger> instance;
 
 } // namespace
 
@@ -34,7 +27,7 @@ private:
 };
 
 QxLogger& QxLogger::Instance() noexcept {
-    return storage.logger;
+    return instance.Get();
 }
 
 LogSettings QxLogger::GetSettings() const {
