@@ -22,7 +22,7 @@ def main(prefix, tool, library, *options):
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True)
     shutil.copy(library, folder)
-    run = subprocess.run([HERE / "../reach/run_isolated.sh", prefix, "", "cmd", "/c", "check.cmd", windows(tool),
+    run = subprocess.run([HERE / "../reach/run_isolated.sh", prefix, "no", "cmd", "/c", "check.cmd", windows(tool),
                           windows(folder)], cwd=HERE, capture_output=True, timeout=170, check=False)
     text = run.stdout.decode("utf-8").replace("\r", "").replace(windows(folder), "FOLDER")
     # Wine speaks first. The version changes with every release.
