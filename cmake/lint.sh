@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Lints sources with clang-tidy, as .clang-tidy and tests/.clang-tidy say:
 #
-#   lint.sh                  all sources, with the headers that they include
+#   lint.sh                  the product and the tools, with the headers that they include
+#   lint.sh --all            tests, benchmarks and samples too; not clean yet
 #   lint.sh file...          these; a header is linted through a source that includes it
-#   lint.sh --since commit   what has changed since this commit, also without having been committed
+#   lint.sh --since commit   of the product and the tools, what has changed since this commit, committed or not
 #
 # Each file is read with the flags of its own build, windows or native. JOBS sets the number of files at a time. Fails
 # when there is a finding.
@@ -35,6 +36,11 @@ lint_one() {
 }
 export -f lint_one
 
+# Of the files on the input, the ones that have to be clean.
+required() {
+    grep -E '^(common|JobObjects|runtime|tools)/' || true
+}
+
 built_sources() {
     cat build/lint/*/compile_commands.json |
         sed -n "s|^ *\"file\": \"$PWD/\(.*\.cpp\)\"|\1|p" | grep -v '^build/' | sort -u
@@ -58,9 +64,11 @@ sources_of() {
 }
 
 if [ $# = 0 ]; then
+    wanted=$(built_sources | required)
+elif [ "$1" = --all ]; then
     wanted=$(built_sources)
 elif [ "$1" = --since ]; then
-    wanted=$({ git diff --name-only --diff-filter=d "$2"; git ls-files --others --exclude-standard; } | sources_of)
+    wanted=$({ git diff --name-only --diff-filter=d "$2"; git ls-files --others --exclude-standard; } | required | sources_of | required)
 else
     wanted=$(printf '%s\n' "$@" | sources_of)
 fi
