@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What is to be clean before a change goes in: formatting, then build and tests as the continuous integration runs
-# them, then the linter.
+# What is to be clean before a change goes in: formatting, build and tests as the continuous integration runs them,
+# then the linter on the product and the tools.
 #
 #   ./check.sh [--no-lint]
 #
@@ -18,11 +18,7 @@ case ${1-} in
         ;;
 esac
 
-cmake/setup.sh
-echo "== format"
-git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
-echo "== build and test"
-.ci/run
+.ci/run --no-lint
 if [ "$lint" ]; then
     echo "== lint"
     cmake/lint.sh

@@ -2,6 +2,7 @@
 #   JobObjects.tlb         the type library that becomes the module's resource 1
 #   include/JobObjects.h   the header of the interfaces and classes, shipped to clients
 #   JobObjects_i.c         the identifiers, for clients whose compiler has no __uuidof
+#   include/JobObjectClasses.h   the list of the classes, for the tool and the tests
 # Target jobobjects_typelib makes them; who includes "JobObjects.h" links jobobjects_idl.
 
 find_program(WIDL NAMES i686-w64-mingw32-widl widl REQUIRED DOC "Interface definition compiler")
@@ -40,7 +41,15 @@ endfunction()
 jobobjects_widl(-t ${JOBOBJECTS_TLB})
 jobobjects_widl(-h ${JOBOBJECTS_HEADER})
 jobobjects_widl(-u ${JOBOBJECTS_IDS})
-add_custom_target(jobobjects_typelib DEPENDS ${JOBOBJECTS_TLB} ${JOBOBJECTS_HEADER} ${JOBOBJECTS_IDS})
+
+find_program(PYTHON3 python3 REQUIRED)
+set(class_list ${JOBOBJECTS_IDL_OUT}/include/JobObjectClasses.h)
+add_custom_command(OUTPUT ${class_list}
+    COMMAND ${PYTHON3} -B ${PROJECT_SOURCE_DIR}/JobObjects/make_class_list.py ${JOBOBJECTS_IDL} ${class_list}
+    DEPENDS ${JOBOBJECTS_IDL} ${PROJECT_SOURCE_DIR}/JobObjects/idl.py ${PROJECT_SOURCE_DIR}/JobObjects/make_class_list.py
+    VERBATIM)
+add_custom_target(jobobjects_typelib
+    DEPENDS ${JOBOBJECTS_TLB} ${JOBOBJECTS_HEADER} ${JOBOBJECTS_IDS} ${class_list})
 
 # System headers, because the generated code is not held to our warnings.
 add_library(jobobjects_idl INTERFACE)

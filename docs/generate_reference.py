@@ -10,8 +10,10 @@ from docs/samples; the tests run them.
 
 import re
 import sys
+from pathlib import Path
 
-import idl
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "JobObjects"))
+import idl  # noqa: E402
 
 FOLDER = idl.ROOT / "docs" / "reference"
 SAMPLES = idl.ROOT / "docs" / "samples"

@@ -1,11 +1,15 @@
-"""What the interface definition says of the library, its classes and its interfaces.
+"""The library, its classes and its interfaces in the terms of the registry.
 
 The manifest, the installer's registry rows and the smart pointers are made from it, so that no identifier is
 written down a second time.
 """
 
-import re
+import sys
 from dataclasses import dataclass, field
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "JobObjects"))
+import idl  # noqa: E402
 
 PROGID_PREFIX = "Corvane."
 PROGID_VERSION = ".1"
@@ -39,26 +43,13 @@ class Library(Item):
     interfaces: list = field(default_factory=list)
 
 
-def _attribute(attributes, name):
-    match = re.search(r'\b%s\("?([^")]*)"?\)' % name, attributes)
-    if not match:
-        raise ValueError(f"no {name} in [{attributes}]")
-    return match[1]
+def _item(found):
+    return Item(found["name"], "{%s}" % found["uuid"].upper(), found["help"])
 
 
-def _item(attributes, name):
-    return Item(name, "{%s}" % _attribute(attributes, "uuid").upper(), _attribute(attributes, "helpstring"))
-
-
-def read(idl):
+def read(path):
     """Reads the interface definition at a path."""
-    text = re.sub(r"//.*", "", idl.read_text(encoding="utf-8"))
-    found = {"interface": [], "coclass": [], "library": []}
-    for attributes, kind, name in re.findall(r"\[([^\]]*)\]\s*(interface|coclass|library)\s+(\w+)\s*[:{]", text):
-        found[kind].append((attributes, name))
-    ((attributes, name),) = found["library"]
-    item = _item(attributes, name)
-    return Library(item.name, item.id, item.help, _attribute(attributes, "version"),
-                   "%x" % int(_attribute(attributes, "lcid"), 16),
-                   [_item(*each) for each in found["coclass"]],
-                   [_item(*each) for each in found["interface"]])
+    source = idl.read(path)
+    item = _item(source.library)
+    return Library(item.name, item.id, item.help, source.library["version"], "%x" % source.library["locale"],
+                   [_item(each) for each in source.classes], [_item(each) for each in source.interfaces.values()])

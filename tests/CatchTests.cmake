@@ -8,15 +8,17 @@ if(NOT TARGET catch2_header)
     target_precompile_headers(catch2_header INTERFACE <catch2/catch.hpp>)
 endif()
 
-# Registers each test case of an executable as a test of its own. The executable is asked for its test cases
-# when ctest starts, so that building never runs it. Further arguments are properties of all its tests.
+# Registers each test case of an executable as a test of its own, run to its closing line (RunToEnd.cmake). ctest asks
+# the executable for its test cases when it starts, so that building never runs it. Further arguments are properties
+# of all its tests.
 function(register_catch_tests target)
     # Parsed so that a value may be a list, such as "registered\;written_xml_folder".
     cmake_parse_arguments(PARSE_ARGV 1 properties "" "" "")
     set(list_file ${CMAKE_CURRENT_BINARY_DIR}/${target}_tests.cmake)
     file(GENERATE OUTPUT ${list_file} CONTENT "set(target ${target})
 set(command ${CMAKE_CROSSCOMPILING_EMULATOR} \"$<TARGET_FILE:${target}>\")
-set(properties [[${properties_UNPARSED_ARGUMENTS}]])
+set(cmake \"${CMAKE_COMMAND}\")
+set(properties [=[${properties_UNPARSED_ARGUMENTS}]=])
 include(\"${PROJECT_SOURCE_DIR}/tests/ListCatchTests.cmake\")
 ")
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${list_file})

@@ -3,8 +3,10 @@
 #include "Catalogue.h"
 #include "Commands.h"
 #include "Console.h"
+#include "Installation.h"
 #include "RecordObject.h"
 #include "Registry.h"
+#include "SystemError.h"
 #include "TextFile.h"
 
 #include "common/com/Bstr.h"
@@ -14,7 +16,6 @@
 #include "JobObjects.h"
 
 #include <algorithm>
-#include <iterator>
 #include <vector>
 
 namespace {
@@ -39,18 +40,6 @@ public:
 private:
     std::size_t m_problems = 0;
 };
-
-std::wstring ClassIdText(const std::wstring& className) {
-    CLSID classId;
-    wchar_t text[40];
-    const bool found = SUCCEEDED(CLSIDFromProgID((L"Corvane." + className).c_str(), &classId)) &&
-                       StringFromGUID2(classId, text, 40) > 0;
-    return found ? text : L"";
-}
-
-std::wstring ServerKey(const std::wstring& classId) {
-    return L"CLSID\\" + classId + L"\\InprocServer32";
-}
 
 /// "32-bit (x86)" from a program file's header; empty when it is none.
 std::wstring BitnessOf(const std::wstring& path) {
@@ -108,6 +97,10 @@ void CheckClass(Report& report, const std::wstring& className, const std::wstrin
                        L"', not 'Apartment'");
 }
 
+std::wstring OfAllClasses(std::size_t count) {
+    return std::to_wstring(count) + L" of " + std::to_wstring(classNames.size()) + L" classes";
+}
+
 /// All classes lead to one file. Returns it, or an empty path.
 std::wstring CheckClasses(Report& report) {
     std::wstring module;
@@ -119,7 +112,7 @@ std::wstring CheckClasses(Report& report) {
         else
             CheckClass(report, className, file, module);
     }
-    report.Item(L"Registered", std::to_wstring(std::size(classNames) - missing.size()) + L" of 10 classes");
+    report.Item(L"Registered", OfAllClasses(classNames.size() - missing.size()));
     if (module.empty()) {
         report.Problem(L"the library is not registered; \"regsvr32 Tarnwick.dll\" does it");
         return module;
@@ -154,7 +147,7 @@ void CheckObjects(Report& report) {
             report.Problem(error.Message());
         }
     }
-    report.Item(L"Objects", std::to_wstring(created) + L" of 10 classes can be created and write themselves");
+    report.Item(L"Objects", OfAllClasses(created) + L" can be created and write themselves");
 }
 
 void CheckTypeLibrary(Report& report) {
@@ -221,15 +214,6 @@ void CheckLog(Report& report) {
 }
 
 } // namespace
-
-std::wstring RegisteredModule(const std::wstring& className) {
-    const std::wstring classId = ClassIdText(className);
-    return classId.empty() ? L"" : ReadText(HKEY_CLASSES_ROOT, ServerKey(classId), nullptr).value_or(L"");
-}
-
-std::wstring CatalogueBeside(const std::wstring& module) {
-    return module.substr(0, module.find_last_of(L"\\/") + 1) + L"JobAttributes.xml";
-}
 
 ExitCode Check(Arguments) {
     Report report;

@@ -1,16 +1,11 @@
 #include "RecordObject.h"
 
 #include "Console.h"
-#include "TextFile.h"
+#include "SystemError.h"
 
 #include "common/com/Bstr.h"
 
 #include <algorithm>
-#include <iterator>
-
-const wchar_t* const classNames[10] = {L"PrintJob",         L"CopyJob",      L"ScanJob",  L"FaxJob",
-                                       L"JobContents",      L"CopyLines",    L"CopyLine", L"LogicalPrinter",
-                                       L"WindowsPrintInfo", L"PolicyResults"};
 
 namespace {
 
@@ -28,8 +23,8 @@ DISPID MemberOf(IDispatch* object, const wchar_t* name) {
 std::wstring RecordObject::ClassOfRoot(std::wstring_view root) {
     if (root == L"JobCopyLines")
         return L"CopyLines";
-    const auto* const found = std::find(std::begin(classNames), std::end(classNames), root);
-    return found == std::end(classNames) || root == L"CopyLines" ? L"" : *found;
+    const auto* const found = std::find(classNames.begin(), classNames.end(), root);
+    return found == classNames.end() || root == L"CopyLines" ? L"" : *found;
 }
 
 RecordObject::RecordObject(const std::wstring& className) {

@@ -2,6 +2,9 @@
 
 #include "common/com/ComPtr.h"
 
+#include "JobObjectClasses.h"
+
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -29,8 +32,10 @@ private:
     std::wstring m_error;
 };
 
-/// The ten classes.
-extern const wchar_t* const classNames[10];
+/// All creatable classes.
+#define JOBOBJECTS_NAME(name, Interface) L## #name,
+inline constexpr std::array classNames{JOBOBJECTS_CLASSES(JOBOBJECTS_NAME)};
+#undef JOBOBJECTS_NAME
 
 /// Calls a member by its identifier, with at most one argument. Returns the result, with the reason in error.
 HRESULT InvokeMember(IDispatch* object, DISPID member, WORD flags, VARIANT* argument, VARIANT* result,

@@ -2,12 +2,6 @@
 
 #include <vector>
 
-Handle OpenToRead(const std::wstring& path) {
-    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    return Handle(file == INVALID_HANDLE_VALUE ? nullptr : file);
-}
-
 bool KeyExists(HKEY root, const std::wstring& key) {
     HKEY opened = nullptr;
     if (RegOpenKeyExW(root, key.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS)

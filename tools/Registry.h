@@ -2,19 +2,10 @@
 
 #include <windows.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 
-// Reading the registry and opening files, for the check of the installation.
-
-struct CloseKernelHandle {
-    void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
-};
-using Handle = std::unique_ptr<void, CloseKernelHandle>;
-
-/// Empty on a failure, with the reason as the last error.
-Handle OpenToRead(const std::wstring& path);
+// Reading the registry, for the check of the installation.
 
 bool KeyExists(HKEY root, const std::wstring& key);
 bool ValueExists(HKEY root, const std::wstring& key, const wchar_t* name);

@@ -4,6 +4,7 @@
 #include "Commands.h"
 #include "Console.h"
 #include "RecordObject.h"
+#include "SystemError.h"
 #include "TextFile.h"
 #include "XmlTree.h"
 

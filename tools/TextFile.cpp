@@ -1,13 +1,11 @@
 #include "TextFile.h"
 
 #include "Console.h"
-#include "Registry.h"
+#include "SystemError.h"
 
 #include "common/text/TextEncoding.h"
-#include "common/text/SystemText.h"
 
 #include <algorithm>
-#include <cwchar>
 
 namespace {
 
@@ -20,6 +18,12 @@ constexpr LONGLONG longestFile = 512LL * 1024 * 1024;
 constexpr DWORD piece = 4 * 1024 * 1024;
 
 } // namespace
+
+Handle OpenToRead(const std::wstring& path) {
+    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return Handle(file == INVALID_HANDLE_VALUE ? nullptr : file);
+}
 
 TextFile ReadTextFile(const std::wstring& path) {
     const Handle file = OpenToRead(path);
@@ -46,17 +50,4 @@ TextFile ReadTextFile(const std::wstring& path) {
     bytes.resize(done);
     Console::EndProgress();
     return {TextEncoding::Decode(bytes), done};
-}
-
-std::wstring ErrorNumber(long result) {
-    wchar_t number[16];
-    const int length = std::swprintf(number, 16, L"(0x%08lX)", static_cast<unsigned long>(result));
-    return {number, static_cast<std::size_t>(std::max(length, 0))};
-}
-
-std::wstring ErrorText(long result) {
-    std::wstring text = SystemText(static_cast<DWORD>(result), 0, SystemTextLines::AsStored);
-    while (!text.empty() && text.back() <= L' ')
-        text.pop_back();
-    return text.empty() ? ErrorNumber(result) : text + L" " + ErrorNumber(result);
 }

@@ -28,13 +28,13 @@ constexpr wchar_t exitCodes[] = L"Exit codes: 0 nothing is wrong, 1 something wa
 const Command commands[] = {
     {L"check", 0, 0, Check,
      L"jobobjects check\r\n\r\n"
-     L"Tells whether the library is registered, which file it is, whether its ten classes\r\n"
+     L"Tells whether the library is registered, which file it is, whether its classes\r\n"
      L"can be created and its type library be loaded, what is wrong with the catalogue\r\n"
      L"beside it, and what the registry says about the log."},
     {L"show", 1, 1, Show,
      L"jobobjects show FILE\r\n\r\n"
      L"Reads a record's XML through the library and shows its properties as a table,\r\n"
-     L"records inside it indented. The ten roots: PrintJob, CopyJob, ScanJob, FaxJob,\r\n"
+     L"records inside it indented. The roots: PrintJob, CopyJob, ScanJob, FaxJob,\r\n"
      L"JobContents, JobCopyLines, CopyLine, LogicalPrinter, WindowsPrintInfo,\r\n"
      L"PolicyResults."},
     {L"validate", 1, anyNumber, Validate,

@@ -3,6 +3,7 @@
 #include "CatalogueFile.h"
 #include "JobAttributeCatalogueReader.h"
 
+#include "common/text/NeverDestroyed.h"
 #include "common/text/Numbers.h"
 #include "common/text/Text.h"
 #include "common/log/QxLogger.h"
@@ -14,16 +15,7 @@ using AttributeText::Words;
 
 namespace {
 
-/// Keeps the catalogue from being destroyed by the runtime: its list of destructors needs memory while the
-/// library is loaded, and goes without what finds none.
-union Storage {
-    constexpr Storage() noexcept : catalogue() {}
-    ~Storage() {}
-
-    JobAttributeCatalogue catalogue;
-};
-
-constinit Storage storage;
+constinit NeverDestroyed<JobAttributeCatalogue> instance;
 
 const CatalogueEntry* Find(const CatalogueMap& map, std::wstring_view name) noexcept {
     const auto found = map.find(name);
@@ -74,7 +66,7 @@ const CatalogueEntry* TakePairSide(const PageAttributePair& pair, Words& words) 
 } // namespace
 
 JobAttributeCatalogue& TheCatalogue() noexcept {
-    return storage.catalogue;
+    return instance.Get();
 }
 
 bool LowerCaseLess::operator()(std::wstring_view a, std::wstring_view b) const noexcept {

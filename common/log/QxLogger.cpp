@@ -1,22 +1,15 @@
 #include "QxLogger.h"
 
 #include "common/text/Format.h"
+#include "common/text/NeverDestroyed.h"
 
 #include <mutex>
 #include <utility>
 
 namespace {
 
-/// Keeps the logger from being destroyed, so that a message from the destructor of another static finds a
-/// closed log and not a dead one. The module closes it when it is unloaded.
-union Storage {
-    constexpr Storage() noexcept : logger() {}
-    ~Storage() {} // NOLINT(modernize-use-equals-default): the default is deleted
-
-    QxLogger logger;
-};
-
-constinit Storage storage;
+// Never destroyed, so static destructors can still log. The module closes it when it is unloaded.
+constinit NeverDestroyed<QxLogger> instance;
 
 } // namespace
 
@@ -34,7 +27,7 @@ private:
 };
 
 QxLogger& QxLogger::Instance() noexcept {
-    return storage.logger;
+    return instance.Get();
 }
 
 LogSettings QxLogger::GetSettings() const {

@@ -40,7 +40,7 @@ private:
     HRESULT(STDAPICALLTYPE* m_unregisterServer)() = nullptr;
 };
 
-/// One of the ten classes, as published.
+/// One of the classes, as published.
 struct LibraryClass {
     std::string name;
     CLSID classId;

@@ -1,7 +1,6 @@
 #include "ProcessCounters.h"
 
 #include <windows.h>
-#include <winternl.h>
 
 #include <cstdint>
 #include <cstdio>
@@ -28,28 +27,24 @@ void CountHeaps(ProcessCounters& counters) {
         CountHeap(heaps[i], counters);
 }
 
-/// The system's table of all handles: the only count of a process's handles that is right everywhere.
+/// Tries each value where the system does not count: handles are multiples of 4, and the lowest free one is
+/// taken. The table of all processes' handles (SystemHandleInformation) is not read, because Wine's server
+/// can crash on it while other processes start or end, and takes every program with it.
 std::size_t CountHandles() {
-    struct Entry {
-        ULONG processId;
-        std::uint8_t type;
-        std::uint8_t flags;
-        USHORT value;
-        void* object;
-        ACCESS_MASK access;
-    };
-    constexpr auto systemHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(16);
-    std::vector<std::uint8_t> table(1 << 20);
-    ULONG needed = 0;
-    while (NtQuerySystemInformation(systemHandleInformation, table.data(), static_cast<ULONG>(table.size()),
-                                    &needed) != 0)
-        table.resize(table.size() * 2);
-    const auto total = *reinterpret_cast<const ULONG*>(table.data());
-    const auto* entries = reinterpret_cast<const Entry*>(table.data() + sizeof(ULONG));
-    std::size_t own = 0;
-    for (ULONG i = 0; i < total; ++i)
-        own += entries[i].processId == GetCurrentProcessId();
-    return own;
+    DWORD counted = 0;
+    if (GetProcessHandleCount(GetCurrentProcess(), &counted) && counted > 0)
+        return counted;
+    constexpr std::uintptr_t longestGap = 512 * 4;
+    std::size_t found = 0;
+    std::uintptr_t last = 0;
+    DWORD flags = 0;
+    for (std::uintptr_t value = 4; value <= last + longestGap; value += 4) {
+        if (GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags)) {
+            ++found;
+            last = value;
+        }
+    }
+    return found;
 }
 
 std::size_t CountTlsSlots() {

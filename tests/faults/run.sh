@@ -11,6 +11,6 @@ export FAULTS=all
 report=$(mktemp)
 trap 'stop_wine; rm -f "$report"' EXIT
 for tests in fault_tests log_fault_tests; do
-    timeout 3600 cmake/wine.sh "build/windows/tests/faults/$tests.exe" | tee -a "$report"
+    timeout 3600 cmake "-DCOMMAND=$wine;build/windows/tests/faults/$tests.exe" -P tests/RunToEnd.cmake | tee -a "$report"
 done
 awk '/^faults, / { sub(/\r$/, ""); total += $NF } END { print "faults in total: " total }' "$report"

@@ -1,10 +1,9 @@
-' Creates every class and asks for database codes, which only the catalogue beside the library can give.
+' Creates the classes that the command line names and asks for database codes, which only the catalogue beside the library can give.
 Option Explicit
-Dim name, created, job
+Dim i, created, job
 created = 0
-For Each name In Array("CopyJob", "CopyLine", "CopyLines", "FaxJob", "JobContents", "LogicalPrinter", _
-        "PolicyResults", "PrintJob", "ScanJob", "WindowsPrintInfo")
-    If IsObject(CreateObject("Corvane." & name)) Then created = created + 1
+For i = 0 To WScript.Arguments.Count - 1
+    If IsObject(CreateObject("Corvane." & WScript.Arguments(i))) Then created = created + 1
 Next
 WScript.Echo created & " classes"
 

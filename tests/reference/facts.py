@@ -12,7 +12,7 @@ import re
 import sys
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "docs"))
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "JobObjects"))
 import idl  # noqa: E402
 
 # How an empty object takes a version of its form.

@@ -23,7 +23,7 @@ struct Round {
     HANDLE start;
     std::atomic<int> ready{0};
     /// The class object that the first thread found of each class; everybody has to find the same.
-    std::atomic<void*> classObjects[10]{};
+    std::vector<std::atomic<void*>> classObjects = std::vector<std::atomic<void*>>(LibraryClasses().size());
     std::atomic<int> wrong{0};
 };
 

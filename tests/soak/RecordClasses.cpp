@@ -1,5 +1,7 @@
 #include "RecordClasses.h"
 
+#include "JobObjectClasses.h"
+
 namespace {
 
 template<class Interface>
@@ -11,18 +13,10 @@ RecordClass ClassOf(const wchar_t* name, REFCLSID classId) {
 
 } // namespace
 
-const std::array<RecordClass, 10>& RecordClasses() {
-    static const std::array<RecordClass, 10> classes{
-        ClassOf<IPrintJob>(L"PrintJob", __uuidof(PrintJob)),
-        ClassOf<ICopyJob>(L"CopyJob", __uuidof(CopyJob)),
-        ClassOf<IScanJob>(L"ScanJob", __uuidof(ScanJob)),
-        ClassOf<IFaxJob>(L"FaxJob", __uuidof(FaxJob)),
-        ClassOf<IJobContents>(L"JobContents", __uuidof(JobContents)),
-        ClassOf<ICopyLines>(L"CopyLines", __uuidof(CopyLines)),
-        ClassOf<ICopyLine>(L"CopyLine", __uuidof(CopyLine)),
-        ClassOf<ILogicalPrinter>(L"LogicalPrinter", __uuidof(LogicalPrinter)),
-        ClassOf<IWindowsPrintInfo>(L"WindowsPrintInfo", __uuidof(WindowsPrintInfo)),
-        ClassOf<IPolicyResults>(L"PolicyResults", __uuidof(PolicyResults))};
+const std::vector<RecordClass>& RecordClasses() {
+#define RECORD_CLASS(name, Interface) ClassOf<Interface>(L## #name, __uuidof(name)),
+    static const std::vector<RecordClass> classes{JOBOBJECTS_CLASSES(RECORD_CLASS)};
+#undef RECORD_CLASS
     return classes;
 }
 

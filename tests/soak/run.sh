@@ -27,7 +27,7 @@ run() {
         return
     fi
     echo "== $test"
-    "$wine" "$tests/$program" "$test" </dev/null || failed=1
+    cmake "-DCOMMAND=$wine;$tests/$program;$test" -P tests/RunToEnd.cmake </dev/null || failed=1
 }
 
 run soak/soak_tests.exe Xml_of_every_class_takes_damaged_documents_without_harm "$@"

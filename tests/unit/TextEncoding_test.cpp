@@ -81,4 +81,5 @@ TEST_CASE("Decode_any_two_bytes_give_text_or_replacements") {
                 FAIL("bytes " << first << " " << second);
         }
     }
+    SUCCEED("every pair of bytes was read");
 }

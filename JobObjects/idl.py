@@ -1,13 +1,14 @@
-"""Reads JobObjects/JobObjects.idl: its classes, interfaces and members with their comments, and what is wrong in them.
+"""Reads JobObjects.idl: its classes, interfaces and members with their comments, and what is wrong in them.
 
-The top of that file describes the form of the comments.
+The documentation, the packaging and the tests read the interface definition through this module alone. The top of
+that file describes the form of the comments.
 """
 
 import re
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-IDL = ROOT / "JobObjects" / "JobObjects.idl"
+IDL = Path(__file__).resolve().with_name("JobObjects.idl")
 TAGS = ("Values", "Units", "Range", "Default", "Stored", "Since", "Errors")
 STORED = re.compile(r"(no|every form|from [0-9.]+[0-9]( to below [0-9.]+[0-9])?)\b")
 
@@ -98,7 +99,7 @@ class Reader:
 
     def __init__(self, text):
         self.interfaces, self.classes, self.library, self.problems = {}, [], None, []
-        self.comment, self.statement, self.current, self.uuid = [], "", None, None
+        self.comment, self.statement, self.current, self.attributes = [], "", None, ""
         for line in text.splitlines():
             self._line(line.strip())
         for interface in self.interfaces.values():
@@ -121,9 +122,8 @@ class Reader:
         return doc
 
     def _statement(self, text):
-        uuid = re.search(r"uuid\(([0-9A-F-]+)\)", text)
-        if uuid:
-            self.uuid = uuid[1]
+        if "uuid(" in text:
+            self.attributes = text
         if text.endswith("{"):
             self._open(re.search(r"(interface|library|coclass) (\w+)", text))
         elif text == "};":
@@ -133,17 +133,21 @@ class Reader:
         elif "HRESULT" in text:
             self._member(text)
 
+    def _attribute(self, name):
+        return re.search(r'\b%s\("?([^")]*)"?\)' % name, self.attributes)[1]
+
     def _open(self, match):
         kind, name = match.groups()
         doc = self._take_doc(f"{kind} {name}")
+        item = {"name": name, "uuid": self._attribute("uuid"), "help": self._attribute("helpstring"), "doc": doc}
         if kind == "library":
-            self.library = {"name": name, "uuid": self.uuid, "doc": doc}
+            self.library = item | {"version": self._attribute("version"), "locale": int(self._attribute("lcid"), 16)}
         elif kind == "coclass":
-            self.classes.append({"name": name, "uuid": self.uuid, "doc": doc})
+            self.classes.append(item)
         else:
             if not doc.tag("Since"):
                 self.problems.append(f"{name} has no line Since")
-            self.current = {"name": name, "uuid": self.uuid, "doc": doc, "members": []}
+            self.current = item | {"members": []}
             self.interfaces[name] = self.current
 
     def _member(self, text):
@@ -194,5 +198,5 @@ def problems_of(member):
         yield f"does not describe its parameters {given}"
 
 
-def read():
-    return Reader(IDL.read_text(encoding="utf-8"))
+def read(path=IDL):
+    return Reader(path.read_text(encoding="utf-8"))

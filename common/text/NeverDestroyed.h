@@ -1,0 +1,20 @@
+#pragma once
+
+/// A static object that is never destroyed: static destructors can still use it, and the runtime does not
+/// allocate an entry for its destructor while the library is loaded.
+template<class T>
+class NeverDestroyed {
+public:
+    constexpr NeverDestroyed() noexcept : m_object() {}
+    // The default destructor is deleted when T has one. NOLINTNEXTLINE(modernize-use-equals-default)
+    ~NeverDestroyed() {}
+    NeverDestroyed(const NeverDestroyed&) = delete;
+    NeverDestroyed& operator=(const NeverDestroyed&) = delete;
+
+    T& Get() noexcept { return m_object; }
+
+private:
+    union {
+        T m_object;
+    };
+};

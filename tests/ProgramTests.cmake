@@ -1,0 +1,11 @@
+# Adds a test that runs a program to its closing line, a regular expression (RunToEnd.cmake). Further arguments are
+# the command line, which starts with the emulator where there is one.
+function(add_program_test name closing_line)
+    add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} "-DCOMMAND=${ARGN}" "-DCLOSING_LINE=${closing_line}"
+        -P ${PROJECT_SOURCE_DIR}/tests/RunToEnd.cmake)
+endfunction()
+
+# The same for a program of Catch tests, all in one process.
+function(add_catch_program_test name)
+    add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} "-DCOMMAND=${ARGN}" -P ${PROJECT_SOURCE_DIR}/tests/RunToEnd.cmake)
+endfunction()

@@ -1,0 +1,28 @@
+// Looks like a program of Catch tests that ends as ENDING says.
+
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#define TEXT_OF(name) #name
+#define TEXT(name) TEXT_OF(name)
+
+int main(int count, char** arguments) {
+    constexpr std::string_view ending = TEXT(ENDING);
+    if (count == 2 && std::string_view(arguments[1]) == "--list-test-names-only") {
+        std::puts("Runner_refuses_program_that_" TEXT(ENDING));
+        return ending == "breaks_off_its_list_of_tests" ? 0 : 1;
+    }
+    if (ending == "ends_early_with_0")
+        return 0;
+    if (ending == "asserts_nothing") {
+        std::puts("test cases: 1 | 1 passed\nassertions: - none -\n");
+        return 0;
+    }
+    if (ending == "has_a_failing_assertion") {
+        std::puts("test cases: 1 | 1 failed\nassertions: 1 | 1 failed\n");
+        return 1;
+    }
+    std::puts("All tests passed (3 assertions in 1 test case)\n");
+    return ending == "breaks_off_behind_its_closing_line" ? 3 : 0;
+}
