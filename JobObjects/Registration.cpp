@@ -4,15 +4,16 @@
 #include "JobObjects.h"
 #include "JobObjects/frame/ModulePath.h"
 #include "JobObjects/frame/TypeLibrary.h"
+#include "common/QxRegistryHdl.h"
 #include "common/com/ErrorReporting.h"
 
 #include <string>
 
 namespace {
 
-constexpr const wchar_t* appIdText = L"{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}";
-constexpr const wchar_t* appIdKey = L"AppID\\{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}";
-constexpr const wchar_t* moduleAppIdKey = L"AppID\\Tarnwick.DLL";
+constexpr const wchar_t* AppIdText = L"{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}";
+constexpr const wchar_t* AppIdKey = L"AppID\\{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}";
+constexpr const wchar_t* ModuleAppIdKey = L"AppID\\Tarnwick.DLL";
 
 /// Runs the registration in the system's locale, whatever the calling thread's is.
 class SystemLocale {
@@ -26,21 +27,11 @@ private:
     LCID m_previous;
 };
 
-void ThrowIfRegistryFailed(LSTATUS status) {
-    ThrowIfFailed(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
-}
-
 /// Creates a key below HKEY_CLASSES_ROOT and sets one of its values; a null value text sets none.
 void SetValue(const std::wstring& key, const wchar_t* name, const wchar_t* value) {
-    HKEY handle = nullptr;
-    ThrowIfRegistryFailed(
-        RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &handle, nullptr));
-    LSTATUS status = ERROR_SUCCESS;
-    if (value)
-        status = RegSetValueExW(handle, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value),
-                                static_cast<DWORD>((wcslen(value) + 1) * sizeof(wchar_t)));
-    RegCloseKey(handle);
-    ThrowIfRegistryFailed(status);
+    QxRegistryHdl handle;
+    if (!handle.Create(HKEY_CLASSES_ROOT, key.c_str()) || (value && !handle.WriteString(name, value)))
+        throw ComError(HRESULT_FROM_WIN32(handle.LastError()));
 }
 
 void SetDefault(const std::wstring& key, const std::wstring& value) {
@@ -50,7 +41,7 @@ void SetDefault(const std::wstring& key, const std::wstring& value) {
 void RemoveTree(const std::wstring& key) {
     const LSTATUS status = RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
     if (status != ERROR_FILE_NOT_FOUND)
-        ThrowIfRegistryFailed(status);
+        ThrowIfFailed(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
 }
 
 std::wstring GuidText(const GUID& guid) {
@@ -60,14 +51,14 @@ std::wstring GuidText(const GUID& guid) {
 }
 
 void RegisterAppId() {
-    SetDefault(appIdKey, L"JobObjects");
-    SetValue(appIdKey, L"DllSurrogate", L""); // empty: the system's own surrogate may host the library
-    SetValue(moduleAppIdKey, L"AppID", appIdText);
+    SetDefault(AppIdKey, L"JobObjects");
+    SetValue(AppIdKey, L"DllSurrogate", L""); // empty: the system's own surrogate may host the library
+    SetValue(ModuleAppIdKey, L"AppID", AppIdText);
 }
 
 void UnregisterAppId() {
-    RemoveTree(appIdKey);
-    RemoveTree(moduleAppIdKey);
+    RemoveTree(AppIdKey);
+    RemoveTree(ModuleAppIdKey);
 }
 
 /// The keys of one class: two ProgIDs and the CLSID.
@@ -100,7 +91,7 @@ void RegisterClassEntry(const ClassMapEntry& entry, const std::wstring& modulePa
     SetValue(keys.classId + L"\\Programmable", nullptr, nullptr);
     SetDefault(keys.classId + L"\\InprocServer32", modulePath);
     SetValue(keys.classId + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
-    SetValue(keys.classId, L"AppID", appIdText);
+    SetValue(keys.classId, L"AppID", AppIdText);
     SetDefault(keys.classId + L"\\TypeLib", GuidText(LIBID_JobObjectsLib));
 }
 

@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int secondsPerDay = 86400;
-constexpr int firstYear = 100, lastYear = 9999;
+constexpr int SecondsPerDay = 86400;
+constexpr int FirstYear = 100, LastYear = 9999;
 
 /// Days since 1 March of the year 0 of the proleptic Gregorian calendar. Years are counted from March, so
 /// that the leap day is a year's last day.
@@ -22,16 +22,16 @@ constexpr std::int32_t DayNumber(int year, int month, int day) noexcept {
     return 365 * y + y / 4 - y / 100 + y / 400 + (153 * shifted + 2) / 5 + day - 1;
 }
 
-constexpr std::int32_t dayZero = DayNumber(1899, 12, 30);
-constexpr std::int32_t firstDay = DayNumber(firstYear, 1, 1) - dayZero;
-constexpr std::int32_t lastDay = DayNumber(lastYear, 12, 31) - dayZero;
+constexpr std::int32_t DayZero = DayNumber(1899, 12, 30);
+constexpr std::int32_t FirstDay = DayNumber(FirstYear, 1, 1) - DayZero;
+constexpr std::int32_t LastDay = DayNumber(LastYear, 12, 31) - DayZero;
 
 constexpr std::uint64_t BitsOf(double value) noexcept {
     return std::bit_cast<std::uint64_t>(value);
 }
 
-constexpr std::uint64_t signBit = BitsOf(-0.0);
-constexpr std::uint64_t halfSecond = BitsOf(0.5 / secondsPerDay);
+constexpr std::uint64_t SignBit = BitsOf(-0.0);
+constexpr std::uint64_t HalfSecond = BitsOf(0.5 / SecondsPerDay);
 
 constexpr bool IsLeapYear(int year) noexcept {
     return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
@@ -47,7 +47,7 @@ constexpr bool IsBetween(int value, int low, int high) noexcept {
 }
 
 bool IsRealTime(const QxCalendarTime& t) noexcept {
-    return IsBetween(t.year, firstYear, lastYear) && IsBetween(t.month, 1, 12) &&
+    return IsBetween(t.year, FirstYear, LastYear) && IsBetween(t.month, 1, 12) &&
            IsBetween(t.day, 1, DaysInMonth(t.year, t.month)) && IsBetween(t.hour, 0, 23) &&
            IsBetween(t.minute, 0, 59) && IsBetween(t.second, 0, 59);
 }
@@ -153,20 +153,20 @@ struct QxDateTime::DayAndTime {
 };
 
 std::uint64_t QxDateTime::Magnitude() const noexcept {
-    return m_bits & ~signBit;
+    return m_bits & ~SignBit;
 }
 
 bool QxDateTime::IsUnset() const noexcept {
-    return !IsValid() || Magnitude() < halfSecond;
+    return !IsValid() || Magnitude() < HalfSecond;
 }
 
 bool QxDateTime::IsInCalendar() const noexcept {
-    constexpr std::uint64_t lowEnd = BitsOf(1 - firstDay), highEnd = BitsOf(lastDay + 1);
-    return Magnitude() < ((m_bits & signBit) != 0 ? lowEnd : highEnd);
+    constexpr std::uint64_t lowEnd = BitsOf(1 - FirstDay), highEnd = BitsOf(LastDay + 1);
+    return Magnitude() < ((m_bits & SignBit) != 0 ? lowEnd : highEnd);
 }
 
 QxDateTime::DayAndTime QxDateTime::Split() const noexcept {
-    if (Magnitude() < halfSecond)
+    if (Magnitude() < HalfSecond)
         return {0, 0}; // not loaded: it may be denormal
     const auto day = static_cast<std::int32_t>(Value());
     return {day, std::fabs(Value() - day)};
@@ -182,8 +182,8 @@ bool QxDateTime::IsAfter(const QxDateTime& other) const noexcept {
 QxDateTime QxDateTime::FromCalendar(const QxCalendarTime& fields) noexcept {
     if (!IsRealTime(fields))
         return QxDateTime(0, Status::Invalid);
-    const double day = DayNumber(fields.year, fields.month, fields.day) - dayZero;
-    const double time = (fields.hour * 3600 + fields.minute * 60 + fields.second) / double{secondsPerDay};
+    const double day = DayNumber(fields.year, fields.month, fields.day) - DayZero;
+    const double time = (fields.hour * 3600 + fields.minute * 60 + fields.second) / double{SecondsPerDay};
     return QxDateTime(day < 0 ? day - time : day + time);
 }
 
@@ -191,14 +191,14 @@ bool QxDateTime::ToCalendar(QxCalendarTime& fields) const noexcept {
     if (!IsInCalendar())
         return false;
     auto [day, time] = Split();
-    auto seconds = static_cast<int>(std::lround(time * secondsPerDay));
-    if (seconds == secondsPerDay) {
+    auto seconds = static_cast<int>(std::lround(time * SecondsPerDay));
+    if (seconds == SecondsPerDay) {
         seconds = 0;
         ++day;
     }
-    if (day > lastDay)
+    if (day > LastDay)
         return false;
-    SetDate(fields, day + dayZero);
+    SetDate(fields, day + DayZero);
     fields.hour = seconds / 3600;
     fields.minute = seconds / 60 % 60;
     fields.second = seconds % 60;

@@ -3,6 +3,7 @@
 #include "QxSystem.h"
 #include "common/log/QxLogger.h"
 
+#include <cwchar>
 #include <string>
 
 bool QxRegistryHdl::Check(LSTATUS status) noexcept {
@@ -16,6 +17,15 @@ bool QxRegistryHdl::Open(HKEY rootKey, const wchar_t* subkey, REGSAM access) noe
     Close();
     HKEY key = nullptr;
     if (!Check(RegOpenKeyExW(rootKey, subkey, 0, access, &key)))
+        return false;
+    m_key = key;
+    return true;
+}
+
+bool QxRegistryHdl::Create(HKEY rootKey, const wchar_t* subkey) noexcept {
+    Close();
+    HKEY key = nullptr;
+    if (!Check(RegCreateKeyExW(rootKey, subkey, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr)))
         return false;
     m_key = key;
     return true;
@@ -60,4 +70,9 @@ bool QxRegistryHdl::ReadString(const wchar_t* name, QxString& value) {
     text.resize(size / sizeof(wchar_t));
     value = QxString(std::wstring_view(text).substr(0, text.find(L'\0')));
     return true;
+}
+
+bool QxRegistryHdl::WriteString(const wchar_t* name, const wchar_t* value) noexcept {
+    return Check(RegSetValueExW(m_key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value),
+                                static_cast<DWORD>((std::wcslen(value) + 1) * sizeof(wchar_t))));
 }

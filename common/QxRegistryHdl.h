@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-/// Owns one open registry key, reads typed values from it and closes it on destruction.
+/// Owns one open registry key, reads and writes its values and closes it on destruction.
 ///
 /// A reader returns false, leaves its target unchanged and keeps the reason in LastError when the value is
 /// missing, cannot be read or is of another type.
@@ -19,6 +19,8 @@ public:
 
     /// Closes the key already held and opens the subkey. Returns false on a failure.
     bool Open(HKEY rootKey, const wchar_t* subkey, REGSAM access) noexcept;
+    /// The same, to write to the subkey, which is created if it is missing.
+    bool Create(HKEY rootKey, const wchar_t* subkey) noexcept;
     /// Closes the key, if one is held, and forgets it; a refusal is logged.
     void Close() noexcept;
     bool IsOpen() const noexcept { return m_key != nullptr; }
@@ -30,6 +32,9 @@ public:
     /// Reads a plain or expandable string, up to its first NUL. Environment variables are not expanded.
     /// Throws std::bad_alloc.
     bool ReadString(const wchar_t* name, QxString& value);
+
+    /// Writes a plain string; a null name is the key's default value.
+    bool WriteString(const wchar_t* name, const wchar_t* value) noexcept;
 
     /// System error code of the most recent call that failed.
     std::uint32_t LastError() const noexcept { return m_lastError; }

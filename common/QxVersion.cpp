@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr std::size_t minComponents = 2, maxComponents = 4;
+constexpr std::size_t MinComponents = 2, maxComponents = 4;
 
 /// Logs the message under the method's name and throws it.
 [[noreturn]] void Fail(const wchar_t* method, const wchar_t* message) {
@@ -35,7 +35,7 @@ QxVersion::QxVersion(std::wstring_view text, OnError onError) {
                 components[count] = next;
             ++count;
         }
-        if (count < minComponents || count > maxComponents)
+        if (count < MinComponents || count > maxComponents)
             Fail(L"QxVersion", L"Version has fewer than two components or more than four components.");
         std::int32_t numbers[maxComponents] = {-1, -1, -1, -1};
         for (std::size_t i = 0; i < count; ++i)

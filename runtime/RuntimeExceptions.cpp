@@ -31,15 +31,15 @@ struct ThreadState {
 [[gnu::section(".tls$exceptions"), gnu::used]] ThreadState initialState{};
 
 /// Room for the runtime's own data before the thrown object: 80 bytes, and some to spare.
-constexpr std::size_t headerSize = 128;
+constexpr std::size_t HeaderSize = 128;
 
 /// Blocks for exceptions when malloc fails: one for each exception that is being handled.
 class Reserve {
 public:
-    static constexpr std::size_t placeSize = 256;
+    static constexpr std::size_t PlaceSize = 256;
 
     void* Take(std::size_t size) noexcept {
-        for (std::size_t i = 0; size <= placeSize && i < m_places.size(); ++i)
+        for (std::size_t i = 0; size <= PlaceSize && i < m_places.size(); ++i)
             if (!m_taken[i].exchange(true, std::memory_order_acquire))
                 return m_places[i].bytes;
         return nullptr;
@@ -56,7 +56,7 @@ public:
 
 private:
     struct alignas(16) Place {
-        std::byte bytes[placeSize];
+        std::byte bytes[PlaceSize];
     };
     std::array<Place, 32> m_places{};
     std::array<std::atomic<bool>, 32> m_taken{};
@@ -84,18 +84,18 @@ ThreadState* __cxa_get_globals() noexcept {
 }
 
 void* __cxa_allocate_exception(std::size_t thrownSize) noexcept {
-    const std::size_t size = headerSize + thrownSize;
+    const std::size_t size = HeaderSize + thrownSize;
     void* block = std::malloc(size);
     if (!block)
         block = reserve.Take(size);
     if (!block)
         std::terminate();
-    std::memset(block, 0, headerSize);
-    return static_cast<std::byte*>(block) + headerSize;
+    std::memset(block, 0, HeaderSize);
+    return static_cast<std::byte*>(block) + HeaderSize;
 }
 
 void __cxa_free_exception(void* thrown) noexcept {
-    void* const block = static_cast<std::byte*>(thrown) - headerSize;
+    void* const block = static_cast<std::byte*>(thrown) - HeaderSize;
     if (!reserve.GiveBack(block))
         std::free(block);
 }

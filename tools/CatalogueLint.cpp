@@ -5,11 +5,11 @@
 
 namespace {
 
-constexpr wchar_t paperSection[] = L"PaperSizes";
-constexpr wchar_t pairSection[] = L"PageAttributePairs";
-constexpr wchar_t pageSection[] = L"PageAttributes";
-constexpr wchar_t finishingSection[] = L"FinishingAttributes";
-constexpr wchar_t pdlSection[] = L"Pdls";
+constexpr wchar_t PaperSection[] = L"PaperSizes";
+constexpr wchar_t PairSection[] = L"PageAttributePairs";
+constexpr wchar_t PageSection[] = L"PageAttributes";
+constexpr wchar_t FinishingSection[] = L"FinishingAttributes";
+constexpr wchar_t PdlSection[] = L"Pdls";
 
 /// As the library compares words: A to Z only.
 std::wstring LowerCase(std::wstring text) {
@@ -56,16 +56,16 @@ void CatalogueLint::Children::ReportRest() {
 }
 
 void CatalogueLint::Run() {
-    Children sections(*this, m_tree[XmlTree::root]);
-    if (const Element* section = sections.Need(paperSection))
+    Children sections(*this, m_tree[XmlTree::Root]);
+    if (const Element* section = sections.Need(PaperSection))
         PaperSizes(*section);
-    if (const Element* section = sections.Need(pairSection))
+    if (const Element* section = sections.Need(PairSection))
         Pairs(*section);
-    if (const Element* section = sections.Need(pageSection))
-        List(*section, L"PageAttribute", pageSection);
-    if (const Element* section = sections.Need(finishingSection))
-        List(*section, L"FinishingAttribute", finishingSection);
-    if (const Element* section = sections.Need(pdlSection))
+    if (const Element* section = sections.Need(PageSection))
+        List(*section, L"PageAttribute", PageSection);
+    if (const Element* section = sections.Need(FinishingSection))
+        List(*section, L"FinishingAttribute", FinishingSection);
+    if (const Element* section = sections.Need(PdlSection))
         Pdls(*section);
     sections.ReportRest();
 }
@@ -134,7 +134,7 @@ void CatalogueLint::PaperNames(const Element& names) {
     std::size_t defaults = 0;
     while (const Element* name = list.Next(L"PaperName")) {
         defaults += IsDefault(*name) ? 1u : 0u;
-        AddWord(*name, paperSection);
+        AddWord(*name, PaperSection);
         ++m_paperNames;
     }
     list.ReportRest();
@@ -153,7 +153,7 @@ void CatalogueLint::Pairs(const Element& section) {
             if (!side)
                 continue;
             defaults += IsDefault(*side) ? 1u : 0u;
-            AddWord(*side, pairSection);
+            AddWord(*side, PairSection);
             CheckPageAttribute(*side);
             BitCode(*side, m_pageBits);
             ++m_pageWords;
@@ -169,7 +169,7 @@ void CatalogueLint::Pairs(const Element& section) {
 }
 
 void CatalogueLint::List(const Element& section, const wchar_t* item, const wchar_t* sectionName) {
-    const bool isFinishing = sectionName == finishingSection;
+    const bool isFinishing = sectionName == FinishingSection;
     Children list(*this, section);
     while (const Element* word = list.Next(item)) {
         IsDefault(*word);
@@ -187,7 +187,7 @@ void CatalogueLint::Pdls(const Element& section) {
     std::size_t defaults = 0;
     while (const Element* word = list.Next(L"Pdl")) {
         defaults += IsDefault(*word) ? 1u : 0u;
-        AddWord(*word, pdlSection);
+        AddWord(*word, PdlSection);
         // Names may share a code: PCL6 and PCLXL, say.
         if (const auto code = Code(*word); code && *code < 1)
             m_findings.Error(word->offset, L"code " + std::to_wstring(*code) + L" is below 1");

@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr LCID libraryLocale = 0x0409;
+constexpr LCID LibraryLocale = 0x0409;
 
 class Report {
 public:
@@ -98,21 +98,21 @@ void CheckClass(Report& report, const std::wstring& className, const std::wstrin
 }
 
 std::wstring OfAllClasses(std::size_t count) {
-    return std::to_wstring(count) + L" of " + std::to_wstring(classNames.size()) + L" classes";
+    return std::to_wstring(count) + L" of " + std::to_wstring(ClassNames.size()) + L" classes";
 }
 
 /// All classes lead to one file. Returns it, or an empty path.
 std::wstring CheckClasses(Report& report) {
     std::wstring module;
     std::vector<std::wstring> missing;
-    for (const std::wstring className : classNames) {
+    for (const std::wstring className : ClassNames) {
         const std::wstring file = RegisteredModule(className);
         if (file.empty())
             missing.push_back(className);
         else
             CheckClass(report, className, file, module);
     }
-    report.Item(L"Registered", OfAllClasses(classNames.size() - missing.size()));
+    report.Item(L"Registered", OfAllClasses(ClassNames.size() - missing.size()));
     if (module.empty()) {
         report.Problem(L"the library is not registered; \"regsvr32 Tarnwick.dll\" does it");
         return module;
@@ -132,13 +132,13 @@ void CheckModule(Report& report, const std::wstring& module) {
     report.Item(L"Bitness", bitness);
     report.Item(L"Version", VersionOf(module));
     report.Item(L"Threading model",
-                ReadText(HKEY_CLASSES_ROOT, ServerKey(ClassIdText(classNames[0])), L"ThreadingModel")
+                ReadText(HKEY_CLASSES_ROOT, ServerKey(ClassIdText(ClassNames[0])), L"ThreadingModel")
                     .value_or(L"none"));
 }
 
 void CheckObjects(Report& report) {
     std::size_t created = 0;
-    for (const wchar_t* className : classNames) {
+    for (const wchar_t* className : ClassNames) {
         try {
             RecordObject record(className);
             record.Xml();
@@ -152,7 +152,7 @@ void CheckObjects(Report& report) {
 
 void CheckTypeLibrary(Report& report) {
     UniqueBstr path;
-    HRESULT result = QueryPathOfRegTypeLib(LIBID_JobObjectsLib, 1, 0, libraryLocale, path.Put());
+    HRESULT result = QueryPathOfRegTypeLib(LIBID_JobObjectsLib, 1, 0, LibraryLocale, path.Put());
     if (FAILED(result)) {
         report.Item(L"Type library", L"not registered");
         report.Problem(L"clients in other apartments and early-bound scripts need it: " + ErrorText(result));
@@ -160,7 +160,7 @@ void CheckTypeLibrary(Report& report) {
     }
     report.Item(L"Type library", std::wstring(path.View().data()));
     ComPtr<ITypeLib> library;
-    result = LoadRegTypeLib(LIBID_JobObjectsLib, 1, 0, libraryLocale, library.Put());
+    result = LoadRegTypeLib(LIBID_JobObjectsLib, 1, 0, LibraryLocale, library.Put());
     if (FAILED(result))
         report.Problem(L"it cannot be loaded: " + ErrorText(result));
 }

@@ -23,8 +23,8 @@ DISPID MemberOf(IDispatch* object, const wchar_t* name) {
 std::wstring RecordObject::ClassOfRoot(std::wstring_view root) {
     if (root == L"JobCopyLines")
         return L"CopyLines";
-    const auto* const found = std::find(classNames.begin(), classNames.end(), root);
-    return found == classNames.end() || root == L"CopyLines" ? L"" : *found;
+    const auto* const found = std::find(ClassNames.begin(), ClassNames.end(), root);
+    return found == ClassNames.end() || root == L"CopyLines" ? L"" : *found;
 }
 
 RecordObject::RecordObject(const std::wstring& className) {

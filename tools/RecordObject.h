@@ -34,7 +34,7 @@ private:
 
 /// All creatable classes.
 #define JOBOBJECTS_NAME(name, Interface) L## #name,
-inline constexpr std::array classNames{JOBOBJECTS_CLASSES(JOBOBJECTS_NAME)};
+inline constexpr std::array ClassNames{JOBOBJECTS_CLASSES(JOBOBJECTS_NAME)};
 #undef JOBOBJECTS_NAME
 
 /// Calls a member by its identifier, with at most one argument. Returns the result, with the reason in error.

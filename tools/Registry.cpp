@@ -1,13 +1,11 @@
 #include "Registry.h"
 
+#include "common/QxRegistryHdl.h"
+
 #include <vector>
 
 bool KeyExists(HKEY root, const std::wstring& key) {
-    HKEY opened = nullptr;
-    if (RegOpenKeyExW(root, key.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS)
-        return false;
-    RegCloseKey(opened);
-    return true;
+    return QxRegistryHdl().Open(root, key.c_str(), KEY_READ);
 }
 
 bool ValueExists(HKEY root, const std::wstring& key, const wchar_t* name) {

@@ -190,7 +190,7 @@ ExitCode Show(Arguments arguments) {
         Console::ErrorLine(arguments[0] + L": " + tree.Error());
         return ExitFindings;
     }
-    const std::wstring& root = tree[XmlTree::root].name;
+    const std::wstring& root = tree[XmlTree::Root].name;
     const std::wstring className = RecordObject::ClassOfRoot(root);
     if (className.empty()) {
         Console::ErrorLine(arguments[0] + L": no record has the root element " + root);

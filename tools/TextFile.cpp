@@ -14,8 +14,8 @@ namespace {
 }
 
 /// The offsets of a parsed text have 32 bits, and its characters need room beside the bytes.
-constexpr LONGLONG longestFile = 512LL * 1024 * 1024;
-constexpr DWORD piece = 4 * 1024 * 1024;
+constexpr LONGLONG LongestFile = 512LL * 1024 * 1024;
+constexpr DWORD Piece = 4 * 1024 * 1024;
 
 } // namespace
 
@@ -32,19 +32,19 @@ TextFile ReadTextFile(const std::wstring& path) {
     LARGE_INTEGER size;
     if (!GetFileSizeEx(file.get(), &size))
         Fail(path, GetLastError());
-    if (size.QuadPart > longestFile)
+    if (size.QuadPart > LongestFile)
         Fail(path, ERROR_FILE_TOO_LARGE);
     std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
     std::size_t done = 0;
     while (done < bytes.size()) {
         DWORD read = 0;
-        const auto wanted = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - done, piece));
+        const auto wanted = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - done, Piece));
         if (!ReadFile(file.get(), bytes.data() + done, wanted, &read, nullptr))
             Fail(path, GetLastError());
         if (read == 0)
             break;
         done += read;
-        if (bytes.size() > piece)
+        if (bytes.size() > Piece)
             Console::Progress(L"Reading: " + std::to_wstring(done * 100ULL / bytes.size()) + L" %");
     }
     bytes.resize(done);

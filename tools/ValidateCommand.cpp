@@ -27,7 +27,7 @@ public:
         : m_given(given), m_written(written), m_findings(findings) {}
 
     void Compare() {
-        m_pending = {{XmlTree::root, XmlTree::root}};
+        m_pending = {{XmlTree::Root, XmlTree::Root}};
         while (!m_pending.empty()) {
             const auto [given, written] = m_pending.back();
             m_pending.pop_back();
@@ -99,10 +99,10 @@ private:
 
 /// The class whose record the tree is; empty, with a finding, when there is none.
 std::wstring ClassOf(const XmlTree& tree, Findings& findings) {
-    const std::wstring& root = tree[XmlTree::root].name;
+    const std::wstring& root = tree[XmlTree::Root].name;
     std::wstring className = RecordObject::ClassOfRoot(root);
     if (className.empty())
-        findings.Error(tree[XmlTree::root].offset, L"no record has the root element " + root);
+        findings.Error(tree[XmlTree::Root].offset, L"no record has the root element " + root);
     return className;
 }
 
@@ -111,7 +111,7 @@ void CompareWithLibrary(RecordObject& record, const std::wstring& text, const Xm
                         Findings& findings) {
     Console::Progress(L"The library is reading");
     if (!record.PutXml(text)) {
-        findings.Error(given[XmlTree::root].offset, L"the library refuses it: " + record.Error());
+        findings.Error(given[XmlTree::Root].offset, L"the library refuses it: " + record.Error());
         return;
     }
     Console::Progress(L"The library is writing");
@@ -140,7 +140,7 @@ ExitCode ValidateFile(const std::wstring& path) {
     findings.Show();
     if (findings.Count() > 0)
         return ExitFindings;
-    const XmlTree::Attribute* version = given[XmlTree::root].Find(L"Version");
+    const XmlTree::Attribute* version = given[XmlTree::Root].Find(L"Version");
     Console::Line(path + L": " + className + (version ? L" of version " + version->value : L"") +
                   L", read and written again unchanged");
     return ExitOk;

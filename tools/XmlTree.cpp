@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr std::wstring_view blanks = L" \t\r\n";
+constexpr std::wstring_view Blanks = L" \t\r\n";
 
 std::wstring_view WithoutPrefix(std::wstring_view name) {
     return name.substr(name.find(L':') + 1); // without a colon npos + 1, that is 0
@@ -20,14 +20,14 @@ std::vector<XmlTree::Attribute> AttributesOf(const QxXmlParser& parser, std::wst
     std::vector<XmlTree::Attribute> attributes;
     const auto offset = static_cast<std::size_t>(markup.data() - parser.GetDocument().data());
     const std::wstring_view tag = markup.substr(0, markup.find(L'>'));
-    std::size_t at = tag.find_first_of(blanks);
-    while ((at = tag.find_first_not_of(blanks, at)) != std::wstring_view::npos) {
+    std::size_t at = tag.find_first_of(Blanks);
+    while ((at = tag.find_first_not_of(Blanks, at)) != std::wstring_view::npos) {
         const std::size_t equals = tag.find(L'=', at);
         const std::size_t open = tag.find_first_of(L"\"'", equals);
         if (equals == std::wstring_view::npos || open == std::wstring_view::npos)
             break;
         std::wstring_view name = tag.substr(at, equals - at);
-        name = name.substr(0, name.find_first_of(blanks));
+        name = name.substr(0, name.find_first_of(Blanks));
         const bool isNamespace = name == L"xmlns" || name.starts_with(L"xmlns:");
         name = WithoutPrefix(name);
         const std::size_t close = std::min(tag.find(tag[open], open + 1), tag.size());
@@ -71,11 +71,11 @@ bool XmlTree::Parse(std::wstring_view text) {
     m_elements.push_back({std::wstring(WithoutPrefix(parser.GetTagName())),
                           std::wstring(parser.GetData().view()),
                           offsetOf(parser.GetSubDocument()),
-                          root,
+                          Root,
                           AttributesOf(parser, parser.GetSubDocument(), false),
                           {}});
     // A walk instead of a recursion: texts may be nested deeply.
-    for (std::size_t current = root;;) {
+    for (std::size_t current = Root;;) {
         if (parser.FindChildElement()) {
             const std::wstring_view markup = parser.GetChildSubDocument();
             m_elements.push_back({std::wstring(WithoutPrefix(parser.GetChildTagName())),
@@ -90,7 +90,7 @@ bool XmlTree::Parse(std::wstring_view text) {
                 Console::Progress(L"Parsing: " + std::to_wstring(child) + L" elements");
             parser.IntoElement();
             current = child;
-        } else if (current != root) {
+        } else if (current != Root) {
             parser.OutOfElement();
             current = m_elements[current].parent;
         } else {

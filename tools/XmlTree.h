@@ -34,7 +34,7 @@ public:
     bool Parse(std::wstring_view text);
     const std::wstring& Error() const noexcept { return m_error; }
 
-    static constexpr std::size_t root = 0;
+    static constexpr std::size_t Root = 0;
     const Element& operator[](std::size_t element) const { return m_elements[element]; }
     std::size_t Count() const noexcept { return m_elements.size(); }
 

@@ -20,12 +20,12 @@ struct Command {
     const wchar_t* help;
 };
 
-constexpr std::size_t anyNumber = static_cast<std::size_t>(-1);
+constexpr std::size_t AnyNumber = static_cast<std::size_t>(-1);
 
-constexpr wchar_t exitCodes[] = L"Exit codes: 0 nothing is wrong, 1 something was found, 2 wrong usage,\r\n"
+constexpr wchar_t ExitCodes[] = L"Exit codes: 0 nothing is wrong, 1 something was found, 2 wrong usage,\r\n"
                                 L"3 the command could not run.";
 
-const Command commands[] = {
+const Command Commands[] = {
     {L"check", 0, 0, Check,
      L"jobobjects check\r\n\r\n"
      L"Tells whether the library is registered, which file it is, whether its classes\r\n"
@@ -37,19 +37,19 @@ const Command commands[] = {
      L"records inside it indented. The roots: PrintJob, CopyJob, ScanJob, FaxJob,\r\n"
      L"JobContents, JobCopyLines, CopyLine, LogicalPrinter, WindowsPrintInfo,\r\n"
      L"PolicyResults."},
-    {L"validate", 1, anyNumber, Validate,
+    {L"validate", 1, AnyNumber, Validate,
      L"jobobjects validate FILE...\r\n\r\n"
      L"Lets the library read a record's XML and write it again. An error tells why it\r\n"
      L"refuses the text; warnings tell what changes on the way: elements that do not\r\n"
      L"come back, values that read as others, elements that get a default."},
-    {L"catalogue", 0, anyNumber, Catalogue,
+    {L"catalogue", 0, AnyNumber, Catalogue,
      L"jobobjects catalogue [FILE...]\r\n\r\n"
      L"Looks for mistakes in a catalogue (JobAttributes.xml): doubled words and codes,\r\n"
      L"missing defaults, bits that are used twice, codes out of order. Without FILE it is\r\n"
      L"the catalogue beside the registered library."},
 };
 
-constexpr wchar_t generalHelp[] =
+constexpr wchar_t GeneralHelp[] =
     L"jobobjects COMMAND [FILE]\r\n\r\n"
     L"  check             the state of the installed library\r\n"
     L"  show FILE         a record's XML as a table\r\n"
@@ -66,7 +66,7 @@ ExitCode WrongUsage(const std::wstring& message) {
 ExitCode RunCommand(const Command& command, Arguments arguments) {
     for (const std::wstring& argument : arguments) {
         if (argument == L"--help") {
-            Console::Line(std::wstring(command.help) + L"\r\n\r\n" + exitCodes);
+            Console::Line(std::wstring(command.help) + L"\r\n\r\n" + ExitCodes);
             return ExitOk;
         }
         if (argument.starts_with(L"-"))
@@ -83,14 +83,14 @@ ExitCode Run(const std::vector<std::wstring>& arguments) {
     if (arguments.empty())
         return WrongUsage(L"which command?");
     if (arguments[0] == L"--help") {
-        Console::Line(std::wstring(generalHelp) + L"\r\n" + exitCodes);
+        Console::Line(std::wstring(GeneralHelp) + L"\r\n" + ExitCodes);
         return ExitOk;
     }
     if (arguments[0] == L"--version") {
         Console::Line(L"jobobjects " PROJECT_VERSION);
         return ExitOk;
     }
-    for (const Command& command : commands)
+    for (const Command& command : Commands)
         if (arguments[0] == command.name)
             return RunCommand(command, Arguments(arguments).subspan(1));
     return WrongUsage(L"unknown command " + arguments[0]);

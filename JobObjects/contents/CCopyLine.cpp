@@ -40,11 +40,11 @@ bool CCopyLine::put_Xml(std::wstring_view xml) {
         LogError(L"[CCopyLine::put_Xml] Invalid Xml fragment");
         return false;
     }
-    Read(parser);
+    ReadXml(parser);
     return true;
 }
 
-void CCopyLine::Read(QxXmlParser& parser) {
+void CCopyLine::ReadXml(QxXmlParser& parser) {
     ChildReader children(parser);
     SetPaperSize(children.Text(L"PaperSize"));
     SetPaperDimensions(children.Text(L"PaperDimensions"));

@@ -49,7 +49,7 @@ public:
     /// when the text does not hold one.
     bool put_Xml(std::wstring_view xml);
     /// Reads the parser's current element.
-    void Read(QxXmlParser& parser);
+    void ReadXml(QxXmlParser& parser);
     void WriteXml(QxXmlWriter& writer) const;
 
 private:

@@ -80,16 +80,16 @@ bool CCopyLines::put_Xml(std::wstring_view xml) {
         LogError(L"[CCopyLines::put_Xml] Invalid Xml fragment");
         return false;
     }
-    Read(parser);
+    ReadXml(parser);
     return true;
 }
 
-void CCopyLines::Read(QxXmlParser& parser) {
+void CCopyLines::ReadXml(QxXmlParser& parser) {
     Clear();
     while (parser.FindChildElement(L"CopyLine")) {
         CCopyLine line;
         parser.IntoElement();
-        line.Read(parser);
+        line.ReadXml(parser);
         parser.OutOfElement();
         Append(std::move(line));
     }

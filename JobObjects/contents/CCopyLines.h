@@ -38,7 +38,7 @@ public:
     /// lines, when the text does not hold one.
     bool put_Xml(std::wstring_view xml);
     /// Reads the parser's current element.
-    void Read(QxXmlParser& parser);
+    void ReadXml(QxXmlParser& parser);
     /// Writes the lines as they stand, without consolidating them.
     void WriteXml(QxXmlWriter& writer) const;
 

@@ -25,17 +25,16 @@ bool CJobContents::IsPdlEMF() const noexcept {
 }
 
 bool CJobContents::put_Xml(std::wstring_view xml) {
-    if (ReadXml(xml))
+    QxXmlParser parser;
+    parser.SetDocument(xml);
+    if (parser.FindElement(L"JobContents", true) && ReadXml(parser))
         return true;
     LogError(L"[CJobContents::put_Xml] Invalid Xml fragment");
     return false;
 }
 
-bool CJobContents::ReadXml(std::wstring_view xml) {
-    QxXmlParser parser;
-    parser.SetDocument(xml);
-    if (!parser.FindElement(L"JobContents", true))
-        return false;
+/// False if there are no copy lines; everything else is read.
+bool CJobContents::ReadXml(QxXmlParser& parser) {
     const std::wstring_view version = parser.GetRawAttribute(L"Version");
     m_version = version.empty() ? QxVersion(4, 0) : QxVersion(version);
     ChildReader children(parser);
@@ -51,7 +50,7 @@ bool CJobContents::ReadCopyLines(QxXmlParser& parser, ChildReader& children) {
     if (!children.Find(L"JobCopyLines"))
         return m_jobCopyLines->put_Xml({}); // empties the lines and logs
     parser.IntoElement();
-    m_jobCopyLines->Read(parser);
+    m_jobCopyLines->ReadXml(parser);
     parser.OutOfElement();
     return true;
 }

@@ -11,6 +11,7 @@
 #include <utility>
 
 class ChildReader;
+class QxXmlParser;
 
 /// What a job produced: its copy lines, originals and copies, page description language and finishing.
 class CJobContents {
@@ -88,7 +89,7 @@ public:
     void WriteXml(QxXmlWriter& writer) const;
 
 private:
-    bool ReadXml(std::wstring_view xml);
+    bool ReadXml(QxXmlParser& parser);
     bool ReadCopyLines(QxXmlParser& parser, ChildReader& children);
 
     std::shared_ptr<CCopyLines> m_jobCopyLines; // never null

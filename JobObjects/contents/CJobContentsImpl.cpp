@@ -41,7 +41,7 @@ HRESULT CJobContentsImpl::put_GenerateDefaultPageAttributes(VARIANT_BOOL newVal)
 
 HRESULT CJobContentsImpl::GenerateContentsFromPageCounterInfo(BSTR attributes, LONG jobOriginals,
                                                               LONG jobCopies, LONG jobPages, LONG jobSheets) {
-    return RunMethod(s_generateSource, [&] {
+    return RunMethod(GenerateSource, [&] {
         m_contents.GenerateContentsFromPageCounterInfo(BstrView(attributes), jobOriginals, jobCopies,
                                                        jobPages, jobSheets);
     });
@@ -50,7 +50,7 @@ HRESULT CJobContentsImpl::GenerateContentsFromPageCounterInfo(BSTR attributes, L
 HRESULT CJobContentsImpl::GenerateGeneralContentsFromPageCounterInfo(BSTR attributes, LONG jobOriginals,
                                                                      LONG jobCopies, VARIANT_BOOL stripColor,
                                                                      BSTR* pageAttributes) {
-    return GetValue(pageAttributes, s_generateSource, [&] {
+    return GetValue(pageAttributes, GenerateSource, [&] {
         return m_contents.GenerateGeneralContentsFromPageCounterInfo(BstrView(attributes), jobOriginals,
                                                                      jobCopies, stripColor != VARIANT_FALSE);
     });
@@ -66,7 +66,7 @@ HRESULT CJobContentsImpl::GenerateCopyLineFromPageCounterInfo(BSTR attributes, L
 
 HRESULT CJobContentsImpl::GenerateContentsFromDBInfo(BSTR copyLines, LONG jobOriginals, LONG jobCopies,
                                                      LONG jobPdlId, LONG jobFinishingId) {
-    return RunMethod(s_generateSource, [&] {
+    return RunMethod(GenerateSource, [&] {
         m_contents.GenerateContentsFromDBInfo(BstrView(copyLines), jobOriginals, jobCopies, jobPdlId,
                                               jobFinishingId);
     });
@@ -86,7 +86,7 @@ HRESULT CJobContentsImpl::MatchAttributes(BSTR attributes, BSTR* paperSize, BSTR
         *text = nullptr;
     *isColor = VARIANT_FALSE;
 
-    return RunMethod(s_generateSource, [&] {
+    return RunMethod(GenerateSource, [&] {
         const CJobContents::MatchedAttributes matched = m_contents.MatchAttributes(BstrView(attributes));
         UniqueBstr results[] = {
             UniqueBstr(matched.paperSize),      UniqueBstr(matched.paperDimensions),

@@ -51,7 +51,7 @@ public:
 
 private:
     /// Several methods report under this one's name, because log readers match it.
-    static constexpr const wchar_t* s_generateSource =
+    static constexpr const wchar_t* GenerateSource =
         METHOD_SOURCE(GenerateGeneralContentsFromPageCounterInfo);
 
     CJobContents m_contents;

@@ -10,7 +10,7 @@
 namespace {
 
 /// Far above any vocabulary; keeps a wrong file from exhausting the host's memory.
-constexpr LONGLONG maxFileSize = 16LL * 1024 * 1024;
+constexpr LONGLONG MaxFileSize = 16LL * 1024 * 1024;
 
 /// Full path of the file. False, with the reason as the last error and the mere name in path, when the
 /// module cannot be found: a file in another directory, the host's say, is not ours.
@@ -30,7 +30,7 @@ bool ReadWhole(HANDLE file, std::string& bytes) {
     LARGE_INTEGER size;
     if (!GetFileSizeEx(file, &size))
         return false;
-    if (size.QuadPart > maxFileSize) {
+    if (size.QuadPart > MaxFileSize) {
         SetLastError(ERROR_FILE_TOO_LARGE);
         return false;
     }

@@ -73,7 +73,7 @@ HRESULT PutOptionalChild(ComPtr<Interface>& field, Interface* value, const wchar
     return RunMethod(source, [&] {
         ComPtr<Interface> child;
         const HRESULT result =
-            value ? value->QueryInterface(ChildClass<Interface>::iid, child.PutVoid()) : E_NOINTERFACE;
+            value ? value->QueryInterface(ChildClass<Interface>::Iid, child.PutVoid()) : E_NOINTERFACE;
         if (result != E_NOINTERFACE)
             ThrowIfFailed(result);
         field = std::move(child);
@@ -87,7 +87,7 @@ HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, const wchar
         return FailWithoutInfo(E_POINTER);
     return RunMethod(source, [&] {
         ComPtr<Interface> child;
-        ThrowIfFailed(value->QueryInterface(ChildClass<Interface>::iid, child.PutVoid()));
+        ThrowIfFailed(value->QueryInterface(ChildClass<Interface>::Iid, child.PutVoid()));
         field = std::move(child);
     });
 }

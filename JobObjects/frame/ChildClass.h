@@ -9,8 +9,8 @@ struct ChildClass;
 #define CHILD_CLASS(Name)                                                                                    \
     template<>                                                                                               \
     struct ChildClass<I##Name> {                                                                             \
-        static constexpr const wchar_t* progId = L"Corvane." #Name;                                          \
-        static constexpr const IID& iid = IID_I##Name;                                                       \
+        static constexpr const wchar_t* ProgId = L"Corvane." #Name;                                          \
+        static constexpr const IID& Iid = IID_I##Name;                                                       \
     };
 CHILD_CLASS(CopyLine)
 CHILD_CLASS(CopyLines)

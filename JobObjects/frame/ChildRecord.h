@@ -14,7 +14,7 @@ HRESULT CreateByProgId(const wchar_t* progId, REFIID iid, void** object) noexcep
 template<class Interface>
 ComPtr<Interface> CreateChild() {
     ComPtr<Interface> child;
-    ThrowIfFailed(CreateByProgId(ChildClass<Interface>::progId, ChildClass<Interface>::iid, child.PutVoid()));
+    ThrowIfFailed(CreateByProgId(ChildClass<Interface>::ProgId, ChildClass<Interface>::Iid, child.PutVoid()));
     return child;
 }
 
@@ -25,7 +25,7 @@ template<class Interface>
 UniqueBstr GetChildXml(ComPtr<Interface> child) {
     ThrowIfFailed(child ? S_OK : E_POINTER);
     UniqueBstr xml;
-    CallObject(child.Get(), ChildClass<Interface>::iid, [&] { return child->get_Xml(xml.Put()); });
+    CallObject(child.Get(), ChildClass<Interface>::Iid, [&] { return child->get_Xml(xml.Put()); });
     return xml;
 }
 
@@ -33,7 +33,7 @@ template<class Interface>
 void PutChildXml(ComPtr<Interface> child, std::wstring_view xml) {
     ThrowIfFailed(child ? S_OK : E_POINTER);
     const UniqueBstr text(xml);
-    CallObject(child.Get(), ChildClass<Interface>::iid, [&] { return child->put_Xml(text.Get()); });
+    CallObject(child.Get(), ChildClass<Interface>::Iid, [&] { return child->put_Xml(text.Get()); });
 }
 
 /// A new child with the given XML, for properties that hand out copies.

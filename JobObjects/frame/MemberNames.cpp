@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr unsigned caseBit = 0x20;
+constexpr unsigned CaseBit = 0x20;
 
 bool IsLetter(wchar_t c) noexcept {
     return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z');
@@ -15,7 +15,7 @@ bool IsLetter(wchar_t c) noexcept {
 
 /// A letter in lower case; for other characters a value without meaning.
 std::size_t Folded(wchar_t c) noexcept {
-    return static_cast<std::size_t>(c) | caseBit;
+    return static_cast<std::size_t>(c) | CaseBit;
 }
 
 /// From the length and three letters: a sum over all of them would make long names slow. With these factors
@@ -32,7 +32,7 @@ bool IsSameName(std::wstring_view known, std::wstring_view name) noexcept {
     unsigned difference = 0; // without a way out, so that the compiler compares many characters at once
     for (std::size_t i = 0; i < known.size(); ++i)
         difference |= static_cast<unsigned>(known[i] ^ name[i]);
-    return (difference & ~caseBit) == 0;
+    return (difference & ~CaseBit) == 0;
 }
 
 UniqueBstr MemberName(ITypeInfo& info, UINT index) {

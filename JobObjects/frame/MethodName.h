@@ -13,7 +13,7 @@ struct NameLiteral {
         for (std::size_t i = 0; i < Size; ++i)
             text[i] = literal[i];
     }
-    static constexpr std::size_t length = Size - 1;
+    static constexpr std::size_t Length = Size - 1;
 
     wchar_t text[Size]{};
 };
@@ -21,13 +21,13 @@ struct NameLiteral {
 /// "Class::Method", joined by the compiler.
 template<NameLiteral Class, NameLiteral Method>
 inline constexpr auto MethodName = [] {
-    std::array<wchar_t, Class.length + 2 + Method.length + 1> name{};
+    std::array<wchar_t, Class.Length + 2 + Method.Length + 1> name{};
     std::size_t end = 0;
-    for (std::size_t i = 0; i < Class.length; ++i)
+    for (std::size_t i = 0; i < Class.Length; ++i)
         name[end++] = Class.text[i];
     name[end++] = L':';
     name[end++] = L':';
-    for (std::size_t i = 0; i < Method.length; ++i)
+    for (std::size_t i = 0; i < Method.Length; ++i)
         name[end++] = Method.text[i];
     return name;
 }();

@@ -14,12 +14,12 @@ public:
     ULONG Release() noexcept {
         const ULONG left = --m_count;
         if (left == 0)
-            m_count = s_destroying;
+            m_count = Destroying;
         return left;
     }
 
 private:
-    static constexpr ULONG s_destroying = 0x40000000;
+    static constexpr ULONG Destroying = 0x40000000;
 
     Number m_count{1};
 };

@@ -10,7 +10,7 @@
 namespace {
 
 /// String tables are stored in blocks of this many texts, each text as its length and its characters.
-constexpr unsigned blockSize = 16;
+constexpr unsigned BlockSize = 16;
 
 std::wstring_view Block(unsigned number) noexcept {
     const HMODULE module = OwnModule().Instance();
@@ -27,10 +27,10 @@ std::wstring_view Block(unsigned number) noexcept {
 } // namespace
 
 std::wstring_view LoadResourceString(ResourceString id) noexcept {
-    std::wstring_view block = Block(id / blockSize + 1); // numbered from 1
+    std::wstring_view block = Block(id / BlockSize + 1); // numbered from 1
     for (unsigned skipped = 0; !block.empty(); ++skipped) {
         const std::wstring_view text = block.substr(1, block.front());
-        if (skipped == id % blockSize)
+        if (skipped == id % BlockSize)
             return text;
         block.remove_prefix(1 + text.size());
     }

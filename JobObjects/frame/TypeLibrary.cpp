@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::size_t maxLibraryPath = 270;
+constexpr std::size_t MaxLibraryPath = 270;
 
 /// The module's path with its extension, the part from the last "." behind the last "\", replaced.
 std::wstring WithExtension(std::wstring path, std::wstring_view extension) {
@@ -28,7 +28,7 @@ HRESULT LoadOwnTypeLibrary(unsigned resourceIndex, UniqueBstr& path, ComPtr<ITyp
         std::wstring libraryPath = modulePath;
         if (resourceIndex != 0)
             libraryPath += L"\\" + std::to_wstring(resourceIndex);
-        if (libraryPath.size() >= maxLibraryPath)
+        if (libraryPath.size() >= MaxLibraryPath)
             return FailWithoutInfo(E_FAIL);
         if (FAILED(LoadTypeLibEx(libraryPath.c_str(), REGKIND_NONE, library.Put()))) {
             libraryPath = WithExtension(modulePath, L".tlb");

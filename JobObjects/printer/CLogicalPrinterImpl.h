@@ -52,7 +52,7 @@ public:
     HRESULT STDMETHODCALLTYPE put_Destination(BSTR newVal) override;
 
 private:
-    static const Element<Self> s_elements[]; // the XML form, CLogicalPrinterXml.cpp
+    static const Element<Self> Elements[]; // the XML form, CLogicalPrinterXml.cpp
 
     bool IsOlderForm() const noexcept;
     QxXmlWriter WriteXml();

@@ -6,7 +6,7 @@
 
 #include <limits>
 
-constexpr Element<CWindowsPrintInfoImpl> CWindowsPrintInfoImpl::s_elements[] = {
+constexpr Element<CWindowsPrintInfoImpl> CWindowsPrintInfoImpl::Elements[] = {
     Element(L"JobInfoPages", &Self::m_jobInfoPages).AtLeast(0),
     Element(L"JobInfoOriginals", &Self::m_jobInfoOriginals).AtLeast(0),
     Element(L"DevModeFields", &Self::m_devModeFields).AtLeast(0),
@@ -56,14 +56,14 @@ QxXmlWriter CWindowsPrintInfoImpl::WriteXml() const {
     QxXmlWriter writer(1536);
     writer.OpenStartTag(L"WindowsPrintInfo");
     writer.CloseStartTag();
-    WriteElements(writer, s_anyVersion, *this, s_elements);
+    WriteElements(writer, AnyVersion, *this, Elements);
     writer.EndTag(L"WindowsPrintInfo");
     return writer;
 }
 
 void CWindowsPrintInfoImpl::ReadXml(QxXmlParser& parser) {
     ChildReader children(parser);
-    ReadElements(parser, children, s_anyVersion, *this, s_elements);
+    ReadElements(parser, children, AnyVersion, *this, Elements);
     // Pages count all copies once the originals are known; a record's own output already does.
     if (m_jobInfoOriginals == 0) {
         m_jobInfoOriginals = m_jobInfoPages;

@@ -46,8 +46,8 @@ public:
     HRESULT STDMETHODCALLTYPE get_JobInfoCopies(LONG* pVal) override;
 
 private:
-    static constexpr QxVersion s_anyVersion{}; // the form has one version, which it does not name
-    static const Element<Self> s_elements[];
+    static constexpr QxVersion AnyVersion{}; // the form has one version, which it does not name
+    static const Element<Self> Elements[];
 
     QxXmlWriter WriteXml() const;
     void ReadXml(QxXmlParser& parser);

@@ -11,9 +11,9 @@ public:
     TEXT_PROPERTY(get_RemoteStationId, put_RemoteStationId, m_remoteStationId)
     NUMBER_PROPERTY(get_Duration, put_Duration, m_duration)
 
-    static constexpr DeviceJobForm s_form{L"FaxJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/FaxJob",
-                                          QxVersion(4, 2), QxVersion(4, 2)};
-    static const Element<Self> s_elements[3];
+    static constexpr DeviceJobForm Form{L"FaxJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/FaxJob",
+                                        QxVersion(4, 2), QxVersion(4, 2)};
+    static const Element<Self> Elements[3];
 
 private:
     QxString m_phoneNumber;
@@ -21,7 +21,7 @@ private:
     std::int32_t m_duration = 0;
 };
 
-inline constexpr Element<CFaxJobImpl> CFaxJobImpl::s_elements[] = {
+inline constexpr Element<CFaxJobImpl> CFaxJobImpl::Elements[] = {
     {L"PhoneNumber", &Self::m_phoneNumber},
     {L"RemoteStationId", &Self::m_remoteStationId},
     Element(L"Duration", &Self::m_duration).AtLeast(0),

@@ -67,7 +67,7 @@ public:
 
 private:
     /// The first version that can tell a log target's type; it also brought ApplicationName and VpnConnected.
-    static constexpr QxVersion s_logTargetVersion{4, 2};
+    static constexpr QxVersion LogTargetVersion{4, 2};
 
     void SetLogTarget(std::int32_t type, QxString value) noexcept;
     HRESULT CheckLogTargetTypeSupportsProperty(std::int32_t requiredType,
@@ -75,7 +75,7 @@ private:
 
     // The XML form (CPrintJobXml.cpp).
 
-    static const Element<Self> s_elements[];
+    static const Element<Self> Elements[];
 
     QxXmlWriter WriteXml();
     void WriteFromSystemUser(QxXmlWriter& writer) const;

@@ -6,8 +6,8 @@
 #include "common/text/Text.h"
 
 void CPrintJobImpl::SetLogTarget(std::int32_t type, QxString value) noexcept {
-    if (type != LogTargetNone && type != LogTargetLogicalPrinter && m_version < s_logTargetVersion)
-        m_version = s_logTargetVersion;
+    if (type != LogTargetNone && type != LogTargetLogicalPrinter && m_version < LogTargetVersion)
+        m_version = LogTargetVersion;
     m_logTargetType = type;
     m_logTarget = std::move(value);
 }

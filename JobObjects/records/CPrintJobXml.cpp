@@ -11,14 +11,14 @@
 
 namespace {
 
-constexpr QxVersion assumedVersion(3, 0); // of a document that tells none
-constexpr QxVersion lowestVersion(3, 5);
-constexpr QxVersion policyResultsVersion(4, 0);
-constexpr QxVersion tonerVersion(4, 3);
-constexpr QxVersion dataSourceVersion(5, 1); // also ApplicationDescription
-constexpr QxVersion userDomainVersion(6, 0);
-constexpr QxVersion systemUserVersion(7, 4);
-constexpr QxVersion desktopUserVersion(7, 26);
+constexpr QxVersion AssumedVersion(3, 0); // of a document that tells none
+constexpr QxVersion LowestVersion(3, 5);
+constexpr QxVersion PolicyResultsVersion(4, 0);
+constexpr QxVersion TonerVersion(4, 3);
+constexpr QxVersion DataSourceVersion(5, 1); // also ApplicationDescription
+constexpr QxVersion UserDomainVersion(6, 0);
+constexpr QxVersion SystemUserVersion(7, 4);
+constexpr QxVersion DesktopUserVersion(7, 26);
 
 /// The three digits behind the first ".", 0 if there are fewer.
 std::int32_t Milliseconds(std::wstring_view text) noexcept {
@@ -39,21 +39,21 @@ void ReadOptionalChild(const QxXmlParser& parser, ChildReader& children, XmlName
         return;
     }
     if (!child &&
-        FAILED(CreateByProgId(ChildClass<Interface>::progId, ChildClass<Interface>::iid, child.PutVoid())))
+        FAILED(CreateByProgId(ChildClass<Interface>::ProgId, ChildClass<Interface>::Iid, child.PutVoid())))
         throw ComError(E_POINTER);
     PutChildXml(child, parser.GetChildSubDocument());
 }
 
 } // namespace
 
-constexpr Element<CPrintJobImpl> CPrintJobImpl::s_elements[] = {
+constexpr Element<CPrintJobImpl> CPrintJobImpl::Elements[] = {
     {L"JobGuid", &Self::m_jobGuid},
     {L"CustomerCode", &Self::m_customerCode},
     {L"UserName", &Self::m_userName},
-    Element(L"UserDomainName", &Self::m_userDomainName).Since(userDomainVersion),
+    Element(L"UserDomainName", &Self::m_userDomainName).Since(UserDomainVersion),
     {&Self::WriteFromSystemUser, &Self::PassFromSystemUser},
-    Element(L"DesktopUserName", &Self::m_desktopUserName).Since(desktopUserVersion),
-    Element(L"DesktopUserDomainName", &Self::m_desktopUserDomainName).Since(desktopUserVersion),
+    Element(L"DesktopUserName", &Self::m_desktopUserName).Since(DesktopUserVersion),
+    Element(L"DesktopUserDomainName", &Self::m_desktopUserDomainName).Since(DesktopUserVersion),
     {&Self::WriteTimes, &Self::ReadTimes},
     Element(L"JobSize", &Self::m_jobSize).AtLeast(0),
     {L"JobName", &Self::m_jobName},
@@ -62,16 +62,16 @@ constexpr Element<CPrintJobImpl> CPrintJobImpl::s_elements[] = {
     {&Self::WriteLogTarget, &Self::ReadLogTarget},
     {L"MachineName", &Self::m_machineName},
     Element(L"ApplicationName", &Self::m_applicationName)
-        .Since(s_logTargetVersion)
+        .Since(LogTargetVersion)
         .WhenMissing(Missing::ResetInAnyForm),
     Element(L"ApplicationDescription", &Self::m_applicationDescription)
-        .Since(dataSourceVersion)
+        .Since(DataSourceVersion)
         .WhenMissing(Missing::ResetInAnyForm),
     Element(L"VpnConnected", &Self::m_vpnConnected)
-        .Since(s_logTargetVersion)
+        .Since(LogTargetVersion)
         .WhenMissing(Missing::ResetInAnyForm),
     {&Self::WriteToner, &Self::ReadToner},
-    Element(L"DataSource", &Self::m_dataSource).Since(dataSourceVersion).WhenMissing(Missing::ResetInAnyForm),
+    Element(L"DataSource", &Self::m_dataSource).Since(DataSourceVersion).WhenMissing(Missing::ResetInAnyForm),
     {&Self::WriteFromSystemUser,
      &Self::ReadFromSystemUser}, // written twice on purpose: released peers expect it
     Element(L"JobContentsSource", &Self::m_jobContentsSource).AtLeast(0),
@@ -82,7 +82,7 @@ QxXmlWriter CPrintJobImpl::WriteXml() {
     StampTimes();
     QxXmlWriter writer;
     writer.BeginRecord(L"PrintJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/PrintJob", m_version);
-    WriteElements(writer, m_version, *this, s_elements);
+    WriteElements(writer, m_version, *this, Elements);
     WriteChildren(writer);
     writer.EndTag(L"PrintJob");
     return writer;
@@ -93,32 +93,32 @@ void CPrintJobImpl::ReadXml(std::wstring_view xml) {
     RecordReading::OpenRoot(parser, xml, L"PrintJob");
     ReadVersion(parser);
     ChildReader children(parser);
-    ReadElements(parser, children, m_version, *this, s_elements);
+    ReadElements(parser, children, m_version, *this, Elements);
     ReadChildren(parser, children);
 }
 
 void CPrintJobImpl::ReadVersion(const QxXmlParser& parser) {
     const std::wstring_view text = parser.GetRawAttribute(L"Version");
-    m_version = text.empty() ? assumedVersion : RecordReading::ParseVersion(text);
-    if (m_version < lowestVersion)
-        m_version = lowestVersion;
+    m_version = text.empty() ? AssumedVersion : RecordReading::ParseVersion(text);
+    if (m_version < LowestVersion)
+        m_version = LowestVersion;
 }
 
 void CPrintJobImpl::WriteFromSystemUser(QxXmlWriter& writer) const {
-    if (m_version >= systemUserVersion)
+    if (m_version >= SystemUserVersion)
         writer.Element(L"FromSystemUser", m_fromSystemUser);
 }
 
 /// The value counts only once the log target has been read. Asking for the element in its place keeps the
 /// elements behind it from being searched for.
 void CPrintJobImpl::PassFromSystemUser(QxXmlParser&, ChildReader& children) {
-    if (m_version >= systemUserVersion)
+    if (m_version >= SystemUserVersion)
         children.Find(L"FromSystemUser");
 }
 
 /// Of two elements the first counts.
 void CPrintJobImpl::ReadFromSystemUser(QxXmlParser& parser, ChildReader&) {
-    m_fromSystemUser = m_version >= systemUserVersion && parser.FindChildElement(L"FromSystemUser", true) &&
+    m_fromSystemUser = m_version >= SystemUserVersion && parser.FindChildElement(L"FromSystemUser", true) &&
                        parser.GetChildFlag();
 }
 
@@ -139,7 +139,7 @@ void CPrintJobImpl::ReadTimes(QxXmlParser& parser, ChildReader& children) {
 }
 
 void CPrintJobImpl::WriteLogTarget(QxXmlWriter& writer) const {
-    if (m_version < s_logTargetVersion) {
+    if (m_version < LogTargetVersion) {
         writer.Element(L"LogicalPrinterGuid", m_logTarget);
         return;
     }
@@ -151,7 +151,7 @@ void CPrintJobImpl::WriteLogTarget(QxXmlWriter& writer) const {
 void CPrintJobImpl::ReadLogTarget(QxXmlParser& parser, ChildReader& children) {
     std::int32_t type = LogTargetNone;
     QxString value;
-    if (m_version < s_logTargetVersion) {
+    if (m_version < LogTargetVersion) {
         value = children.Text(L"LogicalPrinterGuid");
         if (!value.empty())
             type = LogTargetLogicalPrinter;
@@ -163,7 +163,7 @@ void CPrintJobImpl::ReadLogTarget(QxXmlParser& parser, ChildReader& children) {
 }
 
 void CPrintJobImpl::WriteToner(QxXmlWriter& writer) const {
-    if (m_version < tonerVersion || m_tonerCoverage == -1)
+    if (m_version < TonerVersion || m_tonerCoverage == -1)
         return;
     writer.OpenStartTag(L"Toner");
     writer.CloseStartTag();
@@ -175,7 +175,7 @@ void CPrintJobImpl::WriteToner(QxXmlWriter& writer) const {
 void CPrintJobImpl::ReadToner(QxXmlParser& parser, ChildReader& children) {
     m_tonerCoverage = -1;
     m_tonerSaving = -1;
-    if (m_version < tonerVersion || !children.Find(L"Toner"))
+    if (m_version < TonerVersion || !children.Find(L"Toner"))
         return;
     parser.IntoElement();
     ChildReader toner(parser);
@@ -189,7 +189,7 @@ void CPrintJobImpl::WriteChildren(QxXmlWriter& writer) const {
     WritePageCounterInfo(writer);
     if (m_windowsPrintInfo)
         writer.Raw(GetChildXml(m_windowsPrintInfo).View());
-    if (m_version >= policyResultsVersion && m_policyResults)
+    if (m_version >= PolicyResultsVersion && m_policyResults)
         writer.Raw(GetChildXml(m_policyResults).View());
 }
 
@@ -207,7 +207,7 @@ void CPrintJobImpl::ReadChildren(QxXmlParser& parser, ChildReader& children) {
     ReadJobContents(parser, children);
     ReadPageCounterInfo(parser, children);
     ReadOptionalChild(parser, children, L"WindowsPrintInfo", m_windowsPrintInfo);
-    if (m_version >= policyResultsVersion)
+    if (m_version >= PolicyResultsVersion)
         ReadOptionalChild(parser, children, L"PolicyResults", m_policyResults);
     else
         m_policyResults = {};

@@ -11,9 +11,9 @@ public:
     TEXT_PROPERTY(get_Destination, put_Destination, m_destination)
     NUMBER_PROPERTY(get_Duration, put_Duration, m_duration)
 
-    static constexpr DeviceJobForm s_form{L"ScanJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/ScanJob",
-                                          QxVersion(4, 0), QxVersion()};
-    static const Element<Self> s_elements[3];
+    static constexpr DeviceJobForm Form{L"ScanJob", QX_XML_NAMESPACE_BASE L"/OutputManagement/ScanJob",
+                                        QxVersion(4, 0), QxVersion()};
+    static const Element<Self> Elements[3];
 
 private:
     std::int32_t m_destinationType = 0;
@@ -21,7 +21,7 @@ private:
     std::int32_t m_duration = 0;
 };
 
-inline constexpr Element<CScanJobImpl> CScanJobImpl::s_elements[] = {
+inline constexpr Element<CScanJobImpl> CScanJobImpl::Elements[] = {
     Element(L"DestinationType", &Self::m_destinationType).AtLeast(0),
     {L"Destination", &Self::m_destination},
     Element(L"Duration", &Self::m_duration).AtLeast(0),

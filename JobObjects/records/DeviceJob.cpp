@@ -4,10 +4,10 @@
 #include "common/Clock.h"
 
 namespace {
-constexpr QxVersion policyResultsVersion(4, 0);
+constexpr QxVersion PolicyResultsVersion(4, 0);
 }
 
-constexpr Element<DeviceJob> DeviceJob::s_sharedElements[] = {
+constexpr Element<DeviceJob> DeviceJob::SharedElements[] = {
     {L"JobGuid", &DeviceJob::m_jobGuid},
     {L"CustomerCode", &DeviceJob::m_customerCode},
     Element(L"IdentifierType", &DeviceJob::m_identifierType).AtLeast(0),
@@ -23,7 +23,7 @@ DeviceJob::DeviceJob(const QxVersion& initialVersion)
 
 void DeviceJob::WriteChildren(QxXmlWriter& writer) const {
     writer.Raw(GetChildXml(m_jobContents).View());
-    if (m_version >= policyResultsVersion && m_policyResults)
+    if (m_version >= PolicyResultsVersion && m_policyResults)
         writer.Raw(GetChildXml(m_policyResults).View());
 }
 
@@ -32,7 +32,7 @@ void DeviceJob::ReadChildren(const QxXmlParser& parser, ChildReader& children) {
         throw QxException(L"JobContents element is missing.");
     PutChildXml(m_jobContents, parser.GetChildSubDocument());
 
-    if (m_version < policyResultsVersion || !children.Find(L"PolicyResults")) {
+    if (m_version < PolicyResultsVersion || !children.Find(L"PolicyResults")) {
         m_policyResults = {};
         return;
     }

@@ -18,7 +18,7 @@ protected:
     void WriteChildren(QxXmlWriter& writer) const;
     void ReadChildren(const QxXmlParser& parser, ChildReader& children);
 
-    static const Element<DeviceJob> s_sharedElements[6];
+    static const Element<DeviceJob> SharedElements[6];
 
     QxVersion m_version;
     QxString m_jobGuid;
@@ -39,8 +39,8 @@ struct DeviceJobForm {
     QxVersion lowestVersion; ///< a lower one is raised to it on reading
 };
 
-/// A device job behind its interface. The class gives its form (s_form) and the elements of its own behind
-/// the shared ones (s_elements).
+/// A device job behind its interface. The class gives its form (Form) and the elements of its own behind
+/// the shared ones (Elements).
 template<class Job, class Interface, const IID& interfaceId>
 class DeviceJobRecord : public Record<Interface, interfaceId>, protected DeviceJob {
 public:
@@ -63,28 +63,28 @@ public:
     OPTIONAL_CHILD_PROPERTY(get_PolicyResults, put_PolicyResults, IPolicyResults, m_policyResults)
 
 protected:
-    DeviceJobRecord() : DeviceJob(Job::s_form.initialVersion) {}
+    DeviceJobRecord() : DeviceJob(Job::Form.initialVersion) {}
 
 private:
     QxXmlWriter WriteXml() const {
         QxXmlWriter writer(2048);
-        writer.BeginRecord(Job::s_form.root, Job::s_form.xmlNamespace, m_version);
-        WriteElements<DeviceJob>(writer, m_version, *this, s_sharedElements);
-        WriteElements(writer, m_version, static_cast<const Job&>(*this), Job::s_elements);
+        writer.BeginRecord(Job::Form.root, Job::Form.xmlNamespace, m_version);
+        WriteElements<DeviceJob>(writer, m_version, *this, SharedElements);
+        WriteElements(writer, m_version, static_cast<const Job&>(*this), Job::Elements);
         WriteChildren(writer);
-        writer.EndTag(Job::s_form.root);
+        writer.EndTag(Job::Form.root);
         return writer;
     }
 
     /// Fields read before a failure keep their new values.
     void ReadXml(std::wstring_view xml) {
         QxXmlParser parser;
-        RecordReading::OpenRoot(parser, xml, Job::s_form.root);
+        RecordReading::OpenRoot(parser, xml, Job::Form.root);
         m_version = std::max(RecordReading::ParseVersion(parser.GetRawAttribute(L"Version")),
-                             Job::s_form.lowestVersion);
+                             Job::Form.lowestVersion);
         ChildReader children(parser);
-        ReadElements<DeviceJob>(parser, children, m_version, *this, s_sharedElements);
-        ReadElements(parser, children, m_version, static_cast<Job&>(*this), Job::s_elements);
+        ReadElements<DeviceJob>(parser, children, m_version, *this, SharedElements);
+        ReadElements(parser, children, m_version, static_cast<Job&>(*this), Job::Elements);
         ReadChildren(parser, children);
     }
 };

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::array<std::wstring_view, 4> names{L"None", L"LogicalPrinter", L"Device", L"DeviceAddress"};
+constexpr std::array<std::wstring_view, 4> Names{L"None", L"LogicalPrinter", L"Device", L"DeviceAddress"};
 
 [[noreturn]] void ThrowNotSupported(std::wstring_view type) {
     throw QxException(QxString(QxMisc::FillIn(LoadResourceString(StringLogTargetTypeNotSupported), {type})));
@@ -18,14 +18,14 @@ constexpr std::array<std::wstring_view, 4> names{L"None", L"LogicalPrinter", L"D
 } // namespace
 
 std::wstring_view LogTargetTypeName(std::int32_t type) {
-    if (type < 0 || static_cast<std::size_t>(type) >= names.size())
+    if (type < 0 || static_cast<std::size_t>(type) >= Names.size())
         ThrowNotSupported(QxMisc::FormatInt32(type));
-    return names[static_cast<std::size_t>(type)];
+    return Names[static_cast<std::size_t>(type)];
 }
 
 LogTargetType LogTargetTypeFromName(std::wstring_view name) {
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (names[i] == name)
+    for (std::size_t i = 0; i < Names.size(); ++i)
+        if (Names[i] == name)
             return static_cast<LogTargetType>(i);
     ThrowNotSupported(name);
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr wchar_t generalMessage[] = L"A general exception occurred.";
+constexpr wchar_t GeneralMessage[] = L"A general exception occurred.";
 
 /// The system's message text without its line end; empty if the system has none.
 QxString SystemMessage(HRESULT code) {
@@ -55,7 +55,7 @@ HRESULT ReportStandardException(const std::exception& error, const wchar_t* sour
             wide += static_cast<wchar_t>(static_cast<unsigned char>(c));
         ReportException(wide.c_str(), source);
     } catch (...) {
-        ReportException(generalMessage, source); // without memory for the text
+        ReportException(GeneralMessage, source); // without memory for the text
     }
     return E_FAIL;
 }
@@ -114,7 +114,7 @@ HRESULT ReportCurrentException(const wchar_t* source) noexcept {
     } catch (const std::exception& error) {
         return ReportStandardException(error, source);
     } catch (...) {
-        ReportException(generalMessage, source);
+        ReportException(GeneralMessage, source);
     }
     return E_FAIL;
 }

@@ -5,26 +5,26 @@
 namespace {
 
 /// How long a line waits for other writers.
-constexpr DWORD maxWait = 3000;
+constexpr DWORD MaxWait = 3000;
 /// An append takes microseconds, a sleep milliseconds: the next in line looks so often before it sleeps.
-constexpr int eager = 50;
+constexpr int Eager = 50;
 
 /// The first byte is the right to append. Each of the others is a place in the queue, by the time of arrival.
-constexpr DWORD appendByte = 0, firstPlace = 1;
+constexpr DWORD AppendByte = 0, FirstPlace = 1;
 
 /// The next place of the queue: the time in milliseconds.
 DWORD PlaceNow() noexcept {
     FILETIME now;
     GetSystemTimeAsFileTime(&now);
     const ULONGLONG ticks = static_cast<ULONGLONG>(now.dwHighDateTime) << 32 | now.dwLowDateTime;
-    return firstPlace + 1 + static_cast<DWORD>(ticks / 10000 % 0x7FFFFFFF);
+    return FirstPlace + 1 + static_cast<DWORD>(ticks / 10000 % 0x7FFFFFFF);
 }
 
 } // namespace
 
 /// True also on a file system without locks, which still takes the line.
 bool AppendLock::Lock(Range& range, DWORD from, DWORD size) noexcept {
-    if (!FileLocks::TryLock(m_file, FileLocks::Position(FileLocks::appending, from), size,
+    if (!FileLocks::TryLock(m_file, FileLocks::Position(FileLocks::Appending, from), size,
                             LOCKFILE_EXCLUSIVE_LOCK))
         return !FileLocks::IsAnothers(GetLastError());
     range = {from, size};
@@ -32,7 +32,7 @@ bool AppendLock::Lock(Range& range, DWORD from, DWORD size) noexcept {
 }
 
 void AppendLock::Unlock(Range& range) noexcept {
-    OVERLAPPED position = FileLocks::Position(FileLocks::appending, range.from);
+    OVERLAPPED position = FileLocks::Position(FileLocks::Appending, range.from);
     if (range.size != 0 && !UnlockFileEx(m_file, 0, range.size, 0, &position))
         m_sticks = true;
     range = {};
@@ -63,21 +63,21 @@ bool AppendLock::WaitInQueue() noexcept {
         Sleep(1);
         place = PlaceNow();
     }
-    return WaitFor(m_earlier, firstPlace, place - firstPlace);
+    return WaitFor(m_earlier, FirstPlace, place - FirstPlace);
 }
 
 bool AppendLock::Take(HANDLE file) noexcept {
     m_file = file;
     m_sticks = false;
     m_start = GetTickCount();
-    m_wait = m_triesOnce ? 0 : maxWait;
-    if (Lock(m_held, appendByte, PlaceNow() + 1)) { // nobody writes, and nobody who came earlier waits
+    m_wait = m_triesOnce ? 0 : MaxWait;
+    if (Lock(m_held, AppendByte, PlaceNow() + 1)) { // nobody writes, and nobody who came earlier waits
         m_ignoresQueue = m_triesOnce = false;
         return true;
     }
     if (!m_ignoresQueue && !m_triesOnce)
         m_ignoresQueue = !WaitInQueue();
-    m_triesOnce = !WaitFor(m_held, appendByte, 1, eager);
+    m_triesOnce = !WaitFor(m_held, AppendByte, 1, Eager);
     // The next in the queue now waits for the first byte.
     Unlock(m_earlier);
     Unlock(m_place);

@@ -6,7 +6,7 @@
 namespace FileLocks {
 
 /// High halves of the offsets.
-constexpr DWORD appending = 0x7FFFFFFF, renaming = 0x7FFFFFFE;
+constexpr DWORD Appending = 0x7FFFFFFF, Renaming = 0x7FFFFFFE;
 
 inline OVERLAPPED Position(DWORD high, DWORD low) noexcept {
     OVERLAPPED position{};

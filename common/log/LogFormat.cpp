@@ -7,12 +7,12 @@
 
 namespace {
 
-constexpr std::size_t rowSize = 16;
-constexpr std::size_t groupSize = 4;
+constexpr std::size_t RowSize = 16;
+constexpr std::size_t GroupSize = 4;
 /// A shorter dump is shown in full.
-constexpr std::size_t minCollapsedDump = 49;
+constexpr std::size_t MinCollapsedDump = 49;
 
-constexpr wchar_t dottedLine[] =
+constexpr wchar_t DottedLine[] =
     L".........  .. .. .. ..  .. .. .. ..  .. .. .. ..  .. .. .. ..  ................\n";
 
 /// The bytes that a dump shows.
@@ -20,11 +20,11 @@ struct Shown {
     const unsigned char* bytes;
     std::size_t length;
 
-    std::size_t RowEnd(std::size_t row) const noexcept { return std::min(row + rowSize, length); }
+    std::size_t RowEnd(std::size_t row) const noexcept { return std::min(row + RowSize, length); }
     bool IsZeroRow(std::size_t row) const noexcept {
         return std::all_of(bytes + row, bytes + RowEnd(row), [](unsigned char byte) { return byte == 0; });
     }
-    bool IsLastRow(std::size_t row) const noexcept { return length - row <= rowSize; }
+    bool IsLastRow(std::size_t row) const noexcept { return length - row <= RowSize; }
 };
 
 void AppendHex(std::wstring& text, std::size_t value, int digits) {
@@ -39,11 +39,11 @@ void AppendRow(std::wstring& text, std::wstring_view prefix, const Shown& data, 
     AppendHex(text, row, 8);
     text += L':';
     for (std::size_t at = row; at < end; ++at) {
-        text.append((at - row) % groupSize == 0 ? 2 : 1, L' ');
+        text.append((at - row) % GroupSize == 0 ? 2 : 1, L' ');
         AppendHex(text, data.bytes[at], 2);
     }
-    const std::size_t missing = row + rowSize - end;
-    text.append(3 * missing + missing / groupSize + 2, L' ');
+    const std::size_t missing = row + RowSize - end;
+    text.append(3 * missing + missing / GroupSize + 2, L' ');
     for (std::size_t at = row; at < end; ++at) {
         const bool printable = data.bytes[at] >= 0x20 && data.bytes[at] <= 0x7E;
         text += printable ? static_cast<wchar_t>(data.bytes[at]) : L'.';
@@ -53,8 +53,8 @@ void AppendRow(std::wstring& text, std::wstring_view prefix, const Shown& data, 
 
 /// Whether the row that was just written starts a run that the dotted line stands for.
 bool StartsZeroRun(const Shown& data, std::size_t row) noexcept {
-    return data.length >= minCollapsedDump && data.length - row > 2 * rowSize && data.IsZeroRow(row) &&
-           data.IsZeroRow(row + rowSize) && data.IsZeroRow(row + 2 * rowSize);
+    return data.length >= MinCollapsedDump && data.length - row > 2 * RowSize && data.IsZeroRow(row) &&
+           data.IsZeroRow(row + RowSize) && data.IsZeroRow(row + 2 * RowSize);
 }
 
 } // namespace
@@ -120,12 +120,12 @@ std::wstring LogFormat::HexDump(const DataBlock& data, std::uint32_t maxDataSize
     while (row < shown.length) {
         AppendRow(text, data.prefix, shown, row);
         const bool collapse = StartsZeroRun(shown, row);
-        row += rowSize;
+        row += RowSize;
         if (!collapse)
             continue;
-        text.append(data.prefix).append(dottedLine);
+        text.append(data.prefix).append(DottedLine);
         while (!shown.IsLastRow(row) && shown.IsZeroRow(row))
-            row += rowSize;
+            row += RowSize;
     }
     if (shown.length < data.length)
         text.append(data.prefix).append(L"...\n");

@@ -11,7 +11,7 @@ static_assert(sizeof(wchar_t) == 2, "Text is written as it lies in memory: UTF-1
 namespace {
 
 /// How long a write waits, in milliseconds, for another writer that renames the file.
-constexpr DWORD maxWait = 3000;
+constexpr DWORD MaxWait = 3000;
 
 /// The text's complete lines with CRLF line ends.
 std::wstring FileLines(std::wstring_view text) {
@@ -67,7 +67,7 @@ bool QxFileLog::Open() {
         if (m_file || GetLastError() != ERROR_SHARING_VIOLATION)
             break;
         const bool renamed = RenameMark::IsSetOn(Name());
-        m_renamerHangs = renamed && (m_renamerHangs || GetTickCount() - start >= maxWait);
+        m_renamerHangs = renamed && (m_renamerHangs || GetTickCount() - start >= MaxWait);
         if (m_renamerHangs || (!renamed && !std::exchange(again, false))) {
             SetLastError(ERROR_SHARING_VIOLATION);
             return false;

@@ -13,7 +13,7 @@ FileHandle OpenShared(std::wstring_view path) {
 }
 
 bool IsAnothers(HANDLE file, DWORD kind) noexcept {
-    return !FileLocks::TryLock(file, FileLocks::Position(FileLocks::renaming, 0), 1, kind) &&
+    return !FileLocks::TryLock(file, FileLocks::Position(FileLocks::Renaming, 0), 1, kind) &&
            FileLocks::IsAnothers(GetLastError());
 }
 

@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr char32_t replacement = 0xFFFD;
+constexpr char32_t Replacement = 0xFFFD;
 
 void Append(std::wstring& text, char32_t character) {
     if (sizeof(wchar_t) == 2 && character > 0xFFFF) {
@@ -40,7 +40,7 @@ Lead LeadOf(unsigned byte) noexcept {
 /// the longest start of a well-formed one.
 std::size_t NextUtf8(std::string_view bytes, char32_t& character) noexcept {
     const Lead lead = LeadOf(Byte(bytes, 0));
-    character = replacement;
+    character = Replacement;
     if (lead.count == 0)
         return 1;
     char32_t value = lead.bits;
@@ -83,11 +83,11 @@ std::wstring DecodeUtf16(std::string_view bytes, bool bigEndian) {
             Append(text, 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00));
             at += 2;
         } else {
-            Append(text, replacement);
+            Append(text, Replacement);
         }
     }
     if (at < bytes.size())
-        Append(text, replacement);
+        Append(text, Replacement);
     return text;
 }
 

@@ -166,3 +166,26 @@ TEST_CASE("RegistryHdl_other_types_are_no_strings") {
         CHECK(key.LastError() != 0);
     }
 }
+
+TEST_CASE("RegistryHdl_creates_a_key_and_writes_its_strings") {
+    const TestKey stored(testKey);
+    const std::wstring created = testKeyPath + L"\\Created";
+    QxRegistryHdl key;
+    REQUIRE(key.Create(HKEY_CURRENT_USER, created.c_str()));
+    CHECK(key.WriteString(nullptr, L"default"));
+    CHECK(key.WriteString(L"Name", L""));
+    REQUIRE(key.Open(HKEY_CURRENT_USER, created.c_str(), KEY_READ));
+    CHECK(StringOf(key, nullptr) == L"default");
+    CHECK(StringOf(key, L"Name").empty());
+}
+
+TEST_CASE("RegistryHdl_keeps_the_reason_why_a_key_cannot_be_created_or_written") {
+    const TestKey stored(testKey);
+    QxRegistryHdl key;
+    CHECK_FALSE(key.Create(HKEY_CURRENT_USER, std::wstring(300, L'x').c_str()));
+    CHECK_FALSE(key.IsOpen());
+    CHECK(key.LastError() != ERROR_SUCCESS);
+    REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
+    CHECK_FALSE(key.WriteString(L"Name", L"text"));
+    CHECK(key.LastError() == ERROR_ACCESS_DENIED);
+}
