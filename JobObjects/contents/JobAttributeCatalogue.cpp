@@ -82,7 +82,7 @@ QxString PaperSizeEntry::DefaultName() const noexcept {
 }
 
 QxString PaperSizeEntry::Dimensions() const {
-    return QxMisc::FormatInt32(x) + L"," + QxMisc::FormatInt32(y);
+    return QxMisc::FormatInt32(x).append(L",").append(QxMisc::FormatInt32(y));
 }
 
 /// Read access to the tables for one operation. They may change until a load has succeeded, so until then

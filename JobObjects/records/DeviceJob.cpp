@@ -3,6 +3,8 @@
 #include "JobObjects/frame/ChildRecord.h"
 #include "common/Clock.h"
 
+#include <algorithm>
+
 namespace {
 constexpr QxVersion PolicyResultsVersion(4, 0);
 }
@@ -21,10 +23,26 @@ DeviceJob::DeviceJob(const QxVersion& initialVersion)
     m_jobContents = CreateChild<IJobContents>();
 }
 
-void DeviceJob::WriteChildren(QxXmlWriter& writer) const {
+QxXmlWriter DeviceJob::BeginXml(const DeviceJobForm& form) const {
+    QxXmlWriter writer(2048);
+    writer.BeginRecord(form.root, form.xmlNamespace, m_version);
+    WriteElements(writer, m_version, *this, SharedElements);
+    return writer;
+}
+
+void DeviceJob::EndXml(QxXmlWriter& writer, const DeviceJobForm& form) const {
     writer.Raw(GetChildXml(m_jobContents).View());
     if (m_version >= PolicyResultsVersion && m_policyResults)
         writer.Raw(GetChildXml(m_policyResults).View());
+    writer.EndTag(form.root);
+}
+
+ChildReader DeviceJob::OpenXml(QxXmlParser& parser, std::wstring_view xml, const DeviceJobForm& form) {
+    RecordReading::OpenRoot(parser, xml, form.root);
+    m_version = std::max(RecordReading::ParseVersion(parser.GetRawAttribute(L"Version")), form.lowestVersion);
+    ChildReader children(parser);
+    ReadElements(parser, children, m_version, *this, SharedElements);
+    return children;
 }
 
 void DeviceJob::ReadChildren(const QxXmlParser& parser, ChildReader& children) {

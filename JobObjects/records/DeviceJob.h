@@ -8,17 +8,31 @@
 #include "common/xml/QxXmlWriter.h"
 #include "common/xml/XmlNamespace.h"
 
+/// How the XML forms of the three classes differ, besides the elements of their own.
+struct DeviceJobForm {
+    XmlName root;
+    const wchar_t* xmlNamespace;
+    QxVersion initialVersion;
+    QxVersion lowestVersion; ///< a lower one is raised to it on reading
+};
+
 /// What copy, scan and fax jobs share: identity and user identification, the device, the local time, a
 /// required JobContents child and an optional PolicyResults child.
 class DeviceJob {
+    static const Element<DeviceJob> SharedElements[];
+
 protected:
     /// Takes the current local time and creates an empty JobContents; throws a ComError if that fails.
     explicit DeviceJob(const QxVersion& initialVersion);
 
-    void WriteChildren(QxXmlWriter& writer) const;
-    void ReadChildren(const QxXmlParser& parser, ChildReader& children);
+    /// The start of the document: the root's start tag and the shared elements.
+    QxXmlWriter BeginXml(const DeviceJobForm& form) const;
+    /// The children and the root's end tag.
+    void EndXml(QxXmlWriter& writer, const DeviceJobForm& form) const;
 
-    static const Element<DeviceJob> SharedElements[6];
+    /// Reads the version and the shared elements.
+    ChildReader OpenXml(QxXmlParser& parser, std::wstring_view xml, const DeviceJobForm& form);
+    void ReadChildren(const QxXmlParser& parser, ChildReader& children);
 
     QxVersion m_version;
     QxString m_jobGuid;
@@ -29,14 +43,6 @@ protected:
     QxDateTime m_jobTimeLocal;
     ComPtr<IJobContents> m_jobContents;
     ComPtr<IPolicyResults> m_policyResults;
-};
-
-/// How the XML forms of the three classes differ, besides the elements of their own.
-struct DeviceJobForm {
-    XmlName root;
-    const wchar_t* xmlNamespace;
-    QxVersion initialVersion;
-    QxVersion lowestVersion; ///< a lower one is raised to it on reading
 };
 
 /// A device job behind its interface. The class gives its form (Form) and the elements of its own behind
@@ -67,23 +73,16 @@ protected:
 
 private:
     QxXmlWriter WriteXml() const {
-        QxXmlWriter writer(2048);
-        writer.BeginRecord(Job::Form.root, Job::Form.xmlNamespace, m_version);
-        WriteElements<DeviceJob>(writer, m_version, *this, SharedElements);
+        QxXmlWriter writer = BeginXml(Job::Form);
         WriteElements(writer, m_version, static_cast<const Job&>(*this), Job::Elements);
-        WriteChildren(writer);
-        writer.EndTag(Job::Form.root);
+        EndXml(writer, Job::Form);
         return writer;
     }
 
     /// Fields read before a failure keep their new values.
     void ReadXml(std::wstring_view xml) {
         QxXmlParser parser;
-        RecordReading::OpenRoot(parser, xml, Job::Form.root);
-        m_version = std::max(RecordReading::ParseVersion(parser.GetRawAttribute(L"Version")),
-                             Job::Form.lowestVersion);
-        ChildReader children(parser);
-        ReadElements<DeviceJob>(parser, children, m_version, *this, SharedElements);
+        ChildReader children = OpenXml(parser, xml, Job::Form);
         ReadElements(parser, children, m_version, static_cast<Job&>(*this), Job::Elements);
         ReadChildren(parser, children);
     }

@@ -1,5 +1,6 @@
 #include "PlainFile.h"
 
+#include "common/text/Format.h"
 #include "common/text/SystemText.h"
 #include "common/text/Text.h"
 
@@ -43,5 +44,5 @@ std::wstring PlainFileProblem(DWORD reason) {
         return L"It is a symbolic link or has a second name.";
     const std::wstring found = SystemText(reason, 0, SystemTextLines::One);
     const std::wstring_view text = QxMisc::Trimmed(found);
-    return text.empty() ? L"Error " + std::to_wstring(reason) + L"." : std::wstring(text);
+    return text.empty() ? FormatText(L"Error %lu.", reason) : std::wstring(text);
 }

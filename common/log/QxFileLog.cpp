@@ -125,7 +125,8 @@ void QxFileLog::Rotate() {
 void QxFileLog::Report(DWORD reason) {
     if (m_reported)
         return;
-    const std::wstring text = L"JobObjects: cannot write the log file '" + std::wstring(Name()) + L"'. ";
-    OutputDebugStringW((text + PlainFileProblem(reason)).c_str());
+    std::wstring text = L"JobObjects: cannot write the log file '";
+    text.append(Name().view()).append(L"'. ").append(PlainFileProblem(reason));
+    OutputDebugStringW(text.c_str());
     m_reported = true;
 }
