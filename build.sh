@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-cmake/setup.sh
+scripts/setup.sh
 cmake --preset windows
 cmake --build --preset windows --target release_files --parallel "${JOBS:-$(nproc)}"
 

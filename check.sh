@@ -21,7 +21,7 @@ esac
 .ci/run --no-lint
 if [ "$lint" ]; then
     echo "== lint"
-    cmake/lint.sh
+    scripts/lint.sh
 fi
 echo
 echo "All checks passed."

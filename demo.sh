@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 ./build.sh
-source cmake/wine-session.sh
+source scripts/wine-session.sh
 start_wine
 "$wine" regsvr32 /s "$(windows_path "$PWD/dist/Tarnwick.dll")"
 

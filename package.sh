@@ -9,7 +9,7 @@ cd "$(dirname "$0")"
 if [ -n "$(git status --porcelain 2>/dev/null)" ]; then
     echo "package: the tree has changes that are not committed: nobody else can make this package" >&2
 fi
-cmake/setup.sh
+scripts/setup.sh
 cmake --preset windows
 # The build does not see that the date has changed.
 rm -rf build/windows/packaging/release build/windows/packaging/*.msi build/windows/packaging/*.spdx.json

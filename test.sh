@@ -5,8 +5,8 @@ set -euo pipefail
 cd "$(dirname "$0")"
 jobs=${JOBS:-$(nproc)}
 
-cmake/setup.sh
-source cmake/wine-session.sh
+scripts/setup.sh
+source scripts/wine-session.sh
 start_wine
 
 for preset in native windows; do

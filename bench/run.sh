@@ -4,8 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-cmake/setup.sh >&2
-source cmake/wine-session.sh
+scripts/setup.sh >&2
+source scripts/wine-session.sh
 start_wine
 cmake --preset windows >/dev/null
 cmake --build --preset windows --target bench >&2

@@ -40,7 +40,7 @@ for part in "${parts[@]}"; do
             common/ JobObjects/contents/ || failed=1
         ;;
     windows)
-        source cmake/wine-session.sh
+        source scripts/wine-session.sh
         start_wine
         echo "COM layer (goal: 90 % of the lines)"
         measure windows-coverage i686-w64-mingw32-gcov-win32 "--fail-under-line 90" \

@@ -3,9 +3,9 @@
 # The library and the tests are those of build/windows; ./test.sh or ./build.sh makes them. Takes some minutes.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
-source cmake/wine-session.sh
+source scripts/wine-session.sh
 start_wine
-cmake/wine.sh regsvr32 /s "$(windows_path "$PWD/build/windows/JobObjects/Tarnwick.dll")"
+scripts/wine.sh regsvr32 /s "$(windows_path "$PWD/build/windows/JobObjects/Tarnwick.dll")"
 
 export FAULTS=all
 report=$(mktemp)

@@ -14,7 +14,7 @@ older=$4
 version=$5
 shift 5
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-source "$here/../../cmake/wine-session.sh"
+source "$here/../../scripts/wine-session.sh"
 stop_wine >/dev/null 2>&1 # of a run that was interrupted
 rm -rf "$WINEPREFIX"
 mkdir -p "$WINEPREFIX"

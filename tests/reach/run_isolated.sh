@@ -14,7 +14,7 @@ set -euo pipefail
 export WINEPREFIX=$1
 library=$2
 shift 2
-source "$(dirname "${BASH_SOURCE[0]}")/../../cmake/wine-session.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/wine-session.sh"
 output=$WINEPREFIX.txt
 stop_wine >/dev/null 2>&1 # of a run that was interrupted
 rm -rf "$WINEPREFIX"

@@ -9,7 +9,7 @@ jobs=${JOBS:-$(nproc)}
 presets=("$@")
 [ ${#presets[@]} -gt 0 ] || presets=(native native-32 native-thread windows-checked)
 
-source cmake/wine-session.sh
+source scripts/wine-session.sh
 start_wine
 
 logs=$PWD/build/sanitizers

@@ -5,8 +5,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
-cmake/setup.sh
-source cmake/wine-session.sh
+scripts/setup.sh
+source scripts/wine-session.sh
 start_wine
 cmake --preset windows >/dev/null
 cmake --build --preset windows --target soak_tests log_tests unload_tests reach_tests
