@@ -1,6 +1,6 @@
 #include "Rows.h"
 
-#include "tests/com/ProcessCounters.h"
+#include "tests/support/ProcessCounters.h"
 
 #include <windows.h>
 

@@ -1,5 +1,5 @@
-#include "ComClient.h"
-#include "Library.h"
+#include "tests/support/ComClient.h"
+#include "tests/support/Library.h"
 
 // LogicalPrinter as part of an aggregate: clients see one object, the outer one.
 

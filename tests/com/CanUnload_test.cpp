@@ -1,5 +1,5 @@
-#include "ComClient.h"
-#include "Library.h"
+#include "tests/support/ComClient.h"
+#include "tests/support/Library.h"
 
 // What keeps the library loaded: every live instance, every held class object, every lock.
 

@@ -1,8 +1,8 @@
 // Children that cannot be created. A class object of the client's own, registered for this process, comes
 // before the library's: what it answers is what a job gets.
 
-#include "ForeignChild.h"
-#include "RecordTest.h"
+#include "tests/support/ForeignChild.h"
+#include "tests/support/RecordTest.h"
 
 namespace {
 

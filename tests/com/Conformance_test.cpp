@@ -1,6 +1,6 @@
-#include "ConformanceTables.h"
-#include "Library.h"
-#include "TypeLibraryWalk.h"
+#include "tests/support/ConformanceTables.h"
+#include "tests/support/Library.h"
+#include "tests/support/TypeLibraryWalk.h"
 
 #include <cmath>
 #include <cstdio>

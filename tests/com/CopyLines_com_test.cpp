@@ -1,4 +1,4 @@
-#include "RecordTest.h"
+#include "tests/support/RecordTest.h"
 
 namespace {
 

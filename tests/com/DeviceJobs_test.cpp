@@ -1,6 +1,6 @@
 // Copy, scan and fax jobs. What they share is tested on each of them.
 
-#include "RecordTest.h"
+#include "tests/support/RecordTest.h"
 
 #include <cmath>
 #include <cstdlib>

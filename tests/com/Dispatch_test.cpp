@@ -1,6 +1,6 @@
-#include "ComClient.h"
-#include "Library.h"
-#include "TypeLibrary_expected.h"
+#include "tests/support/ComClient.h"
+#include "tests/support/Library.h"
+#include "tests/support/TypeLibrary_expected.h"
 
 #include <cwctype>
 

@@ -1,9 +1,9 @@
 // A host that runs with floating-point exceptions unmasked, as the programs of some compilers do: no date
 // that it puts or gets may raise one in the library.
 
-#include "Library.h"
-#include "Members.h"
-#include "TypeLibraryWalk.h"
+#include "tests/support/Library.h"
+#include "tests/support/Members.h"
+#include "tests/support/TypeLibraryWalk.h"
 
 #include <bit>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Jobs with children of the client's own making: what jobs ask of them, and how their failures come through.
 
-#include "ForeignChild.h"
-#include "RecordTest.h"
+#include "tests/support/ForeignChild.h"
+#include "tests/support/RecordTest.h"
 
 namespace {
 

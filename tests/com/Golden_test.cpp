@@ -1,7 +1,7 @@
 // The records' XML forms, to the character. Each file of data/golden was written by hand: what a record with
 // these values has to give, and what it has to keep when it reads it.
 
-#include "RecordTest.h"
+#include "tests/support/RecordTest.h"
 
 namespace {
 

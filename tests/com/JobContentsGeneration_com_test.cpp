@@ -1,4 +1,4 @@
-#include "RecordTest.h"
+#include "tests/support/RecordTest.h"
 
 // Job contents from a page counter's report and from database codes, with the catalogue that is delivered
 // with the library.

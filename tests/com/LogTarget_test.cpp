@@ -1,6 +1,6 @@
 // What a print job is logged against: one value, seen through the property of its type.
 
-#include "RecordTest.h"
+#include "tests/support/RecordTest.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "LogSession.h"
+#include "tests/support/LogSession.h"
 
 #include <cstdio>
 

@@ -1,6 +1,5 @@
-#include "LogSession.h"
-
-#include "tests/unit/windows/DebuggerOutput.h"
+#include "tests/support/DebuggerOutput.h"
+#include "tests/support/LogSession.h"
 
 #include <cstdio>
 #include <ctime>

@@ -1,6 +1,6 @@
-#include "ForeignChild.h"
-#include "ImportPatch.h"
-#include "LogSession.h"
+#include "tests/support/ForeignChild.h"
+#include "tests/support/ImportPatch.h"
+#include "tests/support/LogSession.h"
 
 #include <clocale>
 #include <functional>

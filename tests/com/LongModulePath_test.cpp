@@ -1,6 +1,6 @@
-#include "ComClient.h"
-#include "Library.h"
-#include "RegistryTree.h"
+#include "tests/support/ComClient.h"
+#include "tests/support/Library.h"
+#include "tests/support/RegistryTree.h"
 
 // A library in a folder so deep that its path has 260 characters or more: objects can be made and used by
 // their virtual tables, but the type library, which is loaded by that path, is out of reach.

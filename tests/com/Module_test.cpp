@@ -1,10 +1,9 @@
-#include "ImportPatch.h"
-
 #include "JobObjects/CJobObjectsModule.h"
-
-#include "JobObjects.h"
 #include "JobObjects/frame/ModulePath.h"
 #include "JobObjects/frame/TypeLibrary.h"
+#include "tests/support/ImportPatch.h"
+
+#include "JobObjects.h"
 
 #include <catch2/catch.hpp>
 

@@ -1,6 +1,6 @@
 // The children that a print job holds: by property, by reading, by writing.
 
-#include "RecordTest.h"
+#include "tests/support/RecordTest.h"
 
 namespace {
 

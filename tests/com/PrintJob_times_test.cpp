@@ -1,6 +1,6 @@
 // The times of a print job: their text forms, the milliseconds, and the stamping of what was never set.
 
-#include "RecordTest.h"
+#include "tests/support/RecordTest.h"
 
 #include <limits>
 

@@ -1,6 +1,6 @@
 // What the version decides, and the steps of reading.
 
-#include "RecordTest.h"
+#include "tests/support/RecordTest.h"
 
 #include <iterator>
 

@@ -1,7 +1,7 @@
-#include "ComClient.h"
-#include "ImportPatch.h"
-#include "Library.h"
-#include "RegistryTree.h"
+#include "tests/support/ComClient.h"
+#include "tests/support/ImportPatch.h"
+#include "tests/support/Library.h"
+#include "tests/support/RegistryTree.h"
 
 // Registration, key by key, in a classes root of the test's own.
 

@@ -1,8 +1,8 @@
 // Walks the built type library member by member against the table of TypeLibrary_expected.cpp.
 // Both views of a dual interface are walked: the virtual table, and the dispatch view that late binding uses.
 
-#include "TypeLibraryWalk.h"
-#include "TypeLibrary_expected.h"
+#include "tests/support/TypeLibraryWalk.h"
+#include "tests/support/TypeLibrary_expected.h"
 
 #include <catch2/catch.hpp>
 

@@ -1,5 +1,5 @@
-#include "ComClient.h"
-#include "ProcessCounters.h"
+#include "tests/support/ComClient.h"
+#include "tests/support/ProcessCounters.h"
 
 #include <cstdio>
 #include <cstdlib>

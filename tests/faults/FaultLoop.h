@@ -1,7 +1,8 @@
 #pragma once
 
-#include "ComClient.h"
 #include "FaultInjector.h"
+
+#include "tests/support/ComClient.h"
 
 #include <functional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "FreshLibrary.h"
 
-#include "ProcessCounters.h"
+#include "tests/support/ProcessCounters.h"
 
 FreshLibrary::FreshLibrary() {
     FaultInjector::Watch();

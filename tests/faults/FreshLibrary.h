@@ -1,7 +1,8 @@
 #pragma once
 
 #include "FaultLoop.h"
-#include "Library.h"
+
+#include "tests/support/Library.h"
 
 #include <optional>
 

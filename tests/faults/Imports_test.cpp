@@ -1,6 +1,7 @@
 #include "FaultInjector.h"
 #include "ImportTables.h"
-#include "Library.h"
+
+#include "tests/support/Library.h"
 
 #include <catch2/catch.hpp>
 

@@ -1,5 +1,6 @@
 #include "FreshLibrary.h"
-#include "Members.h"
+
+#include "tests/support/Members.h"
 
 // What happens once in the life of the loaded library: loading itself, the first class object and object of a
 // class, the first failure, the first late-bound call, the first look into the catalogue. So each run has a

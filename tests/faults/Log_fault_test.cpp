@@ -1,5 +1,6 @@
 #include "FreshLibrary.h"
-#include "LogSession.h"
+
+#include "tests/support/LogSession.h"
 
 #include <algorithm>
 #include <iterator>

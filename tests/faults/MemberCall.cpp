@@ -1,6 +1,6 @@
 #include "MemberCall.h"
 
-#include "ConformanceTables.h"
+#include "tests/support/ConformanceTables.h"
 
 #include <cstring>
 #include <map>

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "FaultLoop.h"
-#include "Library.h"
-#include "Members.h"
+
+#include "tests/support/Library.h"
+#include "tests/support/Members.h"
 
 #include <memory>
 #include <optional>

@@ -1,9 +1,10 @@
-#include "ConformanceTables.h"
 #include "FaultLoop.h"
-#include "Library.h"
 #include "MemberCall.h"
-#include "ProcessCounters.h"
-#include "TypeLibraryWalk.h"
+
+#include "tests/support/ConformanceTables.h"
+#include "tests/support/Library.h"
+#include "tests/support/ProcessCounters.h"
+#include "tests/support/TypeLibraryWalk.h"
 
 #include <cstdio>
 

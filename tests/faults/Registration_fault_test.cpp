@@ -1,5 +1,6 @@
 #include "FreshLibrary.h"
-#include "RegistryTree.h"
+
+#include "tests/support/RegistryTree.h"
 
 // Registration and unregistration, in a classes root of the test's own.
 

@@ -2,7 +2,7 @@
 
 #include "Check.h"
 
-#include "tests/com/ProcessCounters.h"
+#include "tests/support/ProcessCounters.h"
 
 /// Runs the work many times. The first times, the system keeps what it makes on first use; afterwards heap,
 /// handles and thread-local slots must not grow.

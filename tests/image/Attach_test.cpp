@@ -1,4 +1,4 @@
-#include "tests/com/ProcessCounters.h"
+#include "tests/support/ProcessCounters.h"
 
 #include <windows.h>
 

@@ -1,6 +1,6 @@
 #include "Apartments.h"
 
-#include "../com/ComClient.h"
+#include "tests/support/ComClient.h"
 
 #include <exception>
 

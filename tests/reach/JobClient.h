@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../com/ComClient.h"
+#include "tests/support/ComClient.h"
 
 // What any client does with a print job. The job may live in another apartment or another process: the
 // results are the same.

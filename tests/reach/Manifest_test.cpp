@@ -1,5 +1,6 @@
-#include "../com/ComClient.h"
 #include "ProgramFolder.h"
+
+#include "tests/support/ComClient.h"
 
 #include <algorithm>
 #include <fstream>

@@ -1,7 +1,7 @@
 #include "RecordClasses.h"
-#include "Soak.h"
 
-#include "../com/ProcessCounters.h"
+#include "tests/support/ProcessCounters.h"
+#include "tests/support/Soak.h"
 
 #include <cstdio>
 

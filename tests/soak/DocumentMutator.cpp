@@ -1,6 +1,6 @@
 #include "DocumentMutator.h"
 
-#include "../com/ComClient.h"
+#include "tests/support/ComClient.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Soak.h"
+#include "tests/support/Soak.h"
 
 #include <string>
 #include <vector>

@@ -1,10 +1,8 @@
-#include "Soak.h"
-
-#include "../com/ComClient.h"
-#include "../com/Library.h"
-
 #include "common/com/Bstr.h"
 #include "common/com/ComPtr.h"
+#include "tests/support/ComClient.h"
+#include "tests/support/Library.h"
+#include "tests/support/Soak.h"
 
 #include <atomic>
 #include <cstdio>

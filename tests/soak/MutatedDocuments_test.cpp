@@ -2,7 +2,7 @@
 #include "RecordClasses.h"
 #include "Watchdog.h"
 
-#include "../com/ProcessCounters.h"
+#include "tests/support/ProcessCounters.h"
 
 #include <cstdio>
 

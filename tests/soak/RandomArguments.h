@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Soak.h"
-
-#include "../com/Members.h"
+#include "tests/support/Members.h"
+#include "tests/support/Soak.h"
 
 #include <memory>
 #include <vector>

@@ -3,8 +3,8 @@
 #include "RecordClasses.h"
 #include "Watchdog.h"
 
-#include "../com/ProcessCounters.h"
-#include "../com/TypeLibraryWalk.h"
+#include "tests/support/ProcessCounters.h"
+#include "tests/support/TypeLibraryWalk.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../com/ComClient.h"
+#include "tests/support/ComClient.h"
 
 #include <vector>
 

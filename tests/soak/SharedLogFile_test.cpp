@@ -1,7 +1,7 @@
 #include "LogLine.h"
-#include "Soak.h"
 
-#include "../com/LogSession.h"
+#include "tests/support/LogSession.h"
+#include "tests/support/Soak.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,9 +1,9 @@
 // The real reader of the catalogue file, in a program of its own: the other unit tests replace it.
 
 #include "../CapturedLog.h"
-#include "TestFolder.h"
 
 #include "JobObjects/contents/CatalogueFile.h"
+#include "tests/support/TestFolder.h"
 
 #include <catch2/catch.hpp>
 

@@ -1,8 +1,8 @@
-#include "DebuggerOutput.h"
-#include "TestFolder.h"
 #include "common/log/QxFileLog.h"
 #include "common/log/RenameMark.h"
-#include "tests/com/ImportPatch.h"
+#include "tests/support/DebuggerOutput.h"
+#include "tests/support/ImportPatch.h"
+#include "tests/support/TestFolder.h"
 
 #include <catch2/catch.hpp>
 

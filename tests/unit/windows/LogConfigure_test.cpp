@@ -1,7 +1,8 @@
-#include "common/LogRegistry.h"
-#include "TestFolder.h"
 #include "TestKey.h"
+
+#include "common/LogRegistry.h"
 #include "common/log/QxLogger.h"
+#include "tests/support/TestFolder.h"
 
 #include <catch2/catch.hpp>
 

@@ -1,7 +1,7 @@
-#include "TestFolder.h"
 #include "common/log/PlainFile.h"
 #include "common/log/QxFileLog.h"
-#include "tests/com/ImportPatch.h"
+#include "tests/support/ImportPatch.h"
+#include "tests/support/TestFolder.h"
 
 #include <catch2/catch.hpp>
 

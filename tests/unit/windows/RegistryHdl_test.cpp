@@ -1,8 +1,9 @@
 #include "../CapturedLog.h"
 #include "TestKey.h"
+
 #include "common/QxRegistryHdl.h"
 #include "common/QxSystem.h"
-#include "tests/com/ImportPatch.h"
+#include "tests/support/ImportPatch.h"
 
 #include <catch2/catch.hpp>
 

@@ -1,6 +1,6 @@
-#include "DebuggerOutput.h"
 #include "common/log/QxLogger.h"
 #include "common/log/QxTraceLog.h"
+#include "tests/support/DebuggerOutput.h"
 
 #include <catch2/catch.hpp>
 

@@ -1,4 +1,4 @@
-#include "TypeLibraryWalk.h"
+#include "tests/support/TypeLibraryWalk.h"
 
 #include "common/com/Bstr.h"
 

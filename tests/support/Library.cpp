@@ -1,7 +1,7 @@
-#include "Library.h"
+#include "tests/support/Library.h"
 
-#include "ComClient.h"
-#include "TypeLibrary_expected.h"
+#include "tests/support/ComClient.h"
+#include "tests/support/TypeLibrary_expected.h"
 
 #include <stdexcept>
 

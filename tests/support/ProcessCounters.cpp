@@ -1,4 +1,4 @@
-#include "ProcessCounters.h"
+#include "tests/support/ProcessCounters.h"
 
 #include <windows.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Members.h"
+#include "tests/support/Members.h"
 
 // What the conformance test expects of a member beyond the rule for its type. A member is named
 // "IInterface.Member".

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ComClient.h"
+#include "tests/support/ComClient.h"
 
 #include <functional>
 

@@ -1,6 +1,6 @@
-#include "RegistryTree.h"
+#include "tests/support/RegistryTree.h"
 
-#include "ComClient.h"
+#include "tests/support/ComClient.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ComClient.h"
+#include "tests/support/ComClient.h"
 
 // What the tests of the records share beside the client's ground.
 

@@ -1,4 +1,4 @@
-#include "ProcessCounters.h"
+#include "tests/support/ProcessCounters.h"
 
 #include <catch2/catch.hpp>
 

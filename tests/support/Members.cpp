@@ -1,6 +1,6 @@
-#include "Members.h"
+#include "tests/support/Members.h"
 
-#include "TypeLibraryWalk.h"
+#include "tests/support/TypeLibraryWalk.h"
 
 #include <algorithm>
 #include <cstdio>

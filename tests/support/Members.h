@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ComClient.h"
+#include "tests/support/ComClient.h"
 
 // The members of an interface as its type library tells them, and both ways to call them.
 

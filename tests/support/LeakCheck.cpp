@@ -1,5 +1,5 @@
 #define CATCH_CONFIG_EXTERNAL_INTERFACES
-#include "ComClient.h"
+#include "tests/support/ComClient.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ComClient.h"
-#include "tests/unit/windows/TestFolder.h"
+#include "tests/support/ComClient.h"
+#include "tests/support/TestFolder.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "ComClient.h"
+#include "tests/support/ComClient.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "TypeLibrary_expected.h"
+#include "tests/support/TypeLibrary_expected.h"
 
 #include <stdexcept>
 

@@ -1,4 +1,4 @@
-#include "ConformanceTables.h"
+#include "tests/support/ConformanceTables.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "Soak.h"
+#include "tests/support/Soak.h"
 
 #include <cstdlib>
 
