@@ -37,8 +37,8 @@ run soak/soak_tests.exe Objects_of_every_class_come_and_go_without_growth "$@"
 run reach/reach_tests.exe Eight_stas_with_their_own_objects_do_not_disturb_each_other "$@"
 run soak/soak_tests.exe \
     Sixty_four_threads_at_the_first_use_get_the_same_class_objects_and_a_whole_catalogue "$@"
-run com/log_tests.exe Log_file_of_eight_processes_with_rotation_keeps_every_line_once "$@"
-run com/log_tests.exe Log_file_of_writers_that_are_killed_keeps_the_lines_of_the_others "$@"
+run log/log_tests.exe Log_file_of_eight_processes_with_rotation_keeps_every_line_once "$@"
+run log/log_tests.exe Log_file_of_writers_that_are_killed_keeps_the_lines_of_the_others "$@"
 run soak/soak_tests.exe Xml_of_a_hundred_megabytes_is_taken_or_ends_in_out_of_memory "$@"
 run soak/soak_tests.exe \
     Xml_beyond_the_memory_that_is_left_ends_in_out_of_memory_and_leaves_the_object_usable "$@"
