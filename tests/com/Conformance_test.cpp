@@ -1,8 +1,8 @@
 #include "tests/support/ConformanceTables.h"
 #include "tests/support/Library.h"
+#include "tests/support/RecordTest.h"
 #include "tests/support/TypeLibraryWalk.h"
 
-#include <cmath>
 #include <cstdio>
 #include <set>
 
@@ -13,19 +13,6 @@ namespace {
 
 constexpr WORD get = DISPATCH_PROPERTYGET, put = DISPATCH_PROPERTYPUT, putRef = DISPATCH_PROPERTYPUTREF,
                method = DISPATCH_METHOD;
-
-double Now(bool universal) {
-    SYSTEMTIME time;
-    universal ? GetSystemTime(&time) : GetLocalTime(&time);
-    double date = 0;
-    REQUIRE(SystemTimeToVariantTime(&time, &date) != 0);
-    return date;
-}
-
-bool IsNow(const VARIANT& value, bool universal) {
-    constexpr double minute = 1.0 / (24 * 60);
-    return value.vt == VT_DATE && std::fabs(value.date - Now(universal)) < minute;
-}
 
 void CheckDefault(const Default& expected, const VARIANT& value) {
     INFO(Show(value));
@@ -38,8 +25,12 @@ void CheckDefault(const Default& expected, const VARIANT& value) {
         CHECK(Narrow(BstrView(value.bstrVal)).substr(0, expected.value.size()) == expected.value);
         break;
     case Default::LocalTime:
+        REQUIRE(value.vt == VT_DATE);
+        CHECK(IsLocalNow(value.date));
+        break;
     case Default::UniversalTime:
-        CHECK(IsNow(value, expected.kind == Default::UniversalTime));
+        REQUIRE(value.vt == VT_DATE);
+        CHECK(IsUtcNow(value.date));
         break;
     case Default::Refused:
         FAIL("a refused getter has no value");
@@ -142,6 +133,7 @@ private:
         const Default expected = DefaultOf(Name(getter), type);
         const auto object = NewObject();
         CHECK_HR(CallSlot(object.Get(), getter, {ByReference(type, nullptr)}), E_POINTER);
+        CHECK_TEXT(TakeErrorDescription(), L"<none>");
 
         const GetResult slot = GetThroughSlot(object.Get(), getter);
         if (expected.kind == Default::Refused) {
@@ -304,6 +296,7 @@ private:
             arguments[i] = ByReference(called.parameters[i].type, nullptr);
             INFO("null for parameter " << i);
             CHECK_HR(CallSlot(NewObject().Get(), called, arguments), E_POINTER);
+            CHECK_TEXT(TakeErrorDescription(), L"<none>");
         }
 
         const HRESULT expected = MethodResult(Name(called));

@@ -29,24 +29,8 @@ ComPtr<ICopyLine> Item(const ComPtr<ICopyLines>& lines, LONG index) {
 
 } // namespace
 
-TEST_CASE("CopyLines_object_new_is_empty") {
-    const auto lines = CreateCopyLines();
-    CHECK(Value(lines, &ICopyLines::get_Count) == 0);
-    CHECK(Value(lines, &ICopyLines::get_TotalPages) == 0);
-    CHECK(Value(lines, &ICopyLines::get_TotalPagesBW) == 0);
-    CHECK(Value(lines, &ICopyLines::get_TotalPagesColor) == 0);
-    CHECK(Value(lines, &ICopyLines::get_ContainsDuplex) == VARIANT_FALSE);
-    CHECK_TEXT(Text(lines, &ICopyLines::get_Xml), L"<JobCopyLines></JobCopyLines>");
-}
-
-TEST_CASE("CopyLines_object_refuses_null_pointers") {
+TEST_CASE("CopyLines_object_Item_refuses_a_null_pointer_with_any_index") {
     const auto lines = CopyLinesFrom(Line(L"A4", L"", 1, 1, 0, 0));
-    CheckNullPointer(lines, &ICopyLines::get_Xml);
-    CheckNullPointer(lines, &ICopyLines::get_Count);
-    CheckNullPointer(lines, &ICopyLines::get_TotalPages);
-    CheckNullPointer(lines, &ICopyLines::get_TotalPagesBW);
-    CheckNullPointer(lines, &ICopyLines::get_TotalPagesColor);
-    CheckNullPointer(lines, &ICopyLines::get_ContainsDuplex);
     CHECK_HR(lines->Item(0, nullptr), E_POINTER);
     CHECK_HR(lines->Item(-1, nullptr), E_POINTER);
     CHECK_TEXT(TakeErrorDescription(), L"<none>");

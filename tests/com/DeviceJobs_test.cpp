@@ -88,39 +88,24 @@ TEST_CASE("ScanJob_below_4_0_ignores_policy_results") {
     template<class Job>                                                                                      \
     static void name()
 
-TEST_EACH_JOB(new_record_has_its_initial_values) {
-    const auto job = Form<Job>::Create();
-    CHECK_TEXT(Text(job, &Job::get_Version), Form<Job>::version);
-    CHECK_TEXT(Text(job, &Job::get_JobGuid), L"");
-    CHECK_TEXT(Text(job, &Job::get_CustomerCode), L"");
-    CHECK_TEXT(Text(job, &Job::get_IdentifierData), L"");
-    CHECK(Value(job, &Job::get_IdentifierType) == 0);
-    CHECK(Value(job, &Job::get_DeviceId) == 0);
-    const DATE time = Value(job, &Job::get_JobTimeLocal);
-    CHECK(IsLocalNow(time));
-    CHECK(std::abs(time * 86400 - std::round(time * 86400)) < 1e-3); // whole seconds
-    REQUIRE(Held(job, &Job::get_JobContents));
-    CHECK_TEXT(Text(Held(job, &Job::get_JobContents), &IJobContents::get_Xml),
-               Text(CreateJobContents(), &IJobContents::get_Xml));
-    CHECK_FALSE(Held(job, &Job::get_PolicyResults));
+TEST_EACH_JOB(new_record_has_a_time_in_whole_seconds) {
+    const DATE time = Value(Form<Job>::Create(), &Job::get_JobTimeLocal);
+    CHECK(std::abs(time * 86400 - std::round(time * 86400)) < 1e-3);
 }
 
-TEST_EACH_JOB(properties_keep_their_values) {
+TEST_EACH_JOB(new_record_has_new_contents) {
+    const auto contents = Held(Form<Job>::Create(), &Job::get_JobContents);
+    REQUIRE(contents);
+    CHECK_TEXT(Text(contents, &IJobContents::get_Xml), Text(CreateJobContents(), &IJobContents::get_Xml));
+}
+
+TEST_EACH_JOB(properties_keep_values_of_their_own) {
     constexpr Property<Job, BSTR> texts[] = {PROPERTY(Job, JobGuid), PROPERTY(Job, CustomerCode),
                                              PROPERTY(Job, IdentifierData)};
     constexpr Property<Job, LONG> numbers[] = {PROPERTY(Job, IdentifierType), PROPERTY(Job, DeviceId)};
     const auto job = Form<Job>::Create();
     CheckTextProperties(job, texts);
     CheckNumberProperties(job, numbers);
-    for (const DATE date : {40000.25, 0.0, -1.5, 1e300}) {
-        CHECK_HR(job->put_JobTimeLocal(date), S_OK);
-        CHECK(Value(job, &Job::get_JobTimeLocal) == date);
-    }
-    CheckNullPointer(job, &Job::get_Xml);
-    CheckNullPointer(job, &Job::get_Version);
-    CheckNullPointer(job, &Job::get_JobTimeLocal);
-    CheckNullPointer(job, &Job::get_JobContents);
-    CheckNullPointer(job, &Job::get_PolicyResults);
 }
 
 TEST_EACH_JOB(children_are_the_held_objects_themselves) {
@@ -283,8 +268,6 @@ TEST_CASE("ScanJob_own_properties_are_kept_and_read") {
     constexpr Property<IScanJob, LONG> numbers[] = {PROPERTY(IScanJob, DestinationType),
                                                     PROPERTY(IScanJob, Duration)};
     const auto job = CreateScanJob();
-    CHECK(Value(job, &IScanJob::get_DestinationType) == 0);
-    CHECK(Value(job, &IScanJob::get_Duration) == 0);
     CheckTextProperties(job, texts);
     CheckNumberProperties(job, numbers);
     const auto read = JobFrom<IScanJob>(L"<Duration>61</Duration><Destination>d</Destination>"
@@ -305,7 +288,6 @@ TEST_CASE("FaxJob_own_properties_are_kept_and_read") {
                                                  PROPERTY(IFaxJob, RemoteStationId)};
     constexpr Property<IFaxJob, LONG> numbers[] = {PROPERTY(IFaxJob, Duration)};
     const auto job = CreateFaxJob();
-    CHECK(Value(job, &IFaxJob::get_Duration) == 0);
     CheckTextProperties(job, texts);
     CheckNumberProperties(job, numbers);
     const auto read = JobFrom<IFaxJob>(L"<Duration>61</Duration><RemoteStationId>r</RemoteStationId>"

@@ -44,24 +44,6 @@ struct Match {
 
 } // namespace
 
-TEST_CASE("JobContents_object_new_is_empty") {
-    const auto contents = CreateJobContents();
-    CHECK_TEXT(Text(contents, &IJobContents::get_Version), L"4.0");
-    CHECK(Value(contents, &IJobContents::get_JobOriginals) == 0);
-    CHECK(Value(contents, &IJobContents::get_JobCopies) == 0);
-    CHECK_TEXT(Text(contents, &IJobContents::get_JobPdl), L"");
-    CHECK_TEXT(Text(contents, &IJobContents::get_JobFinishing), L"");
-    CHECK_TEXT(Text(contents, &IJobContents::get_DBCopyLines), L"");
-    CHECK(Value(contents, &IJobContents::get_DBFinishing) == 0);
-    CHECK(Value(contents, &IJobContents::get_IsPdlEMF) == VARIANT_FALSE);
-    CHECK(Value(contents, &IJobContents::get_GenerateDefaultPageAttributes) == VARIANT_TRUE);
-    CHECK(Value(contents, &IJobContents::get_TotalPages) == 0);
-    CHECK(Value(contents, &IJobContents::get_TotalPagesBW) == 0);
-    CHECK(Value(contents, &IJobContents::get_TotalPagesColor) == 0);
-    CHECK(Value(contents, &IJobContents::get_ContainsDuplex) == VARIANT_FALSE);
-    CHECK(Value(Lines(contents), &ICopyLines::get_Count) == 0);
-}
-
 TEST_CASE("JobContents_object_new_Xml_has_empty_copy_lines_as_its_first_child") {
     const std::wstring xml = Text(CreateJobContents(), &IJobContents::get_Xml);
     const std::wstring start = L"<JobContents xmlns=\"";
@@ -75,57 +57,17 @@ TEST_CASE("JobContents_object_new_Xml_has_empty_copy_lines_as_its_first_child") 
     CHECK(xml.substr(start.size(), xml.size() - start.size() - rest.size()).find(L'"') == std::wstring::npos);
 }
 
-TEST_CASE("JobContents_object_texts_are_kept_unchanged") {
+TEST_CASE("JobContents_object_properties_keep_values_of_their_own") {
     const Property<IJobContents, BSTR> texts[] = {
         PROPERTY(IJobContents, JobPdl),
         PROPERTY(IJobContents, JobFinishing),
     };
-    CheckTextProperties(CreateJobContents(), texts);
-}
-
-TEST_CASE("JobContents_object_counts_are_never_negative") {
     const auto contents = CreateJobContents();
-    const Property<IJobContents, LONG> counts[] = {
-        PROPERTY(IJobContents, JobOriginals),
-        PROPERTY(IJobContents, JobCopies),
-    };
-    for (const auto& count : counts) {
-        INFO(Narrow(count.name));
-        CheckNullPointer(contents, count.get);
-        for (const LONG value : {1L, LONG_MAX, 0L, 7L, -1L, 7L, LONG_MIN}) {
-            CHECK_HR((contents.Get()->*count.put)(value), S_OK);
-            CHECK(Value(contents, count.get) == (value > 0 ? value : 0));
-        }
-    }
+    CheckTextProperties(contents, texts);
     contents->put_JobOriginals(2);
     contents->put_JobCopies(3);
     CHECK(Value(contents, &IJobContents::get_JobOriginals) == 2);
     CHECK(Value(contents, &IJobContents::get_JobCopies) == 3);
-}
-
-TEST_CASE("JobContents_object_flag_is_set_by_any_value_but_0") {
-    const auto contents = CreateJobContents();
-    for (const VARIANT_BOOL value : {VARIANT_FALSE, VARIANT_TRUE, VARIANT_FALSE, VARIANT_BOOL{1}}) {
-        CHECK_HR(contents->put_GenerateDefaultPageAttributes(value), S_OK);
-        CHECK(Value(contents, &IJobContents::get_GenerateDefaultPageAttributes) ==
-              (value ? VARIANT_TRUE : VARIANT_FALSE));
-    }
-}
-
-TEST_CASE("JobContents_object_refuses_null_pointers") {
-    const auto contents = CreateJobContents();
-    CheckNullPointer(contents, &IJobContents::get_Xml);
-    CheckNullPointer(contents, &IJobContents::get_JobCopyLines);
-    CheckNullPointer(contents, &IJobContents::get_DBPdl);
-    CheckNullPointer(contents, &IJobContents::get_DBFinishing);
-    CheckNullPointer(contents, &IJobContents::get_DBCopyLines);
-    CheckNullPointer(contents, &IJobContents::get_IsPdlEMF);
-    CheckNullPointer(contents, &IJobContents::get_GenerateDefaultPageAttributes);
-    CheckNullPointer(contents, &IJobContents::get_Version);
-    CheckNullPointer(contents, &IJobContents::get_TotalPages);
-    CheckNullPointer(contents, &IJobContents::get_TotalPagesBW);
-    CheckNullPointer(contents, &IJobContents::get_TotalPagesColor);
-    CheckNullPointer(contents, &IJobContents::get_ContainsDuplex);
 }
 
 TEST_CASE("JobContents_object_null_result_of_a_method_is_refused_before_any_work") {

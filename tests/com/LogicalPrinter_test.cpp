@@ -59,50 +59,21 @@ DATE Last(const ComPtr<ILogicalPrinter>& printer) {
 
 } // namespace
 
-TEST_CASE("LogicalPrinter_new_record_has_its_start_values") {
-    const auto printer = CreateLogicalPrinter();
-    CHECK_TEXT(Text(printer, &ILogicalPrinter::get_Version), L"7.0");
-    for (const auto& property : texts)
-        CHECK_TEXT(Text(printer, property.get), L"");
-    CHECK_TEXT(Text(printer, &ILogicalPrinter::get_TrackerVersion), L"");
-    CHECK_TEXT(Text(printer, &ILogicalPrinter::get_PrinterInfo), L"");
-    CHECK_TEXT(Text(printer, &ILogicalPrinter::get_Destination), L"");
-    CHECK(First(printer) == 0);
-    CHECK(Last(printer) == 0);
-    CHECK(Value(printer, &ILogicalPrinter::get_Attributes) == 0);
-    CHECK(Value(printer, &ILogicalPrinter::get_BuildNumber) == 0);
-    CHECK(Value(printer, &ILogicalPrinter::get_IsSecurePrint) == VARIANT_FALSE);
-    CHECK(Value(printer, &ILogicalPrinter::get_ColorCapable) == VARIANT_FALSE);
-}
-
-TEST_CASE("LogicalPrinter_properties_keep_their_values") {
+TEST_CASE("LogicalPrinter_properties_keep_values_of_their_own") {
     constexpr Property<ILogicalPrinter, BSTR> others[] = {PROPERTY(ILogicalPrinter, TrackerVersion),
                                                           PROPERTY(ILogicalPrinter, PrinterInfo)};
     constexpr Property<ILogicalPrinter, LONG> numbers[] = {PROPERTY(ILogicalPrinter, Attributes),
                                                            PROPERTY(ILogicalPrinter, BuildNumber)};
-    constexpr Property<ILogicalPrinter, VARIANT_BOOL> flags[] = {PROPERTY(ILogicalPrinter, IsSecurePrint),
-                                                                 PROPERTY(ILogicalPrinter, ColorCapable)};
     const auto printer = CreateLogicalPrinter();
     CheckTextProperties(printer, texts);
     CheckTextProperties(printer, others);
     CheckNumberProperties(printer, numbers);
-    CheckFlagProperties(printer, flags);
     for (const DATE date : {40000.25, 0.0, -1.5, 1e300}) {
         CHECK_HR(printer->put_FirstTransactionDate(date), S_OK);
         CHECK_HR(printer->put_LastTransactionDate(date - 1), S_OK);
         CHECK(First(printer) == date);
         CHECK(Last(printer) == date - 1);
     }
-}
-
-TEST_CASE("LogicalPrinter_getters_refuse_a_null_pointer") {
-    const auto printer = CreateLogicalPrinter();
-    CheckNullPointer(printer, &ILogicalPrinter::get_Xml);
-    CheckNullPointer(printer, &ILogicalPrinter::get_Version);
-    CheckNullPointer(printer, &ILogicalPrinter::get_DriverInfoXml);
-    CheckNullPointer(printer, &ILogicalPrinter::get_Destination);
-    CheckNullPointer(printer, &ILogicalPrinter::get_FirstTransactionDate);
-    CheckNullPointer(printer, &ILogicalPrinter::get_LastTransactionDate);
 }
 
 TEST_CASE("LogicalPrinter_version_decides_the_elements") {

@@ -2,10 +2,6 @@
 
 namespace {
 
-constexpr Property<IPolicyResults, BSTR> texts[] = {PROPERTY(IPolicyResults, PolicyName)};
-constexpr Property<IPolicyResults, LONG> numbers[] = {PROPERTY(IPolicyResults, PolicyId)};
-constexpr Property<IPolicyResults, VARIANT_BOOL> flags[] = {PROPERTY(IPolicyResults, Cancelled)};
-
 void Violate(const ComPtr<IPolicyResults>& results, LONG triggerId, const wchar_t* action) {
     CHECK_HR(results->AddRuleViolation(triggerId, UniqueBstr(action).Get()), S_OK);
 }
@@ -29,40 +25,6 @@ ComPtr<IPolicyResults> ResultsFrom(std::wstring_view elements) {
 }
 
 } // namespace
-
-TEST_CASE("PolicyResults_new_record_has_its_initial_values") {
-    const auto results = CreatePolicyResults();
-    CHECK(Value(results, &IPolicyResults::get_Cancelled) == VARIANT_FALSE);
-    CHECK(Value(results, &IPolicyResults::get_HasRules) == VARIANT_TRUE);
-    CHECK(Value(results, &IPolicyResults::get_PolicyId) == 0);
-    CHECK_TEXT(Text(results, &IPolicyResults::get_PolicyName), L"");
-    CHECK_TEXT(Violations(results), L"");
-    CHECK(Value(results, &IPolicyResults::get_PolicyViolated) == VARIANT_FALSE);
-    CHECK(Value(results, &IPolicyResults::get_InformOnlyViolations) == VARIANT_FALSE);
-    CHECK_TEXT(Text(results, &IPolicyResults::get_Version), L"4.0");
-}
-
-TEST_CASE("PolicyResults_properties_keep_their_values") {
-    const auto results = CreatePolicyResults();
-    CheckTextProperties(results, texts);
-    CheckNumberProperties(results, numbers);
-    CheckFlagProperties(results, flags);
-    for (const VARIANT_BOOL on : {VARIANT_FALSE, VARIANT_TRUE, VARIANT_FALSE, VARIANT_BOOL{7}}) {
-        CHECK_HR(results->put_HasRules(on), S_OK);
-        CHECK(Value(results, &IPolicyResults::get_HasRules) == (on ? VARIANT_TRUE : VARIANT_FALSE));
-    }
-}
-
-TEST_CASE("PolicyResults_getters_refuse_a_null_pointer") {
-    const auto results = CreatePolicyResults();
-    CheckNullPointer(results, &IPolicyResults::get_Xml);
-    CheckNullPointer(results, &IPolicyResults::get_Version);
-    CheckNullPointer(results, &IPolicyResults::get_HasRules);
-    CheckNullPointer(results, &IPolicyResults::get_PolicyViolated);
-    CheckNullPointer(results, &IPolicyResults::get_InformOnlyViolations);
-    CheckNullPointer(results, &IPolicyResults::get_RuleViolations);
-    CHECK_HR(results->RuleViolated(1, nullptr), E_POINTER);
-}
 
 TEST_CASE("PolicyResults_violations_are_ordered_by_trigger") {
     const auto results = CreatePolicyResults();

@@ -32,8 +32,6 @@ constexpr Property<IWindowsPrintInfo, LONG> boundedNumbers[] = {
     PROPERTY(IWindowsPrintInfo, AttributeInfoPagesPerSide),
 };
 
-constexpr Property<IWindowsPrintInfo, BSTR> texts[] = {PROPERTY(IWindowsPrintInfo, DevModeFormName)};
-
 LONG LowestOf(const Property<IWindowsPrintInfo, LONG>& property) {
     return std::wstring_view(property.name) == L"AttributeInfoPagesPerSide" ? 1 : 0;
 }
@@ -73,43 +71,8 @@ bool On(const ComPtr<IWindowsPrintInfo>& info,
 
 } // namespace
 
-TEST_CASE("WindowsPrintInfo_new_record_has_its_start_values") {
-    const auto info = CreateWindowsPrintInfo();
-    for (const auto& property : plainNumbers)
-        CHECK(Value(info, property.get) == 0);
-    for (const auto& property : boundedNumbers)
-        CHECK(Value(info, property.get) == LowestOf(property));
-    CHECK_TEXT(Text(info, &IWindowsPrintInfo::get_DevModeFormName), L"");
-    CHECK_FALSE(On(info, &IWindowsPrintInfo::get_IsDuplex));
-    CHECK_FALSE(On(info, &IWindowsPrintInfo::get_IsColor));
-    CHECK_FALSE(On(info, &IWindowsPrintInfo::get_IsBooklet));
-    CHECK(Value(info, &IWindowsPrintInfo::get_JobInfoCopies) == 1);
-}
-
-TEST_CASE("WindowsPrintInfo_plain_properties_keep_their_values") {
+TEST_CASE("WindowsPrintInfo_plain_numbers_keep_values_of_their_own") {
     CheckNumberProperties(CreateWindowsPrintInfo(), plainNumbers);
-    CheckTextProperties(CreateWindowsPrintInfo(), texts);
-}
-
-TEST_CASE("WindowsPrintInfo_bounded_properties_never_fall_below_their_lowest_value") {
-    const auto info = CreateWindowsPrintInfo();
-    for (const auto& property : boundedNumbers) {
-        INFO(Narrow(property.name));
-        CheckNullPointer(info, property.get);
-        for (const LONG value : {LONG_MAX, 17L, 2L, 1L, 0L, -1L, -4L, LONG_MIN}) {
-            CHECK_HR((info.Get()->*property.put)(value), S_OK);
-            CHECK(Value(info, property.get) == std::max(value, LowestOf(property)));
-        }
-    }
-}
-
-TEST_CASE("WindowsPrintInfo_derived_getters_refuse_a_null_pointer") {
-    const auto info = CreateWindowsPrintInfo();
-    CheckNullPointer(info, &IWindowsPrintInfo::get_Xml);
-    CheckNullPointer(info, &IWindowsPrintInfo::get_IsDuplex);
-    CheckNullPointer(info, &IWindowsPrintInfo::get_IsColor);
-    CheckNullPointer(info, &IWindowsPrintInfo::get_IsBooklet);
-    CheckNullPointer(info, &IWindowsPrintInfo::get_JobInfoCopies);
 }
 
 TEST_CASE("WindowsPrintInfo_each_element_is_written_and_read_under_its_name") {

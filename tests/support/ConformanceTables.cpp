@@ -105,14 +105,15 @@ std::vector<Variant> RangeOf(VARTYPE type) {
     if (type == VT_BSTR)
         return Texts();
     if (type == VT_I4)
-        for (const LONG number :
-             {LONG{1}, LONG{0}, LONG{-1}, std::numeric_limits<LONG>::min(), std::numeric_limits<LONG>::max()})
+        // A number that may be too low follows a higher one, so that it must be raised and not only refused.
+        for (const LONG number : {LONG{1}, LONG{-1}, std::numeric_limits<LONG>::max(),
+                                  std::numeric_limits<LONG>::min(), LONG{17}, LONG{0}})
             values.push_back(Variant::Number(number));
     if (type == VT_DATE)
-        for (const DATE date : {1.5, 0.0, -1.25, -657434.0, 2958465.99})
+        for (const DATE date : {1.5, 0.0, -1.25, -657434.0, 2958465.99, 1e300})
             values.push_back(Variant::Date(date));
     if (type == VT_BOOL)
-        for (const int flag : {-1, 0, 1, 2, -32768})
+        for (const int flag : {-1, 0, 1, 0, 2, 0, 256, 0, -32768})
             values.push_back(Variant::Flag(static_cast<VARIANT_BOOL>(flag)));
     return values;
 }
