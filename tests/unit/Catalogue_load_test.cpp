@@ -14,7 +14,7 @@ const std::wstring attributes = L"<PageAttributes/>";
 const std::wstring finishing = L"<FinishingAttributes/>";
 const std::wstring pdls = L"<Pdls><Pdl DbId='9'/><Pdl DbId=\"7\" Default=\"1\">Raw</Pdl></Pdls>";
 
-/// A catalogue with these paper sizes and sections that hold next to nothing.
+/// A catalogue with these paper sizes and otherwise minimal sections.
 std::wstring WithPaperSizes(const std::wstring& sizes) {
     return L"<c><PaperSizes>" + sizes + L"</PaperSizes>" + pairs + attributes + finishing + pdls + L"</c>";
 }
@@ -24,7 +24,7 @@ std::wstring WithPairs(const std::wstring& content) {
            finishing + pdls + L"</c>";
 }
 
-/// Loads the text and returns what was logged.
+/// Loads the text and returns the log lines.
 Lines LoadLog(const std::wstring& text) {
     CatalogueStub file(text);
     JobAttributeCatalogue catalogue;
@@ -118,7 +118,7 @@ TEST_CASE("EnsureLoaded_partly_read_tables_stay_in_use_until_a_load_succeeds") {
     CHECK(catalogue.PaperDbIdFromName(L"P") == 5);
     CHECK(log.TakeLines() == Lines{missing, missing});
 
-    SECTION("a corrupt file leaves the tables alone") {
+    SECTION("a corrupt file leaves the tables unchanged") {
         file.SetText(L"<c>");
         CHECK(catalogue.PaperDbIdFromName(L"P") == 5);
     }
@@ -126,7 +126,7 @@ TEST_CASE("EnsureLoaded_partly_read_tables_stay_in_use_until_a_load_succeeds") {
         file.SetText(L"<c/>");
         CHECK(catalogue.PaperDbIdFromName(L"P") == 0);
     }
-    SECTION("a later section is emptied only when its turn comes") {
+    SECTION("a complete file replaces partly read tables") {
         file.SetText(L"<c>" + size + pairs + attributes + L"<FinishingAttributes/></c>");
         catalogue.EnsureLoaded();
         file.SetText(CatalogueStub::DefaultText());
@@ -237,7 +237,7 @@ TEST_CASE("ReadList_later_entry_of_the_same_name_replaces_the_earlier") {
 }
 
 TEST_CASE("ReadList_attributes_follow_the_parsers_rules") {
-    // A value in single quotes is not found; the code is read as a signed decimal number.
+    // A value in single quotes is not found; codes are signed decimal numbers.
     CatalogueStub file(L"<c><PaperSizes/>" + pairs + attributes + finishing +
                        L"<Pdls><Pdl DbId='9'>Single</Pdl><Pdl DbId=\"3000000000\">Big</Pdl>"
                        L"<Pdl DbId=\"-1\">Minus</Pdl><Pdl DbId=\"0x10\">Hex</Pdl>"

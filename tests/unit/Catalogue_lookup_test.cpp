@@ -11,7 +11,7 @@ using AttributeText::Words;
 
 namespace {
 
-/// A catalogue of the default vocabulary, loaded, and the log from then on.
+/// A loaded catalogue, by default of the stub's vocabulary, and the log since the load.
 struct Loaded {
     Loaded() { catalogue.EnsureLoaded(); }
     explicit Loaded(const std::wstring& text) {
@@ -105,7 +105,7 @@ TEST_CASE("PaperFromDbId_uses_position_then_code_then_position_all_the_same") {
     {
         Loaded t;
         CHECK(t.catalogue.PaperFromDbId(1, paper));
-        CHECK(paper.name == L"A4"); // the name marked as the default, not the first
+        CHECK(paper.name == L"A4"); // the default name, not the first
         CHECK(paper.dimensions == L"2100,2970");
     }
     Loaded t(Changed(L"<PaperSize DbId=\"2\"", L"<PaperSize DbId=\"1\""));
@@ -120,7 +120,7 @@ TEST_CASE("PaperFromDbId_uses_position_then_code_then_position_all_the_same") {
     CHECK(paper.name == L"A3");
     Loaded moved(Changed(L"<PaperSize DbId=\"1\"", L"<PaperSize DbId=\"3\""));
     CHECK(moved.catalogue.PaperFromDbId(3, paper));
-    CHECK(paper.name == L"A3"); // the entry at the position goes before an earlier one
+    CHECK(paper.name == L"A3"); // the entry at this position wins over an earlier entry with the code
     CHECK(moved.catalogue.PaperFromDbId(1, paper));
     CHECK(paper.name == L"A4");
     Loaded crossed(Changed(L"<PaperSize DbId=\"1\"", L"<PaperSize DbId=\"2\""));

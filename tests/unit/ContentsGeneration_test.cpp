@@ -13,7 +13,7 @@ const CCopyLine& OnlyLine(const CJobContents& contents) {
     return contents.JobCopyLines().Line(0);
 }
 
-/// The copy lines that a database text gives.
+/// Generates the contents from a database text with these copy lines.
 CJobContents& FromDB(CJobContents& contents, std::wstring_view copyLines) {
     contents.GenerateContentsFromDBInfo(copyLines, 1, 1, 1, 1);
     return contents;

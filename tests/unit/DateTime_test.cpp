@@ -22,7 +22,7 @@ std::wstring Text(const QxDateTime& time, long milliseconds) {
     return std::wstring(time.Format(milliseconds).view());
 }
 
-/// What the text reads as, written back.
+/// Parses the text and formats the result.
 std::wstring Again(std::wstring_view text) {
     return Text(QxDateTime::Parse(text));
 }
@@ -180,7 +180,7 @@ TEST_CASE("DateTime_order_is_that_of_the_points_in_time") {
     for (const double& a : ascending)
         for (const double& b : ascending)
             CHECK(QxDateTime(a).IsAfter(QxDateTime(b)) == (&a > &b));
-    CHECK_FALSE(QxDateTime(-0.25).IsAfter(QxDateTime(0.25))); // the same time of day zero
+    CHECK_FALSE(QxDateTime(-0.25).IsAfter(QxDateTime(0.25))); // both are 06:00 of day zero
     CHECK_FALSE(QxDateTime(0.25).IsAfter(QxDateTime(-0.25)));
 }
 

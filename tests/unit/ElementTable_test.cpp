@@ -12,7 +12,7 @@ struct Sample {
     std::int32_t number = 7;
     bool flag = true;
     QxDateTime date{40000};
-    QxString log; ///< what the functions of a row saw
+    QxString log; ///< text that ReadOwn found
 
     void WriteOwn(QxXmlWriter& writer) const { writer.Raw(L"<own/>"); }
     void ReadOwn(QxXmlParser& parser, ChildReader& children) {

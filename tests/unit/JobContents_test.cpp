@@ -183,7 +183,7 @@ TEST_CASE("MatchAttributes_sorts_the_words_into_the_jobs_parts") {
     CHECK(match.paperDimensions == L"2159,2794");
     CHECK(match.jobPdl == L"PCL");
     CHECK(match.jobFinishing == L"Staple,Fold");
-    // The color words are cut out before, so that this pair gets its default.
+    // The color words are removed first, so this pair gets its default.
     CHECK(match.pageAttributes == L"Duplex,B&W,Draft");
     CHECK(match.unmatchedAttributes == L"Foo,Bar");
 }
@@ -218,7 +218,7 @@ TEST_CASE("MatchAttributes_second_paper_stays_unmatched") {
 TEST_CASE("MatchAttributes_word_that_stands_twice_is_taken_once_by_its_pair") {
     const auto twice = CJobContents().MatchAttributes(L"duplex,Draft,Duplex,DUPLEX");
     CHECK(twice.pageAttributes == L"Duplex,B&W,Draft");
-    CHECK(twice.unmatchedAttributes == L"Duplex,DUPLEX"); // the first one was taken
+    CHECK(twice.unmatchedAttributes == L"Duplex,DUPLEX"); // the pair took the first
     const auto both = CJobContents().MatchAttributes(L"Duplex,Simplex,Duplex");
     CHECK(both.pageAttributes == L"Simplex,B&W");
     CHECK(both.unmatchedAttributes == L"Duplex");
@@ -230,7 +230,7 @@ TEST_CASE("MatchAttributes_Mono_is_black_and_white_in_exact_case") {
     CHECK(contents.MatchAttributes(L"Mono").pageAttributes == L"B&W");
     CHECK(contents.MatchAttributes(L"Mono").unmatchedAttributes == L"");
     CHECK_FALSE(contents.MatchAttributes(L"Mono").isColor);
-    CHECK(contents.MatchAttributes(L"B&W,Mono").pageAttributes == L"B&W"); // its own word is cut out before
+    CHECK(contents.MatchAttributes(L"B&W,Mono").pageAttributes == L"B&W"); // the literal B&W is removed first
     CHECK(contents.MatchAttributes(L"Mono,Mono").unmatchedAttributes == L"B&W");
     const auto lower = contents.MatchAttributes(L"mono");
     CHECK(lower.pageAttributes == L"");
@@ -242,7 +242,7 @@ TEST_CASE("MatchAttributes_color_is_a_substring_test_in_exact_case") {
     CHECK(CJobContents().MatchAttributes(L"x,HighColor").unmatchedAttributes == L"x,High");
     const auto lower = CJobContents().MatchAttributes(L"color");
     CHECK_FALSE(lower.isColor);
-    CHECK(lower.pageAttributes == L"Simplex,Color"); // the word itself is known in any case
+    CHECK(lower.pageAttributes == L"Simplex,Color"); // the word lookup ignores case
 }
 
 TEST_CASE("MatchAttributes_changes_nothing_in_the_record") {

@@ -24,7 +24,7 @@ QxLogger& Logger() {
     return QxLogger::Instance();
 }
 
-/// Takes other settings and leaves the sinks alone.
+/// Changes the settings and keeps the sinks.
 void SetSettings(const LogSettings& settings) {
     Logger().Change([&](LogConfiguration& configuration) { configuration.settings = settings; });
 }
@@ -41,7 +41,7 @@ LogSettings Enabled() {
     return settings;
 }
 
-/// Logs under a type of its own: the free functions know errors only.
+/// Logs with any type; the free functions log errors only.
 void LogTyped(std::uint32_t type, const wchar_t* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
@@ -49,7 +49,7 @@ void LogTyped(std::uint32_t type, const wchar_t* format, ...) {
     va_end(arguments);
 }
 
-/// Notes its name with each text, in a list that several sinks share.
+/// Appends its name and each text to a list shared by several sinks.
 class TaggingSink final : public QxLog {
 public:
     TaggingSink(std::vector<std::wstring>& texts, const wchar_t* name) : QxLog(name), m_texts(texts) {}
@@ -61,7 +61,7 @@ private:
     std::vector<std::wstring>& m_texts;
 };
 
-/// Raises a message from inside a write, as a file that cannot be closed does.
+/// Logs from inside a write, as a failed close of the file does.
 class LoggingSink final : public QxLog {
 public:
     explicit LoggingSink(int& writes) : QxLog(L"logging"), m_writes(writes) {}
@@ -106,7 +106,7 @@ TEST_CASE("Logger_never_configured_drops_everything") {
 TEST_CASE("Logger_disabled_drops_and_formats_nothing") {
     CapturedLog log;
     SetSettings({});
-    // Formatting this would read from the null pointer.
+    // Formatting this argument would crash.
     LogError(L"%ls", reinterpret_cast<const wchar_t*>(1));
     CHECK(log.Texts().empty());
 }
@@ -155,7 +155,7 @@ TEST_CASE("Logger_category_filter_passes_common_bits_only") {
     LogSettings settings = Enabled();
     settings.categories = LogUtility | 4;
     SetSettings(settings);
-    CHECK(Logger().Accepts(LogCom)); // the mask counts only when its filter is on
+    CHECK(Logger().Accepts(LogCom)); // the mask is ignored unless its filter is on
     settings.filters = LogSettings::ByCategory;
     SetSettings(settings);
     CHECK(Logger().Accepts(LogUtility));
@@ -299,7 +299,7 @@ TEST_CASE("Logger_closed_log_drops_and_can_be_used_again") {
     CHECK(log.Joined() == L"written\n");
 }
 
-/// Disturbs the thread's last error, as system calls in a sink do.
+/// Overwrites the thread's last error, as system calls in a sink do.
 class ErrorSettingSink final : public QxLog {
 public:
     ErrorSettingSink() : QxLog(L"error") {}
@@ -356,7 +356,7 @@ TEST_CASE("Logger_threads_never_mix_lines_while_the_log_is_reconfigured") {
     }
 }
 
-/// Checks that each line has the source name of the sink's own change.
+/// Counts lines that lack the source name set together with this sink.
 class MatchingSink final : public QxLog {
 public:
     MatchingSink(std::wstring header, std::atomic<int>& strangers)
@@ -387,7 +387,7 @@ TEST_CASE("Logger_concurrent_changes_show_a_line_settings_and_sinks_of_one_of_th
         LogError(L"line");
     for (std::thread& thread : threads)
         thread.join();
-    // The line before the first change goes to the sink that was there, which counts none.
+    // Lines before the first change go to CapturedLog's sink, which does not count.
     CHECK(strangers == 0);
     CHECK(Logger().GetSettings().level == 2 * changes);
 }
@@ -405,7 +405,7 @@ TEST_CASE("Lock_is_handed_to_threads_in_the_order_in_which_they_ask") {
             for (int i = 0; i < turns; ++i) {
                 const std::lock_guard<QxLock> guard(lock);
                 order.push_back(t);
-                // Whoever has the lock gives the others time to ask for it.
+                // Gives the other threads time to queue for the lock.
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
             }
         });
@@ -415,7 +415,7 @@ TEST_CASE("Lock_is_handed_to_threads_in_the_order_in_which_they_ask") {
     lock.unlock();
     for (std::thread& thread : waiting)
         thread.join();
-    // Each of them had a turn before any had its second one, and so on.
+    // Round-robin: each thread has its turn n before any has its turn n + 1.
     REQUIRE(order.size() == threads * turns);
     for (std::size_t i = threads; i < order.size() - threads; ++i)
         CHECK(order[i] == order[i - threads]);

@@ -56,7 +56,7 @@ TEST_CASE("LogError_unformattable_argument_logs_the_format_as_it_stands") {
 #endif
 
 TEST_CASE("FormatString_allocation_failure_returns_the_format_and_is_logged") {
-    const std::wstring text(5000, L'x'); // more than one attempt
+    const std::wstring text(5000, L'x'); // outgrows the first buffer
     int failures = 0;
     for (bool happened = true; happened && failures < 100; ++failures) {
         CapturedLog log;
@@ -74,7 +74,7 @@ TEST_CASE("FormatString_allocation_failure_returns_the_format_and_is_logged") {
             CHECK(log.Texts().empty());
         }
     }
-    CHECK(failures >= 3); // the first buffer, a longer one, and the call that went well
+    CHECK(failures >= 3); // first buffer, longer buffer, success
 }
 
 TEST_CASE("FormatString_result_has_no_length_limit") {

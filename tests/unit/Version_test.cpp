@@ -22,7 +22,7 @@ std::wstring Text(const QxString& text) {
     return std::wstring(text.view());
 }
 
-/// The message that parsing the text throws; empty when it does not throw.
+/// The message of the exception that parsing throws; empty if it throws none.
 std::wstring ParseError(std::wstring_view text) {
     try {
         QxVersion version(text, QxVersion::OnError::Throw);

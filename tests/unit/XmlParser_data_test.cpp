@@ -13,7 +13,7 @@ std::wstring DataOf(std::wstring_view text) {
     return std::wstring(parser.GetData().view());
 }
 
-/// The attribute "id" of a start tag with this inside; "(none)" when it is not found.
+/// The attribute "id" of a start tag with this content; "(none)" if not found.
 std::wstring IdOf(const std::wstring& inside) {
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(L"<r " + inside + L"></r>"));
@@ -65,8 +65,8 @@ TEST_CASE("XmlParser_data_of_a_cdata_section_in_double_quotes_is_found") {
     CHECK(DataOf(L"<a>\"<![CDATA[A4]]>\"</a>") == L"A4");
     CHECK(DataOf(L"<a> \r\n\"<![CDATA[<b>&amp;]]>\"</a>") == L"<b>&amp;");
     CHECK(DataOf(L"<a>\"<![CDATA[A4]]> tail\" more</a>") == L"A4");
-    CHECK(DataOf(L"<a>\"<![CDATA[A\"4]]>\"</a>") == L"A\"4"); // the token's beginning decides
-    CHECK(DataOf(L"<a>\"<![CDATA[A4]]></a>") == L"A4");       // a quote that does not end
+    CHECK(DataOf(L"<a>\"<![CDATA[A\"4]]>\"</a>") == L"A\"4"); // the start of the token decides
+    CHECK(DataOf(L"<a>\"<![CDATA[A4]]></a>") == L"A4");       // unterminated quote
     CHECK(DataOf(L"<a>\"<![CDATA[]]></a>").empty());
     CHECK(DataOf(L"<a>\"<![CDATA[1]]></a>") == L"1");
     QxXmlParser parser;

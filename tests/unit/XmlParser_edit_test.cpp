@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The document is what is expected, and a parse of it gives the same positions.
+/// Checks the document and that a fresh parse of it gives the same positions.
 void CheckDocument(const QxXmlParser& parser, std::wstring_view expected) {
     CHECK(parser.GetDocument() == expected);
     QxXmlParser again;
@@ -193,7 +193,7 @@ TEST_CASE("XmlParser_edits_take_pieces_of_the_document_itself") {
 
 namespace {
 
-/// One edit or move, chosen at random.
+/// Does one random edit or move.
 void Step(QxXmlParser& parser, Choices& choices) {
     static constexpr std::wstring_view Names[] = {L"a", L"bc", L"n:def", L"ghijklmnop"};
     static constexpr std::wstring_view Texts[] = {L"", L"x", L"<&>'\"", L"some longer text, to move much"};

@@ -12,7 +12,7 @@ namespace {
 
 using ElemPos = QxXmlParser::ElemPos;
 
-/// Parses a text that must fail and gives the error text.
+/// Parses a text that must fail and returns the error text.
 std::wstring ErrorOf(std::wstring_view text) {
     QxXmlParser parser;
     REQUIRE_FALSE(parser.SetDocument(text));
@@ -32,7 +32,7 @@ void CheckPosition(const QxXmlParser& parser, std::size_t index,
     CHECK(found == std::vector<std::int32_t>(expected));
 }
 
-/// Parses a text that must be one element and gives its tag name.
+/// Parses a text that must be one element and returns its tag name.
 std::wstring TagNameOf(std::wstring_view text) {
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(text));
@@ -270,7 +270,7 @@ TEST_CASE("XmlParser_every_prefix_of_a_print_job_fails_cleanly") {
     const std::wstring text = ReadTestData("print_job_full.xml");
     QxXmlParser parser;
     for (std::size_t length = 0; length < text.size(); ++length) {
-        // A text of its own, so that a memory checker sees any read behind it.
+        // A copy, so that a memory checker sees any read past its end.
         const std::wstring prefix = text.substr(0, length);
         INFO(length);
         REQUIRE_FALSE(parser.SetDocument(prefix));

@@ -10,7 +10,7 @@ using QxXmlScan::Token;
 
 namespace {
 
-/// The tokens of a text; a quoted one stands in quotes.
+/// The tokens of a text; quoted tokens keep their quotes.
 std::vector<std::wstring> TokensOf(std::wstring_view text) {
     std::vector<std::wstring> tokens;
     for (Token token; QxXmlScan::NextToken(text, token);) {

@@ -38,7 +38,7 @@ TEST_CASE("XmlText_attribute_escapes_five_characters") {
 }
 
 TEST_CASE("XmlText_escapes_at_every_place_of_a_text") {
-    // Long texts are searched in blocks, whose edges must not hide a character.
+    // Long texts are searched in blocks; a character at a block's edge must be found.
     for (std::size_t length = 1; length <= 40; ++length) {
         for (std::size_t at = 0; at < length; ++at) {
             CAPTURE(length, at);

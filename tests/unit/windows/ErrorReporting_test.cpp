@@ -14,7 +14,7 @@ constexpr wchar_t source[] = L"CTestImpl::get_Xml";
 
 using Lines = std::vector<std::wstring>;
 
-/// Takes the calling thread's error information.
+/// Takes the thread's error information.
 ComPtr<IErrorInfo> TakeInfo() {
     ComPtr<IErrorInfo> info;
     GetErrorInfo(0, info.Put());
@@ -44,7 +44,7 @@ ComPtr<IErrorInfo> ForeignInfo() {
     return info;
 }
 
-/// The system's text without its line end; empty if it has none.
+/// The system's text without its line end; empty if there is none.
 std::wstring SystemText(HRESULT code) {
     wchar_t buffer[512];
     const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
@@ -59,7 +59,7 @@ std::wstring SystemText(HRESULT code) {
     return text;
 }
 
-/// An object with or without error information for one interface.
+/// An object with or without ISupportErrorInfo.
 struct FailingObject : ISupportErrorInfo {
     bool explains = true;
 
@@ -249,7 +249,7 @@ TEST_CASE("ComError_message_of_a_code_without_a_system_text_names_the_code") {
     };
     for (const auto& row : rows) {
         INFO(row.code);
-        // Only where this system has no text of its own.
+        // This system must have no text for the code.
         REQUIRE(SystemText(static_cast<HRESULT>(row.code)).empty());
         CHECK(ComError(static_cast<HRESULT>(row.code)).Message() == row.text);
     }

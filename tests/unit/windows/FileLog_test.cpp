@@ -19,7 +19,7 @@ QxLogPtr NewLog(const std::wstring& path, std::uint32_t maxFileSize = 0) {
     return QxLogPtr(new QxFileLog(path, maxFileSize));
 }
 
-/// A line that takes that many UTF-16 units in the file, its line end included.
+/// A line that takes this many UTF-16 units in the file, including its line end.
 std::wstring LineOfUnits(std::size_t units) {
     return std::wstring(units - 2, L'x') + L"\n";
 }
@@ -47,7 +47,7 @@ std::vector<std::wstring> LinesOf(const std::wstring& text) {
     return lines;
 }
 
-/// Takes the lock that appending takes, as a process does that was stopped in the middle of a write.
+/// Holds the append lock, like a process stopped in the middle of a write.
 QxKernelHandle HoldAppendLock(const std::wstring& path) {
     QxKernelHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                     OPEN_ALWAYS, 0, nullptr));
@@ -57,7 +57,7 @@ QxKernelHandle HoldAppendLock(const std::wstring& path) {
     return file;
 }
 
-/// Opens the file as another program does that shares it in this way only.
+/// Opens the file like another program that shares it only in this way.
 QxKernelHandle KeepFileFromOthers(const std::wstring& path, DWORD sharing = 0) {
     QxKernelHandle file(
         CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, sharing, nullptr, OPEN_ALWAYS, 0, nullptr));
@@ -65,7 +65,7 @@ QxKernelHandle KeepFileFromOthers(const std::wstring& path, DWORD sharing = 0) {
     return file;
 }
 
-/// What a process has open that renames the file.
+/// The handles of a process that is renaming the file.
 struct Renaming {
     QxKernelHandle exclusive;
     QxKernelHandle mark;
@@ -91,7 +91,7 @@ DWORD WINAPI EndAfterAWhile(void* renaming) {
     return 0;
 }
 
-/// The milliseconds that a call takes.
+/// Milliseconds that the call takes.
 template<class Call>
 DWORD Duration(Call call) {
     const DWORD start = GetTickCount();
@@ -99,11 +99,11 @@ DWORD Duration(Call call) {
     return GetTickCount() - start;
 }
 
-/// What a caller does not notice, on a busy machine.
+/// Milliseconds that no caller notices on a busy machine.
 constexpr DWORD unnoticed = 500;
 
-/// Where two other processes are at work as soon as this one has closed the file in order to rename it: the
-/// first renames it, without a mark as it may not read the file; the second begins a new one.
+/// If set, two other processes act as soon as this one has closed this file to rename it: the first renames
+/// it, without a mark because it may not read the file; the second starts a new file.
 std::wstring othersPath;
 BOOL(WINAPI* closeHandle)(HANDLE) = nullptr;
 
@@ -292,7 +292,7 @@ TEST_CASE("FileLog_stopped_writer_delays_one_line_and_hangs_none") {
 TEST_CASE("FileLog_writer_stopped_in_the_queue_delays_one_line_and_loses_none") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
-    // As a process that was stopped while it waited: it has a place in the queue, not the right to append.
+    // Like a process stopped while it waits: it holds a place in the queue, but not the append lock.
     QxKernelHandle holder(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                       nullptr, OPEN_ALWAYS, 0, nullptr));
     OVERLAPPED place{};

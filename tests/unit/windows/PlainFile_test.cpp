@@ -5,11 +5,11 @@
 
 #include <catch2/catch.hpp>
 
-// The log is written wherever its path leads, but not through a link in the file's own place.
+// The log follows links in its path, but is not written if the file itself is a link.
 
 namespace {
 
-/// A link to a folder, made when the tests were configured, and the folder itself.
+/// A symlink to a folder, created when the build was configured, and the folder itself.
 const std::wstring linkedFolder = L"" LINKED_FOLDER "\\linked", plainFolder = L"" LINKED_FOLDER "\\plain";
 
 void WriteLine(const std::wstring& path, std::uint32_t maxFileSize = 0) {
@@ -17,7 +17,7 @@ void WriteLine(const std::wstring& path, std::uint32_t maxFileSize = 0) {
     log->Write(L"line\n");
 }
 
-/// The file's name without what earlier runs left.
+/// Deletes the file of an earlier run and returns its path.
 std::wstring NewName(const std::wstring& path) {
     DeleteFileW(path.c_str());
     REQUIRE(!FileExists(path));
@@ -37,7 +37,7 @@ decltype(&GetFileInformationByHandle) fileInformation = nullptr;
 
 DWORD toldTag = 0;
 
-/// As for a file with a reparse point.
+/// Reports every file as a reparse point.
 BOOL WINAPI TellOfReparsePoint(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) {
     const BOOL result = fileInformation(file, information);
     information->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
@@ -69,7 +69,7 @@ void* Address(Function function) {
     return reinterpret_cast<void*>(function);
 }
 
-/// While it lives, every file has a reparse point, of the kind that the second function tells.
+/// During its lifetime, every file is a reparse point, with the tag that the given function reports.
 struct ReparsePoints {
     explicit ReparsePoints(decltype(&TellTag) tellTag)
         : attributes(GetModuleHandleW(nullptr), "GetFileInformationByHandle", Address(TellOfReparsePoint)),
@@ -88,7 +88,7 @@ std::wstring FullPath(const std::wstring& path) {
 } // namespace
 
 TEST_CASE("FileLog_on_a_drive_whose_root_is_a_reparse_point_is_written") {
-    // Such is the drive of the build: the test below would show nothing otherwise.
+    // The build's drive must have such a root; otherwise the test shows nothing.
     const std::wstring path = FullPath(NewName(plainFolder + L"\\plain.log"));
     REQUIRE((GetFileAttributesW(path.substr(0, 3).c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
     for (const std::wstring& name : {path, L"\\\\?\\" + path}) {

@@ -10,11 +10,11 @@
 
 namespace {
 
-/// The process's own: tests run at the same time.
+/// One key per process, because tests run in parallel.
 const std::wstring testKeyPath = L"Software\\JobObjectsRegistryTest" + std::to_wstring(GetCurrentProcessId());
 const wchar_t* const testKey = testKeyPath.c_str();
 
-/// What the value reads as; "unchanged" when reading fails.
+/// The value's text; "unchanged" if reading fails.
 std::wstring StringOf(QxRegistryHdl& key, const wchar_t* name) {
     QxString value = L"unchanged";
     const bool read = key.ReadString(name, value);

@@ -12,7 +12,7 @@ namespace {
 int closed = 0;
 DWORD refusal = 0;
 
-/// Counts the calls and refuses with the given error.
+/// Counts the calls and fails with the given error.
 struct TestCloser {
     static bool Close(HANDLE) noexcept {
         ++closed;
@@ -80,7 +80,7 @@ TEST_CASE("THandle_move_hands_the_handle_over") {
     CHECK(second.IsOpen());
     TestHandle third(reinterpret_cast<HANDLE>(0x99));
     third = std::move(second);
-    CHECK(closed == 1); // the one that third held
+    CHECK(closed == 1); // third's old handle
     CHECK(second.Get() == nullptr);
     CHECK(third.Get() == reinterpret_cast<HANDLE>(0x1234));
 }

@@ -5,8 +5,8 @@
 
 #include <windows.h>
 
-/// A registry key of the current user's that goes away with its values. It is new: what a test that was cut
-/// off has left under the name goes away first.
+/// A new key under HKEY_CURRENT_USER; the destructor deletes it. The constructor deletes what an aborted test
+/// left.
 class TestKey {
 public:
     explicit TestKey(const wchar_t* path) : m_path(path) {
