@@ -79,10 +79,10 @@ bool ReferenceParse::NextToken(std::int32_t& at, std::wstring_view& token, bool&
     return true;
 }
 
-bool ReferenceParse::Fail(std::wstring_view before, std::int32_t element, std::wstring_view behind) {
+bool ReferenceParse::Fail(std::wstring_view before, std::int32_t element, std::wstring_view after) {
     m_error = before;
     if (element != 0)
-        m_error.append(TagName(static_cast<std::size_t>(element))).append(behind);
+        m_error.append(TagName(static_cast<std::size_t>(element))).append(after);
     return false;
 }
 

@@ -35,7 +35,7 @@ private:
     bool FindStartTag(std::int32_t element, std::int32_t parent, std::int32_t& close, bool& isEndTag);
     bool ParseChildren(std::int32_t element);
     bool ParseEndTag(std::int32_t element);
-    bool Fail(std::wstring_view before, std::int32_t element = 0, std::wstring_view behind = {});
+    bool Fail(std::wstring_view before, std::int32_t element = 0, std::wstring_view after = {});
     std::int32_t Find(std::wstring_view part, std::int32_t from) const;
     bool NextToken(std::int32_t& at, std::wstring_view& token, bool& quoted) const;
     ElemPos& At(std::int32_t element) { return m_positions[static_cast<std::size_t>(element)]; }

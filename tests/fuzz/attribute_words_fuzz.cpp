@@ -42,7 +42,8 @@ void CheckWords(std::wstring_view text) {
           catalogue.PdlDbIdFromName(text), catalogue.PaperDbIdFromName(text)})
         CheckCodes(code);
     const std::wstring joined = AttributeText::Join(AttributeText::Split(text));
-    Require(AttributeText::Join(AttributeText::Split(joined)) == joined, "splitting joined words changes them");
+    Require(AttributeText::Join(AttributeText::Split(joined)) == joined,
+            "splitting joined words changes them");
     const std::wstring without = AttributeText::Without(text, {L"Color"});
     Require(without.find(L",,,") == std::wstring::npos || text.find(L",,") != std::wstring_view::npos,
             "added commas");

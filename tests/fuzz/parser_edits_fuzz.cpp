@@ -68,7 +68,8 @@ bool Apply(QxXmlParser& parser, unsigned char command) {
     switch (command & 7) {
     case 0:
         parser.AddElement(name, value);
-        Require(parser.GetTagName() == name && parser.GetData() == value, "an added element reads differently");
+        Require(parser.GetTagName() == name && parser.GetData() == value,
+                "an added element reads differently");
         return true;
     case 1:
         if (!parser.AddChildElement(name, value))

@@ -43,7 +43,7 @@ void CheckPosition(const QxXmlParser& parser, std::size_t element) {
             "the scan position is not at the next tag");
     if (at.parent != 0)
         Require(at.startTagOpen > all[at.parent].startTagClose && at.endTagClose < all[at.parent].endTagOpen,
-                "an element lies outside its parent");
+                "an element is outside its parent");
     if (at.nextSibling != 0)
         Require(all[at.nextSibling].startTagOpen >= at.scanPos && all[at.nextSibling].parent == at.parent,
                 "siblings overlap or differ in their parent");

@@ -48,7 +48,7 @@ TEST_CASE("JobContents_counts_below_zero_are_stored_as_zero") {
     CHECK(contents.JobCopies() == 0);
 }
 
-TEST_CASE("JobContents_IsPdlEMF_is_a_substring_test_in_exact_case") {
+TEST_CASE("JobContents_IsPdlEMF_is_a_case_sensitive_substring_test") {
     CJobContents contents;
     for (const wchar_t* pdl : {L"EMF", L"NT EMF 1.008", L"xEMFx", L"PCL,EMF"}) {
         contents.SetJobPdl(pdl);
@@ -175,7 +175,7 @@ TEST_CASE("JobContents_without_copy_lines_reads_the_rest_and_then_fails") {
     CHECK(contents.Version().AsString() == L"3.0");
 }
 
-TEST_CASE("MatchAttributes_sorts_the_words_into_the_jobs_parts") {
+TEST_CASE("MatchAttributes_assigns_each_word_to_its_property") {
     const CJobContents contents;
     const auto match = contents.MatchAttributes(L"LETTER,Color,pcl,duplex,staple,FOLD,draft,Foo,Bar");
     CHECK(match.isColor);
@@ -188,7 +188,7 @@ TEST_CASE("MatchAttributes_sorts_the_words_into_the_jobs_parts") {
     CHECK(match.unmatchedAttributes == L"Foo,Bar");
 }
 
-TEST_CASE("MatchAttributes_empty_text_gives_the_defaults") {
+TEST_CASE("MatchAttributes_empty_text_returns_the_defaults") {
     CJobContents contents;
     auto match = contents.MatchAttributes(L"");
     CHECK_FALSE(match.isColor);
@@ -215,7 +215,7 @@ TEST_CASE("MatchAttributes_second_paper_stays_unmatched") {
     CHECK(match.unmatchedAttributes == L"A4");
 }
 
-TEST_CASE("MatchAttributes_word_that_stands_twice_is_taken_once_by_its_pair") {
+TEST_CASE("MatchAttributes_duplicate_word_is_taken_once_by_its_pair") {
     const auto twice = CJobContents().MatchAttributes(L"duplex,Draft,Duplex,DUPLEX");
     CHECK(twice.pageAttributes == L"Duplex,B&W,Draft");
     CHECK(twice.unmatchedAttributes == L"Duplex,DUPLEX"); // the pair took the first
@@ -224,7 +224,7 @@ TEST_CASE("MatchAttributes_word_that_stands_twice_is_taken_once_by_its_pair") {
     CHECK(both.unmatchedAttributes == L"Duplex");
 }
 
-TEST_CASE("MatchAttributes_Mono_is_black_and_white_in_exact_case") {
+TEST_CASE("MatchAttributes_Mono_is_black_and_white_case_sensitively") {
     CJobContents contents;
     contents.SetGenerateDefaultPageAttributes(false);
     CHECK(contents.MatchAttributes(L"Mono").pageAttributes == L"B&W");
@@ -237,7 +237,7 @@ TEST_CASE("MatchAttributes_Mono_is_black_and_white_in_exact_case") {
     CHECK(lower.unmatchedAttributes == L"mono");
 }
 
-TEST_CASE("MatchAttributes_color_is_a_substring_test_in_exact_case") {
+TEST_CASE("MatchAttributes_color_is_a_case_sensitive_substring_test") {
     CHECK(CJobContents().MatchAttributes(L"x,HighColor").isColor);
     CHECK(CJobContents().MatchAttributes(L"x,HighColor").unmatchedAttributes == L"x,High");
     const auto lower = CJobContents().MatchAttributes(L"color");

@@ -118,7 +118,7 @@ TEST_CASE("Logger_message_is_one_line") {
     CHECK(log.Texts() == std::vector<std::wstring>{L"text wide, number 5\n", L"utility\n"});
 }
 
-TEST_CASE("Logger_header_takes_the_settings") {
+TEST_CASE("Logger_header_follows_the_settings") {
     CapturedLog log;
     LogSettings settings = Enabled();
     settings.options = LogFormat::Category | LogFormat::TypeLetter | LogFormat::SourceName;
@@ -136,7 +136,7 @@ TEST_CASE("Logger_general_category_alone_leaves_empty_brackets") {
     CHECK(log.Joined() == L"[] text\n");
 }
 
-TEST_CASE("Logger_time_and_process_stand_in_the_header") {
+TEST_CASE("Logger_header_shows_time_and_process") {
     CapturedLog log(LogFormat::TimeStamp | LogFormat::ProcessId | LogFormat::ThreadId);
     LogError(L"text");
     const std::wstring line = log.Joined();
@@ -182,7 +182,7 @@ TEST_CASE("Logger_type_filter_needs_the_error_bit") {
     CHECK(log.Joined() == L"passes\n");
 }
 
-TEST_CASE("Logger_level_takes_no_part_in_filtering") {
+TEST_CASE("Logger_level_does_not_filter") {
     CapturedLog log;
     LogSettings settings = Enabled();
     settings.level = 0xFFFFFFFF;
@@ -206,7 +206,7 @@ TEST_CASE("Logger_data_block_follows_its_line") {
     CHECK(log.Texts()[4] == L"empty block\n");
 }
 
-TEST_CASE("Logger_data_block_is_cut_at_the_configured_size") {
+TEST_CASE("Logger_data_block_is_truncated_at_the_configured_size") {
     CapturedLog log;
     LogSettings settings = Enabled();
     settings.maxDataSize = 1;
@@ -258,7 +258,7 @@ TEST_CASE("Logger_removed_sinks_are_released") {
     CHECK(destroyed == 2);
 }
 
-TEST_CASE("Logger_change_that_fails_changes_nothing") {
+TEST_CASE("Logger_failed_change_has_no_effect") {
     CapturedLog log;
     int destroyed = 0;
     CHECK_THROWS_AS(Logger().Change([&](LogConfiguration& configuration) {
@@ -283,7 +283,7 @@ TEST_CASE("Logger_message_raised_inside_a_write_is_dropped") {
     CHECK(writes == 2);
 }
 
-TEST_CASE("Logger_very_long_message_is_written_whole") {
+TEST_CASE("Logger_very_long_message_is_written_completely") {
     CapturedLog log;
     const std::wstring text(70000, L'x');
     LogError(L"%ls", text.c_str());
@@ -312,7 +312,7 @@ public:
     }
 };
 
-TEST_CASE("Logger_last_error_of_the_caller_is_kept") {
+TEST_CASE("Logger_keeps_the_last_error_of_the_caller") {
     CapturedLog log;
     AddSink(std::make_shared<ErrorSettingSink>());
 #ifdef _WIN32
@@ -368,7 +368,7 @@ private:
     std::atomic<int>& m_strangers;
 };
 
-TEST_CASE("Logger_concurrent_changes_show_a_line_settings_and_sinks_of_one_of_them") {
+TEST_CASE("Logger_line_during_concurrent_changes_uses_settings_and_sinks_of_one_change") {
     constexpr int changes = 500;
     CapturedLog log(LogFormat::SourceName);
     std::atomic<int> strangers{0};
@@ -392,7 +392,7 @@ TEST_CASE("Logger_concurrent_changes_show_a_line_settings_and_sinks_of_one_of_th
     CHECK(Logger().GetSettings().level == 2 * changes);
 }
 
-TEST_CASE("Lock_is_handed_to_threads_in_the_order_in_which_they_ask") {
+TEST_CASE("Lock_serves_threads_in_order_of_arrival") {
     constexpr int threads = 4, turns = 50;
     QxLock lock;
     std::vector<int> order;

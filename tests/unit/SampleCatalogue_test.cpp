@@ -106,14 +106,14 @@ bool SizeInName(std::wstring_view name, long& x, long& y) {
 
 } // namespace
 
-TEST_CASE("SampleCatalogue_loads_without_a_message") {
+TEST_CASE("SampleCatalogue_loads_without_a_log_line") {
     CapturedLog log;
     CatalogueTables tables;
     CHECK(ReadCatalogue(ShippedText(), tables));
     CHECK(log.TakeLines().empty());
 }
 
-TEST_CASE("SampleCatalogue_no_name_is_defined_twice") {
+TEST_CASE("SampleCatalogue_has_no_duplicate_names") {
     CHECK(Shipped().paperSizes.size() == CountOf(L"<PaperSize "));
     CHECK(Shipped().paperNames.size() == CountOf(L"<PaperName "));
     CHECK(Shipped().pageAttributes.size() == CountOf(L"<PageAttribute "));
@@ -126,7 +126,7 @@ TEST_CASE("SampleCatalogue_no_name_is_defined_twice") {
     }
 }
 
-TEST_CASE("SampleCatalogue_words_survive_the_lists_they_stand_in") {
+TEST_CASE("SampleCatalogue_words_survive_comma_separated_lists") {
     for (const QxString& word : AllWords()) {
         const std::wstring_view text = word;
         INFO(std::string(text.begin(), text.end()));
@@ -159,7 +159,7 @@ TEST_CASE("SampleCatalogue_each_paper_has_one_default_name_and_portrait_dimensio
     }
 }
 
-TEST_CASE("SampleCatalogue_A4_is_the_one_default_paper") {
+TEST_CASE("SampleCatalogue_A4_is_the_only_default_paper") {
     const auto& sizes = Shipped().paperSizes;
     CHECK(std::count_if(sizes.begin(), sizes.end(),
                         [](const PaperSizeEntry& size) { return size.isDefault; }) == 1);
@@ -184,7 +184,7 @@ TEST_CASE("SampleCatalogue_standard_names_agree_with_the_dimensions") {
     CHECK(compared > 50);
 }
 
-TEST_CASE("SampleCatalogue_names_that_are_easily_confused_are_told_apart") {
+TEST_CASE("SampleCatalogue_similar_names_resolve_to_the_right_sizes") {
     CHECK(PaperCode(L"B4") == PaperCode(L"JIS B4"));
     CHECK(PaperCode(L"B5") == PaperCode(L"B5 (JIS)"));
     CHECK(PaperCode(L"ISO B4") != PaperCode(L"JIS B4"));

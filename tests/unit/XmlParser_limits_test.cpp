@@ -173,7 +173,7 @@ TEST_CASE("XmlParser_building_by_appending_children_takes_linear_time") {
         10000);
 }
 
-TEST_CASE("XmlParser_large_text_needs_at_most_36_bytes_an_element_over_its_length") {
+TEST_CASE("XmlParser_large_text_needs_at_most_36_bytes_per_element_above_its_length") {
     constexpr std::size_t Count = 100000;
     const std::wstring text = L"<r>" + Repeated(GENERATE(L"<a/>", L"<b>12</b>"), Count - 1) + L"</r>";
     const std::size_t before = Allocations::BytesRequested();
@@ -184,7 +184,7 @@ TEST_CASE("XmlParser_large_text_needs_at_most_36_bytes_an_element_over_its_lengt
     CHECK(bytes <= text.size() * sizeof(wchar_t) + 36 * Count);
 }
 
-TEST_CASE("XmlParser_used_again_keeps_its_buffers") {
+TEST_CASE("XmlParser_reused_parser_keeps_its_buffers") {
     const std::wstring text = L"<r>" + Repeated(L"<a>1</a>", 100) + L"</r>";
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(text));

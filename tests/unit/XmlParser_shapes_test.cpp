@@ -130,7 +130,7 @@ std::size_t LargestSize() {
 
 } // namespace
 
-TEST_CASE("XmlParser_time_and_memory_of_an_element_do_not_grow_with_the_document") {
+TEST_CASE("XmlParser_time_and_memory_per_element_do_not_grow_with_the_document") {
     const Shape& shape = GENERATE(from_range(std::begin(Shapes), std::end(Shapes)));
     const bool isLong = LargestSize() > 4;
     std::deque<Sample> samples;

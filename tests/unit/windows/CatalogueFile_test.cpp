@@ -68,7 +68,7 @@ TEST_CASE("ReadCatalogueFile_missing_file_is_logged_with_path_and_reason") {
     CHECK(log.TakeLines() == Lines{FailureLine(module.CataloguePath(), ERROR_FILE_NOT_FOUND)});
 }
 
-TEST_CASE("ReadCatalogueFile_byte_order_mark_decides_the_encoding") {
+TEST_CASE("ReadCatalogueFile_byte_order_mark_selects_the_encoding") {
     const LoadedModule module;
     std::wstring text;
     module.Write("<a>\xC3\xA4</a>");
@@ -90,7 +90,7 @@ TEST_CASE("ReadCatalogueFile_empty_file_is_read_as_empty_text") {
     CHECK(text.empty());
 }
 
-TEST_CASE("ReadCatalogueFile_file_that_another_writes_is_read") {
+TEST_CASE("ReadCatalogueFile_file_open_for_writing_elsewhere_is_read") {
     const LoadedModule module;
     const QxKernelHandle writer = module.Write("<open/>");
     std::wstring text;
@@ -98,7 +98,7 @@ TEST_CASE("ReadCatalogueFile_file_that_another_writes_is_read") {
     CHECK(text == L"<open/>");
 }
 
-TEST_CASE("ReadCatalogueFile_file_that_another_locks_is_refused") {
+TEST_CASE("ReadCatalogueFile_file_locked_elsewhere_is_refused") {
     const LoadedModule module;
     module.Write("<a/>");
     const QxKernelHandle locked(
@@ -110,7 +110,7 @@ TEST_CASE("ReadCatalogueFile_file_that_another_locks_is_refused") {
     CHECK(log.TakeLines() == Lines{FailureLine(module.CataloguePath(), ERROR_SHARING_VIOLATION)});
 }
 
-TEST_CASE("ReadCatalogueFile_folder_of_that_name_is_refused") {
+TEST_CASE("ReadCatalogueFile_folder_with_the_name_is_refused") {
     const LoadedModule module;
     REQUIRE(CreateDirectoryW(module.CataloguePath().c_str(), nullptr));
     std::wstring text;

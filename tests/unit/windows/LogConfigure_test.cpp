@@ -167,7 +167,7 @@ TEST_CASE("Configure_unchanged_file_stays_open") {
     CHECK(FileText(log.path) == L"first\r\nsecond\r\n");
 }
 
-TEST_CASE("Configure_log_in_a_missing_folder_never_disturbs_the_caller") {
+TEST_CASE("Configure_log_in_a_missing_folder_never_affects_the_caller") {
     LogKey log;
     log.key.Put(L"Enabled", 1u);
     log.key.Put(L"FileName", log.folder.File(L"missing\\a.log"));
@@ -188,7 +188,7 @@ DWORD WINAPI ConfigureOften(void* key) {
 
 } // namespace
 
-TEST_CASE("Configure_at_the_same_time_shows_a_line_the_values_of_one_key") {
+TEST_CASE("Configure_line_during_concurrent_changes_uses_the_values_of_one_key") {
     LogKey log;
     const std::wstring keys[] = {baseKey + L"\\A", baseKey + L"\\B"};
     const std::wstring paths[] = {log.folder.File(L"A.log"), log.folder.File(L"B.log")};
