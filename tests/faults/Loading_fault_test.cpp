@@ -25,8 +25,7 @@ TEST_CASE("Faults_in_the_first_object_of_every_class_are_survived") {
         ComPtr<IUnknown> object;
         const auto prepare = [&] {
             library.Load();
-            // Creates the jobs' child class first: if its class object failed, COM would search for other
-            // servers.
+            // Creates the jobs' child first: if its class object failed, COM would try other servers.
             if (each.name != "JobContents")
                 CreateJobContents();
         };

@@ -180,8 +180,7 @@ bool IsAbsorbed(const std::string& name, const FaultRun& run) {
 }
 
 std::optional<HRESULT> OwnResult(const std::string& name, const FaultRun& run) {
-    // A job whose optional child cannot be created has none; reading the child's XML then meets a null
-    // pointer.
+    // A job whose optional child cannot be created has a null child, which reading XML then meets.
     static const std::set<std::string> creation = {"malloc", "CLSIDFromProgID", "CoCreateInstance", "OleRun"};
     if (name == "IPrintJob.Xml" && creation.count(run.name) == 1)
         return E_POINTER;

@@ -7,8 +7,7 @@
 
 #include <cstdio>
 
-// Every member of every interface, on a new and on a filled object: each call that the member makes fails
-// once.
+// Every member of every interface, on a new and on a filled object: each call it makes fails once.
 
 namespace {
 

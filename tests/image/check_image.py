@@ -105,7 +105,8 @@ class Frames:
         letters = data[offset + 9:data.index(b"\0", offset + 9)].decode()
         if zero or version != 1 or letters not in ("", "zR", "zPR", "zPLR"):
             raise ValueError(f"unwind table of version {version} with the letters {letters!r}")
-        # After alignments, return address register and length, one byte each: encodings of handler, language data, start.
+        # Alignments, return address register and length, one byte each, precede these encodings of handler, language
+        # data and start.
         values = data[offset + 9 + len(letters) + 1 + 4:offset + 4 + length]
         return values[{"zR": 0, "zPR": 5, "zPLR": 6}[letters]] if letters else ABSOLUTE
 

@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-/// Damages the golden documents. A document depends only on the seed and its number, so that a failure can be
-/// reproduced.
+/// Damages the golden documents. A document depends only on seed and number, so failures can be reproduced.
 class DocumentMutator {
 public:
     explicit DocumentMutator(std::uint32_t seed);

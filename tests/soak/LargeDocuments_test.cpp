@@ -134,8 +134,7 @@ DWORD WINAPI RunSmallThread(void* argument) {
     return 0;
 }
 
-/// Runs the work in a new apartment on a thread with this stack. The work may assert, because the caller
-/// waits.
+/// Runs the work in a new apartment on a thread with this stack. It may assert, because the caller waits.
 void RunOnSmallStack(SIZE_T stack, const std::function<void()>& work) {
     SmallThread thread{work};
     const HANDLE handle =

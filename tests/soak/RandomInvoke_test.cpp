@@ -235,8 +235,7 @@ TEST_CASE("Invoke_of_every_class_survives_any_arguments") {
     std::printf("fitting calls: %s\nany calls: %s\n", Growth(before, between).c_str(),
                 Growth(between, after).c_str());
     CHECK_NO_GROWTH(before, between);
-    // The heap is not compared: Wine's type information leaks converted arguments when it then refuses the
-    // call.
+    // The heap is not compared: Wine's type information leaks converted arguments of refused calls.
     CHECK(after.handles <= between.handles);
     CHECK(after.tlsSlots <= between.tlsSlots);
     for (const HRESULT expected : {S_OK, DISP_E_EXCEPTION, DISP_E_TYPEMISMATCH, DISP_E_MEMBERNOTFOUND})

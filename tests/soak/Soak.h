@@ -2,8 +2,7 @@
 
 #include <cstdint>
 
-// Shared by the long-running tests. Each has a small default count; run.sh sets larger ones in environment
-// variables.
+// Shared by the long-running tests. Each has a small default count; run.sh sets larger ones.
 
 /// The count in the environment variable, or the default.
 int SoakCount(const char* variable, int everyDay);

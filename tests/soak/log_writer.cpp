@@ -1,5 +1,4 @@
-// A client that fills the log: log_writer <name> <threads> <lines> <padding>. With 0 lines it writes until it
-// is killed.
+// A client that fills the log: log_writer <name> <threads> <lines> <padding>. 0 lines: writes until killed.
 //
 // Each thread puts texts into a print job, which refuses them and logs a part of the text: here
 // "<name>.<thread>.<number>:" and up to <padding> letters. The exit code is the longest call in milliseconds;

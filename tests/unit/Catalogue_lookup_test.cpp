@@ -140,7 +140,7 @@ TEST_CASE("PaperFromDbId_code_at_another_position_is_found") {
     CHECK(paper.name == L"A4");
 }
 
-TEST_CASE("PaperFromDbId_beyond_the_number_of_sizes_is_refused") {
+TEST_CASE("PaperFromDbId_out_of_range_is_refused") {
     Loaded t;
     JobAttributeCatalogue::Paper paper;
     CHECK_FALSE(t.catalogue.PaperFromDbId(0, paper));

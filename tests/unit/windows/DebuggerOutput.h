@@ -19,8 +19,7 @@ public:
     std::vector<std::string> lines;
 
 private:
-    /// The system raises the wide form first, then the narrow one, whose first two parameters are length and
-    /// text.
+    /// The system raises the wide form first, then the narrow one with the parameters length and text.
     static LONG CALLBACK Note(EXCEPTION_POINTERS* pointers) {
         constexpr DWORD printException = 0x40010006;
         const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;

@@ -5,8 +5,7 @@
 
 #include <windows.h>
 
-/// A new key under HKEY_CURRENT_USER; the destructor deletes it. The constructor deletes what an aborted test
-/// left.
+/// A key under HKEY_CURRENT_USER, empty even after an aborted test; the destructor deletes it.
 class TestKey {
 public:
     explicit TestKey(const wchar_t* path) : m_path(path) {
