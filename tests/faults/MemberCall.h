@@ -58,7 +58,7 @@ private:
     HRESULT m_result = E_FAIL;
 };
 
-/// Whether a failure may leave the object partly changed: reading XML is not transactional.
+/// Whether a failure may leave the object partly changed: reading and generating are not transactional.
 bool MayStopHalfway(const std::string& name, const Member& member);
 
 /// Whether the member succeeds despite the failure.
