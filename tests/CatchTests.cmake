@@ -1,18 +1,18 @@
-# Catch2 is a header of the build machine. Its folder holds that machine's own headers too, so only the Catch
-# headers are made known to the compiler.
+# Catch2 is a header of the build machine, in a folder with that machine's system headers. Only Catch's headers are
+# copied, so a cross compiler does not find the others.
 if(NOT TARGET catch2_header)
     file(COPY ${CATCH2_INCLUDE}/catch2 DESTINATION ${CMAKE_BINARY_DIR}/catch2_header)
     add_library(catch2_header INTERFACE)
     target_include_directories(catch2_header SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/catch2_header)
-    # Compiling this header takes longer than most tests. Files that configure it include it themselves.
+    # Precompiled because this header takes longer to compile than most tests. Files that configure Catch include it
+    # themselves.
     target_precompile_headers(catch2_header INTERFACE <catch2/catch.hpp>)
 endif()
 
-# Registers each test case of an executable as a test of its own, run to its closing line (RunToEnd.cmake). ctest asks
-# the executable for its test cases when it starts, so that building never runs it. Further arguments are properties
-# of all its tests.
+# Registers each test case of an executable as a separate test, run by RunToEnd.cmake. ctest lists the test cases when
+# it starts, so that a build never runs the executable. Further arguments are properties of all its tests.
 function(register_catch_tests target)
-    # Parsed so that a value may be a list, such as "registered\;written_xml_folder".
+    # Parsed this way, a value may be a list, such as "registered\;written_xml_folder".
     cmake_parse_arguments(PARSE_ARGV 1 properties "" "" "")
     set(list_file ${CMAKE_CURRENT_BINARY_DIR}/${target}_tests.cmake)
     file(GENERATE OUTPUT ${list_file} CONTENT "set(target ${target})

@@ -1,8 +1,8 @@
-# Read by ctest, see CatchTests.cmake. An executable that cannot list its tests is a failing test.
+# Read by ctest, see CatchTests.cmake. An executable that cannot list its tests becomes a failing test.
 execute_process(COMMAND ${command} --list-test-names-only
     OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
 string(REGEX MATCHALL "[A-Za-z0-9_]+" names "${output}")
-# The exit code is the number of tests, at most 255: a list that broke off would leave tests out unnoticed.
+# The exit code is the number of tests, at most 255, and reveals a truncated list.
 list(LENGTH names count)
 if(count GREATER 255)
     set(count 255)

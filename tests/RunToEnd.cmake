@@ -3,9 +3,9 @@
 #   cmake "-DCOMMAND=<command line, separated by semicolons>" ["-DCLOSING_LINE=<regex>"] [-DEXIT_CODE=<n>]
 #         -P RunToEnd.cmake
 #
-# A program passes when it returns EXIT_CODE, by default 0, and its last line matches CLOSING_LINE, by default Catch's
-# summary of a run in which tests asserted something and none failed. The exit code alone proves nothing: the script
-# host returns 0 for a script that broke off, and Wine can end a program early with 0.
+# A program passes if it returns EXIT_CODE (default 0) and its last line matches CLOSING_LINE (default: Catch's summary
+# of a run with at least one assertion and no failure). The exit code alone proves nothing: the script host returns 0
+# for an aborted script, and Wine can end a program early with 0.
 if(NOT DEFINED CLOSING_LINE)
     set(CLOSING_LINE "All tests passed [(][1-9][0-9]* assertions? in [1-9][0-9]* test cases?[)]")
 endif()

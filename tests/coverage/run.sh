@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Measures what the tests reach: lines and branches of the platform-neutral code, from its native tests, and lines
-# of the library's COM layer, from the Windows tests. Branches that only an exception takes, and those the compiler
-# has proven unreachable, do not count. Prints both and fails below the goals.
+# Measures test coverage: lines and branches of the platform-neutral code in the native tests, and lines of the COM
+# layer in the Windows tests. Branches taken only by an exception, and those the compiler proves unreachable, do not
+# count. Prints both results and fails if one is below its goal.
 # Usage: tests/coverage/run.sh [native|windows]...; JOBS sets the number of parallel compilers and tests.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -11,7 +11,7 @@ parts=("$@")
 logs=$PWD/build/coverage
 mkdir -p "$logs"
 
-# measure PRESET GCOV GOALS SOURCE...: builds, runs all tests and compares what they reached with the goals.
+# measure PRESET GCOV GOALS SOURCE...: builds, runs all tests and compares their coverage with the goals.
 measure() {
     local preset=$1 gcov=$2 goals=$3 folder=$PWD/build/$1 filters=() source
     shift 3

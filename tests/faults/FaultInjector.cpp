@@ -25,7 +25,7 @@ State state;
 std::atomic<long> blocksInUse{0};
 std::atomic<long> textsInUse{0};
 
-// Declared by no header: see "DLL load notification" in the system's documentation.
+// No header declares these; see LdrRegisterDllNotification in the Windows documentation.
 struct LoaderText {
     USHORT length;
     USHORT capacity;
@@ -99,7 +99,7 @@ void FaultInjector::Watch() {
                                                                                        nullptr, &cookie) == 0;
     }();
     if (!watching) {
-        std::fprintf(stderr, "the loader tells nothing about its libraries\n");
+        std::fprintf(stderr, "cannot register for DLL load notifications\n");
         ExitProcess(251);
     }
 }
@@ -135,5 +135,5 @@ std::size_t FaultInjector::Injected() noexcept {
 void FaultInjector::Describe(char* text, std::size_t size) noexcept {
     std::snprintf(text, size, "call %zu (%s) made to fail%s", state.failing,
                   state.firstName ? state.firstName : "not reached",
-                  state.mode == FaultMode::One ? "" : ", and all behind it");
+                  state.mode == FaultMode::One ? "" : ", and all later calls");
 }

@@ -5,29 +5,29 @@
 #include <cstddef>
 #include <vector>
 
-// Makes calls fail that the library makes to the system and to the C runtime. The library is the shipped one:
-// as soon as it is mapped, before its first instruction runs, the entries of its import table are led through
-// here (ImportTables.cpp). Only the calls of the thread that arms the injector fail.
+// Makes the library's calls to the system and the C runtime fail. Works on the shipped library: when it is
+// mapped, before its first instruction runs, its import table is redirected (ImportTables.cpp). Only calls of
+// the thread that creates Faults fail.
 
-/// What happens to the calls behind the one that fails.
+/// Whether the calls after the first failing call fail too.
 enum class FaultMode {
-    One,    ///< they succeed: a passing shortage
-    AllFrom ///< they fail too: memory stays out, the disk stays full
+    One,    ///< no: a temporary shortage
+    AllFrom ///< yes: memory remains exhausted, the disk remains full
 };
 
-/// How the failure of an imported function looks, and what may become of it.
+/// How an imported function fails, and the effect on the library's caller.
 struct Failure {
-    DWORD value;        ///< what the function returns
-    DWORD lastError;    ///< 0: leaves the thread's last error alone
-    HRESULT surfacesAs; ///< what the caller of an interface method then gets; S_OK: the library absorbs it
-    const char* absorption; ///< why a failure that is absorbed may be
-    bool afterTheCall;      ///< the function does its work and reports a failure all the same
+    DWORD value;            ///< the function's return value
+    DWORD lastError;        ///< 0: last error unchanged
+    HRESULT surfacesAs;     ///< result of the interface method; S_OK: the library absorbs the failure
+    const char* absorption; ///< why the library may absorb the failure
+    bool afterTheCall;      ///< the function succeeds but reports failure
 };
 
-/// A failing call lies in the scope of one of these.
+/// During its lifetime, calls of this thread fail.
 class Faults {
 public:
-    /// The calls are counted from 0.
+    /// `failing` is the index of the first call to fail, counted from 0.
     Faults(std::size_t failing, FaultMode mode) noexcept;
     ~Faults();
     Faults(const Faults&) = delete;
@@ -37,25 +37,25 @@ public:
     bool HaveStruck() const noexcept;
     /// Name of the first call that failed; null if none did.
     const char* FirstName() const noexcept;
-    /// What the failures may come to: each HRESULT once.
+    /// The HRESULTs that the failures may surface as, without duplicates.
     std::vector<HRESULT> Outcomes() const;
 };
 
-/// What the library has taken from the C runtime and from OLE and not given back.
+/// What the library has allocated and not freed.
 struct Ledger {
-    long blocks; ///< of memory
-    long texts;  ///< BSTRs: those that it handed out are freed by its client
+    long blocks; ///< from the C runtime
+    long texts;  ///< BSTRs, including those that the client has to free
 
     static Ledger Now() noexcept;
 };
 
 namespace FaultInjector {
 
-/// Leads the imports of the library through the tables from now on, each time it is loaded. Ends the program
-/// when the library imports what the tables do not know.
+/// Redirects the library's imports through the tables at every load from now on. Ends the program if the
+/// system offers no load notifications.
 void Watch();
 
-/// Whether the call that is about to be made has to fail.
+/// Whether the current call must fail. Counts the call.
 bool Strikes(const char* name, const Failure& failure) noexcept;
 
 void CountBlocks(long more) noexcept;
@@ -63,7 +63,7 @@ void CountTexts(long more) noexcept;
 
 /// Calls that failed since the program started.
 std::size_t Injected() noexcept;
-/// For messages of tests that go astray: the call that is made to fail at the moment.
+/// Describes the current fault, for messages of crashes.
 void Describe(char* text, std::size_t size) noexcept;
 
 } // namespace FaultInjector

@@ -29,12 +29,12 @@ bool RunsEverything() {
 
 std::string Show(const FaultRun& run) {
     return run.struck ? run.name + ", call " + std::to_string(run.failing) +
-                            (run.mode == FaultMode::AllFrom ? " and all behind it" : "")
+                            (run.mode == FaultMode::AllFrom ? " and all later calls" : "")
                       : "no failure";
 }
 
 std::size_t FailEachCall(FaultMode mode, const FaultSubject& subject, std::size_t stride) {
-    constexpr std::size_t tooMany = 1'000'000; // work that makes no progress
+    constexpr std::size_t tooMany = 1'000'000; // stops an endless loop
     std::size_t runs = 0;
     for (std::size_t failing = 0; failing < tooMany; failing += stride) {
         const Ledger before = Ledger::Now();
@@ -52,7 +52,7 @@ std::size_t FailEachCall(FaultMode mode, const FaultSubject& subject, std::size_
             return runs;
         ++runs;
     }
-    FAIL("the work never comes through");
+    FAIL("the work never completes without a fault");
     return runs;
 }
 
@@ -65,7 +65,7 @@ void CheckResult(const FaultRun& run, HRESULT expected) {
     for (const HRESULT outcome : run.outcomes)
         if (FAILED(outcome))
             allowed.push_back(Hex(outcome));
-    if (run.name == "LoadTypeLibEx") // tried once more with the file beside the library, which is not there
+    if (run.name == "LoadTypeLibEx") // the library then tries the file in its folder, which does not exist
         allowed.push_back(Hex(TYPE_E_CANTLOADLIBRARY));
     CHECK_THAT(allowed, Catch::VectorContains(Hex(run.result)));
 }

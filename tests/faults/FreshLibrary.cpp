@@ -5,7 +5,7 @@
 FreshLibrary::FreshLibrary() {
     FaultInjector::Watch();
     SwitchTextCacheOff();
-    REQUIRE_HR(Load(), S_OK); // COM and the system keep what they load on first use
+    REQUIRE_HR(Load(), S_OK); // COM and the system allocate on first use
     for (const LibraryClass& each : LibraryClasses())
         UseAndFail(each);
     Unload();

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-/// The library, loaded anew for each run.
+/// The library, reloaded for each run.
 class FreshLibrary {
 public:
     FreshLibrary();
@@ -14,9 +14,9 @@ public:
     FreshLibrary(const FreshLibrary&) = delete;
     FreshLibrary& operator=(const FreshLibrary&) = delete;
 
-    /// The result of loading.
+    /// Loads the library and returns the result.
     HRESULT Load();
-    /// Unloads it, with what COM holds of it.
+    /// Unloads it and makes COM release it.
     void Unload();
     const Library* operator->() const { return &*m_library; }
 
@@ -24,9 +24,9 @@ private:
     std::optional<Library> m_library;
 };
 
-/// Uses most of what the library makes on first use: late binding, children, a failing call, the catalogue.
+/// Uses what the library creates on first use: late binding, children, a failing call, the catalogue.
 void UseAndFail(const LibraryClass& of);
 
-/// Does the work with the faults in each of the two modes; when everything is run, twice, and the second time
-/// has to leave nothing behind in the process. Returns the number of faults of one time.
+/// Runs the work in both fault modes. When all faults run, runs it twice and checks that the second time
+/// leaks nothing. Returns the number of faults of one pass.
 std::size_t RunWithoutGrowth(const std::function<std::size_t(FaultMode)>& work);

@@ -5,11 +5,11 @@
 #include <cstdio>
 #include <cstring>
 
-// What stands in a library's import table in place of the imported function.
+// Replacements for imported functions in a library's import table.
 
 template<std::size_t Size>
 struct ImportName {
-    // NOLINTNEXTLINE(google-explicit-constructor): a template argument is converted
+    // NOLINTNEXTLINE(google-explicit-constructor): template arguments need the conversion
     consteval ImportName(const char (&name)[Size]) {
         for (std::size_t i = 0; i < Size; ++i)
             text[i] = name[i];
@@ -17,7 +17,7 @@ struct ImportName {
     char text[Size];
 };
 
-/// An import and what stands in for it.
+/// An import and its replacement.
 struct Import {
     const char* name;
     void* replacement;
@@ -30,14 +30,14 @@ namespace ImportHooks {
 
 template<class Result>
 Result ResultFrom(DWORD value) noexcept {
-    // Pointers, handles and numbers: all as wide as a register.
+    // Pointers, handles and numbers fit a register.
     static_assert(sizeof(Result) <= sizeof(value));
     Result result;
     std::memcpy(&result, &value, sizeof(result));
     return result;
 }
 
-/// Calls the function or makes its failure.
+/// Calls the function or simulates its failure.
 template<class Function, class... Arguments>
 auto CallOrFail(const char* name, const Failure& failure, Function original, Arguments... arguments) {
     using Result = decltype(original(arguments...));
@@ -64,13 +64,12 @@ struct Hook<name, Result(__stdcall*)(Arguments...)> {
     static void SetOriginal(void* address) { original = reinterpret_cast<Function>(address); }
 };
 
-/// Ends the program with the name of a function that should not have been called. Nobody returns from here,
-/// so the arguments do not matter.
+/// Reports an unexpected call and ends the program. Never returns, so the arguments do not matter.
 template<ImportName name>
 [[noreturn]] void NeverCalled() {
     char text[200];
     FaultInjector::Describe(text, sizeof(text));
-    std::fprintf(stderr, "%s was called: %s\n", name.text, text);
+    std::fprintf(stderr, "unexpected call of %s: %s\n", name.text, text);
     std::fflush(stderr);
     TerminateProcess(GetCurrentProcess(), 253);
     for (;;)
@@ -79,7 +78,7 @@ template<ImportName name>
 
 } // namespace ImportHooks
 
-/// A function whose calls can be made to fail.
+/// A function whose calls can fail.
 template<ImportName name, class Function>
 Import Fails(Failure failure) {
     using Hook = ImportHooks::Hook<name, Function>;
@@ -87,12 +86,12 @@ Import Fails(Failure failure) {
     return {name.text, reinterpret_cast<void*>(&Hook::Replacement), &Hook::SetOriginal, failure, ""};
 }
 
-/// A function that is called as it is.
+/// A function that is not replaced.
 inline Import CannotFail(const char* name, const char* reason) {
     return {name, nullptr, nullptr, {}, reason};
 }
 
-/// A function that ends the program when it is called.
+/// A function whose call ends the program.
 template<ImportName name>
 Import NotCalled(const char* reason) {
     return {name.text, reinterpret_cast<void*>(&ImportHooks::NeverCalled<name>), nullptr, {}, reason};

@@ -10,7 +10,7 @@
 
 namespace {
 
-// How failures look. The HRESULTs are such as nothing else here gives, so that a test sees whose they are.
+// Kinds of failures. No other code here returns these HRESULTs, so a test can identify the cause.
 
 Failure OutOfMemory() {
     return {0, 0, E_OUTOFMEMORY, "", false};
@@ -27,16 +27,16 @@ Failure ReturnsZero(DWORD lastError, HRESULT surfacesAs) {
 Failure Absorbed(DWORD value, DWORD lastError, const char* why) {
     return {value, lastError, S_OK, why, false};
 }
-/// A give-back that reports a failure: what was given back is gone.
+/// A release that succeeds but reports failure.
 Failure GiveBackFails(DWORD value, DWORD lastError) {
-    return {value, lastError, S_OK, "what it gave back is no longer used", true};
+    return {value, lastError, S_OK, "the released resource is no longer used", true};
 }
 
 constexpr char logOnly[] = "only the log needs it, and the log never disturbs its caller";
 constexpr char catalogueOnly[] = "a catalogue that cannot be read is logged and tried again";
 constexpr DWORD none = 0;
 
-// The memory of the C runtime, with the ledger of what is in use.
+// The C runtime's memory, counted in the ledger.
 
 Failure noMemory = OutOfMemory();
 void* (*originalMalloc)(std::size_t);
@@ -79,7 +79,7 @@ void* Address(Function function) {
     return reinterpret_cast<void*>(function);
 }
 
-// OLE's texts, with their ledger.
+// BSTRs, counted in the ledger.
 
 decltype(&SysAllocStringLen) originalAllocText;
 decltype(&SysFreeString) originalFreeText;
@@ -96,7 +96,7 @@ void WINAPI FreeText(BSTR text) {
     originalFreeText(text);
 }
 
-// A disk that is full takes the first half of what is written.
+// A full disk: the first half of the data is written.
 
 decltype(&WriteFile) originalWriteFile;
 Failure shortWrite = Absorbed(TRUE, none, logOnly);
@@ -112,7 +112,7 @@ BOOL WINAPI WriteToFile(HANDLE file, const void* data, DWORD size, DWORD* writte
     return originalWriteFile(file, data, size, written, position);
 }
 
-// The module of the system that is asked for its functions is there in every process.
+// Never fails for kernel32.dll, which is in every process.
 
 decltype(&GetModuleHandleW) originalGetModuleHandle;
 Failure moduleNotFound = Absorbed(0, ERROR_MOD_NOT_FOUND, catalogueOnly);
@@ -146,7 +146,7 @@ const std::vector<Import>& FallibleImports() {
         FAILS(CloseHandle, GiveBackFails(FALSE, ERROR_INVALID_HANDLE)),
         FAILS(CreateFileW, Absorbed(static_cast<DWORD>(-1), ERROR_TOO_MANY_OPEN_FILES, logOnly)),
         FAILS(FlushFileBuffers, Absorbed(FALSE, ERROR_DISK_FULL, logOnly)),
-        FAILS(FormatMessageW, Absorbed(0, ERROR_MR_MID_NOT_FOUND, "a substitute text stands in")),
+        FAILS(FormatMessageW, Absorbed(0, ERROR_MR_MID_NOT_FOUND, "a substitute text is used")),
         FAILS(GetFileAttributesW, Absorbed(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED, logOnly)),
         FAILS(GetFileInformationByHandle, Absorbed(FALSE, ERROR_INVALID_HANDLE, logOnly)),
         FAILS(GetFileInformationByHandleEx, Absorbed(FALSE, ERROR_INVALID_HANDLE, logOnly)),
@@ -162,40 +162,40 @@ const std::vector<Import>& FallibleImports() {
         FAILS(SetFilePointerEx, Absorbed(FALSE, ERROR_INVALID_HANDLE, logOnly)),
         FAILS(UnlockFileEx, Absorbed(FALSE, ERROR_NOT_LOCKED, logOnly)),
         FAILS(SetThreadLocale,
-              Absorbed(FALSE, ERROR_INVALID_PARAMETER, "the keys are the same in any locale")),
+              Absorbed(FALSE, ERROR_INVALID_PARAMETER, "the keys do not depend on the locale")),
         FAILS(DisableThreadLibraryCalls,
-              Absorbed(FALSE, ERROR_INVALID_HANDLE, "the library is told of threads and ignores them")),
+              Absorbed(FALSE, ERROR_INVALID_HANDLE, "DllMain ignores thread notifications")),
 
         FAILS(CLSIDFromProgID, FailsWith(REGDB_E_READREGDB)),
         FAILS(CoCreateInstance, FailsWith(CO_E_DLLNOTFOUND)),
         FAILS(OleRun, FailsWith(CO_E_SERVER_EXEC_FAILURE)),
         FAILS(CreateErrorInfo, Absorbed(static_cast<DWORD>(E_OUTOFMEMORY), none,
-                                        "the failure goes to the caller without a description")),
+                                        "the caller gets the failure without a description")),
         FAILS(GetErrorInfo,
-              Absorbed(S_FALSE, none, "a child's failure goes to the caller without its description")),
+              Absorbed(S_FALSE, none, "the caller gets a child's failure without its description")),
         FAILS(SetErrorInfo, Absorbed(static_cast<DWORD>(E_OUTOFMEMORY), none,
-                                     "the failure goes to the caller without a description")),
+                                     "the caller gets the failure without a description")),
 
         FAILS(LoadTypeLibEx, FailsWith(TYPE_E_IOERROR)),
         FAILS(QueryPathOfRegTypeLib, FailsWith(TYPE_E_REGISTRYACCESS)),
         FAILS(RegisterTypeLib, FailsWith(TYPE_E_REGISTRYACCESS)),
         FAILS(UnRegisterTypeLib, FailsWith(TYPE_E_CANTCREATETMPFILE)),
 
-        FAILS(FindResourceW, Absorbed(0, ERROR_RESOURCE_NAME_NOT_FOUND, "a text stays empty")),
-        FAILS(LoadResource, Absorbed(0, ERROR_RESOURCE_DATA_NOT_FOUND, "a text stays empty")),
+        FAILS(FindResourceW, Absorbed(0, ERROR_RESOURCE_NAME_NOT_FOUND, "a text is empty")),
+        FAILS(LoadResource, Absorbed(0, ERROR_RESOURCE_DATA_NOT_FOUND, "a text is empty")),
     };
     return imports;
 }
 
 const std::vector<Import>& InfallibleImports() {
-    static constexpr char lock[] = "takes no memory and waits until it succeeds";
-    static constexpr char reader[] = "reads what the process holds";
-    static constexpr char compute[] = "works on its arguments alone";
-    static constexpr char giveBack[] = "gives back and reports nothing";
+    static constexpr char lock[] = "allocates nothing and waits until it succeeds";
+    static constexpr char reader[] = "reads the state of the process";
+    static constexpr char compute[] = "depends only on its arguments";
+    static constexpr char giveBack[] = "releases and reports nothing";
     static const std::vector<Import> imports = {
         {"free", Address(Free), Set<&originalFree>, {}, giveBack},
         {"SysFreeString", Address(FreeText), Set<&originalFreeText>, {}, giveBack},
-        CannotFail("GetProcAddress", "the functions asked for are there in every system"),
+        CannotFail("GetProcAddress", "every system has these functions"),
         CannotFail("AcquireSRWLockExclusive", lock),
         CannotFail("ReleaseSRWLockExclusive", lock),
         CannotFail("SleepConditionVariableSRW", lock),
@@ -211,8 +211,8 @@ const std::vector<Import>& InfallibleImports() {
         CannotFail("GetCurrentProcessId", reader),
         CannotFail("GetCurrentThreadId", reader),
         CannotFail("GetLastError", reader),
-        CannotFail("LockResource", "gives the address of a loaded resource"),
-        CannotFail("SizeofResource", "the resource is one that was found"),
+        CannotFail("LockResource", "returns the address of a loaded resource"),
+        CannotFail("SizeofResource", "the resource was found"),
         CannotFail("GetLocalTime", reader),
         CannotFail("GetSystemTime", reader),
         CannotFail("GetSystemTimeAsFileTime", reader),
@@ -222,14 +222,14 @@ const std::vector<Import>& InfallibleImports() {
         CannotFail("SetLastError", reader),
         CannotFail("Sleep", reader),
         CannotFail("SwitchToThread", reader),
-        CannotFail("TlsGetValue", "the slot is one that was handed out"),
+        CannotFail("TlsGetValue", "the slot was allocated"),
         CannotFail("OutputDebugStringW", "returns nothing"),
         CannotFail("StringFromGUID2", "the buffer is large enough"),
         CannotFail("SysStringLen", reader),
         CannotFail("__mb_cur_max", "a variable"),
         CannotFail("_iob", "a variable"),
-        CannotFail("_errno", "a variable of the thread, there since its start"),
-        CannotFail("_initterm", "runs the constructors"),
+        CannotFail("_errno", "a thread variable that exists from the thread's start"),
+        CannotFail("_initterm", "runs constructors"),
         CannotFail("localeconv", reader),
         CannotFail("memchr", compute),
         CannotFail("memcmp", compute),
@@ -246,10 +246,10 @@ const std::vector<Import>& InfallibleImports() {
 }
 
 const std::vector<Import>& UncalledImports() {
-    static constexpr char fatal[] = "the runtime's way to end the process";
-    static constexpr char output[] = "the runtime's output to a console";
-    static constexpr char narrow[] = "narrow text in a wide format, of which there is none";
-    static constexpr char unused[] = "of a part of the runtime that the library does not use";
+    static constexpr char fatal[] = "ends the process";
+    static constexpr char output[] = "console output of the runtime";
+    static constexpr char narrow[] = "narrow text in a wide format, which the library never uses";
+    static constexpr char unused[] = "part of the runtime that the library does not use";
     static const std::vector<Import> imports = {
         NotCalled<"abort">(fatal),
         NotCalled<"_amsg_exit">(fatal),
@@ -316,7 +316,7 @@ void LeadImportsThroughTables(HMODULE library) {
     ForEachImport(library, [](const char* name, void*& slot) {
         const Import* import = FindInAnyTable(name);
         if (!import)
-            return; // the test of the tables tells
+            return; // Imports_test.cpp reports it
         DWORD protection = 0;
         VirtualProtect(&slot, sizeof(slot), PAGE_READWRITE, &protection);
         slot = Lead(*import, slot);

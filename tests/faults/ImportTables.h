@@ -5,18 +5,17 @@
 #include <string>
 #include <vector>
 
-// Every function that the library imports stands in one of three tables: those that can fail, those that
-// cannot, and those that are never called.
+// Each function that the library imports is in one of three tables: fallible, infallible or never called.
 
-/// Leads the imports of a module that has just been mapped through the tables.
+/// Redirects the imports of a newly mapped module through the tables.
 void LeadImportsThroughTables(HMODULE library);
 
-/// The functions that a module imports, by name.
+/// Names of the functions that a module imports.
 std::vector<std::string> ImportsOf(HMODULE library);
 
 struct TableEntry {
     std::string name;
     bool fails;
-    std::string reason; ///< why it does not fail
+    std::string reason; ///< why it does not fail; empty if it does
 };
 std::vector<TableEntry> TableEntries();

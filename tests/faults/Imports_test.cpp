@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-// The tables tell of every import of the library whether it can fail.
+// The tables classify every import of the library.
 
-TEST_CASE("FaultTables_know_every_import_of_the_library") {
+TEST_CASE("FaultTables_contain_every_import_of_the_library") {
     FaultInjector::Watch();
     const Library library;
     std::set<std::string> known, fallible;
@@ -31,5 +31,5 @@ TEST_CASE("FaultTables_know_every_import_of_the_library") {
         fallible.erase(import);
     }
     CHECK(unknown == std::vector<std::string>());
-    CHECK(fallible == std::set<std::string>()); // what no longer is imported
+    CHECK(fallible == std::set<std::string>()); // no longer imported
 }

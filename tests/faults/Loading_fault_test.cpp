@@ -2,9 +2,8 @@
 
 #include "tests/support/Members.h"
 
-// What happens once in the life of the loaded library: loading itself, the first class object and object of a
-// class, the first failure, the first late-bound call, the first look into the catalogue. So each run has a
-// library of its own.
+// Work that the library does once per load: loading, the first class object and object of a class, the first
+// failure, the first late-bound call, the first catalogue lookup. Each run therefore reloads the library.
 
 TEST_CASE("Faults_while_the_library_is_loaded_are_survived") {
     FreshLibrary library;
@@ -27,8 +26,7 @@ TEST_CASE("Faults_in_the_first_object_of_every_class_are_survived") {
         ComPtr<IUnknown> object;
         const auto prepare = [&] {
             library.Load();
-            // The child of the jobs. COM itself looks further, for other servers, when there is no class
-            // object.
+            // Creates the jobs' child first: if its class object failed, COM would try other servers.
             if (each.name != "JobContents")
                 CreateJobContents();
         };
@@ -99,7 +97,7 @@ TEST_CASE("Faults_in_the_first_late_bound_call_are_survived") {
             return invoked.result == DISP_E_EXCEPTION ? invoked.exceptionCode : invoked.result;
         };
         const auto check = [&](const FaultRun& run) {
-            // Without memory for the table of names they are looked up in the type information.
+            // Without memory for its name table, the library asks the type information.
             if (run.name != "malloc" || run.result != S_OK)
                 CheckResult(run, S_OK);
             CHECK_HR(call(), S_OK);
@@ -115,7 +113,7 @@ TEST_CASE("Faults_in_the_first_late_bound_call_are_survived") {
     PrintInjected("first late-bound call", runs);
 }
 
-TEST_CASE("Faults_in_the_first_look_into_the_catalogue_are_survived") {
+TEST_CASE("Faults_in_the_first_catalogue_lookup_are_survived") {
     FreshLibrary library;
     ComPtr<IJobContents> contents;
     LONG code = 0;
@@ -125,9 +123,9 @@ TEST_CASE("Faults_in_the_first_look_into_the_catalogue_are_survived") {
         CHECK_HR(Put(contents, &IJobContents::put_JobPdl, L"PCL"), S_OK);
         code = -1;
     };
-    const auto look = [&] { return contents->get_DBPdl(&code); };
+    const auto lookUp = [&] { return contents->get_DBPdl(&code); };
     const auto check = [&](const FaultRun& run) {
-        if (run.name != "GetModuleFileNameW" || run.result != S_OK) // like a file that cannot be read
+        if (run.name != "GetModuleFileNameW" || run.result != S_OK) // like an unreadable file
             CheckResult(run, S_OK);
         if (FAILED(run.result))
             CHECK(code == 0);
@@ -138,7 +136,7 @@ TEST_CASE("Faults_in_the_first_look_into_the_catalogue_are_survived") {
         library.Unload();
     };
     const std::size_t runs = RunWithoutGrowth([&](FaultMode mode) {
-        return FailEachCall(mode, {prepare, look, check, cleanUp}, RunsEverything() ? 1 : 61);
+        return FailEachCall(mode, {prepare, lookUp, check, cleanUp}, RunsEverything() ? 1 : 61);
     });
-    PrintInjected("first look into the catalogue", runs);
+    PrintInjected("first catalogue lookup", runs);
 }

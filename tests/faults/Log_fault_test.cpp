@@ -5,15 +5,14 @@
 #include <algorithm>
 #include <iterator>
 
-// The log never disturbs its caller: neither when it is configured, nor when it writes, nor when it rotates.
-// What it writes are whole lines.
+// The log never affects its caller, whether it is configured, writes or rotates. It writes whole lines only.
 
 namespace {
 
 constexpr std::size_t megabyte = 1024 * 1024;
 constexpr std::wstring_view line = L"[CCopyJobImpl::put_Xml] Exception: CopyJob element is missing.\r\n";
 
-/// Lets the file end so near its maximum size that the next line fills it.
+/// Fills the file up to the point where the next line reaches the maximum size.
 void FillFile(const std::wstring& path) {
     const QxKernelHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                           nullptr, CREATE_ALWAYS, 0, nullptr));
@@ -25,14 +24,14 @@ void FillFile(const std::wstring& path) {
                       nullptr));
 }
 
-/// The lines behind the one that fills the file.
+/// The lines after the filler.
 std::wstring LinesOf(const std::wstring& path) {
     const std::wstring text = FileExists(path) ? FileText(path) : L"";
     return text.find(L'x') == 0 ? text.substr(text.find(L"\r\n") + 2) : text;
 }
 
-/// What may be in the log: the line of the failing call or of its lack of memory, and what is written where
-/// there is no memory to format it.
+/// The lines that may be in the log: the failing call, out of memory in it, and the two lines written when
+/// there is no memory for formatting.
 constexpr std::wstring_view wholeLines[] = {
     line,
     L"[CCopyJobImpl::put_Xml] Exception: Out of memory.\r\n",
@@ -52,12 +51,12 @@ bool IsWholeLines(std::wstring_view text) {
     return true;
 }
 
-/// A disk that takes half a line and does not let it be cut off again: nothing helps then.
+/// The disk wrote half a line and refuses to truncate it; the log cannot avoid that.
 bool IsTorn(const FaultRun& run) {
     return run.mode == FaultMode::AllFrom && run.name == "WriteFile, half of it";
 }
 
-/// A failing call that is logged, each time with another of the calls made to fail that it takes.
+/// Makes each call fail in turn during a logged failure of the library.
 std::size_t FailLoggedCalls(bool rotates, bool opens) {
     FaultInjector::Watch();
     LogSession session;
@@ -87,7 +86,7 @@ std::size_t FailLoggedCalls(bool rotates, bool opens) {
         INFO(Narrow(written));
         CHECK(IsWholeLines(LinesOf(backup)));
         CHECK(IsWholeLines(LinesOf(session.Path())));
-        CHECK(written.find(line) != std::wstring::npos); // the line of the retry at least
+        CHECK(written.find(line) != std::wstring::npos); // at least the retry's line
         if (rotates && !run.struck)
             CHECK(FileExists(backup));
     };

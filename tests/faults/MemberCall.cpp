@@ -27,7 +27,7 @@ const Member* FindXml(const std::vector<Member>& members, INVOKEKIND kind) {
     return nullptr;
 }
 
-/// "PrintJob" of "IPrintJob.Xml".
+/// "IPrintJob.Xml" gives "PrintJob".
 std::string ClassOf(const std::string& name) {
     return name.substr(1, name.find('.') - 1);
 }
@@ -66,7 +66,7 @@ Variant Argument(const std::string& name, const Parameter& parameter) {
     }
 }
 
-/// A value that a caller may have left in an out-place that a refused getter does not touch.
+/// Whether an out-value is zero or null.
 bool IsZero(const VARIANT& place, VARTYPE type) {
     const VARIANT zero{};
     const std::size_t size = type == VT_BOOL ? 2 : type == VT_DATE ? 8 : 4;
@@ -165,7 +165,7 @@ bool MayStopHalfway(const std::string& name, const Member& member) {
 }
 
 bool IsAbsorbed(const std::string& name, const FaultRun& run) {
-    // Copy lines are sorted in place when there is no memory for a faster way.
+    // Without memory for a faster sort, copy lines are sorted in place.
     static const std::set<std::string> sorting = {"ICopyLines.Xml",
                                                   "IJobContents.Xml",
                                                   "ICopyJob.Xml",
@@ -180,7 +180,7 @@ bool IsAbsorbed(const std::string& name, const FaultRun& run) {
 }
 
 std::optional<HRESULT> OwnResult(const std::string& name, const FaultRun& run) {
-    // An optional child that cannot be created leaves a job without it, and reading it then meets a null.
+    // A job whose optional child cannot be created has a null child, which reading XML then meets.
     static const std::set<std::string> creation = {"malloc", "CLSIDFromProgID", "CoCreateInstance", "OleRun"};
     if (name == "IPrintJob.Xml" && creation.count(run.name) == 1)
         return E_POINTER;

@@ -8,15 +8,14 @@
 #include <memory>
 #include <optional>
 
-// Objects in a known state, calls of their members with sensible arguments, and what the records say about a
-// failure in them.
+// Objects in a known state, calls of their members with valid arguments, and the members' special results.
 
 struct XmlResult {
     HRESULT result = S_OK;
     std::wstring text;
 };
 
-/// Makes objects of one class.
+/// Creates objects of one class.
 class RecordMaker {
 public:
     enum State { New, Filled };
@@ -36,7 +35,7 @@ private:
     const Member* m_putXml = nullptr;
 };
 
-/// One call of a member through its slot, with its arguments and the places of its out-values.
+/// One call of a member through the vtable. Owns the arguments and out-values.
 class MemberCall {
 public:
     MemberCall(const Member& member, const std::string& name);
@@ -45,9 +44,10 @@ public:
     MemberCall& operator=(const MemberCall&) = delete;
 
     HRESULT Make(IDispatch* object);
-    /// The out-values as text, after a success. A time that a record took is shown as a date alone.
+    /// The out-values of a successful call as text. Dates and XML, which contain the current time, appear as
+    /// their type only.
     std::vector<std::string> Values() const;
-    /// After a failure: null, zero, or what the caller had put there.
+    /// Checks the out-values of a failed call: null, zero or unchanged.
     void CheckOutValuesAreCleared() const;
 
 private:
@@ -59,11 +59,11 @@ private:
     HRESULT m_result = E_FAIL;
 };
 
-/// Whether a failure may leave the object between its old and its new state: reading is not transactional.
+/// Whether a failure may leave the object partly changed: reading and generating are not transactional.
 bool MayStopHalfway(const std::string& name, const Member& member);
 
-/// Whether the member does without what failed.
+/// Whether the member succeeds despite the failure.
 bool IsAbsorbed(const std::string& name, const FaultRun& run);
 
-/// The HRESULT that a member gives for a failure in place of the failure's own.
+/// The HRESULT that the member returns instead of the failure's own.
 std::optional<HRESULT> OwnResult(const std::string& name, const FaultRun& run);

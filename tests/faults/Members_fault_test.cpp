@@ -8,12 +8,11 @@
 
 #include <cstdio>
 
-// Every member of every interface, on a new and on a filled object: each call that the library makes for it
-// fails once.
+// Every member of every interface, on a new and on a filled object: each call it makes fails once.
 
 namespace {
 
-/// One member, called again and again on objects in the same state.
+/// Calls one member repeatedly on objects in the same state.
 class MemberFaults {
 public:
     MemberFaults(const RecordMaker& maker, const Member& member)
@@ -25,7 +24,7 @@ public:
     std::size_t Run(FaultMode mode) {
         INFO(m_name << (m_member.kind == INVOKE_PROPERTYPUT ? " put" : ""));
         LearnExpected();
-        RunAll(mode); // what COM and the library keep after a first failure is made now
+        RunAll(mode); // COM and the library allocate on the first failure
         const ProcessCounters before = ProcessCounters::Now();
         const std::size_t runs = RunAll(mode);
         const ProcessCounters after = ProcessCounters::Now();
@@ -71,7 +70,7 @@ private:
         const XmlResult last = m_maker.XmlOf(m_object.Get());
         CHECK_HR(last.result, S_OK);
         if (!m_mayStopHalfway && after.text != m_before.text)
-            CHECK(after.text == last.text); // all of the new state or nothing of it
+            CHECK(after.text == last.text); // entirely the new state or entirely the old
     }
 
     void CheckMemberResult(const FaultRun& run) {
@@ -97,7 +96,7 @@ private:
     std::unique_ptr<MemberCall> m_call;
 };
 
-/// The library keeps what it needs for its first failure and its first look into the catalogue.
+/// Triggers the library's permanent allocations: the first failure and the first catalogue lookup.
 void WarmUp() {
     const auto contents = CreateJobContents();
     CHECK_HR(Put(contents, &IJobContents::put_Xml, L"<wrong/>"), E_FAIL);
@@ -105,7 +104,7 @@ void WarmUp() {
 }
 
 std::size_t FailInEveryMember(const Library& library, RecordMaker::State state, FaultMode mode) {
-    constexpr std::size_t published = 329; // as the type library's own test counts them
+    constexpr std::size_t published = 329; // the same count as in the type library's test
     ComPtr<ITypeLib> types;
     REQUIRE_HR(LoadTypeLibEx(RegisteredLibraryPath().c_str(), REGKIND_NONE, types.Put()), S_OK);
     std::size_t runs = 0, covered = 0;

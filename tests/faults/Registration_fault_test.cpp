@@ -2,30 +2,30 @@
 
 #include "tests/support/RegistryTree.h"
 
-// Registration and unregistration, in a classes root of the test's own.
+// Registration and unregistration under a private HKEY_CLASSES_ROOT.
 
 namespace {
 
 constexpr LCID callersLocale = 0x0407; // not the system's
 
-/// Fewer calls fail for every day: the two make some thousand.
+/// The quick tier skips most of the calls: there are thousands.
 std::size_t Stride(std::size_t everyDay) {
     return RunsEverything() ? 1 : everyDay;
 }
 
-/// COM looks below "Interface" and "TypeLib" what the system's own functions have written there.
+/// Compares the whole tree, including the keys that the system writes below Interface and TypeLib.
 void CheckIsWhole(const PrivateClassesRoot& root, const RegistryTree& whole) {
     CHECK_KEYS(ReadRegistryTree(root.Key()), whole);
 }
 
-/// The locale of the thread, which has to be the caller's again after each run.
+/// Sets a thread locale that the library must restore after each run.
 struct CallersLocale {
     CallersLocale() : before(GetThreadLocale()) { SetThreadLocale(callersLocale); }
     ~CallersLocale() { SetThreadLocale(before); }
     CallersLocale(const CallersLocale&) = delete;
     CallersLocale& operator=(const CallersLocale&) = delete;
 
-    /// Setting it is one of the calls that fail.
+    /// SetThreadLocale itself may be the failing call.
     static void Check(const FaultRun& run) {
         if (run.name != "SetThreadLocale" && run.mode == FaultMode::One)
             CHECK(GetThreadLocale() == callersLocale);
@@ -39,7 +39,7 @@ struct CallersLocale {
 TEST_CASE("Faults_in_registration_are_survived") {
     FreshLibrary fresh;
     const Library library;
-    UseAndFail(LibraryClassNamed("CopyLine")); // the first exception makes what the library then keeps
+    UseAndFail(LibraryClassNamed("CopyLine")); // the first exception allocates permanently
     const PrivateClassesRoot root;
     const CallersLocale locale;
     REQUIRE_HR(library.RegisterServer(), S_OK);
@@ -61,7 +61,7 @@ TEST_CASE("Faults_in_registration_are_survived") {
 TEST_CASE("Faults_in_unregistration_are_survived") {
     FreshLibrary fresh;
     const Library library;
-    UseAndFail(LibraryClassNamed("CopyLine")); // the first exception makes what the library then keeps
+    UseAndFail(LibraryClassNamed("CopyLine")); // the first exception allocates permanently
     const PrivateClassesRoot root;
     const CallersLocale locale;
     const auto prepare = [&] { REQUIRE_HR(library.RegisterServer(), S_OK); };

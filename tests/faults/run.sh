@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes every call fail that the library makes, one at a time and with all that follow, and prints how many did.
-# The library and the tests are those of build/windows; ./test.sh or ./build.sh makes them. Takes some minutes.
+# Makes each call of the library fail, alone and together with all later calls, and prints the number of faults.
+# Uses the library and tests in build/windows, which ./test.sh or ./build.sh builds. Takes a few minutes.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 source scripts/wine-session.sh

@@ -1,4 +1,4 @@
-// Joins a harness to libFuzzer.
+// Connects a harness to libFuzzer.
 
 #include "Fuzzing.h"
 

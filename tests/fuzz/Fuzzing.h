@@ -4,14 +4,14 @@
 #include <string>
 #include <string_view>
 
-/// A harness: runs one input and does not return when something is wrong. Each harness file defines it; a
-/// fuzzer (Engine.cpp) and the replay of stored inputs (Replay.cpp) call it.
+/// Runs one input; calls Fail on an error. Each harness defines it; the fuzzer (Engine.cpp) and the replay of
+/// stored inputs (Replay.cpp) call it.
 void RunInput(std::string_view bytes);
 
-/// What the harnesses share.
+/// Shared by the harnesses.
 namespace Fuzzing {
 
-/// Prints what is wrong and aborts the program.
+/// Prints the error and aborts.
 [[noreturn]] void Fail(const char* what);
 
 inline void Require(bool condition, const char* what) {
@@ -19,14 +19,14 @@ inline void Require(bool condition, const char* what) {
         Fail(what);
 }
 
-/// One character a byte. The upper quarter of the bytes becomes characters whose low byte is a special
-/// character of markup or a digit, which code that looks at single bytes would mistake for it.
+/// One character per byte. The upper quarter of the byte values becomes characters whose low byte is markup
+/// or a digit, which catches code that compares only low bytes.
 std::wstring Widen(std::string_view bytes);
 
-/// Cuts off the bytes before the first line feed, or all of them without one.
+/// Removes and returns the bytes before the first line feed, or all if there is none.
 std::string_view TakeLine(std::string_view& bytes);
 
-/// Cuts off four bytes; missing ones count as 0.
+/// Removes four bytes and returns them as a number; missing bytes are 0.
 std::uint32_t TakeNumber(std::string_view& bytes);
 
 } // namespace Fuzzing

@@ -16,16 +16,16 @@ std::wstring XmlOf(const Record& record) {
     return std::wstring(writer.Text());
 }
 
-/// Puts a text into a record, which may refuse it. What the record then writes is taken by another one, and
-/// by itself, and comes out unchanged.
+/// Reads a text into a record, which may refuse it. The record's own text must then round-trip unchanged
+/// through another record and through itself.
 template<class Record>
 void CheckFixPoint(Record& record, std::wstring_view xml) {
     record.put_Xml(xml);
     const std::wstring written = XmlOf(record);
     Record other;
     Require(other.put_Xml(written), "a record refuses what it wrote");
-    Require(XmlOf(other) == written, "another record writes what it read otherwise");
-    Require(record.put_Xml(written) && XmlOf(record) == written, "a record changes by its own text");
+    Require(XmlOf(other) == written, "another record writes a different text");
+    Require(record.put_Xml(written) && XmlOf(record) == written, "a record's own text changes it");
 }
 
 } // namespace Fuzzing

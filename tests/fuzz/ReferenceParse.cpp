@@ -50,14 +50,14 @@ ReferenceParse::ReferenceParse(std::wstring_view text) : m_text(text), m_positio
         m_positions.assign(1, ElemPos{});
 }
 
-/// The offset of a part at or behind from; the text's length if there is none.
+/// Offset of the part at or after `from`; the text's length if there is none.
 std::int32_t ReferenceParse::Find(std::wstring_view part, std::int32_t from) const {
     const auto found = std::search(m_text.begin() + std::min<std::ptrdiff_t>(from, std::ssize(m_text)),
                                    m_text.end(), part.begin(), part.end());
     return static_cast<std::int32_t>(found - m_text.begin());
 }
 
-/// Reads the token at an offset and moves on behind it. False at the end of the text.
+/// Reads the token at an offset and advances past it. False at the end of the text.
 bool ReferenceParse::NextToken(std::int32_t& at, std::wstring_view& token, bool& quoted) const {
     auto from = static_cast<std::size_t>(at);
     while (from < m_text.size() && IsSpace(m_text[from]))
@@ -79,14 +79,14 @@ bool ReferenceParse::NextToken(std::int32_t& at, std::wstring_view& token, bool&
     return true;
 }
 
-bool ReferenceParse::Fail(std::wstring_view before, std::int32_t element, std::wstring_view behind) {
+bool ReferenceParse::Fail(std::wstring_view before, std::int32_t element, std::wstring_view after) {
     m_error = before;
     if (element != 0)
-        m_error.append(TagName(static_cast<std::size_t>(element))).append(behind);
+        m_error.append(TagName(static_cast<std::size_t>(element))).append(after);
     return false;
 }
 
-/// The entry's index, 0 when no element starts there, -1 for an error.
+/// The entry's index; 0 if no element starts here, -1 on error.
 std::int32_t ReferenceParse::ParseElement(std::int32_t parent) {
     const auto element = static_cast<std::int32_t>(m_positions.size());
     m_positions.push_back(ElemPos{});
@@ -112,7 +112,7 @@ std::int32_t ReferenceParse::ParseElement(std::int32_t parent) {
     return element;
 }
 
-/// Passes over what is no element.
+/// Skips everything that is not an element.
 bool ReferenceParse::FindStartTag(std::int32_t element, std::int32_t parent, std::int32_t& close,
                                   bool& isEndTag) {
     const auto length = static_cast<std::int32_t>(m_text.size());
@@ -217,7 +217,7 @@ std::wstring ReferenceParse::Data(std::size_t element) const {
         m_text.substr(static_cast<std::size_t>(next), end - static_cast<std::size_t>(next));
     std::wstring_view token;
     bool quoted = false;
-    NextToken(next, token, quoted); // at least the "<" of the end tag is one
+    NextToken(next, token, quoted); // the "<" of the end tag is a token
     const auto start = static_cast<std::size_t>(token.data() - m_text.data());
     if (StartsWith(token, L"<") && start + 11 < end && StartsWith(m_text.substr(start + 1), mark)) {
         const std::size_t first = start + 1 + mark.size();

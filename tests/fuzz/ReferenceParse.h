@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-/// The parser once more, written for plainness instead of speed: one recursive step an element, each
-/// character looked at one by one. What it finds must be what QxXmlParser finds, to the last offset.
+/// A second parser, simple instead of fast: it recurses once per element and reads character by character.
+/// Its results must equal those of QxXmlParser, including every offset.
 class ReferenceParse {
 public:
     using ElemPos = QxXmlParser::ElemPos;
@@ -20,7 +20,7 @@ public:
     const std::vector<ElemPos>& Positions() const noexcept { return m_positions; }
     const std::wstring& Error() const noexcept { return m_error; }
 
-    /// What the parser must read from an entry.
+    /// What the parser must return for an entry.
     std::wstring Data(std::size_t element) const;
     bool Attribute(std::size_t element, std::wstring_view name, std::wstring& value) const;
     std::wstring_view TagName(std::size_t element) const;
@@ -35,7 +35,7 @@ private:
     bool FindStartTag(std::int32_t element, std::int32_t parent, std::int32_t& close, bool& isEndTag);
     bool ParseChildren(std::int32_t element);
     bool ParseEndTag(std::int32_t element);
-    bool Fail(std::wstring_view before, std::int32_t element = 0, std::wstring_view behind = {});
+    bool Fail(std::wstring_view before, std::int32_t element = 0, std::wstring_view after = {});
     std::int32_t Find(std::wstring_view part, std::int32_t from) const;
     bool NextToken(std::int32_t& at, std::wstring_view& token, bool& quoted) const;
     ElemPos& At(std::int32_t element) { return m_positions[static_cast<std::size_t>(element)]; }

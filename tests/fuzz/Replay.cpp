@@ -1,5 +1,5 @@
-// Runs a harness once over each file of the given folders: the stored inputs and the ones that once broke
-// something. Needs no fuzzer. A file that breaks the harness is the last one named.
+// Runs a harness once over each file of the given folders: the corpus and the regressions. Needs no fuzzer.
+// Prints each file's name first, so a failure follows the name of its input.
 
 #include "Fuzzing.h"
 
@@ -26,7 +26,7 @@ int main(int count, char** arguments) {
     int files = 0;
     for (int folder = 1; folder < count; ++folder) {
         if (!std::filesystem::is_directory(arguments[folder]))
-            continue; // no such input yet
+            continue; // a harness without regressions
         for (const auto& entry : std::filesystem::directory_iterator(arguments[folder])) {
             RunFile(entry.path());
             ++files;

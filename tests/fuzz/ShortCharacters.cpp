@@ -1,5 +1,5 @@
-// The C library's functions on wide characters for a program whose wide characters have two bytes, as those
-// of Windows do. Only such characters take the parser's vectorised searches.
+// The C library's wide-character functions for two-byte characters, as on Windows. The parser's vectorised
+// searches work only on these.
 
 #include <cstddef>
 

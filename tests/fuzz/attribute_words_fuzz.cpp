@@ -1,5 +1,5 @@
-// Two codes, then words: words and codes lead to each other, and a page counter's words are sorted so that
-// what was left over is left over again.
+// Input: two codes, then words. Words and codes convert to each other, and matching the unmatched words of a
+// page counter again leaves no new words.
 
 #include "Fuzzing.h"
 
@@ -17,22 +17,22 @@ bool IsSubset(std::uint32_t part, std::uint32_t whole) {
     return (part & ~whole) == 0;
 }
 
-/// The words of a code have no code but a part of it, and stay the same from then on.
+/// Codes to words to codes adds no bits, and converting again changes nothing.
 void CheckCodes(std::uint32_t code) {
     JobAttributeCatalogue& catalogue = TheCatalogue();
     const QxString attributes = catalogue.AttributeNamesFromMask(code);
     const std::uint32_t mask = catalogue.AttributeMaskFromNames(attributes);
-    Require(IsSubset(mask, code), "attribute words with bits of their own");
-    Require(catalogue.AttributeNamesFromMask(mask) == attributes, "other attribute words");
+    Require(IsSubset(mask, code), "attribute words add bits");
+    Require(catalogue.AttributeNamesFromMask(mask) == attributes, "attribute words change");
     const QxString finishing = catalogue.FinishingNamesFromMask(code);
     const std::uint32_t options = catalogue.FinishingMaskFromNames(finishing);
     Require(IsSubset(options, code) && catalogue.FinishingNamesFromMask(options) == finishing,
-            "other finishing words");
+            "finishing words change");
     const QxString pdl = catalogue.PdlNameFromDbId(code);
-    Require(catalogue.PdlNameFromDbId(catalogue.PdlDbIdFromName(pdl)) == pdl, "another PDL");
+    Require(catalogue.PdlNameFromDbId(catalogue.PdlDbIdFromName(pdl)) == pdl, "the PDL changes");
     JobAttributeCatalogue::Paper paper;
     if (catalogue.PaperFromDbId(code, paper))
-        Require(catalogue.PaperDbIdFromName(paper.name) == code, "another paper");
+        Require(catalogue.PaperDbIdFromName(paper.name) == code, "the paper's code changes");
 }
 
 void CheckWords(std::wstring_view text) {
@@ -42,10 +42,11 @@ void CheckWords(std::wstring_view text) {
           catalogue.PdlDbIdFromName(text), catalogue.PaperDbIdFromName(text)})
         CheckCodes(code);
     const std::wstring joined = AttributeText::Join(AttributeText::Split(text));
-    Require(AttributeText::Join(AttributeText::Split(joined)) == joined, "words split otherwise");
+    Require(AttributeText::Join(AttributeText::Split(joined)) == joined,
+            "splitting joined words changes them");
     const std::wstring without = AttributeText::Without(text, {L"Color"});
     Require(without.find(L",,,") == std::wstring::npos || text.find(L",,") != std::wstring_view::npos,
-            "commas from nowhere");
+            "added commas");
 }
 
 void CheckMatch(std::wstring_view text, bool addDefaults) {
@@ -57,8 +58,8 @@ void CheckMatch(std::wstring_view text, bool addDefaults) {
     Require(TheCatalogue().FinishingMaskFromNames(matched.jobFinishing) != 0 || matched.jobFinishing.empty(),
             "unknown finishing");
     const CJobContents::MatchedAttributes again = contents.MatchAttributes(matched.unmatchedAttributes);
-    // A second paper or PDL is left over the first time.
-    Require(again.unmatchedAttributes.size() <= matched.unmatchedAttributes.size(), "words from nowhere");
+    // A second paper or PDL matches only the second time.
+    Require(again.unmatchedAttributes.size() <= matched.unmatchedAttributes.size(), "added words");
     Require(!addDefaults || !again.pageAttributes.empty(), "no default page attributes");
 }
 

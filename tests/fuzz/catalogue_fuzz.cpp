@@ -1,5 +1,4 @@
-// Any bytes as the catalogue file: they load, or the reason is logged; what was loaded answers in itself
-// consistently.
+// Input: a catalogue file. It loads or logs a reason; a loaded catalogue is consistent.
 
 #include "Fuzzing.h"
 
@@ -18,7 +17,7 @@ namespace {
 std::wstring fileText;
 bool loggedReason = false;
 
-/// Looks for a line that tells why a load failed.
+/// Detects a line with the reason of a failed load.
 class ReasonSink final : public QxLog {
 public:
     ReasonSink() : QxLog(L"reason") {}
@@ -44,7 +43,7 @@ void CheckDecoded(std::string_view bytes) {
                                  const auto code = static_cast<std::uint32_t>(c);
                                  return code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF);
                              }),
-                "a character that is none");
+                "an invalid character");
 }
 
 void CheckMap(const CatalogueMap& map) {
@@ -55,12 +54,12 @@ void CheckMap(const CatalogueMap& map) {
 
 void CheckTables(const CatalogueTables& tables) {
     for (const auto& [name, index] : tables.paperNames) {
-        Require(index < tables.paperSizes.size(), "a paper name leads nowhere");
+        Require(index < tables.paperSizes.size(), "a paper name without a size");
         const auto& names = tables.paperSizes[index].names;
         const std::wstring_view sought = name;
         Require(
             std::any_of(names.begin(), names.end(), [&](const auto& each) { return each.name == sought; }),
-            "a paper name leads to another paper");
+            "a paper name with another paper's size");
     }
     for (const PaperSizeEntry& size : tables.paperSizes)
         Require(!size.names.empty(), "a paper size without a name");
@@ -69,19 +68,19 @@ void CheckTables(const CatalogueTables& tables) {
     CheckMap(tables.pdls);
 }
 
-/// Each table's words and codes lead to each other.
+/// Each table's names and codes convert to each other.
 void CheckLookUps(JobAttributeCatalogue& catalogue, const CatalogueTables& tables) {
     for (const auto& [name, index] : tables.paperNames) {
         const std::uint32_t dbId = tables.paperSizes[index].dbId;
-        Require(catalogue.PaperDbIdFromName(name) == dbId, "another code of a paper");
+        Require(catalogue.PaperDbIdFromName(name) == dbId, "wrong code for a paper");
         JobAttributeCatalogue::Paper paper;
         Require(catalogue.PaperFromDbId(dbId, paper) == (dbId != 0 && dbId <= tables.paperSizes.size()),
                 "a paper's code");
     }
     for (const auto& [name, entry] : tables.pdls) {
-        Require(catalogue.PdlDbIdFromName(name) == entry.dbId, "another code of a PDL");
+        Require(catalogue.PdlDbIdFromName(name) == entry.dbId, "wrong code for a PDL");
         const QxString other = catalogue.PdlNameFromDbId(entry.dbId);
-        Require(tables.pdls.at(other).dbId == entry.dbId, "another PDL of a code");
+        Require(tables.pdls.at(other).dbId == entry.dbId, "wrong PDL for a code");
     }
     catalogue.AttributeNamesFromMask(0xFFFFFFFF);
     catalogue.FinishingNamesFromMask(0xFFFFFFFF);
@@ -103,7 +102,7 @@ bool ReadCatalogueFile(std::wstring& text) {
 
 void RunInput(std::string_view bytes) {
     static const bool started = (StartLog(), true);
-    Require(started, "the log");
+    Require(started, "the log is not started");
     fileText = TextEncoding::Decode(bytes);
     CheckDecoded(bytes);
     CatalogueTables tables;
@@ -116,5 +115,5 @@ void RunInput(std::string_view bytes) {
         CheckLookUps(catalogue, tables);
     else
         Require(catalogue.PdlNameFromDbId(0xFFFFFFFF) == catalogue.DefaultEntryName(&CatalogueTables::pdls),
-                "an unknown code gives no default");
+                "an unknown code does not return the default");
 }

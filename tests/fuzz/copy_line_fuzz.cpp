@@ -1,4 +1,4 @@
-// Any text as a copy line.
+// Input: a copy line.
 
 #include "RecordFixPoint.h"
 

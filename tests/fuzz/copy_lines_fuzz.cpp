@@ -1,4 +1,4 @@
-// Any text as copy lines.
+// Input: copy lines.
 
 #include "RecordFixPoint.h"
 

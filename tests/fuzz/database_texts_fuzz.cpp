@@ -1,5 +1,5 @@
-// A line of five numbers (bytes), then a text: job contents made from it as database text and as a page
-// counter's report give a database text that gives the same contents again.
+// Input: five numbers, then a text. Job contents generated from it, as a database text and as a page
+// counter's report, write a database text that restores the same contents.
 
 #include "RecordFixPoint.h"
 
@@ -18,20 +18,20 @@ void FromCodes(CJobContents& contents, std::wstring_view text, const CJobContent
                                         like.DBFinishing());
 }
 
-/// Lines whose attributes have no code are left out once; from then on nothing changes.
+/// The first round trip may drop lines whose attributes have no code; the second changes nothing.
 void CheckCodesFixPoint(const CJobContents& contents) {
     CJobContents second;
     FromCodes(second, contents.DBCopyLines(), contents);
     CJobContents third;
     FromCodes(third, second.DBCopyLines(), second);
-    Require(second.JobCopyLines().Count() <= contents.JobCopyLines().Count(), "lines from nowhere");
-    Require(third.DBCopyLines() == second.DBCopyLines(), "other copy lines from their own codes");
-    Require(third.DBPdl() == second.DBPdl() && third.JobPdl() == second.JobPdl(), "another PDL");
+    Require(second.JobCopyLines().Count() <= contents.JobCopyLines().Count(), "added lines");
+    Require(third.DBCopyLines() == second.DBCopyLines(), "copy lines change in a round trip");
+    Require(third.DBPdl() == second.DBPdl() && third.JobPdl() == second.JobPdl(), "the PDL changes");
     Require(third.DBFinishing() == second.DBFinishing() && third.JobFinishing() == second.JobFinishing(),
-            "other finishing");
+            "the finishing changes");
     CJobContents read;
     Require(read.put_Xml(Fuzzing::XmlOf(third)) && read.DBCopyLines() == third.DBCopyLines(),
-            "other codes from the same contents' text");
+            "the codes change in an XML round trip");
 }
 
 void CheckDatabaseText(std::wstring_view text, const Numbers& n) {
@@ -53,7 +53,7 @@ void CheckPageCounterText(std::wstring_view text, const Numbers& n) {
     Require((line.PagesColor() == 0) != (line.PagesBW() == 0), "pages of both kinds, or of none");
     CheckCodesFixPoint(contents);
     contents.GenerateGeneralContentsFromPageCounterInfo(text, n[0], n[1], true);
-    Require(contents.JobCopyLines().Count() == 0, "copy lines are left");
+    Require(contents.JobCopyLines().Count() == 0, "copy lines remain");
     contents.GenerateCopyLineFromPageCounterInfo(text, n[1], n[2], n[3], n[4]);
     contents.GenerateCopyLineFromPageCounterInfo({}, n[4], n[3], n[2], n[1]);
     Require(contents.JobCopyLines().Count() >= 1, "no copy lines");

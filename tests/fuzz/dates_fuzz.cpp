@@ -1,5 +1,5 @@
-// Eight bytes as a date value, then a date text: what is valid is a real time of the calendar and comes back
-// from its own text.
+// Input: eight bytes of a date value, then a date text. A valid date is in the calendar and round-trips
+// through its text.
 
 #include "Fuzzing.h"
 
@@ -32,7 +32,7 @@ int DayOf(const QxCalendarTime& t) {
     return static_cast<int>((date - sys_days(year(1899) / 12 / 30)).count());
 }
 
-/// Hosts may have these exceptions unmasked.
+/// Hosts may unmask these floating-point exceptions.
 void CheckRaisesNothing(const QxDateTime& value) {
     const QxDateTime other(1);
     QxCalendarTime fields;
@@ -53,16 +53,16 @@ void CheckValue(const QxDateTime& value) {
         Require(text == L"Invalid DateTime", "an invalid date has a text");
         return;
     }
-    Require(IsRealTime(fields), "no real time");
+    Require(IsRealTime(fields), "not a calendar time");
     const QxDateTime rounded = QxDateTime::FromCalendar(fields);
     Require(rounded.IsValid() && static_cast<int>(std::trunc(rounded.Value())) == DayOf(fields),
             "another day");
-    // Before day zero the sign belongs to the day alone: the times of -1.99 and 0.01 differ by one day.
+    // Before day zero the sign applies only to the day: -1.99 and 0.01 are one day apart.
     if (value.Value() >= 0)
         Require(std::fabs(rounded.Value() - value.Value()) * SecondsPerDay < 0.51, "not the nearest second");
-    Require(rounded.Format() == text, "another text of the same second");
+    Require(rounded.Format() == text, "the rounded time has another text");
     if (!text.empty())
-        Require(QxDateTime::Parse(text).Value() == rounded.Value(), "another time from its own text");
+        Require(QxDateTime::Parse(text).Value() == rounded.Value(), "the text parses to another time");
     const QxString fraction = value.Format(7);
     Require(text.empty() ? fraction.empty() : fraction.view() == std::wstring(text.view()) + L".007",
             "milliseconds");
@@ -73,7 +73,7 @@ void CheckValue(const QxDateTime& value) {
 void RunInput(std::string_view bytes) {
     const std::uint64_t low = Fuzzing::TakeNumber(bytes), high = Fuzzing::TakeNumber(bytes);
     CheckValue(QxDateTime(std::bit_cast<double>(high << 32 | low)));
-    // Most bit patterns are far outside the calendar.
+    // Most bit patterns are far outside the calendar, so these numbers also give a value near it.
     CheckValue(
         QxDateTime((static_cast<double>(low) - 0x20000000) / 1000 + static_cast<double>(high) / 0x100000000));
     const std::wstring text = Fuzzing::Widen(bytes);

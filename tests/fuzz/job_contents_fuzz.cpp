@@ -1,4 +1,4 @@
-// Any text as job contents.
+// Input: job contents.
 
 #include "RecordFixPoint.h"
 

@@ -1,5 +1,5 @@
-// A first line of edits, then a document: after each edit the positions are those that a fresh parse of the
-// text gives, and what was written is read back.
+// Input: a line of edits, then a document. After each edit the positions equal those of a fresh parse, and
+// written values read back.
 
 #include "Fuzzing.h"
 
@@ -22,22 +22,22 @@ bool SameOffsets(const ElemPos& a, const ElemPos& b) {
            a.endTagOpen == b.endTagOpen && a.endTagClose == b.endTagClose && a.scanPos == b.scanPos;
 }
 
-/// Walks the first top-level element of both in document order. Edits leave the entries in another order.
+/// Compares the first top-level elements in document order, because edits change the order of the entries.
 void RequireSameElements(const QxXmlParser& edited, const QxXmlParser& fresh) {
     const ElemPos* const a = edited.Positions();
     const ElemPos* const b = fresh.Positions();
     std::int32_t inA = a[0].firstChild;
     const std::int32_t first = inA;
     for (std::int32_t inB = b[0].firstChild; inB != 0;) {
-        Require(inA != 0 && SameOffsets(a[inA], b[inB]), "an edit leaves other positions than a parse");
-        Require((a[inA].firstChild == 0) == (b[inB].firstChild == 0), "an edit leaves other children");
+        Require(inA != 0 && SameOffsets(a[inA], b[inB]), "positions differ from a fresh parse");
+        Require((a[inA].firstChild == 0) == (b[inB].firstChild == 0), "children differ from a fresh parse");
         if (b[inB].firstChild != 0) {
             inA = a[inA].firstChild;
             inB = b[inB].firstChild;
             continue;
         }
         while (inB != 0 && b[inB].nextSibling == 0) {
-            Require(inA == first || a[inA].nextSibling == 0, "an edit leaves more siblings");
+            Require(inA == first || a[inA].nextSibling == 0, "more siblings than in a fresh parse");
             inA = a[inA].parent;
             inB = b[inB].parent;
         }
@@ -46,8 +46,8 @@ void RequireSameElements(const QxXmlParser& edited, const QxXmlParser& fresh) {
     }
 }
 
-/// An attribute that the tag already has in a form that is not read, such as without quotes, hides the new
-/// one.
+/// The new value may be unreadable: an existing attribute in an unreadable form, such as without quotes,
+/// hides it.
 bool SetAttribute(QxXmlParser& parser, bool (QxXmlParser::*set)(std::wstring_view, std::wstring_view),
                   bool (QxXmlParser::*find)(std::wstring_view, QxString&) const, std::wstring_view name,
                   std::wstring_view value) {
@@ -56,30 +56,31 @@ bool SetAttribute(QxXmlParser& parser, bool (QxXmlParser::*set)(std::wstring_vie
     if (!(parser.*set)(name, value))
         return false;
     const bool hasOne = (parser.*find)(name, read);
-    Require(hasOne || !hadOne, "an attribute gets lost");
-    Require(!hasOne || read.view() == value, "an attribute reads otherwise");
+    Require(hasOne || !hadOne, "an attribute is lost");
+    Require(!hasOne || read.view() == value, "an attribute reads differently");
     return true;
 }
 
-/// One edit or step. Returns whether the text changed.
+/// Does one edit or move. Returns whether the text changed.
 bool Apply(QxXmlParser& parser, unsigned char command) {
     const std::wstring_view name = Names[command >> 3 & 3];
     const std::wstring_view value = Values[command >> 5];
     switch (command & 7) {
     case 0:
         parser.AddElement(name, value);
-        Require(parser.GetTagName() == name && parser.GetData() == value, "an added element reads otherwise");
+        Require(parser.GetTagName() == name && parser.GetData() == value,
+                "an added element reads differently");
         return true;
     case 1:
         if (!parser.AddChildElement(name, value))
             return false;
         Require(parser.GetChildTagName() == name && parser.GetChildData() == value,
-                "an added child reads otherwise");
+                "an added child reads differently");
         return true;
     case 2: {
         const bool set = command & 8 ? parser.SetData(value) : parser.SetChildData(value);
         Require(!set || (command & 8 ? parser.GetData() : parser.GetChildData()) == value,
-                "data reads otherwise");
+                "data reads differently");
         return set;
     }
     case 3:

@@ -1,6 +1,5 @@
-// Any text: what the parser finds is what the plain reference finds; all that is read through navigation
-// comes from the positions; each child's sub-document parses again to the same elements; escaping can be
-// undone.
+// Input: any text. The parser agrees with the reference parser; navigation agrees with the positions; each
+// child's sub-document parses to the same elements; unescaping reverses escaping.
 
 #include "Fuzzing.h"
 #include "ReferenceParse.h"
@@ -20,7 +19,7 @@ bool IsSame(const ElemPos& a, const ElemPos& b) {
            a.parent == b.parent && a.firstChild == b.firstChild && a.nextSibling == b.nextSibling;
 }
 
-/// The tags are brackets in the text, in order, inside their parent and behind their sibling.
+/// The offsets are brackets in the text, in order, inside the parent and after the previous sibling.
 void CheckPosition(const QxXmlParser& parser, std::size_t element) {
     const std::wstring& text = parser.GetDocument();
     const ElemPos* const all = parser.Positions();
@@ -44,14 +43,14 @@ void CheckPosition(const QxXmlParser& parser, std::size_t element) {
             "the scan position is not at the next tag");
     if (at.parent != 0)
         Require(at.startTagOpen > all[at.parent].startTagClose && at.endTagClose < all[at.parent].endTagOpen,
-                "an element lies outside its parent");
+                "an element is outside its parent");
     if (at.nextSibling != 0)
         Require(all[at.nextSibling].startTagOpen >= at.scanPos && all[at.nextSibling].parent == at.parent,
                 "siblings overlap or differ in their parent");
 }
 
 void CheckSameAsReference(const QxXmlParser& parser, bool parsed, const ReferenceParse& reference) {
-    Require(parsed == reference.Succeeded(), "the reference decides otherwise");
+    Require(parsed == reference.Succeeded(), "the reference has another result");
     Require(parser.GetError().view() == reference.Error(), "the reference has another error");
     Require(parser.PositionCount() == reference.Positions().size(), "the reference has other elements");
     for (std::size_t element = 1; element < parser.PositionCount(); ++element) {
@@ -61,7 +60,7 @@ void CheckSameAsReference(const QxXmlParser& parser, bool parsed, const Referenc
     }
 }
 
-/// The current child is that entry, whichever way it is read.
+/// Every way of reading the current child returns this entry.
 void CheckChild(const QxXmlParser& parser, const ReferenceParse& reference, std::size_t element) {
     Require(parser.GetChildTagName() == reference.TagName(element), "tag name");
     Require(parser.GetChildData().view() == reference.Data(element), "data");
@@ -75,17 +74,17 @@ void CheckChild(const QxXmlParser& parser, const ReferenceParse& reference, std:
     }
 }
 
-/// Document order is the order of a fresh parse's entries.
+/// After a parse, the entries are in document order.
 void CheckNavigation(QxXmlParser& parser, const ReferenceParse& reference) {
     Require(parser.FindElement() && !parser.OutOfElement(), "the root is not at the top");
     std::size_t element = 1;
     for (int depth = 0; depth >= 0;) {
         if (parser.FindChildElement()) {
             CheckChild(parser, reference, ++element);
-            Require(parser.IntoElement(), "no way into the child");
+            Require(parser.IntoElement(), "cannot enter the child");
             ++depth;
         } else {
-            Require(parser.OutOfElement() == (depth > 0), "the way out");
+            Require(parser.OutOfElement() == (depth > 0), "leaving the element");
             --depth;
         }
     }
@@ -93,7 +92,7 @@ void CheckNavigation(QxXmlParser& parser, const ReferenceParse& reference) {
     Require(!parser.FindElement(), "a second element at the top");
 }
 
-/// A sub-document's entries are those of the whole document from `first` on, moved to its start.
+/// A sub-document's entries equal those of the document from `first` on, relative to its start.
 void CheckSubDocument(const QxXmlParser& parser, std::wstring_view subDocument, std::size_t first) {
     const ElemPos* const whole = parser.Positions();
     QxXmlParser part;
@@ -136,14 +135,14 @@ void CheckEscaping(const std::wstring& text) {
             return character == L'<' || character == L'>' ||
                    (kind == QxXmlText::Escape::Attribute && (character == L'"' || character == L'\''));
         };
-        Require(std::none_of(escaped.begin(), escaped.end(), isMarkup), "markup is left");
+        Require(std::none_of(escaped.begin(), escaped.end(), isMarkup), "markup remains");
         QxXmlText back;
         back.AppendUnescaped(escaped);
-        Require(back.View() == text, "escaping cannot be undone");
+        Require(back.View() == text, "unescaping does not reverse escaping");
     }
     QxXmlText unescaped;
     unescaped.AppendUnescaped(text);
-    Require(unescaped.View() == ReferenceParse::Unescape(text), "the reference unescapes otherwise");
+    Require(unescaped.View() == ReferenceParse::Unescape(text), "the reference unescapes differently");
 }
 
 } // namespace

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Fuzzes the platform-neutral code. Usage: tests/fuzz/run.sh [--executions N] [--fast N] [harness...]
 #
-# Each harness (default: all) runs N executions (default 5 million) with the address and undefined behaviour
-# sanitizers; the parser then goes on without them, with the same checks of its results, to the number given by
-# --fast (default 45 million). Nine tenths of the inputs are short, the others up to 4096 bytes. Prints a row for
-# each run and fails when anything broke; what broke it is kept in build/fuzz-work/<harness>/.
+# Each harness (default: all) runs --executions inputs (default 5 million) with the address and undefined behaviour
+# sanitizers; the parser then runs --fast inputs (default 45 million) without them but with the same checks. Nine
+# tenths of the inputs have at most 400 bytes, the others at most 4096. Prints a row per run and fails if a harness
+# fails; the failing inputs remain in build/fuzz-work/<harness>/.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -37,7 +37,7 @@ statistic() {
     sed -n "s/^stat::$1: *//p" "$2" | tail -1
 }
 
-# run PRESET HARNESS EXECUTIONS MAX_LENGTH: one row of the table.
+# run PRESET HARNESS EXECUTIONS MAX_LENGTH: prints one row of the table.
 failed=0
 run() {
     local folder=$work/$2 log=$work/$2.$1.$4.log result=ok start=$SECONDS covered

@@ -1,5 +1,5 @@
-// Two version texts, a line each: a valid one comes back from its own text, an invalid one is told, and any
-// two are ordered.
+// Input: two lines with a version each. A valid version round-trips through its text, an invalid one throws,
+// and any two are ordered.
 
 #include "Fuzzing.h"
 
@@ -10,7 +10,7 @@ using Fuzzing::Require;
 
 namespace {
 
-/// What the text must give: two to four components of digits, those with a leading 0 octal.
+/// The expected version: two to four components of digits, octal with a leading 0.
 QxVersion Expected(std::wstring_view text) {
     std::int64_t numbers[4] = {-1, -1, -1, -1};
     int count = 0;
@@ -45,7 +45,7 @@ QxVersion Expected(std::wstring_view text) {
 bool Throws(std::wstring_view text) {
     try {
         const QxVersion version(text, QxVersion::OnError::Throw);
-        Require(version.IsValid(), "an invalid version is not thrown");
+        Require(version.IsValid(), "an invalid version does not throw");
         return false;
     } catch (const QxException&) {
         return true;
@@ -53,14 +53,14 @@ bool Throws(std::wstring_view text) {
 }
 
 void CheckVersion(std::wstring_view text, const QxVersion& version) {
-    Require(version == Expected(text), "another version than the text tells");
+    Require(version == Expected(text), "wrong version for the text");
     if (!version.IsValid()) {
-        Require(Throws(text) && version.AsString() == L"<invalid>", "an invalid version is not told");
+        Require(Throws(text) && version.AsString() == L"<invalid>", "an invalid version is not reported");
         return;
     }
     const QxString written = version.AsString();
     Require(QxVersion(written.view(), QxVersion::OnError::Throw) == version,
-            "another version from its own text");
+            "the version's text parses to another version");
     for (std::uint16_t fields = 0; fields <= 2; ++fields)
         Require(written.view().starts_with(version.AsString(fields).view()), "the first components");
 }
@@ -73,6 +73,6 @@ void RunInput(std::string_view bytes) {
     const QxVersion a(first), b(second);
     CheckVersion(first, a);
     CheckVersion(second, b);
-    Require(a.Compare(b) == -b.Compare(a) && a.Compare(a) == 0, "versions without an order");
+    Require(a.Compare(b) == -b.Compare(a) && a.Compare(a) == 0, "inconsistent order of versions");
     Require((a.Compare(b) == 0) == (a.AsString() == b.AsString()), "equal versions with different texts");
 }

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Checks of plain programs: the first one that fails ends the program.
+// Checks for programs without a test framework: the first failure ends the program.
 
 [[noreturn]] inline void Fail(const char* what, const char* file, int line) {
     std::printf("%s(%d): failed: %s\n", file, line, what);

@@ -4,8 +4,8 @@
 
 #include "tests/support/ProcessCounters.h"
 
-/// Runs the work many times. The first times, the system keeps what it makes on first use; afterwards heap,
-/// handles and thread-local slots must not grow.
+/// Runs the work many times. After a warm-up for allocations on first use, heap, handles and thread-local
+/// slots must not grow.
 template<class Work>
 void CheckCycles(Work work) {
     for (int i = 0; i < 5; ++i)

@@ -12,7 +12,7 @@ bool RuntimeIsShared() {
     return GetModuleHandleW(L"libgcc_s_dw2-1.dll") != nullptr;
 }
 
-/// Loads a library, and what it needs from its folder.
+/// Loads a library and its dependencies from its folder.
 HMODULE LoadFromFolder(const wchar_t* path) {
     CHECK_THAT(!RuntimeIsShared());
     wchar_t full[MAX_PATH];
@@ -24,7 +24,7 @@ HMODULE LoadFromFolder(const wchar_t* path) {
     return library;
 }
 
-/// Unloads the runtime and counts the references to it. It holds one to itself.
+/// Unloads the runtime and returns the number of references to it. It holds one itself.
 int ReleaseRuntime(HMODULE runtime) {
     int references = 0;
     for (; RuntimeIsShared(); ++references)

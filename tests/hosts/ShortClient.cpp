@@ -47,7 +47,7 @@ UniqueBstr Text(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Inte
     return text;
 }
 
-/// Throws inside the library.
+/// Makes the library throw, and reads the description.
 void FailAndReadDescription(const ComPtr<IPolicyResults>& results) {
     CHECK_THAT(results->put_Xml(UniqueBstr(L"<a/>").Get()) == E_FAIL);
     ComPtr<IErrorInfo> error;
@@ -71,7 +71,7 @@ void FillWriteAndRead(const ComPtr<IPolicyResults>& results, const ComPtr<IPolic
     CHECK_THAT(Text(reader, &IPolicyResults::get_Xml).View() == xml.View());
 }
 
-/// Reads the catalogue, and compares words without regard to their case.
+/// Makes the library read the catalogue and compare words case-insensitively.
 void MatchWords(const ComPtr<IJobContents>& contents) {
     UniqueBstr paper, dimensions, language, finishing, page, unmatched;
     VARIANT_BOOL isColor = VARIANT_FALSE;
@@ -93,7 +93,7 @@ void UseObjects(CreateObject create) {
     MatchWords(Create<JobContents, IJobContents>(create));
 }
 
-/// A print job creates its children by their registered names.
+/// Uses a print job, which creates its children by ProgID.
 void UsePrintJob() {
     constexpr DATE noonAndAHalf = 40241.5 + 1.0 / 48;
     const auto job = Create<PrintJob, IPrintJob>(CreateRegistered);

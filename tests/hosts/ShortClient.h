@@ -1,17 +1,17 @@
 #pragma once
 
-// A short client, compiled into each host with the host's own runtime: it creates objects, fills them, fails,
-// reads the description, writes and reads XML, and unloads the library. In between the host throws exceptions
-// of its own.
+// A short client, compiled into each host with the host's runtime. It creates and fills objects, makes a call
+// fail and reads the description, writes and reads XML, and unloads the library. In between, the host throws
+// its own exceptions.
 
-/// Throws an exception of the host and catches it.
+/// Throws and catches an exception in the host.
 void ThrowAndCatch();
 
-/// Loads the library and takes its objects from its class objects, without the registry.
+/// Loads the library and creates objects through its class objects, without the registry.
 void UseLibrary(const wchar_t* path);
 
-/// Creates registered objects, in an apartment of the calling thread. The library stays loaded.
+/// Creates registered objects in an apartment of the calling thread. Leaves the library loaded.
 void UseRegisteredClasses();
 
-/// Unloads the library that UseRegisteredClasses left.
+/// Unloads the library after UseRegisteredClasses.
 void UnloadRegistered();

@@ -87,7 +87,7 @@ void RunSmallStack(const Situation& situation) {
 
 namespace {
 
-/// Calls a function with the stack a number of bytes below a multiple of 16.
+/// Calls a function with the stack pointer `offset` bytes below a multiple of 16.
 void CallWithStack(void (*function)(), unsigned offset) {
     __asm__ volatile("movl %%esp, %%esi\n\t"
                      "andl $-16, %%esp\n\t"
@@ -129,8 +129,8 @@ void RunUnmaskedFloatingPoint(const Situation&) {
         std::uint16_t control = 0;
         std::uint32_t vectors = 0;
         __asm__ volatile("fnstcw %0\n\tstmxcsr %1" : "=m"(control), "=m"(vectors));
-        CHECK_THAT((control & ~0x40) == unmasked);         // one bit is always set
-        CHECK_THAT((vectors & 0xFFC0) == unmaskedVectors); // the low bits say what has happened
+        CHECK_THAT((control & ~0x40) == unmasked);         // the processor always sets bit 6
+        CHECK_THAT((vectors & 0xFFC0) == unmaskedVectors); // the low bits are status flags
     });
     CoUninitialize();
 }

@@ -1,44 +1,44 @@
 #pragma once
 
-/// What the command line gives a situation.
+/// Arguments of a situation, from the command line.
 struct Situation {
     const wchar_t* library;  ///< path
     const wchar_t* argument; ///< path of the plug-in, the shared runtime or the log file
 };
 
-// Registered, in an apartment, unless something else is said.
+// The classes are registered and the thread is in an apartment, unless stated otherwise.
 
 void RunPlain(const Situation&);
 /// LoadLibrary and DllGetClassObject, without an apartment.
 void RunClassObjects(const Situation& situation);
-/// The same where nothing is registered.
+/// The same with nothing registered.
 void RunUnregistered(const Situation& situation);
-/// Threads that the library finds when it is loaded.
+/// Threads that exist before the library is loaded.
 void RunOlderThreads(const Situation& situation);
 /// A thread with a stack of 64 KB.
 void RunSmallStack(const Situation& situation);
-/// Callers that align the stack to 4 bytes only.
+/// Callers that align the stack only to 4 bytes.
 void RunStackOf4Bytes(const Situation& situation);
-/// Invalid operation, division by zero and overflow raise exceptions.
+/// Unmasked floating-point exceptions: invalid operation, division by zero, overflow.
 void RunUnmaskedFloatingPoint(const Situation& situation);
-/// Locales of the C library and of the thread.
+/// Locales with a decimal comma, in the C library and in the thread.
 void RunDecimalComma(const Situation& situation);
 void RunTurkish(const Situation& situation);
 
-// A plug-in brings a shared runtime of the compiler into the process.
+// A plug-in loads the compiler's shared runtime into the process.
 
-/// Loaded before the library, and unloaded while the library is still there.
+/// Loaded before the library, unloaded while the library is still loaded.
 void RunPluginBefore(const Situation& situation);
-/// Loaded when the library has thrown already, and unloaded before it.
+/// Loaded after the library's first exception, unloaded before the library.
 void RunPluginAfter(const Situation& situation);
 /// The plug-in is the client.
 void RunPluginUses(const Situation& situation);
-/// The shared runtime alone: the library holds no reference to it.
+/// Only the shared runtime is loaded: the library must hold no reference to it.
 void RunRuntimeReleased(const Situation& situation);
 
-// The log, in a registry that is the test's own.
+// The log, configured in a private registry.
 
-/// The log's file gets the failing calls' lines.
+/// The log file contains the failing calls.
 void RunLogWritten(const Situation& situation);
-/// The log's file cannot be reached; the client does not notice.
+/// The log file is unreachable; the client does not notice.
 void RunLogUnreachable(const Situation& situation);

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds a host or plug-in the usual way, with the compiler's runtime in shared libraries, which are put beside it:
+# Builds a host or plug-in with the compiler's shared runtime and copies the runtime's DLLs next to it:
 #
 #   build_shared.sh <compiler> <output> <argument...>
 set -euo pipefail
@@ -12,7 +12,7 @@ mkdir -p "$(dirname "$output")"
     -o "$output" "$@" -lole32 -loleaut32 -luuid -lntdll
 for runtime in libgcc_s_dw2-1.dll libstdc++-6.dll libwinpthread-1.dll; do
     file=$("$compiler" -print-file-name="$runtime")
-    if [ -e "$file" ]; then # the last belongs to one thread model
+    if [ -e "$file" ]; then # only one thread model has the last
         cp "$file" "$(dirname "$output")"
     fi
 done

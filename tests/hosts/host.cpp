@@ -1,10 +1,9 @@
-// A host of the library. One program, built several times: with a static runtime, and with the shared
-// runtimes of both thread models.
+// A host of the library, built with a static runtime and with the shared runtimes of both thread models.
 //
 //   host <situation> <library> [argument]
 //
-// Each situation runs the short client many times and holds the process's heap and handles against the counts
-// of before. The last line says that the program reached its end.
+// Each situation runs the short client many times and checks that the process's heap and handles do not grow.
+// The last line proves that the program completed.
 
 #include "Check.h"
 #include "Situations.h"

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// A plug-in that brings the shared runtime of its compiler into a host without one.
+// A plug-in that loads its compiler's shared runtime into a host with a static one.
 
 extern "C" __declspec(dllexport) void PluginThrows() {
     ThrowAndCatch();

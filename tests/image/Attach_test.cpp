@@ -10,14 +10,13 @@
 #include <string>
 #include <vector>
 
-// What the library does while it is attached: other code of the process waits for it then, and the system
-// holds its loader lock.
+// What the library does in DllMain, which runs under the loader lock while other threads may wait.
 
 namespace {
 
 const wchar_t libraryPath[] = L"" LIBRARY_PATH;
 
-/// The imported functions, and which of them were called. Plain memory: Note must not call anything.
+/// The imported functions and whether each was called. Plain memory, because Note must not call anything.
 constexpr std::size_t maxImports = 512;
 const char* importNames[maxImports];
 bool called[maxImports];
@@ -34,7 +33,7 @@ void PutAddress(BYTE*& code, const void* target) {
     code += 4;
 }
 
-/// Writes code that notes the call and goes on to the target with all registers as they were.
+/// Writes code that notes the call and jumps to the target with all registers preserved.
 void WriteThunk(BYTE* code, std::size_t index, const void* target) {
     *code++ = 0x60; // pushad
     *code++ = 0x9C; // pushfd
@@ -56,7 +55,7 @@ bool IsCode(const void* address) {
             (PAGE_EXECUTE | PAGE_EXECUTE_READ | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY)) != 0;
 }
 
-/// The library as the loader has mapped it, its imports left to us and its entry point not yet called.
+/// The library, mapped by the loader without resolved imports; its entry point has not run.
 class MappedLibrary {
 public:
     MappedLibrary() : m_module(LoadLibraryExW(libraryPath, nullptr, DONT_RESOLVE_DLL_REFERENCES)) {
@@ -136,18 +135,18 @@ std::set<std::string> CalledImports() {
     return names;
 }
 
-// All that may be called while the library is attached.
+// The only functions that may be called during attach.
 const std::set<std::string> allowed{
-    // the log's configuration and the texts that say where it is
+    // the log's configuration and the resource strings with its location
     "FindResourceW", "LoadResource", "LockResource", "SizeofResource", "RegOpenKeyExW", "RegQueryValueExW",
     "RegCloseKey", "AcquireSRWLockExclusive", "ReleaseSRWLockExclusive", "GetCurrentThreadId",
-    // no notice of threads
+    // opts out of thread notifications
     "DisableThreadLibraryCalls",
-    // the value that guards the stack
+    // stack guard value
     "GetSystemTimeAsFileTime", "QueryPerformanceCounter", "GetCurrentProcessId",
-    // memory and texts
+    // memory and strings
     "malloc", "calloc", "realloc", "free", "memcpy", "wcslen", "_errno",
-    // the start of the C runtime
+    // start of the C runtime
     "_initterm", "_lock", "_unlock"};
 
 } // namespace
@@ -171,7 +170,7 @@ TEST_CASE("Attach_calls_what_the_log_configuration_needs_and_nothing_else") {
 }
 
 TEST_CASE("Attach_adds_at_most_64_KB_to_the_heap") {
-    FreeLibrary(LoadLibraryW(libraryPath)); // the libraries it needs stay
+    FreeLibrary(LoadLibraryW(libraryPath)); // its dependencies remain loaded
     const ProcessCounters before = ProcessCounters::Now();
     const HMODULE library = LoadLibraryW(libraryPath);
     REQUIRE(library != nullptr);

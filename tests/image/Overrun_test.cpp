@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-// What the system sees of a program whose stack was overrun: it reports unhandled exceptions, and nothing of
-// a program that was terminated.
+// A stack overrun must reach the system as an unhandled exception: Windows reports those, but not a
+// terminated program.
 
 namespace {
 
 struct Outcome {
-    std::vector<DWORD> unhandled; ///< exceptions
+    std::vector<DWORD> unhandled; ///< codes of unhandled exceptions
     DWORD exitCode;
 };
 
@@ -61,7 +61,7 @@ TEST_CASE("Overrun_of_a_stack_buffer_is_reported_as_a_crash") {
     CHECK(outcome.exitCode == overrun);
 }
 
-TEST_CASE("Overrun_program_without_an_overrun_ends_well") {
+TEST_CASE("Overrun_program_without_an_overrun_returns_0") {
     const Outcome outcome = RunDebugged(L"\"" OVERRUN_PROGRAM "\"");
     CHECK(outcome.unhandled == std::vector<DWORD>{});
     CHECK(outcome.exitCode == 0);

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks how the library is linked: check_image.py LIBRARY STRIP_PROGRAM
 
-Prints what it found; each finding against the rules below is a line of its own, and the exit code is then 1.
+Prints the image's properties, then each violation of the rules below on a line. Returns 1 if there is any.
 """
 import os
 import struct
@@ -14,10 +14,10 @@ DLL_FLAGS = {"loads at any address": 0x0040, "data is not executable": 0x0100, "
 RELOCATIONS_STRIPPED = 0x0001
 EXECUTE, WRITE = 0x20000000, 0x80000000
 IMPORT_DIRECTORY, RELOCATION_DIRECTORY = 1, 5
-# How the start of a function is written in the unwind tables: runtime/RuntimeFrames.cpp knows these.
+# Encodings of a function's start in the unwind tables that runtime/RuntimeFrames.cpp supports.
 ABSOLUTE, RELATIVE_TO_FIELD = 0x00, 0x1B
 EXPORTS = ["DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"]
-# Parts of every Windows. The C runtime's files are the system's own, msvcrt.dll, and no compiler's.
+# DLLs of every Windows. The C runtime is the system's msvcrt.dll, not a compiler's.
 LIBRARIES = ["advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll"]
 
 
@@ -57,7 +57,7 @@ class Image:
         for _, start, size, raw, _ in self.sections:
             if start <= address < start + size:
                 return address - start + raw
-        raise ValueError(f"address {address:#x} lies in no section")
+        raise ValueError(f"address {address:#x} is in no section")
 
     def text(self, address):
         start = self.offset(address)
@@ -85,7 +85,7 @@ class Frames:
         self.end = self.raw + size
 
     def functions(self):
-        """Start, size and encoding of each described function; what is not understood raises an exception."""
+        """Start, size and encoding of each described function. Raises ValueError for an unknown format."""
         offset = self.raw
         while offset + 8 <= self.end:
             length, common = struct.unpack_from("<II", self.image.data, offset)
@@ -97,7 +97,7 @@ class Frames:
                 yield value, size, encoding
             offset += 4 + length
         if offset > self.end:
-            raise ValueError(f"unwind tables end {offset - self.end} bytes behind their section")
+            raise ValueError(f"unwind tables end {offset - self.end} bytes after their section")
 
     def encoding(self, offset):
         data = self.image.data
@@ -105,7 +105,8 @@ class Frames:
         letters = data[offset + 9:data.index(b"\0", offset + 9)].decode()
         if zero or version != 1 or letters not in ("", "zR", "zPR", "zPLR"):
             raise ValueError(f"unwind table of version {version} with the letters {letters!r}")
-        # Behind alignments, return address register and length, one byte each: handler, language data, start.
+        # Alignments, return address register and length, one byte each, precede these encodings of handler, language
+        # data and start.
         values = data[offset + 9 + len(letters) + 1 + 4:offset + 4 + length]
         return values[{"zR": 0, "zPR": 5, "zPLR": 6}[letters]] if letters else ABSOLUTE
 
@@ -115,7 +116,7 @@ def frame_findings(image):
     functions = list(Frames(image).functions())
     print(f"{len(functions)} functions in the unwind tables")
     if len(functions) < 1000:
-        yield f"the unwind tables describe {len(functions)} functions only"
+        yield f"the unwind tables describe only {len(functions)} functions"
     for start, size, encoding in functions:
         if encoding not in (ABSOLUTE, RELATIVE_TO_FIELD):
             yield f"unwind table with the encoding {encoding:#04x}"
@@ -140,7 +141,7 @@ def findings(image, size):
         yield f"exports {image.exports()}"
     yield from frame_findings(image)
     if size >= MAX_SIZE:
-        yield f"{size} bytes without symbols, allowed are fewer than {MAX_SIZE}"
+        yield f"{size} bytes without symbols; the limit is {MAX_SIZE}"
 
 
 def main():

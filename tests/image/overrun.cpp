@@ -2,7 +2,7 @@
 #include <cstdio>
 #include <cstring>
 
-// Overruns a buffer on its stack. Compiled as the product is.
+// Overruns a buffer on its stack. Compiled with the product's options.
 
 namespace {
 
@@ -19,6 +19,6 @@ void Overrun(std::size_t excess) {
 } // namespace
 
 int main(int count, char**) {
-    Overrun(count > 1 ? 8 : 0); // with any argument
+    Overrun(count > 1 ? 8 : 0); // any argument requests the overrun
     return 0;
 }

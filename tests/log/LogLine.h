@@ -2,14 +2,14 @@
 
 #include <string>
 
-// The lines that several processes write to one log: each names its writer and its number, and is long enough
-// to be torn where something can tear it.
+// The lines that several processes write to one log. Each contains its writer and number, and is long enough
+// for a faulty log to tear.
 
-/// Semaphore and event of the line at which writers wait for each other. Both may be missing.
+/// Semaphore and event on which writers wait for a common start. Both are optional.
 constexpr wchar_t writersReady[] = L"log_writers_ready";
 constexpr wchar_t writersStart[] = L"log_writers_start";
 
-/// "<writer>.<number>:" and a number of letters that differs from line to line, at most the padding.
+/// "<writer>.<number>:" followed by up to `padding` letters; the count varies from line to line.
 inline std::wstring LineMark(const std::wstring& writer, int number, int padding) {
     const unsigned length =
         padding == 0 ? 0u : static_cast<unsigned>(number) * 7919u % static_cast<unsigned>(padding);
@@ -17,7 +17,7 @@ inline std::wstring LineMark(const std::wstring& writer, int number, int padding
     return writer + L"." + std::to_wstring(number) + L":" + std::wstring(length, letter);
 }
 
-/// The line that the refusal of a mark leaves in the log, without its line end.
+/// The log line of a refused mark, without its line end.
 inline std::wstring LineOfMark(const std::wstring& mark) {
     return L"[CPrintJobImpl::put_Xml] Exception: The PrintJob LogTargetType '" + mark +
            L"' is not supported.";

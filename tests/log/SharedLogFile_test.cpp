@@ -8,7 +8,7 @@
 #include <map>
 #include <memory>
 
-// Several processes write to one log file: none of them may lose, tear or repeat a line of another.
+// Several processes write to one log file. No line may be lost, torn or repeated.
 
 namespace {
 
@@ -36,7 +36,7 @@ public:
         CloseHandle(m_process.hProcess);
     }
 
-    /// Waits for its end. The longest call in milliseconds.
+    /// Waits for the process. Returns its longest call in milliseconds.
     int LongestCall() {
         REQUIRE(WaitForSingleObject(m_process.hProcess, 300000) == WAIT_OBJECT_0);
         DWORD code = 0;
@@ -53,7 +53,7 @@ private:
     PROCESS_INFORMATION m_process{};
 };
 
-/// Lets all threads of all writers begin at the same moment.
+/// Starts all threads of all writers at the same time.
 class StartingLine {
 public:
     ~StartingLine() {
@@ -71,11 +71,11 @@ private:
     HANDLE m_start = CreateEventW(nullptr, TRUE, FALSE, writersStart);
 };
 
-/// How long the calls of one or more rounds took, in milliseconds.
+/// Durations of the calls of one or more rounds, in milliseconds.
 struct CallTimes {
     int longest = 0;
-    double meanLine = 0; ///< of the whole: the time of a round by its lines
-    double ratio = 0;    ///< the longest call to a turn of all writers at that mean; of the worst round
+    double meanLine = 0; ///< time of a round divided by its lines; slowest round
+    double ratio = 0;    ///< longest call divided by one mean line per writer; worst round
 
     void AddRound(int longestCall, DWORD time, int writers, int lines) {
         const double mean = static_cast<double>(time) / lines;
@@ -85,7 +85,7 @@ struct CallTimes {
     }
 };
 
-/// How often each complete line is in the texts. What is no line of a writer goes to the strangers.
+/// Counts each complete line of a writer in the texts. Everything else is a stranger.
 struct FoundLines {
     std::map<std::wstring, int> marks;
     std::vector<std::wstring> strangers;
@@ -113,29 +113,29 @@ private:
     }
 };
 
-/// Takes the lines of a writer's thread off the found ones; each has to be there once.
+/// Checks that each line of a writer's thread was found once, and removes them.
 void TakeEachOnce(FoundLines& found, const std::string& writer, int thread, int lines, int padding) {
     const std::string name = writer + "." + std::to_string(thread);
     for (int i = 0; i < lines; ++i) {
         const auto line = found.marks.find(LineMark(std::wstring(name.begin(), name.end()), i, padding));
         const int times = line == found.marks.end() ? 0 : line->second;
         if (times != 1)
-            FAIL_CHECK("line " << i << " of " << name << " is there " << times << " times");
+            FAIL_CHECK("line " << i << " of " << name << " occurs " << times << " times");
         else
             found.marks.erase(line);
     }
 }
 
-/// A log_writer that is killed at some moment. What it wrote before has no gap.
+/// A log_writer that is killed at a random time. The lines it wrote have no gap.
 struct Victim {
     std::string name;
-    int lines = 0; ///< complete ones
+    int lines = 0; ///< complete lines
 
-    /// Its one thread, as the lines name it.
+    /// The name of its only thread in the lines.
     std::wstring Thread() const { return std::wstring(name.begin(), name.end()) + L".0"; }
 };
 
-/// Starts it and kills it so many milliseconds after it has begun to write.
+/// Starts it and kills it `delay` milliseconds after it starts to write.
 void KillWhileItWrites(const Victim& victim, int padding, DWORD delay) {
     const HANDLE writing = CreateEventW(nullptr, TRUE, FALSE, victim.Thread().c_str());
     REQUIRE(writing != nullptr);
@@ -153,18 +153,18 @@ void TakeLinesOfVictim(FoundLines& found, Victim& victim, int padding) {
         if (line == found.marks.end())
             return;
         if (line->second != 1)
-            FAIL_CHECK("line " << victim.lines << " of " << victim.name << " is there " << line->second
+            FAIL_CHECK("line " << victim.lines << " of " << victim.name << " occurs " << line->second
                                << " times");
         found.marks.erase(line);
     }
 }
 
-/// Whether a stranger is the beginning of the line that a victim was writing when it was killed.
+/// Whether a stranger is the start of the line that the victim was writing when it was killed.
 bool IsTornLineOf(const Victim& victim, const std::wstring& stranger, int padding) {
     return LineOfMark(LineMark(victim.Thread(), victim.lines, padding)).rfind(stranger, 0) == 0;
 }
 
-/// The next writer goes on directly behind what a killed one left of its line: takes such pairs apart.
+/// Splits torn lines of killed writers from the lines that the next writer appended directly to them.
 FoundLines WithTornLinesApart(const FoundLines& found) {
     FoundLines apart{found.marks, {}};
     for (const std::wstring& stranger : found.strangers) {
@@ -176,7 +176,7 @@ FoundLines WithTornLinesApart(const FoundLines& found) {
     return apart;
 }
 
-/// One round of writers that begin together.
+/// Runs one round of writers that start together.
 void WriteTogether(int processes, int threads, int lines, int padding, CallTimes& times) {
     StartingLine line;
     std::vector<std::unique_ptr<WriterProcess>> writers;
@@ -193,13 +193,13 @@ void WriteTogether(int processes, int threads, int lines, int padding, CallTimes
     times.AddRound(longest, GetTickCount() - start, processes * threads, processes * threads * lines);
 }
 
-/// Two threads of a steady writer at a time, and victims beside them.
+/// One steady writer with two threads at a time, next to the victims.
 constexpr int steadyThreads = 2, steadyLines = 100, killPadding = 6000;
 
 struct Killing {
     std::vector<std::string> steady;
     std::vector<Victim> victims;
-    int longestCall = 0; ///< of the steady ones
+    int longestCall = 0; ///< of the steady writers
 };
 
 Killing KillWriters(int kills) {
@@ -219,7 +219,7 @@ Killing KillWriters(int kills) {
     return killing;
 }
 
-/// Takes the one line off the strangers that each victim may have left torn.
+/// Removes at most one torn line per victim from the strangers.
 void TakeTornLines(FoundLines& found, const std::vector<Victim>& victims) {
     for (const Victim& victim : victims) {
         const auto piece =
@@ -233,7 +233,7 @@ void TakeTornLines(FoundLines& found, const std::vector<Victim>& victims) {
 } // namespace
 
 TEST_CASE("Log_file_of_eight_processes_with_rotation_keeps_every_line_once") {
-    // Together more than one file and less than two, so that the one backup holds all that was rotated away.
+    // The lines fill between one and two files, so the single backup holds everything that is rotated.
     constexpr int processes = 8, threads = 16, lines = 5, padding = 2400;
     const int rounds = SoakCount("SOAK_LOG_ROUNDS", 2);
     int rotations = 0;
@@ -254,16 +254,15 @@ TEST_CASE("Log_file_of_eight_processes_with_rotation_keeps_every_line_once") {
         CHECK(found.marks.empty());
         CHECK(found.strangers.empty());
     }
-    std::printf(
-        "%d rounds of %d processes with %d threads, %d lines each: %d rotations, longest call %d ms, "
-        "line at most %.2f ms in the mean of a round, longest call at most %.2f turns of all writers\n",
-        rounds, processes, threads, lines, rotations, times.longest, times.meanLine, times.ratio);
+    std::printf("%d rounds of %d processes with %d threads, %d lines each: %d rotations, longest call %d ms, "
+                "mean line at most %.2f ms, longest call at most %.2f turns of all writers\n",
+                rounds, processes, threads, lines, rotations, times.longest, times.meanLine, times.ratio);
     CHECK(rotations > 0);
     CHECK(times.ratio <= 3);
 }
 
-TEST_CASE("Log_file_of_writers_that_are_killed_keeps_the_lines_of_the_others") {
-    constexpr int longestWait = 3000, patience = 3000; // what a line may wait for others, and a busy machine
+TEST_CASE("Log_file_of_killed_writers_keeps_the_lines_of_the_others") {
+    constexpr int longestWait = 3000, patience = 3000; // wait for other writers; allowance for a busy machine
     LogSession session;
     session.Enable();
     Killing killing = KillWriters(SoakCount("SOAK_KILLS", 6));
@@ -285,7 +284,7 @@ TEST_CASE("Log_file_of_writers_that_are_killed_keeps_the_lines_of_the_others") {
     TakeTornLines(found, killing.victims);
     CHECK(found.strangers.empty());
     std::printf(
-        "%zu writers killed, %d of them after %d lines, leaving %zu torn lines; %zu others wrote %zu lines, "
+        "%zu writers killed, %d of them after %d lines, with %zu torn lines; %zu others wrote %zu lines, "
         "longest call %d ms\n",
         killing.victims.size(), writing, written, torn, killing.steady.size(),
         killing.steady.size() * steadyThreads * steadyLines, killing.longestCall);

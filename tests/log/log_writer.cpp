@@ -1,9 +1,8 @@
-// A client that fills the log: log_writer <name> <threads> <lines> <padding>, with 0 lines until it is
-// killed.
+// A client that fills the log: log_writer <name> <threads> <lines> <padding>. 0 lines: writes until killed.
 //
-// Each of its threads puts a text into a print job that the job refuses; the refusal is logged with a part of
-// the text, here "<name>.<thread>.<number>:" and up to so many letters. The exit code is the time of the
-// longest call in milliseconds; a negative one means that something went wrong.
+// Each thread puts texts into a print job, which refuses them and logs a part of the text: here
+// "<name>.<thread>.<number>:" and up to <padding> letters. The exit code is the longest call in milliseconds;
+// negative on failure.
 
 #include "LogLine.h"
 
@@ -27,7 +26,7 @@ struct Writer {
     int longestCall;
 };
 
-/// Writes one line; the time it took, or failed.
+/// Writes one line. Returns its time in milliseconds, or `failed`.
 int WriteLine(IPrintJob* job, const std::wstring& mark) {
     const UniqueBstr xml(L"<PrintJob Version=\"7.26\"><LogTarget Type=\"" + mark + L"\"/></PrintJob>");
     const DWORD start = GetTickCount();
@@ -36,7 +35,7 @@ int WriteLine(IPrintJob* job, const std::wstring& mark) {
     return result == E_FAIL ? static_cast<int>(end - start) : failed;
 }
 
-/// If there is a starting line, joins the others there and waits for the start.
+/// Waits for the common start, if there is one.
 void WaitForStart() {
     const HANDLE ready = OpenSemaphoreW(SEMAPHORE_MODIFY_STATE, FALSE, writersReady);
     const HANDLE start = OpenEventW(SYNCHRONIZE, FALSE, writersStart);
@@ -48,8 +47,8 @@ void WaitForStart() {
     CloseHandle(start);
 }
 
-/// Who waits for it has made an event with the writer's name.
-void TellThatWritingBegins(const std::wstring& name) {
+/// Sets the event with the writer's name, which a waiting test has created.
+void SignalWriting(const std::wstring& name) {
     if (const HANDLE event = OpenEventW(EVENT_MODIFY_STATE, FALSE, name.c_str())) {
         SetEvent(event);
         CloseHandle(event);
@@ -62,7 +61,7 @@ int WriteLines(const Writer& writer) {
                                 job.PutVoid())))
         return failed;
     WaitForStart();
-    TellThatWritingBegins(writer.name);
+    SignalWriting(writer.name);
     int longest = 0;
     for (int i = 0; writer.lines == 0 || i < writer.lines; ++i) {
         const int time = WriteLine(job.Get(), LineMark(writer.name, i, writer.padding));

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds and runs the tests under every checker there is: the platform-neutral code with the address and undefined
-# behaviour sanitizers in 64 and 32 bits and with the thread sanitizer, and the whole Windows build with undefined
-# behaviour and misused library calls turned into traps. Prints a row for each and fails when a test did.
+# Runs the tests under all sanitizers: the platform-neutral code with the address and undefined behaviour sanitizers
+# in 64 and 32 bits and with the thread sanitizer, and the whole Windows build with traps for undefined behaviour and
+# misused library calls. Prints a row per preset and fails if a test fails.
 # Usage: tests/sanitizers/run.sh [preset...]; JOBS sets the number of parallel compilers and tests.
 set -euo pipefail
 cd "$(dirname "$0")/../.."

@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-// Objects come and go in great numbers. SOAK_OBJECTS is the number for each class.
+// Creates and releases many objects. SOAK_OBJECTS is the number per class.
 
 namespace {
 
@@ -17,17 +17,17 @@ ComPtr<IClassFactory> ClassObject(const RecordClass& of) {
     return factory;
 }
 
-/// Creates an object, lets it write itself and read that again, and refuse something.
+/// Creates an object, round-trips its XML and makes it refuse a text.
 void UseOne(IClassFactory* factory, const RecordClass& of) {
     ComPtr<IUnknown> record;
     UniqueBstr own;
     if (factory->CreateInstance(nullptr, of.interfaceId, record.PutVoid()) != S_OK ||
         of.getXml(record.Get(), own.Put()) != S_OK || of.putXml(record.Get(), own.Get()) != S_OK)
-        FAIL("an object of " << Narrow(of.name) << " cannot be created or does not take its own text");
-    // A record without its element refuses it or is reset, and has to clean up either way.
+        FAIL("an object of " << Narrow(of.name) << " cannot be created or refuses its own text");
+    // A document without the record's element is refused or resets the record; neither may leak.
     static const UniqueBstr wrong(L"<Wrong");
     if (SUCCEEDED(of.putXml(record.Get(), wrong.Get())))
-        FAIL(Narrow(of.name) << " takes a text that is not well formed");
+        FAIL(Narrow(of.name) << " accepts malformed XML");
 }
 
 void UseMany(const RecordClass& of, int count) {
@@ -39,7 +39,7 @@ void UseMany(const RecordClass& of, int count) {
 
 } // namespace
 
-TEST_CASE("Objects_of_every_class_come_and_go_without_growth") {
+TEST_CASE("Objects_of_every_class_are_created_and_released_without_growth") {
     const int count = SoakCount("SOAK_OBJECTS", 200);
     for (const RecordClass& each : RecordClasses()) {
         INFO(Narrow(each.name));

@@ -76,7 +76,7 @@ const std::wstring_view numbers[] = {L"0",
                                      L".",
                                      L""};
 
-/// Somewhere in the text: where a piece begins, and how long it is.
+/// A piece of the text.
 struct Piece {
     std::size_t start;
     std::size_t length;
@@ -88,7 +88,7 @@ Piece SomePiece(Random& random, const std::wstring& text) {
     return {start, random.Below(longest + 1)};
 }
 
-/// The name of some tag, the part behind its "<" or "</"; of length 0 where the text has no tag.
+/// A random tag's name, after "<" or "</"; length 0 if none is found.
 Piece SomeName(Random& random, const std::wstring& text) {
     const std::size_t open = text.find(L'<', random.Below(text.size()));
     if (open == std::wstring::npos)
@@ -154,7 +154,7 @@ void InsertToken(Random& random, std::wstring& text) {
     text.insert(random.Below(text.size() + 1), random.Of(tokens));
 }
 
-/// Puts a piece, all of the text at times, deep into elements, which may stay open.
+/// Nests a piece, sometimes the whole text, deep inside elements, which may lack their end tags.
 void Nest(Random& random, std::wstring& text) {
     const Piece piece = random.OneIn(4) ? Piece{0, text.size()} : SomePiece(random, text);
     const std::uint32_t depth = random.OneIn(8) ? 10000 : random.Below(50) + 1;
@@ -169,8 +169,8 @@ void Nest(Random& random, std::wstring& text) {
 }
 
 using Mutation = void (*)(Random&, std::wstring&);
-/// Tags and other markup are a good part of a text, and most damage to them is found at once: numbers, whose
-/// damage is not, come more often than chance would have it.
+/// The parser refuses most damage to markup at once. Damaged numbers reach the records, so their mutations
+/// are more frequent.
 constexpr Mutation mutations[] = {ChangeNumber, ChangeNumber, ChangeNumber, ChangeCharacters,
                                   ChangeBit,    DeletePiece,  RepeatPiece,  MovePiece,
                                   SwapTags,     SwapTags,     ChangeNumber, ChangeNumber,
@@ -205,7 +205,7 @@ std::wstring DocumentMutator::Document(int number) const {
     Random random(std::uint64_t{m_seed} << 32 | static_cast<std::uint32_t>(number));
     std::wstring text = random.Of(m_originals);
     if (random.OneIn(10)) {
-        // The beginning of one document and the end of another.
+        // The start of one document and the end of another.
         const std::wstring& other = random.Of(m_originals);
         Truncate(random, text);
         text += other.substr(random.Below(other.size() + 1));

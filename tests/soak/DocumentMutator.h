@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-/// Makes damaged documents out of the golden ones. A document depends on the seed and its number alone, so
-/// that one that failed can be made again.
+/// Damages the golden documents. A document depends only on seed and number, so failures can be reproduced.
 class DocumentMutator {
 public:
     explicit DocumentMutator(std::uint32_t seed);
@@ -18,5 +17,5 @@ private:
     std::vector<std::wstring> m_originals;
 };
 
-/// The document with another root element, so that more than one class reads on behind it.
+/// The document with another root element, so that more than one class reads past the root.
 std::wstring WithRoot(const std::wstring& document, const wchar_t* root);

@@ -8,19 +8,19 @@
 #include <cstdio>
 #include <memory>
 
-// Many threads meet a library that has just been loaded: its class objects and the catalogue are made once,
-// and everyone gets them whole. SOAK_FIRST_USES is the number of times that the library is loaded for this.
+// Many threads use a newly loaded library at once: its class objects and the catalogue are created once, and
+// every thread gets them complete. SOAK_FIRST_USES is the number of loads.
 
 namespace {
 
 constexpr int threadCount = 64;
 
-/// What the threads of one round share. They make no assertions, which are not safe there.
+/// Shared by the threads of one round. They must not assert, because assertions are not thread-safe.
 struct Round {
     const Library& library;
     HANDLE start;
     std::atomic<int> ready{0};
-    /// The class object that the first thread found of each class; everybody has to find the same.
+    /// Each class's class object, from the first thread to get it. All threads must get the same.
     std::vector<std::atomic<void*>> classObjects = std::vector<std::atomic<void*>>(LibraryClasses().size());
     std::atomic<int> wrong{0};
 };
@@ -30,7 +30,7 @@ struct Racer {
     int number;
 };
 
-/// Asks for the class objects, each thread in an order of its own.
+/// Gets the class objects, in an order that depends on the thread.
 bool FindsTheSameClassObjects(Round& round, int number) {
     const auto& classes = LibraryClasses();
     for (std::size_t i = 0; i < classes.size(); ++i) {
@@ -46,7 +46,7 @@ bool FindsTheSameClassObjects(Round& round, int number) {
     return true;
 }
 
-/// Has words translated, for which the catalogue is needed.
+/// Generates database codes from words, which needs the catalogue.
 bool TranslatesWords(Round& round) {
     ComPtr<IClassFactory> factory;
     ComPtr<IJobContents> contents;
@@ -65,7 +65,7 @@ DWORD WINAPI Race(void* argument) {
     const bool joined = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
     ++round.ready;
     WaitForSingleObject(round.start, INFINITE);
-    // Half of the threads begin with the catalogue.
+    // Half of the threads start with the catalogue.
     const bool right = racer.number % 2
                            ? TranslatesWords(round) && FindsTheSameClassObjects(round, racer.number)
                            : FindsTheSameClassObjects(round, racer.number) && TranslatesWords(round);
@@ -93,9 +93,9 @@ void RunRound() {
     SetEvent(round.start);
     const DWORD waited = WaitForMultipleObjects(threadCount, threads, TRUE, 60000);
     if (waited == WAIT_TIMEOUT) {
-        std::fputs("64 threads do not come to the end of their first use\n", stderr);
+        std::fputs("64 threads hang in their first use\n", stderr);
         std::fflush(stderr);
-        ExitProcess(253); // they use this thread's stack: nothing can be unwound
+        ExitProcess(253); // the threads use this stack, so it must not unwind
     }
     for (const HANDLE thread : threads)
         CloseHandle(thread);
@@ -106,12 +106,12 @@ void RunRound() {
 
 } // namespace
 
-TEST_CASE("Sixty_four_threads_at_the_first_use_get_the_same_class_objects_and_a_whole_catalogue") {
-    LibraryClasses(); // made by this thread
+TEST_CASE("Sixty_four_threads_at_first_use_get_the_same_class_objects_and_a_complete_catalogue") {
+    LibraryClasses(); // initialised by this thread
     CoFreeUnusedLibrariesEx(0, 0);
     const int rounds = SoakCount("SOAK_FIRST_USES", 10);
     for (int i = 0; i < rounds; ++i) {
-        // Each round begins with a library that knows nothing yet.
+        // Each round loads the library anew.
         REQUIRE(GetModuleHandleW(L"Tarnwick.dll") == nullptr);
         RunRound();
     }

@@ -6,14 +6,14 @@
 #include <cstdio>
 #include <functional>
 
-// Documents of a size that no client would send: they are taken, or refused for want of memory, and leave the
-// object as usable as before. SOAK_MEGABYTES and SOAK_DEPTH change the sizes.
+// Documents larger than any client's: they are read, or fail with out of memory, and the object remains
+// usable. SOAK_MEGABYTES and SOAK_DEPTH change the sizes.
 
 namespace {
 
 constexpr std::size_t paperDigits = 8;
 
-/// Copy lines that differ in nothing would be added up: each has a paper of its own.
+/// Each copy line has its own paper size, because equal ones would be merged.
 std::wstring CopyLine(std::size_t number) {
     std::wstring paper = std::to_wstring(number);
     paper.insert(0, paperDigits - paper.size(), L'0');
@@ -39,7 +39,7 @@ const RecordClass& ClassNamed(std::wstring_view name) {
     throw std::out_of_range("no such class");
 }
 
-/// A document of about so many bytes, full of copy lines.
+/// A document of about this many bytes, full of copy lines.
 UniqueBstr DocumentOf(const Form& form, std::size_t bytes) {
     const std::size_t lines = bytes / sizeof(wchar_t) / CopyLine(0).size();
     const std::size_t size = form.begin.size() + lines * CopyLine(0).size() + form.end.size();
@@ -55,7 +55,7 @@ UniqueBstr DocumentOf(const Form& form, std::size_t bytes) {
     return document;
 }
 
-/// What the system can still give in blocks of 1 MiB is taken away while it lives, but for so many of them.
+/// During its lifetime, reserves the free address space in blocks of 1 MiB, except `left` of them.
 class ScarceMemory {
 public:
     explicit ScarceMemory(std::size_t left) {
@@ -83,7 +83,7 @@ private:
     std::vector<void*> m_blocks;
 };
 
-/// Usable: it takes a small document and writes it again.
+/// Checks that the object reads a small document and writes it.
 void CheckUsable(const RecordClass& of, const Form& form, IUnknown* record) {
     const UniqueBstr text(form.begin + CopyLine(1) + form.end);
     UniqueBstr own;
@@ -92,7 +92,7 @@ void CheckUsable(const RecordClass& of, const Form& form, IUnknown* record) {
     CHECK(own.View().find(L"<Sheets>12</Sheets>") != std::wstring_view::npos);
 }
 
-/// Puts the document and gets it back, either of which may end for want of memory.
+/// Puts the document and gets it back. Either may run out of memory.
 void PutAndGet(const RecordClass& of, IUnknown* record, const UniqueBstr& document) {
     const DWORD start = GetTickCount();
     const HRESULT put = of.putXml(record, document.Get());
@@ -106,7 +106,7 @@ void PutAndGet(const RecordClass& of, IUnknown* record, const UniqueBstr& docume
     CHECK((put == S_OK || put == E_OUTOFMEMORY));
     CHECK((got == S_OK || got == E_OUTOFMEMORY));
     CHECK((own.Get() != nullptr) == (got == S_OK));
-    // All lines are in it again.
+    // No line is lost.
     if (put == S_OK && got == S_OK)
         CHECK(own.View().size() >= SysStringLen(document.Get()));
 }
@@ -134,7 +134,7 @@ DWORD WINAPI RunSmallThread(void* argument) {
     return 0;
 }
 
-/// Runs the work in an apartment of its own with this stack. Its assertions are safe: only it runs.
+/// Runs the work in a new apartment on a thread with this stack. It may assert, because the caller waits.
 void RunOnSmallStack(SIZE_T stack, const std::function<void()>& work) {
     SmallThread thread{work};
     const HANDLE handle =
@@ -145,7 +145,7 @@ void RunOnSmallStack(SIZE_T stack, const std::function<void()>& work) {
     REQUIRE(thread.done);
 }
 
-/// The record's own text with so many elements in each other behind its start tag.
+/// The record's XML with this many nested elements after its start tag.
 UniqueBstr DeepDocument(const RecordClass& of, IUnknown* record, std::size_t depth) {
     UniqueBstr own;
     REQUIRE_HR(of.getXml(record, own.Put()), S_OK);
@@ -162,7 +162,7 @@ UniqueBstr DeepDocument(const RecordClass& of, IUnknown* record, std::size_t dep
 
 } // namespace
 
-TEST_CASE("Xml_of_a_hundred_megabytes_is_taken_or_ends_in_out_of_memory") {
+TEST_CASE("Xml_of_a_hundred_megabytes_is_read_or_fails_with_out_of_memory") {
     const auto bytes = static_cast<std::size_t>(SoakCount("SOAK_MEGABYTES", 4)) * 1000000;
     for (const Form* form : {&copyLines, &jobContents}) {
         CheckLargeDocument(*form, 1000000); // COM and the system keep what they load on first use
@@ -173,7 +173,7 @@ TEST_CASE("Xml_of_a_hundred_megabytes_is_taken_or_ends_in_out_of_memory") {
     }
 }
 
-TEST_CASE("Xml_beyond_the_memory_that_is_left_ends_in_out_of_memory_and_leaves_the_object_usable") {
+TEST_CASE("Xml_beyond_the_free_memory_fails_with_out_of_memory_and_leaves_the_object_usable") {
     const RecordClass& of = ClassNamed(copyLines.className);
     const auto record = CreateRecord(of);
     CheckUsable(of, copyLines, record.Get());
@@ -196,7 +196,7 @@ TEST_CASE("Xml_beyond_the_memory_that_is_left_ends_in_out_of_memory_and_leaves_t
     CHECK(taken > 0);
 }
 
-TEST_CASE("Xml_of_any_depth_is_taken_on_a_stack_of_256_KB_by_every_class") {
+TEST_CASE("Xml_of_any_depth_is_read_by_every_class_on_a_stack_of_256_KB") {
     const auto depth = static_cast<std::size_t>(SoakCount("SOAK_DEPTH", 100000));
     RunOnSmallStack(256 * 1024, [depth] {
         for (const RecordClass& each : RecordClasses()) {
@@ -207,7 +207,7 @@ TEST_CASE("Xml_of_any_depth_is_taken_on_a_stack_of_256_KB_by_every_class") {
             CHECK_HR(each.putXml(record.Get(), text.Get()), S_OK);
             UniqueBstr own;
             CHECK_HR(each.getXml(record.Get(), own.Put()), S_OK);
-            std::printf("%ls with %zu elements in each other: %lu ms\n", each.name, depth,
+            std::printf("%ls with %zu nested elements: %lu ms\n", each.name, depth,
                         static_cast<unsigned long>(GetTickCount() - start));
         }
     });

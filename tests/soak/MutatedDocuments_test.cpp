@@ -6,8 +6,8 @@
 
 #include <cstdio>
 
-// Damaged documents are put into every class. SOAK_DOCUMENTS and SOAK_SEED change the run; SOAK_FIRST begins
-// with another document, to come back to one that failed.
+// Puts damaged documents into every class. SOAK_DOCUMENTS and SOAK_SEED change the run; SOAK_FIRST starts
+// with another document, to reproduce a failure.
 
 namespace {
 
@@ -16,7 +16,7 @@ struct Tally {
     int refused = 0;
 };
 
-/// Two objects of one class: one that reads whatever comes, and one that reads what the first has written.
+/// Two objects of one class: the first reads the documents, the second reads what the first writes.
 class Subject {
 public:
     explicit Subject(const RecordClass& of) : m_class(of) {}
@@ -29,21 +29,21 @@ public:
     HRESULT Take(const std::wstring& document) {
         return m_class.putXml(m_record.Get(), UniqueBstr(document).Get());
     }
-    /// Empty if what the record writes now can be read and is written the same again.
+    /// Checks that the record's own XML round-trips. Returns the problem, or an empty text.
     std::string FaultOfOwnText() {
         UniqueBstr own, again;
         if (m_class.getXml(m_record.Get(), own.Put()) != S_OK)
             return "get Xml fails";
         const HRESULT result = m_class.putXml(m_reader.Get(), own.Get());
-        // A version whose first number is not defined is written as a text that no version is read from.
+        // A version without a defined first number is written as a text that cannot be read.
         if (result == E_FAIL && own.View().find(L" Version=\"&lt;invalid&gt;\"") != std::wstring_view::npos)
             return {};
         if (result != S_OK)
-            return "put Xml refuses the record's own text " + Narrow(own.View());
+            return "put Xml refuses the record's own XML " + Narrow(own.View());
         if (m_class.getXml(m_reader.Get(), again.Put()) != S_OK)
-            return "get Xml fails after the record's own text";
+            return "get Xml fails after the record's own XML";
         if (own.View() != again.View())
-            return "the own text changes from " + Narrow(own.View()) + "\nto " + Narrow(again.View());
+            return "the record's own XML changes from " + Narrow(own.View()) + "\nto " + Narrow(again.View());
         return {};
     }
 
@@ -56,14 +56,14 @@ private:
 void TakeDocument(Subject& subject, const std::wstring& document, Tally& tally) {
     const HRESULT result = subject.Take(document);
     if (result != S_OK && result != E_FAIL)
-        FAIL_CHECK("put Xml gives " << Hex(result));
+        FAIL_CHECK("put Xml returns " << Hex(result));
     ++(result == S_OK ? tally.accepted : tally.refused);
     const std::string fault = subject.FaultOfOwnText();
     if (!fault.empty())
         FAIL_CHECK(fault);
 }
 
-/// Puts the documents from first to end into every class.
+/// Puts the documents `first` to `end` - 1 into every class.
 Tally TakeDocuments(const DocumentMutator& mutator, int first, int end, Watchdog& watchdog) {
     Tally tally;
     std::vector<Subject> subjects;
@@ -75,7 +75,7 @@ Tally TakeDocuments(const DocumentMutator& mutator, int first, int end, Watchdog
             const wchar_t* const name = subject.Class().name;
             const std::wstring document = number % 2 ? WithRoot(original, name) : original;
             watchdog.Step(number, name);
-            // An object is used for a while: what one document leaves behind must not harm the next.
+            // Objects are reused, so that state left by one document can affect the next.
             if ((number - first) % 32 == 0)
                 subject.Renew();
             INFO("document " << number << " in " << Narrow(name) << ": " << Narrow(document));
@@ -88,13 +88,13 @@ Tally TakeDocuments(const DocumentMutator& mutator, int first, int end, Watchdog
 
 } // namespace
 
-TEST_CASE("Xml_of_every_class_takes_damaged_documents_without_harm") {
+TEST_CASE("Xml_of_every_class_survives_damaged_documents") {
     const int first = SoakCount("SOAK_FIRST", 0);
     const int count = SoakCount("SOAK_DOCUMENTS", 500);
     const auto seed = static_cast<std::uint32_t>(SoakCount("SOAK_SEED", 20260));
     const DocumentMutator mutator(seed);
     Watchdog watchdog("damaged documents", seed);
-    // COM and the system keep what they load on first use.
+    // COM and the system allocate on first use.
     TakeDocuments(mutator, first, first + 50, watchdog);
     REQUIRE_HR(AskLibraryToUnload(), S_OK);
     const ProcessCounters before = ProcessCounters::Now();

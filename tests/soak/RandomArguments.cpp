@@ -56,7 +56,7 @@ VARIANT Typed(VARTYPE type) {
 VARIANT SomeText(ArgumentSource& source) {
     VARIANT value = Typed(VT_BSTR);
     if (source.random.OneIn(8))
-        return value; // the null text
+        return value; // a null BSTR
     value.bstrVal =
         UniqueBstr(source.random.OneIn(4) ? std::wstring_view(source.document) : source.random.Of(texts))
             .Detach();
@@ -100,7 +100,7 @@ VARIANT SomeValue(ArgumentSource& source, VARTYPE type) {
         break;
     case VT_DECIMAL:
         VarDecFromI4(random.Of(longs), &value.decVal);
-        value.vt = VT_DECIMAL; // it shares its place with the number's first bytes
+        value.vt = VT_DECIMAL; // vt overlaps the decimal's first bytes
         break;
     case VT_ERROR:
         value.scode = random.OneIn(2) ? DISP_E_PARAMNOTFOUND : E_FAIL;
@@ -109,7 +109,7 @@ VARIANT SomeValue(ArgumentSource& source, VARTYPE type) {
     case VT_EMPTY:
     case VT_NULL:
         break;
-    default: // the whole numbers
+    default: // integers
         value.llVal = random.OneIn(2) ? random.Of(longs) : static_cast<LONG>(random.Next());
     }
     return value;
@@ -123,7 +123,7 @@ bool HoldsPointer(const VARIANT& value) {
 } // namespace
 
 RandomArguments::~RandomArguments() {
-    // References own nothing; their places do.
+    // References do not own their values; the places do.
     for (VARIANT& value : m_values)
         if ((value.vt & VT_BYREF) == 0)
             VariantClear(&value);
@@ -146,10 +146,10 @@ void RandomArguments::AddByReference(const VARIANT& value) {
 void RandomArguments::AddAny(ArgumentSource& source) {
     constexpr std::uint32_t byValue = 5;
     const VARIANT value = SomeValue(source, source.random.Of(types));
-    // Wine's type information loses a reference to an object that is passed otherwise than as VT_DISPATCH by
-    // value and is not the wanted one.
+    // Wine's type information leaks a reference to an object of the wrong type unless it is passed as
+    // VT_DISPATCH by value.
     const std::uint32_t way = value.vt == VT_DISPATCH ? byValue : source.random.Below(byValue + 1);
-    // There is no reference to nothing.
+    // VT_EMPTY and VT_NULL have no by-reference form.
     if (way == 0 && value.vt != VT_EMPTY && value.vt != VT_NULL) {
         AddByReference(value);
     } else if (way == 1) {

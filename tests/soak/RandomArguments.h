@@ -6,18 +6,17 @@
 #include <memory>
 #include <vector>
 
-/// Where random arguments take their objects and texts from.
+/// Source of the objects and texts in random arguments.
 struct ArgumentSource {
     Random& random;
-    /// Lives as long as the arguments; may hold nulls.
+    /// Must outlive the arguments; may contain nulls.
     const std::vector<ComPtr<IDispatch>>& objects;
     /// A text for an XML property.
     std::wstring document;
 };
 
-/// The arguments of one late-bound call: anything that a client may pass, whether it fits or not. All that
-/// they point to is valid memory of the type that they say, and is theirs: it is freed after the call, with
-/// what the call has put there.
+/// The arguments of one late-bound call: any valid VARIANTs, matching the member or not. Owns what they point
+/// to and frees it after the call, including values that the call stored.
 class RandomArguments {
 public:
     RandomArguments() = default;
@@ -25,19 +24,19 @@ public:
     RandomArguments& operator=(const RandomArguments&) = delete;
     ~RandomArguments();
 
-    /// A value of any type.
+    /// Adds a value of any type.
     void AddAny(ArgumentSource& source);
-    /// A value that fits the parameter.
+    /// Adds a value of the parameter's type.
     void AddFitting(ArgumentSource& source, const Parameter& parameter);
 
-    /// In the order of IDispatch::Invoke, the last one first.
+    /// In the order of IDispatch::Invoke: the last argument first.
     std::vector<VARIANT>& Values();
 
 private:
     void AddByReference(const VARIANT& value);
 
-    /// What a reference points to. A callee may put another text or object in place of the one that is there,
-    /// which it does not free.
+    /// The target of a reference. A callee may overwrite the text or object without freeing the original, so
+    /// both are kept.
     struct Place {
         VARIANT original;
         VARIANT current;

@@ -10,12 +10,11 @@
 #include <cstdio>
 #include <map>
 
-// Late-bound calls of every kind that a client can make, sensible or not. SOAK_INVOKES and SOAK_SEED change
-// the run.
+// Random late-bound calls, valid or not. SOAK_INVOKES and SOAK_SEED change the run.
 
 namespace {
 
-/// What a late-bound call may come to, from the library or from the type information that it asks.
+/// Permitted results of a late-bound call, from the library or from the type information.
 const HRESULT properResults[] = {S_OK,
                                  E_POINTER,
                                  E_INVALIDARG,
@@ -34,7 +33,7 @@ const HRESULT properResults[] = {S_OK,
                                  DISP_E_TYPEMISMATCH,
                                  DISP_E_UNKNOWNINTERFACE,
                                  DISP_E_UNKNOWNNAME};
-/// What the members themselves fail with.
+/// Permitted failures of the members.
 const HRESULT properFailures[] = {E_FAIL, E_POINTER, E_INVALIDARG, E_NOINTERFACE,
                                   HRESULT_FROM_WIN32(ERROR_INVALID_OPERATION)};
 
@@ -58,8 +57,8 @@ std::vector<Subject> MakeSubjects() {
     return subjects;
 }
 
-/// A get that yields an object and has arguments goes on to the object's default member. Wine's type
-/// information does so even where there is no object, and crashes: such calls have to be left out.
+/// A get with arguments that returns an object continues with the object's default member. Wine's type
+/// information crashes there if the object is null, so such calls are excluded.
 bool GivesObject(const Subject& subject, DISPID id) {
     return std::any_of(subject.members.begin(), subject.members.end(), [id](const Member& member) {
         return member.id == id && member.kind == INVOKE_PROPERTYGET &&
@@ -70,14 +69,14 @@ bool GivesObject(const Subject& subject, DISPID id) {
 class Caller {
 public:
     enum Kind {
-        Fitting, ///< members that are there, with as many arguments as they have
-        Any      ///< these, and all that a client could get wrong
+        Fitting, ///< existing members with the right number of arguments
+        Any      ///< also every kind of wrong call
     };
 
     explicit Caller(std::uint32_t seed) : m_random(seed), m_documents(seed), m_subjects(MakeSubjects()) {
-        // One of each class, and one place that stays empty.
+        // One object per class, and a null.
         m_objects.resize(m_subjects.size() + 1);
-        // All places are made now: what the heap holds is compared later.
+        // Allocates all entries now, because the heap is compared later.
         for (const HRESULT result : properResults)
             m_results[result] = 0;
     }
@@ -104,7 +103,7 @@ private:
 void Caller::Note(HRESULT result) {
     ++m_results[result];
     if (!Contains(properResults, result))
-        FAIL_CHECK("the call gives " << Hex(result));
+        FAIL_CHECK("the call returns " << Hex(result));
 }
 
 void Caller::Invoke(IDispatch* object, DISPID id, WORD flags, RandomArguments& arguments, UINT named) {
@@ -126,13 +125,13 @@ void Caller::Invoke(IDispatch* object, DISPID id, WORD flags, RandomArguments& a
     if (wantsException && invoked == DISP_E_EXCEPTION && !Contains(properFailures, exception.scode))
         FAIL_CHECK("the exception has the code " << Hex(exception.scode));
     if (VariantClear(&result) != S_OK)
-        FAIL_CHECK("the result is no valid value");
+        FAIL_CHECK("the result is not a valid VARIANT");
     SysFreeString(exception.bstrSource);
     SysFreeString(exception.bstrDescription);
     SysFreeString(exception.bstrHelpFile);
 }
 
-/// A member that is there, with arguments that fit, or almost.
+/// Calls an existing member with matching or nearly matching arguments.
 void Caller::CallMember(IDispatch* object, const Subject& subject, Kind kind) {
     const Member& member = m_random.Of(subject.members);
     const bool isWrong = kind == Any && m_random.OneIn(8) && !GivesObject(subject, member.id);
@@ -141,7 +140,7 @@ void Caller::CallMember(IDispatch* object, const Subject& subject, Kind kind) {
     for (const Parameter& parameter : member.parameters) {
         if (parameter.isResult || (isWrong && m_random.OneIn(4)))
             continue;
-        // What is put into a property is converted as far as possible.
+        // A property's new value may be of any type, because it is converted if possible.
         if (m_random.OneIn(8) && (isWrong || member.parameters.size() == 1))
             arguments.AddAny(source);
         else
@@ -155,7 +154,7 @@ void Caller::CallMember(IDispatch* object, const Subject& subject, Kind kind) {
     Invoke(object, member.id, flags, arguments, member.kind == INVOKE_PROPERTYPUT && !isWrong ? 1 : 0);
 }
 
-/// Any number of anything for any identifier.
+/// Calls any DISPID with any number of any arguments.
 void Caller::CallAnything(IDispatch* object, const Subject& subject) {
     const DISPID oddIds[] = {0, -1, -3, -4, -5, -500, 99999, static_cast<DISPID>(0x80000000), 0x7FFFFFFF};
     const DISPID id = m_random.OneIn(4) ? m_random.Of(oddIds) : static_cast<DISPID>(m_random.Below(80));
@@ -215,12 +214,12 @@ void ShowResults(const std::map<HRESULT, int>& results) {
 
 } // namespace
 
-TEST_CASE("Invoke_of_every_class_takes_any_arguments_without_harm") {
+TEST_CASE("Invoke_of_every_class_survives_any_arguments") {
     const int count = SoakCount("SOAK_INVOKES", 10000);
     const auto seed = static_cast<std::uint32_t>(SoakCount("SOAK_SEED", 20260));
     Watchdog watchdog("random calls", seed);
     Caller caller(seed);
-    // COM and the system keep what they load on first use.
+    // COM and the system allocate on first use.
     caller.MakeCalls(2000, Caller::Any, watchdog);
     REQUIRE_HR(AskLibraryToUnload(), S_OK);
     const ProcessCounters before = ProcessCounters::Now();
@@ -236,8 +235,7 @@ TEST_CASE("Invoke_of_every_class_takes_any_arguments_without_harm") {
     std::printf("fitting calls: %s\nany calls: %s\n", Growth(before, between).c_str(),
                 Growth(between, after).c_str());
     CHECK_NO_GROWTH(before, between);
-    // The heap is left out: Wine's type information does not free the arguments that it has converted when it
-    // refuses a call after that, before the library sees it.
+    // The heap is not compared: Wine's type information leaks converted arguments of refused calls.
     CHECK(after.handles <= between.handles);
     CHECK(after.tlsSlots <= between.tlsSlots);
     for (const HRESULT expected : {S_OK, DISP_E_EXCEPTION, DISP_E_TYPEMISMATCH, DISP_E_MEMBERNOTFOUND})

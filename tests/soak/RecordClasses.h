@@ -4,17 +4,17 @@
 
 #include <vector>
 
-/// One of the classes with its Xml by the virtual table, for tests that treat all classes alike.
+/// A class with its Xml property through the vtable, for tests over all classes.
 struct RecordClass {
     const wchar_t* name;
     CLSID classId;
     IID interfaceId;
-    /// The object has to be one of this class, by its own interface.
+    /// The object must be of this class, passed as its own interface.
     HRESULT (*putXml)(IUnknown* record, BSTR text);
     HRESULT (*getXml)(IUnknown* record, BSTR* text);
 };
 
 const std::vector<RecordClass>& RecordClasses();
 
-/// A new object; the test fails if there is none.
+/// Creates an object; the test fails if that fails.
 ComPtr<IDispatch> CreateRecord(const RecordClass& of);

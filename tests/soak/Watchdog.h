@@ -2,17 +2,17 @@
 
 #include <windows.h>
 
-/// Ends the process with a message that tells where it was when a step crashes, or takes more than two
-/// minutes. One at a time.
+/// Ends the process with the current step's number and subject when a step crashes or takes more than two
+/// minutes. At most one instance at a time.
 class Watchdog {
 public:
-    /// The name is kept as a pointer.
+    /// Does not copy the name.
     explicit Watchdog(const char* test, unsigned long seed);
     Watchdog(const Watchdog&) = delete;
     Watchdog& operator=(const Watchdog&) = delete;
     ~Watchdog();
 
-    /// Begins the next step: its number and what is under test in it.
+    /// Starts the next step, with its number and the subject under test.
     void Step(int number, const wchar_t* subject);
 
 private:

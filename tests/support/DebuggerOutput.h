@@ -5,7 +5,7 @@
 
 #include <windows.h>
 
-/// Collects what the process sends to the debugger while it lives; one at a time.
+/// Collects the process's debugger output during its lifetime. At most one instance at a time.
 class DebuggerOutput {
 public:
     DebuggerOutput() : m_handler(AddVectoredExceptionHandler(1, Note)) { s_lines = &lines; }
@@ -19,8 +19,7 @@ public:
     std::vector<std::string> lines;
 
 private:
-    /// The narrow form has its length and text in the first two parameters; the system tries the wide form
-    /// before it.
+    /// The system raises the wide form first, then the narrow one with the parameters length and text.
     static LONG CALLBACK Note(EXCEPTION_POINTERS* pointers) {
         constexpr DWORD printException = 0x40010006;
         const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;

@@ -8,7 +8,7 @@ int SoakCount(const char* variable, int everyDay) {
 }
 
 std::uint32_t Random::Next() {
-    // SplitMix64: one addition and a mix of the bits.
+    // SplitMix64: an addition and a mix of the bits.
     m_state += 0x9E3779B97F4A7C15u;
     std::uint64_t mixed = m_state;
     mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9u;

@@ -2,13 +2,12 @@
 
 #include <cstdint>
 
-// What the long-running tests share. Each has a small count of its own for every day, and reads a larger one
-// from an environment variable; see run.sh.
+// Shared by the long-running tests. Each has a small default count; run.sh sets larger ones.
 
-/// The count in the environment variable, or else this one.
+/// The count in the environment variable, or the default.
 int SoakCount(const char* variable, int everyDay);
 
-/// Numbers that depend on the seed alone, on every compiler.
+/// Pseudo-random numbers that depend only on the seed, not on the compiler.
 class Random {
 public:
     explicit Random(std::uint64_t seed) : m_state(seed) {}

@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-/// A new, empty folder that goes away with its files.
+/// A new, empty folder; the destructor deletes it with its files.
 class TestFolder {
 public:
     TestFolder() {
@@ -41,7 +41,7 @@ inline bool FileExists(const std::wstring& path) {
     return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-/// The file's bytes as UTF-16LE text; a text that says so when the file cannot be read or has half a unit.
+/// The file's bytes as UTF-16LE text; an error text if the file is unreadable or has an odd size.
 inline std::wstring FileText(const std::wstring& path) {
     const QxKernelHandle file(CreateFileW(path.c_str(), GENERIC_READ,
                                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,

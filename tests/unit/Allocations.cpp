@@ -7,7 +7,7 @@
 namespace {
 
 std::atomic<std::size_t> requested{0};
-/// Allocations until one fails; negative when none is to fail.
+/// Allocations left before one fails; negative: none fails.
 std::atomic<int> untilFailure{-1};
 std::atomic<bool> failed{false};
 

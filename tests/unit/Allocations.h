@@ -2,13 +2,13 @@
 
 #include <cstddef>
 
-/// What the tests see of, and do to, the allocations of the C++ runtime in this executable.
+/// Counts this executable's C++ allocations and injects allocation failures.
 namespace Allocations {
 
-/// Bytes asked for since the program started.
+/// Bytes requested since the program started.
 std::size_t BytesRequested() noexcept;
 
-/// While it lives, the allocation after the first `allowed` ones throws std::bad_alloc, once.
+/// During its lifetime, the allocation after the first `allowed` ones throws std::bad_alloc, once.
 class FailOnce {
 public:
     explicit FailOnce(unsigned allowed) noexcept;

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-/// Keeps every text it is given.
+/// Keeps every text written to it.
 class CapturingSink final : public QxLog {
 public:
     explicit CapturingSink(std::vector<std::wstring>& texts, const wchar_t* name = L"capture")
@@ -18,8 +18,8 @@ private:
     std::vector<std::wstring>& m_texts;
 };
 
-/// While it lives, the process's log is on and its texts are collected here instead of going to a sink.
-/// Afterwards the log is as if it had never been configured.
+/// During its lifetime, the process's log is on and writes only here. Its destructor restores the
+/// unconfigured log.
 class CapturedLog {
 public:
     explicit CapturedLog(std::uint32_t options = 0) {
@@ -34,7 +34,7 @@ public:
     CapturedLog& operator=(const CapturedLog&) = delete;
 
     const std::vector<std::wstring>& Texts() const noexcept { return m_texts; }
-    /// The texts so far, without their line ends; they are forgotten.
+    /// Removes and returns the texts so far, without their line ends.
     std::vector<std::wstring> TakeLines() {
         std::vector<std::wstring> lines;
         lines.swap(m_texts);
@@ -42,7 +42,7 @@ public:
             line.pop_back();
         return lines;
     }
-    /// All texts, one after the other.
+    /// All texts, concatenated.
     std::wstring Joined() const {
         std::wstring joined;
         for (const std::wstring& text : m_texts)

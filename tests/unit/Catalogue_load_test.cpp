@@ -14,7 +14,7 @@ const std::wstring attributes = L"<PageAttributes/>";
 const std::wstring finishing = L"<FinishingAttributes/>";
 const std::wstring pdls = L"<Pdls><Pdl DbId='9'/><Pdl DbId=\"7\" Default=\"1\">Raw</Pdl></Pdls>";
 
-/// A catalogue with these paper sizes and sections that hold next to nothing.
+/// A catalogue with these paper sizes and otherwise minimal sections.
 std::wstring WithPaperSizes(const std::wstring& sizes) {
     return L"<c><PaperSizes>" + sizes + L"</PaperSizes>" + pairs + attributes + finishing + pdls + L"</c>";
 }
@@ -24,7 +24,7 @@ std::wstring WithPairs(const std::wstring& content) {
            finishing + pdls + L"</c>";
 }
 
-/// Loads the text and returns what was logged.
+/// Loads the text and returns the log lines.
 Lines LoadLog(const std::wstring& text) {
     CatalogueStub file(text);
     JobAttributeCatalogue catalogue;
@@ -106,7 +106,7 @@ TEST_CASE("EnsureLoaded_element_names_are_exact_and_prefixes_are_dropped") {
     CHECK(LoadLog(L"<c><v:PaperSizes/>" + pairs + attributes + finishing + pdls + L"</c>") == Lines{});
 }
 
-TEST_CASE("EnsureLoaded_partly_read_tables_stay_in_use_until_a_load_succeeds") {
+TEST_CASE("EnsureLoaded_partly_read_tables_are_used_until_a_load_succeeds") {
     const std::wstring size =
         L"<PaperSizes><PaperSize DbId=\"5\"><PaperDimensions/><PaperNames><PaperName>P</PaperName>"
         L"</PaperNames></PaperSize></PaperSizes>";
@@ -118,7 +118,7 @@ TEST_CASE("EnsureLoaded_partly_read_tables_stay_in_use_until_a_load_succeeds") {
     CHECK(catalogue.PaperDbIdFromName(L"P") == 5);
     CHECK(log.TakeLines() == Lines{missing, missing});
 
-    SECTION("a corrupt file leaves the tables alone") {
+    SECTION("a corrupt file leaves the tables unchanged") {
         file.SetText(L"<c>");
         CHECK(catalogue.PaperDbIdFromName(L"P") == 5);
     }
@@ -126,7 +126,7 @@ TEST_CASE("EnsureLoaded_partly_read_tables_stay_in_use_until_a_load_succeeds") {
         file.SetText(L"<c/>");
         CHECK(catalogue.PaperDbIdFromName(L"P") == 0);
     }
-    SECTION("a later section is emptied only when its turn comes") {
+    SECTION("a complete file replaces partly read tables") {
         file.SetText(L"<c>" + size + pairs + attributes + L"<FinishingAttributes/></c>");
         catalogue.EnsureLoaded();
         file.SetText(CatalogueStub::DefaultText());
@@ -147,7 +147,7 @@ TEST_CASE("ReadPaperSizes_without_dimensions_warns_and_keeps_zeros") {
     CHECK(paper.dimensions == L"0,0");
 }
 
-TEST_CASE("ReadPaperSizes_names_before_dimensions_drop_the_size") {
+TEST_CASE("ReadPaperSizes_names_before_dimensions_discard_the_size") {
     CatalogueStub file(
         WithPaperSizes(L"<PaperSize DbId=\"1\"><PaperNames><PaperName>P</PaperName></PaperNames>"
                        L"<PaperDimensions><X>1</X><Y>2</Y></PaperDimensions></PaperSize>"));
@@ -160,7 +160,7 @@ TEST_CASE("ReadPaperSizes_names_before_dimensions_drop_the_size") {
     CHECK_FALSE(catalogue.PaperFromDbId(1, paper));
 }
 
-TEST_CASE("ReadPaperSizes_size_without_names_gives_its_index_to_the_next") {
+TEST_CASE("ReadPaperSizes_size_without_names_takes_no_index") {
     CatalogueStub file(WithPaperSizes(
         L"<PaperSize DbId=\"8\"><PaperDimensions><X>1</X></PaperDimensions><PaperNames/></PaperSize>"
         L"<PaperSize DbId=\"9\"><PaperDimensions><X>3</X><Y>4</Y></PaperDimensions>"
@@ -176,7 +176,7 @@ TEST_CASE("ReadPaperSizes_size_without_names_gives_its_index_to_the_next") {
     CHECK(log.TakeLines() == Lines{});
 }
 
-TEST_CASE("ReadPaperSizes_same_name_under_two_sizes_resolves_to_the_later") {
+TEST_CASE("ReadPaperSizes_duplicate_name_resolves_to_the_later_size") {
     CatalogueStub file(WithPaperSizes(
         L"<PaperSize DbId=\"1\"><PaperDimensions/><PaperNames><PaperName>Twice</PaperName></PaperNames>"
         L"</PaperSize><PaperSize DbId=\"2\"><PaperDimensions/><PaperNames><PaperName>TWICE</PaperName>"
@@ -226,7 +226,7 @@ TEST_CASE("ReadPageAttributePairs_second_before_first_is_missing") {
     CHECK(catalogue.AttributeMaskFromNames(L"B") == 0);
 }
 
-TEST_CASE("ReadList_later_entry_of_the_same_name_replaces_the_earlier") {
+TEST_CASE("ReadList_duplicate_name_replaces_the_earlier_entry") {
     CatalogueStub file(L"<c><PaperSizes/>" + pairs + attributes +
                        L"<FinishingAttributes><FinishingAttribute DbId=\"1\">Staple</FinishingAttribute>"
                        L"<FinishingAttribute DbId=\"2\">STAPLE</FinishingAttribute></FinishingAttributes>" +
@@ -236,8 +236,8 @@ TEST_CASE("ReadList_later_entry_of_the_same_name_replaces_the_earlier") {
     CHECK(catalogue.FinishingNamesFromMask(3) == L"STAPLE");
 }
 
-TEST_CASE("ReadList_attributes_follow_the_parsers_rules") {
-    // A value in single quotes is not found; the code is read as a signed decimal number.
+TEST_CASE("ReadList_attributes_follow_the_rules_of_the_parser") {
+    // A value in single quotes is not found; codes are signed decimal numbers.
     CatalogueStub file(L"<c><PaperSizes/>" + pairs + attributes + finishing +
                        L"<Pdls><Pdl DbId='9'>Single</Pdl><Pdl DbId=\"3000000000\">Big</Pdl>"
                        L"<Pdl DbId=\"-1\">Minus</Pdl><Pdl DbId=\"0x10\">Hex</Pdl>"
@@ -289,7 +289,7 @@ TEST_CASE("EnsureLoaded_every_operation_loads_first") {
     }
 }
 
-TEST_CASE("Catalogue_is_not_asked_about_a_mask_of_0") {
+TEST_CASE("Catalogue_mask_of_0_loads_nothing") {
     const CatalogueStub file;
     JobAttributeCatalogue catalogue;
     CapturedLog log;

@@ -11,7 +11,7 @@ using AttributeText::Words;
 
 namespace {
 
-/// A catalogue of the default vocabulary, loaded, and the log from then on.
+/// A loaded catalogue, by default of the stub's vocabulary, and the log since the load.
 struct Loaded {
     Loaded() { catalogue.EnsureLoaded(); }
     explicit Loaded(const std::wstring& text) {
@@ -49,7 +49,7 @@ TEST_CASE("Without_replaces_from_left_to_right_in_one_pass_each") {
     CHECK(AttributeText::Without(L"color,b&w", {L"B&W", L"Color"}) == L"color,b&w");
 }
 
-TEST_CASE("PaperDbIdFromName_ignores_case_and_knows_every_name") {
+TEST_CASE("PaperDbIdFromName_ignores_case_and_finds_every_name") {
     Loaded t;
     CHECK(t.catalogue.PaperDbIdFromName(L"A4") == 1);
     CHECK(t.catalogue.PaperDbIdFromName(L"iso a4") == 1);
@@ -58,7 +58,7 @@ TEST_CASE("PaperDbIdFromName_ignores_case_and_knows_every_name") {
     CHECK(t.log.TakeLines() == Lines{});
 }
 
-TEST_CASE("PaperDbIdFromName_unknown_name_warns_and_gives_0") {
+TEST_CASE("PaperDbIdFromName_unknown_name_warns_and_returns_0") {
     Loaded t;
     CHECK(t.catalogue.PaperDbIdFromName(L"B%s4") == 0);
     CHECK(t.catalogue.PaperDbIdFromName(L"") == 0);
@@ -66,7 +66,7 @@ TEST_CASE("PaperDbIdFromName_unknown_name_warns_and_gives_0") {
                                      L"Could not resolve PaperSize entry for ''."});
 }
 
-TEST_CASE("PaperFromAttributeWords_first_paper_word_is_taken_as_it_stands") {
+TEST_CASE("PaperFromAttributeWords_first_paper_word_is_taken_verbatim") {
     Loaded t;
     Words words{L"Duplex", L"LETTER", L"A4"};
     const auto paper = t.catalogue.PaperFromAttributeWords(words);
@@ -75,7 +75,7 @@ TEST_CASE("PaperFromAttributeWords_first_paper_word_is_taken_as_it_stands") {
     CHECK(words == Words{L"Duplex", L"A4"});
 }
 
-TEST_CASE("PaperFromAttributeWords_without_paper_word_gives_the_default_size") {
+TEST_CASE("PaperFromAttributeWords_without_paper_word_returns_the_default_size") {
     Loaded t;
     Words words{L"Duplex"};
     const auto paper = t.catalogue.PaperFromAttributeWords(words);
@@ -92,7 +92,7 @@ TEST_CASE("PaperFromAttributeWords_default_size_without_default_name_has_an_empt
     CHECK(paper.dimensions == L"2100,2970");
 }
 
-TEST_CASE("PaperFromAttributeWords_without_default_size_gives_nothing") {
+TEST_CASE("PaperFromAttributeWords_without_default_size_returns_nothing") {
     Loaded t(Changed(L"<PaperSize DbId=\"1\" Default=\"true\">", L"<PaperSize DbId=\"1\">"));
     Words words;
     const auto paper = t.catalogue.PaperFromAttributeWords(words);
@@ -100,12 +100,12 @@ TEST_CASE("PaperFromAttributeWords_without_default_size_gives_nothing") {
     CHECK(paper.dimensions == L"");
 }
 
-TEST_CASE("PaperFromDbId_uses_position_then_code_then_position_all_the_same") {
+TEST_CASE("PaperFromDbId_tries_matching_position_then_code_then_any_position") {
     JobAttributeCatalogue::Paper paper;
     {
         Loaded t;
         CHECK(t.catalogue.PaperFromDbId(1, paper));
-        CHECK(paper.name == L"A4"); // the name marked as the default, not the first
+        CHECK(paper.name == L"A4"); // the default name, not the first
         CHECK(paper.dimensions == L"2100,2970");
     }
     Loaded t(Changed(L"<PaperSize DbId=\"2\"", L"<PaperSize DbId=\"1\""));
@@ -120,7 +120,7 @@ TEST_CASE("PaperFromDbId_uses_position_then_code_then_position_all_the_same") {
     CHECK(paper.name == L"A3");
     Loaded moved(Changed(L"<PaperSize DbId=\"1\"", L"<PaperSize DbId=\"3\""));
     CHECK(moved.catalogue.PaperFromDbId(3, paper));
-    CHECK(paper.name == L"A3"); // the entry at the position goes before an earlier one
+    CHECK(paper.name == L"A3"); // the entry at this position wins over an earlier entry with the code
     CHECK(moved.catalogue.PaperFromDbId(1, paper));
     CHECK(paper.name == L"A4");
     Loaded crossed(Changed(L"<PaperSize DbId=\"1\"", L"<PaperSize DbId=\"2\""));
@@ -140,7 +140,7 @@ TEST_CASE("PaperFromDbId_code_at_another_position_is_found") {
     CHECK(paper.name == L"A4");
 }
 
-TEST_CASE("PaperFromDbId_outside_the_number_of_sizes_is_refused") {
+TEST_CASE("PaperFromDbId_out_of_range_is_refused") {
     Loaded t;
     JobAttributeCatalogue::Paper paper;
     CHECK_FALSE(t.catalogue.PaperFromDbId(0, paper));
@@ -157,13 +157,13 @@ TEST_CASE("AttributeMaskFromNames_ors_the_codes_of_attributes_and_pairs") {
     CHECK(t.log.TakeLines() == Lines{});
 }
 
-TEST_CASE("AttributeMaskFromNames_Mono_is_no_word_once_lower_cased") {
+TEST_CASE("AttributeMaskFromNames_Mono_is_unknown_after_lower_casing") {
     Loaded t;
     CHECK(t.catalogue.AttributeMaskFromNames(L"Mono") == 0);
     CHECK(t.log.TakeLines() == Lines{L"Supplied PageAttributes 'Mono' did not match any attributes."});
 }
 
-TEST_CASE("AttributeMaskFromNames_page_attribute_goes_before_a_pair_side") {
+TEST_CASE("AttributeMaskFromNames_page_attribute_wins_over_a_pair_side") {
     Loaded t(
         Changed(L"<PageAttribute DbId=\"32\" Default=\"false\">Draft", L"<PageAttribute DbId=\"32\">Duplex"));
     CHECK(t.catalogue.AttributeMaskFromNames(L"duplex") == 32);
@@ -177,7 +177,7 @@ TEST_CASE("AttributeMaskFromNames_without_match_warns_once_but_not_for_empty_tex
     CHECK(t.log.TakeLines() == Lines{});
 }
 
-TEST_CASE("AttributeNamesFromMask_writes_one_side_a_pair_then_attributes_in_map_order") {
+TEST_CASE("AttributeNamesFromMask_writes_one_side_per_pair_then_attributes_in_map_order") {
     Loaded t;
     CHECK(t.catalogue.AttributeNamesFromMask(2 | 8 | 16 | 32) == L"Duplex,Color,Draft,TonerSave");
     CHECK(t.catalogue.AttributeNamesFromMask(1 | 2) == L"Simplex");
@@ -194,7 +194,7 @@ TEST_CASE("AttributeNamesFromMask_without_match_warns_once_but_not_for_0") {
           Lines{L"Supplied DB PageAttributes id '0xab000000' did not match any attributes."});
 }
 
-TEST_CASE("NormalizePageAttributes_empty_list_with_defaults_gives_every_default_side") {
+TEST_CASE("NormalizePageAttributes_empty_list_with_defaults_returns_every_default_side") {
     Loaded t;
     Words words;
     CHECK(t.catalogue.NormalizePageAttributes(words, true) == L"Simplex,B&W");
@@ -208,7 +208,7 @@ TEST_CASE("NormalizePageAttributes_second_is_the_default_side_unless_first_is_ma
     CHECK(t.catalogue.NormalizePageAttributes(words, true) == L"Simplex,Color");
 }
 
-TEST_CASE("NormalizePageAttributes_gives_catalogue_wording_and_leaves_unknown_words") {
+TEST_CASE("NormalizePageAttributes_writes_catalogue_wording_and_leaves_unknown_words") {
     Loaded t;
     Words words{L"A4", L"tonersave", L"COLOR", L"x", L"DRAFT"};
     CHECK(t.catalogue.NormalizePageAttributes(words, true) == L"Simplex,Color,TonerSave,Draft");
@@ -216,7 +216,7 @@ TEST_CASE("NormalizePageAttributes_gives_catalogue_wording_and_leaves_unknown_wo
     CHECK(t.log.TakeLines() == Lines{});
 }
 
-TEST_CASE("NormalizePageAttributes_both_sides_of_a_pair_warn_and_give_the_default") {
+TEST_CASE("NormalizePageAttributes_both_sides_of_a_pair_warn_and_use_the_default") {
     Loaded t;
     for (Words words : {Words{L"duplex", L"x", L"simplex"}, Words{L"simplex", L"x", L"duplex"}}) {
         CHECK(t.catalogue.NormalizePageAttributes(words, false) == L"Simplex");
@@ -226,7 +226,7 @@ TEST_CASE("NormalizePageAttributes_both_sides_of_a_pair_warn_and_give_the_defaul
     }
 }
 
-TEST_CASE("NormalizePageAttributes_pair_with_one_word_for_both_sides_takes_it_once") {
+TEST_CASE("NormalizePageAttributes_pair_with_the_same_word_twice_takes_it_once") {
     Loaded t(Changed(L">Duplex<", L">SIMPLEX<"));
     Words words{L"x", L"Simplex", L"y"};
     CHECK(t.catalogue.NormalizePageAttributes(words, false) == L"Simplex");
@@ -259,7 +259,7 @@ TEST_CASE("PdlDbIdFromName_known_name_ignores_case") {
     CHECK(t.log.TakeLines() == Lines{});
 }
 
-TEST_CASE("PdlDbIdFromName_unknown_name_warns_and_gives_the_default_code") {
+TEST_CASE("PdlDbIdFromName_unknown_name_warns_and_returns_the_default_code") {
     Loaded t;
     CHECK(t.catalogue.PdlDbIdFromName(L"Klingon") == 2);
     CHECK(t.log.TakeLines() == Lines{L"Supplied JobPdl 'Klingon' was not found."});
@@ -267,14 +267,14 @@ TEST_CASE("PdlDbIdFromName_unknown_name_warns_and_gives_the_default_code") {
     CHECK(t.log.TakeLines() == Lines{L"Supplied JobPdl '' was not found."});
 }
 
-TEST_CASE("PdlDbIdFromName_without_default_ends_with_0_and_a_warning_for_each_name") {
+TEST_CASE("PdlDbIdFromName_without_default_returns_0_and_warns_for_each_name") {
     Loaded t(Changed(L"<Pdl DbId=\"2\" Default=\"true\">", L"<Pdl DbId=\"2\">"));
     CHECK(t.catalogue.PdlDbIdFromName(L"Klingon") == 0);
     CHECK(t.log.TakeLines() ==
           Lines{L"Supplied JobPdl 'Klingon' was not found.", L"Supplied JobPdl '' was not found."});
 }
 
-TEST_CASE("PdlNameFromDbId_unknown_code_warns_and_gives_the_default_name") {
+TEST_CASE("PdlNameFromDbId_unknown_code_warns_and_returns_the_default_name") {
     Loaded t;
     CHECK(t.catalogue.PdlNameFromDbId(3) == L"NT EMF 1.008");
     CHECK(t.log.TakeLines() == Lines{});

@@ -25,7 +25,7 @@ TEST_CASE("ChildReader_reads_texts_numbers_and_flags") {
     CHECK(children.Flag(L"f"));
 }
 
-TEST_CASE("ChildReader_gives_defaults_for_what_is_missing_or_unusable") {
+TEST_CASE("ChildReader_missing_or_unusable_values_read_as_defaults") {
     Document document(L"<r><n>-1</n><e/></r>");
     ChildReader children(document.parser);
     CHECK(children.Text(L"t").empty());
@@ -35,7 +35,7 @@ TEST_CASE("ChildReader_gives_defaults_for_what_is_missing_or_unusable") {
     CHECK(children.Text(L"e").empty());
 }
 
-TEST_CASE("ChildReader_finds_children_in_any_order_and_of_several_the_first") {
+TEST_CASE("ChildReader_finds_children_in_any_order_and_the_first_of_duplicates") {
     Document document(L"<r><x>?</x><b>2</b><a>1</a><b>3</b><c>4</c><a>5</a><c>6</c></r>");
     ChildReader children(document.parser);
     CHECK(children.Number(L"c") == 4);
@@ -45,7 +45,7 @@ TEST_CASE("ChildReader_finds_children_in_any_order_and_of_several_the_first") {
     CHECK(children.Text(L"x") == L"?");
 }
 
-TEST_CASE("ChildReader_finds_the_first_of_several_in_the_documents_order_too") {
+TEST_CASE("ChildReader_reading_in_document_order_finds_the_first_of_duplicates") {
     Document document(L"<r><a>1</a><a>2</a><b>3</b><a>4</a><c>5</c><b>6</b></r>");
     ChildReader children(document.parser);
     CHECK(children.Number(L"a") == 1);
@@ -54,7 +54,7 @@ TEST_CASE("ChildReader_finds_the_first_of_several_in_the_documents_order_too") {
     CHECK_FALSE(children.Find(L"d"));
 }
 
-TEST_CASE("ChildReader_goes_on_where_it_was_after_the_parser_came_out_of_a_child") {
+TEST_CASE("ChildReader_resumes_after_the_parser_leaves_a_child") {
     Document document(L"<r><a>1</a><g><b>2</b><a>3</a></g><b>4</b></r>");
     ChildReader children(document.parser);
     CHECK(children.Number(L"a") == 1);
@@ -67,7 +67,7 @@ TEST_CASE("ChildReader_goes_on_where_it_was_after_the_parser_came_out_of_a_child
     CHECK(children.Number(L"b") == 4);
 }
 
-TEST_CASE("ChildReader_leaves_no_current_child_when_it_finds_none") {
+TEST_CASE("ChildReader_failed_search_clears_the_current_child") {
     Document document(L"<r><a n=\"1\">1</a></r>");
     ChildReader children(document.parser);
     REQUIRE(children.Find(L"a"));

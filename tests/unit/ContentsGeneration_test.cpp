@@ -13,7 +13,7 @@ const CCopyLine& OnlyLine(const CJobContents& contents) {
     return contents.JobCopyLines().Line(0);
 }
 
-/// The copy lines that a database text gives.
+/// Generates the contents from a database text with these copy lines.
 CJobContents& FromDB(CJobContents& contents, std::wstring_view copyLines) {
     contents.GenerateContentsFromDBInfo(copyLines, 1, 1, 1, 1);
     return contents;
@@ -111,7 +111,7 @@ TEST_CASE("GenerateCopyLine_without_paper_word_takes_the_default_paper") {
     CHECK(OnlyLine(contents).Attributes() == L"Simplex,B&W");
 }
 
-TEST_CASE("GenerateCopyLine_follows_the_flag_for_defaults") {
+TEST_CASE("GenerateCopyLine_adds_defaults_only_if_the_flag_is_set") {
     CJobContents contents;
     contents.SetGenerateDefaultPageAttributes(false);
     contents.GenerateCopyLineFromPageCounterInfo(L"A4", 1, 0, 0, 1);
@@ -133,7 +133,7 @@ TEST_CASE("GenerateCopyLine_lines_of_one_paper_are_merged") {
     CHECK(line.Attributes() == L"Duplex,B&W");
 }
 
-TEST_CASE("GenerateContents_makes_one_line_of_one_color") {
+TEST_CASE("GenerateContents_creates_one_line_of_one_color") {
     CJobContents contents;
     contents.GenerateContentsFromPageCounterInfo(L"A3,PCL,Staple", 0, -3, 7, 4);
     CHECK(contents.JobOriginals() == 1);
@@ -179,7 +179,7 @@ TEST_CASE("GenerateFromDB_rebuilds_the_whole_record") {
     CHECK(contents.DBCopyLines() == L"1,1,0,0,1;2,5,7,6,10");
 }
 
-TEST_CASE("GenerateFromDB_unknown_codes_give_defaults_and_warnings") {
+TEST_CASE("GenerateFromDB_unknown_codes_use_defaults_and_warn") {
     CJobContents contents;
     CapturedLog log;
     contents.GenerateContentsFromDBInfo(L"", 0, 0, 77, 64);
@@ -202,7 +202,7 @@ TEST_CASE("GenerateFromDB_invalid_pieces_are_logged_and_skipped") {
     CHECK(OnlyLine(contents).PagesBW() == 3);
 }
 
-TEST_CASE("GenerateFromDB_number_base_is_taken_from_the_text") {
+TEST_CASE("GenerateFromDB_number_prefix_selects_the_base") {
     CJobContents contents;
     FromDB(contents, L"0x2,010,0xff,9x,0X1");
     const CCopyLine& line = OnlyLine(contents);
@@ -248,7 +248,7 @@ TEST_CASE("GenerateFromDB_lines_of_one_paper_are_merged") {
     CHECK(OnlyLine(contents).Attributes() == L"Duplex");
 }
 
-TEST_CASE("GenerateFromDB_reads_what_DBCopyLines_wrote_with_blank_pages_as_black_and_white") {
+TEST_CASE("GenerateFromDB_of_DBCopyLines_text_restores_blank_pages_as_black_and_white") {
     CJobContents written;
     written.GenerateCopyLineFromPageCounterInfo(L"A3,Duplex", 3, 4, 2, 5);
     CJobContents read;

@@ -76,7 +76,7 @@ TEST_CASE("CopyLine_IsColor_needs_color_pages") {
     CHECK(line.IsColor());
 }
 
-TEST_CASE("CopyLine_IsDuplex_is_a_substring_test_in_exact_case") {
+TEST_CASE("CopyLine_IsDuplex_is_a_case_sensitive_substring_test") {
     CCopyLine line;
     for (const wchar_t* text : {L"Duplex", L"NoDuplex", L"B&W,Duplex", L"Duplexed"}) {
         line.SetAttributes(text);
@@ -135,7 +135,7 @@ TEST_CASE("CopyLine_children_are_read_in_any_order") {
     CHECK(line.PaperSize() == L"p");
 }
 
-TEST_CASE("CopyLine_missing_children_replace_the_values_that_were_there") {
+TEST_CASE("CopyLine_missing_children_reset_old_values") {
     CCopyLine line = Read(L"<CopyLine><PaperSize>p</PaperSize><PaperDimensions>d</PaperDimensions>"
                           L"<Attributes>a</Attributes><Sheets>1</Sheets><PagesBW>1</PagesBW>"
                           L"<PagesColor>1</PagesColor><PagesBlank>1</PagesBlank></CopyLine>");
@@ -169,7 +169,7 @@ TEST_CASE("CopyLine_older_form_with_color_counts_color") {
     CHECK(line.PaperSize() == L"A4");
 }
 
-TEST_CASE("CopyLine_older_form_tests_color_in_exact_case_and_clamps_pages") {
+TEST_CASE("CopyLine_older_form_tests_color_case_sensitively_and_clamps_pages") {
     CHECK(Read(L"<CopyLine><Pages>5</Pages><PageAttributes>color</PageAttributes></CopyLine>").PagesBW() ==
           5);
     CHECK(Read(L"<CopyLine><Pages>-5</Pages></CopyLine>").PagesTotal() == 0);

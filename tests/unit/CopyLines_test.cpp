@@ -88,7 +88,7 @@ TEST_CASE("CopyLines_read_lines_are_consolidated_and_ordered") {
     CHECK(lines.Line(1).PagesBW() == 5);
 }
 
-TEST_CASE("CopyLines_Consolidate_keeps_the_first_lines_attributes_and_sums_all_counts") {
+TEST_CASE("CopyLines_Consolidate_keeps_the_attributes_of_the_first_line_and_sums_all_counts") {
     CCopyLines lines;
     CCopyLine first = Line(L"A4", 1, 2, 3, 4, L"Duplex");
     first.SetPaperDimensions(L"1,1");
@@ -108,7 +108,7 @@ TEST_CASE("CopyLines_Consolidate_keeps_the_first_lines_attributes_and_sums_all_c
     CHECK(line.PaperDimensions() == L"1,1");
 }
 
-TEST_CASE("CopyLines_Consolidate_compares_paper_sizes_in_exact_case_and_orders_by_code_units") {
+TEST_CASE("CopyLines_Consolidate_compares_paper_sizes_case_sensitively_and_orders_by_code_units") {
     CCopyLines lines;
     for (const wchar_t* paper : {L"a4", L"Z", L"A4", L"", L"\u00e4", L"a4"})
         lines.Append(Line(paper, 1, 0));
@@ -133,7 +133,7 @@ TEST_CASE("CopyLines_Consolidate_sum_that_wraps_below_one_is_stored_as_zero") {
     CHECK(lines.Line(0).Sheets() == 0);
 }
 
-TEST_CASE("CopyLines_Consolidate_of_many_lines_keeps_one_a_paper") {
+TEST_CASE("CopyLines_Consolidate_of_many_lines_keeps_one_per_paper") {
     CCopyLines lines;
     for (int i = 0; i < 1000; ++i)
         lines.Append(Line(std::to_wstring(i % 10).c_str(), 1, 0));
@@ -189,7 +189,7 @@ TEST_CASE("CopyLines_text_without_the_element_is_refused_logged_and_empties") {
     }
 }
 
-TEST_CASE("CopyLines_DBText_writes_five_numbers_a_line") {
+TEST_CASE("CopyLines_DBText_writes_five_numbers_per_line") {
     CCopyLines lines;
     lines.Append(Line(L"Letter", 3, 7, 2, 6, L"Duplex,Color"));
     CHECK(lines.DBText() == L"2,5,7,6,10");
@@ -199,7 +199,7 @@ TEST_CASE("CopyLines_DBText_writes_five_numbers_a_line") {
     CHECK(log.TakeLines() == Lines{L"Could not resolve PaperSize entry for 'Napkin'."});
 }
 
-TEST_CASE("CopyLines_DBText_warns_of_the_paper_before_the_attributes") {
+TEST_CASE("CopyLines_DBText_warns_about_the_paper_before_the_attributes") {
     CCopyLines lines;
     lines.Append(Line(L"Napkin", 1, 0, 0, 1, L"Shiny"));
     CapturedLog log;

@@ -22,7 +22,7 @@ std::wstring Text(const QxDateTime& time, long milliseconds) {
     return std::wstring(time.Format(milliseconds).view());
 }
 
-/// What the text reads as, written back.
+/// Parses the text and formats the result.
 std::wstring Again(std::wstring_view text) {
     return Text(QxDateTime::Parse(text));
 }
@@ -48,13 +48,13 @@ TEST_CASE("DateTime_date_alone_is_midnight") {
     CHECK(Again(L"2010-3-4rest") == L"2010-03-04T00:00:00");
 }
 
-TEST_CASE("DateTime_time_alone_lies_on_day_zero") {
+TEST_CASE("DateTime_time_alone_is_on_day_zero") {
     const QxDateTime time = QxDateTime::Parse(L"05:06:07");
     CHECK(time.Value() == Approx((5 * 3600 + 6 * 60 + 7) * second));
     CHECK(Text(time) == L"05:06:07");
 }
 
-TEST_CASE("DateTime_numbers_may_have_white_space_and_sign_before_them") {
+TEST_CASE("DateTime_numbers_may_have_leading_white_space_and_sign") {
     CHECK(Again(L" 2010- 3-\t4T +5: 6:7") == L"2010-03-04T05:06:07");
     CHECK(Again(L"+5:6:7") == L"05:06:07");
 }
@@ -145,7 +145,7 @@ TEST_CASE("DateTime_null_is_written_as_empty") {
     CHECK(Text(QxDateTime(40241, Status::Null), 5).empty());
 }
 
-TEST_CASE("DateTime_value_that_is_no_date_is_written_as_invalid") {
+TEST_CASE("DateTime_value_outside_the_calendar_is_written_as_invalid") {
     const double infinity = std::numeric_limits<double>::infinity();
     for (const double value : {infinity, -infinity, std::nan(""), 1e300, -1e300, 2958466.0,
                                2958466.0 - second / 4, -657435.0, 4294967296.0, -9223372036854775808.0})
@@ -174,17 +174,17 @@ TEST_CASE("DateTime_unset_is_invalid_or_near_zero") {
     CHECK_FALSE(QxDateTime(-1).IsUnset());
 }
 
-TEST_CASE("DateTime_order_is_that_of_the_points_in_time") {
+TEST_CASE("DateTime_order_is_chronological") {
     const double ascending[] = {-657434.0, -657434.75, -2.5, -1.0, -1.25, -1.75,     0.0,
                                 -0.25,     0.5,        1.0,  1.25, 40000, 2958465.75};
     for (const double& a : ascending)
         for (const double& b : ascending)
             CHECK(QxDateTime(a).IsAfter(QxDateTime(b)) == (&a > &b));
-    CHECK_FALSE(QxDateTime(-0.25).IsAfter(QxDateTime(0.25))); // the same time of day zero
+    CHECK_FALSE(QxDateTime(-0.25).IsAfter(QxDateTime(0.25))); // both are 06:00 of day zero
     CHECK_FALSE(QxDateTime(0.25).IsAfter(QxDateTime(-0.25)));
 }
 
-TEST_CASE("DateTime_what_is_no_time_has_no_order") {
+TEST_CASE("DateTime_invalid_values_have_no_order") {
     const double infinity = std::numeric_limits<double>::infinity();
     for (const double value : {infinity, -infinity, std::nan(""), 1e300, -1e300, 2958466.0, -657435.0}) {
         CHECK_FALSE(QxDateTime(value).IsAfter(QxDateTime(5)));

@@ -12,7 +12,7 @@ struct Sample {
     std::int32_t number = 7;
     bool flag = true;
     QxDateTime date{40000};
-    QxString log; ///< what the functions of a row saw
+    QxString log; ///< text that ReadOwn found
 
     void WriteOwn(QxXmlWriter& writer) const { writer.Raw(L"<own/>"); }
     void ReadOwn(QxXmlParser& parser, ChildReader& children) {
@@ -69,11 +69,11 @@ TEST_CASE("ElementTable_resets_the_fields_of_missing_elements") {
     CHECK(read.date.IsValid());
 }
 
-TEST_CASE("ElementTable_resets_a_date_that_is_no_date") {
+TEST_CASE("ElementTable_invalid_date_reads_as_zero") {
     CHECK(Read(L"<r><date>2010-02-30T00:00:00</date></r>", second, plain).date.Value() == 0);
 }
 
-TEST_CASE("ElementTable_keeps_fields_whose_rows_say_so_when_the_element_is_missing") {
+TEST_CASE("ElementTable_missing_element_keeps_the_field_if_its_row_requires_it") {
     static constexpr Element<Sample> rows[] = {
         Element(L"number", &Sample::number).WhenMissing(Missing::Kept),
         Element(L"flag", &Sample::flag).WhenMissing(Missing::Kept),
@@ -90,7 +90,7 @@ TEST_CASE("ElementTable_raises_numbers_to_their_minimum") {
     CHECK(Read(L"<r/>", second, rows).number == 1);
 }
 
-TEST_CASE("ElementTable_has_an_element_from_its_first_version_until_the_one_without_it") {
+TEST_CASE("ElementTable_element_exists_from_its_first_to_before_its_end_version") {
     static constexpr Element<Sample> rows[] = {
         Element(L"text", &Sample::text).Since(second),
         Element(L"number", &Sample::number).Until(second),
@@ -105,7 +105,7 @@ TEST_CASE("ElementTable_has_an_element_from_its_first_version_until_the_one_with
     CHECK(Read(both, second, rows).number == 7);
 }
 
-TEST_CASE("ElementTable_resets_a_field_in_a_version_without_the_element_when_its_row_says_so") {
+TEST_CASE("ElementTable_version_without_the_element_resets_the_field_if_its_row_requires_it") {
     static constexpr Element<Sample> rows[] = {
         Element(L"text", &Sample::text).Since(second).WhenMissing(Missing::ResetInAnyForm)};
     CHECK(Read(L"<r><text>new</text></r>", QxVersion(1, 0), rows).text.empty());
@@ -121,7 +121,7 @@ TEST_CASE("ElementTable_calls_the_functions_of_a_row_in_its_place") {
     CHECK(Read(L"<r/>", second, rows).log == L"none");
 }
 
-TEST_CASE("ElementTable_takes_rows_with_a_writer_or_a_reader_alone") {
+TEST_CASE("ElementTable_rows_may_have_only_a_writer_or_a_reader") {
     static constexpr Element<Sample> rows[] = {{&Sample::WriteOwn, nullptr}, {nullptr, &Sample::ReadOwn}};
     CHECK(Written(Sample(), second, rows) == L"<own/>");
     CHECK(Read(L"<r><own>y</own></r>", second, rows).log == L"y");

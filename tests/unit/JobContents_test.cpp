@@ -48,7 +48,7 @@ TEST_CASE("JobContents_counts_below_zero_are_stored_as_zero") {
     CHECK(contents.JobCopies() == 0);
 }
 
-TEST_CASE("JobContents_IsPdlEMF_is_a_substring_test_in_exact_case") {
+TEST_CASE("JobContents_IsPdlEMF_is_a_case_sensitive_substring_test") {
     CJobContents contents;
     for (const wchar_t* pdl : {L"EMF", L"NT EMF 1.008", L"xEMFx", L"PCL,EMF"}) {
         contents.SetJobPdl(pdl);
@@ -175,7 +175,7 @@ TEST_CASE("JobContents_without_copy_lines_reads_the_rest_and_then_fails") {
     CHECK(contents.Version().AsString() == L"3.0");
 }
 
-TEST_CASE("MatchAttributes_sorts_the_words_into_the_jobs_parts") {
+TEST_CASE("MatchAttributes_assigns_each_word_to_its_property") {
     const CJobContents contents;
     const auto match = contents.MatchAttributes(L"LETTER,Color,pcl,duplex,staple,FOLD,draft,Foo,Bar");
     CHECK(match.isColor);
@@ -183,12 +183,12 @@ TEST_CASE("MatchAttributes_sorts_the_words_into_the_jobs_parts") {
     CHECK(match.paperDimensions == L"2159,2794");
     CHECK(match.jobPdl == L"PCL");
     CHECK(match.jobFinishing == L"Staple,Fold");
-    // The color words are cut out before, so that this pair gets its default.
+    // The color words are removed first, so this pair gets its default.
     CHECK(match.pageAttributes == L"Duplex,B&W,Draft");
     CHECK(match.unmatchedAttributes == L"Foo,Bar");
 }
 
-TEST_CASE("MatchAttributes_empty_text_gives_the_defaults") {
+TEST_CASE("MatchAttributes_empty_text_returns_the_defaults") {
     CJobContents contents;
     auto match = contents.MatchAttributes(L"");
     CHECK_FALSE(match.isColor);
@@ -215,34 +215,34 @@ TEST_CASE("MatchAttributes_second_paper_stays_unmatched") {
     CHECK(match.unmatchedAttributes == L"A4");
 }
 
-TEST_CASE("MatchAttributes_word_that_stands_twice_is_taken_once_by_its_pair") {
+TEST_CASE("MatchAttributes_duplicate_word_is_taken_once_by_its_pair") {
     const auto twice = CJobContents().MatchAttributes(L"duplex,Draft,Duplex,DUPLEX");
     CHECK(twice.pageAttributes == L"Duplex,B&W,Draft");
-    CHECK(twice.unmatchedAttributes == L"Duplex,DUPLEX"); // the first one was taken
+    CHECK(twice.unmatchedAttributes == L"Duplex,DUPLEX"); // the pair took the first
     const auto both = CJobContents().MatchAttributes(L"Duplex,Simplex,Duplex");
     CHECK(both.pageAttributes == L"Simplex,B&W");
     CHECK(both.unmatchedAttributes == L"Duplex");
 }
 
-TEST_CASE("MatchAttributes_Mono_is_black_and_white_in_exact_case") {
+TEST_CASE("MatchAttributes_Mono_is_black_and_white_case_sensitively") {
     CJobContents contents;
     contents.SetGenerateDefaultPageAttributes(false);
     CHECK(contents.MatchAttributes(L"Mono").pageAttributes == L"B&W");
     CHECK(contents.MatchAttributes(L"Mono").unmatchedAttributes == L"");
     CHECK_FALSE(contents.MatchAttributes(L"Mono").isColor);
-    CHECK(contents.MatchAttributes(L"B&W,Mono").pageAttributes == L"B&W"); // its own word is cut out before
+    CHECK(contents.MatchAttributes(L"B&W,Mono").pageAttributes == L"B&W"); // the literal B&W is removed first
     CHECK(contents.MatchAttributes(L"Mono,Mono").unmatchedAttributes == L"B&W");
     const auto lower = contents.MatchAttributes(L"mono");
     CHECK(lower.pageAttributes == L"");
     CHECK(lower.unmatchedAttributes == L"mono");
 }
 
-TEST_CASE("MatchAttributes_color_is_a_substring_test_in_exact_case") {
+TEST_CASE("MatchAttributes_color_is_a_case_sensitive_substring_test") {
     CHECK(CJobContents().MatchAttributes(L"x,HighColor").isColor);
     CHECK(CJobContents().MatchAttributes(L"x,HighColor").unmatchedAttributes == L"x,High");
     const auto lower = CJobContents().MatchAttributes(L"color");
     CHECK_FALSE(lower.isColor);
-    CHECK(lower.pageAttributes == L"Simplex,Color"); // the word itself is known in any case
+    CHECK(lower.pageAttributes == L"Simplex,Color"); // the word lookup ignores case
 }
 
 TEST_CASE("MatchAttributes_changes_nothing_in_the_record") {

@@ -45,7 +45,7 @@ TEST_CASE("Header_each_option_writes_its_part") {
     CHECK(Header(LogFormat::SourceName) == L"[Source] ");
 }
 
-TEST_CASE("Header_parts_are_written_in_order_with_one_blank_between") {
+TEST_CASE("Header_parts_are_written_in_order_separated_by_one_space") {
     CHECK(Header(3) == L"[2024/01/02 03:04:05 P01C] ");
     CHECK(Header(63, 0x20000) == L"[2024/01/02 03:04:05 P01C TABCDE CQxCom e Source] ");
     CHECK(Header(LogFormat::Category | LogFormat::TypeLetter, 1) == L"[e] ");
@@ -148,7 +148,7 @@ TEST_CASE("HexDump_second_run_collapses_too") {
     CHECK(dump.find(L"00000090:") != std::wstring::npos);
 }
 
-TEST_CASE("HexDump_block_above_the_limit_is_cut") {
+TEST_CASE("HexDump_block_above_the_limit_is_truncated") {
     std::vector<unsigned char> bytes(1025, 'A');
     const std::wstring cut = Dump(bytes, L"p ", 1);
     CHECK(cut.find(L"p 000003F0:") != std::wstring::npos);
@@ -161,7 +161,7 @@ TEST_CASE("HexDump_block_above_the_limit_is_cut") {
     CHECK(Dump(bytes).find(L"00001380:") != std::wstring::npos);
 }
 
-TEST_CASE("HexDump_collapsing_looks_at_the_shown_bytes_only") {
+TEST_CASE("HexDump_collapsing_considers_only_the_shown_bytes") {
     std::vector<unsigned char> bytes(2048);
     CHECK(Dump(bytes, L"", 1) == ZeroRow(L"00000000") + dots + ZeroRow(L"000003F0") + L"...\n");
 }

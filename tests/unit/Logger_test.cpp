@@ -24,7 +24,7 @@ QxLogger& Logger() {
     return QxLogger::Instance();
 }
 
-/// Takes other settings and leaves the sinks alone.
+/// Changes the settings and keeps the sinks.
 void SetSettings(const LogSettings& settings) {
     Logger().Change([&](LogConfiguration& configuration) { configuration.settings = settings; });
 }
@@ -41,7 +41,7 @@ LogSettings Enabled() {
     return settings;
 }
 
-/// Logs under a type of its own: the free functions know errors only.
+/// Logs with any type; the free functions log errors only.
 void LogTyped(std::uint32_t type, const wchar_t* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
@@ -49,7 +49,7 @@ void LogTyped(std::uint32_t type, const wchar_t* format, ...) {
     va_end(arguments);
 }
 
-/// Notes its name with each text, in a list that several sinks share.
+/// Appends its name and each text to a list shared by several sinks.
 class TaggingSink final : public QxLog {
 public:
     TaggingSink(std::vector<std::wstring>& texts, const wchar_t* name) : QxLog(name), m_texts(texts) {}
@@ -61,7 +61,7 @@ private:
     std::vector<std::wstring>& m_texts;
 };
 
-/// Raises a message from inside a write, as a file that cannot be closed does.
+/// Logs from inside a write, as a failed close of the file does.
 class LoggingSink final : public QxLog {
 public:
     explicit LoggingSink(int& writes) : QxLog(L"logging"), m_writes(writes) {}
@@ -106,7 +106,7 @@ TEST_CASE("Logger_never_configured_drops_everything") {
 TEST_CASE("Logger_disabled_drops_and_formats_nothing") {
     CapturedLog log;
     SetSettings({});
-    // Formatting this would read from the null pointer.
+    // Formatting this argument would crash.
     LogError(L"%ls", reinterpret_cast<const wchar_t*>(1));
     CHECK(log.Texts().empty());
 }
@@ -118,7 +118,7 @@ TEST_CASE("Logger_message_is_one_line") {
     CHECK(log.Texts() == std::vector<std::wstring>{L"text wide, number 5\n", L"utility\n"});
 }
 
-TEST_CASE("Logger_header_takes_the_settings") {
+TEST_CASE("Logger_header_follows_the_settings") {
     CapturedLog log;
     LogSettings settings = Enabled();
     settings.options = LogFormat::Category | LogFormat::TypeLetter | LogFormat::SourceName;
@@ -136,7 +136,7 @@ TEST_CASE("Logger_general_category_alone_leaves_empty_brackets") {
     CHECK(log.Joined() == L"[] text\n");
 }
 
-TEST_CASE("Logger_time_and_process_stand_in_the_header") {
+TEST_CASE("Logger_header_shows_time_and_process") {
     CapturedLog log(LogFormat::TimeStamp | LogFormat::ProcessId | LogFormat::ThreadId);
     LogError(L"text");
     const std::wstring line = log.Joined();
@@ -155,7 +155,7 @@ TEST_CASE("Logger_category_filter_passes_common_bits_only") {
     LogSettings settings = Enabled();
     settings.categories = LogUtility | 4;
     SetSettings(settings);
-    CHECK(Logger().Accepts(LogCom)); // the mask counts only when its filter is on
+    CHECK(Logger().Accepts(LogCom)); // the mask is ignored unless its filter is on
     settings.filters = LogSettings::ByCategory;
     SetSettings(settings);
     CHECK(Logger().Accepts(LogUtility));
@@ -182,7 +182,7 @@ TEST_CASE("Logger_type_filter_needs_the_error_bit") {
     CHECK(log.Joined() == L"passes\n");
 }
 
-TEST_CASE("Logger_level_takes_no_part_in_filtering") {
+TEST_CASE("Logger_level_does_not_filter") {
     CapturedLog log;
     LogSettings settings = Enabled();
     settings.level = 0xFFFFFFFF;
@@ -206,7 +206,7 @@ TEST_CASE("Logger_data_block_follows_its_line") {
     CHECK(log.Texts()[4] == L"empty block\n");
 }
 
-TEST_CASE("Logger_data_block_is_cut_at_the_configured_size") {
+TEST_CASE("Logger_data_block_is_truncated_at_the_configured_size") {
     CapturedLog log;
     LogSettings settings = Enabled();
     settings.maxDataSize = 1;
@@ -258,7 +258,7 @@ TEST_CASE("Logger_removed_sinks_are_released") {
     CHECK(destroyed == 2);
 }
 
-TEST_CASE("Logger_change_that_fails_changes_nothing") {
+TEST_CASE("Logger_failed_change_has_no_effect") {
     CapturedLog log;
     int destroyed = 0;
     CHECK_THROWS_AS(Logger().Change([&](LogConfiguration& configuration) {
@@ -283,7 +283,7 @@ TEST_CASE("Logger_message_raised_inside_a_write_is_dropped") {
     CHECK(writes == 2);
 }
 
-TEST_CASE("Logger_very_long_message_is_written_whole") {
+TEST_CASE("Logger_very_long_message_is_written_completely") {
     CapturedLog log;
     const std::wstring text(70000, L'x');
     LogError(L"%ls", text.c_str());
@@ -299,7 +299,7 @@ TEST_CASE("Logger_closed_log_drops_and_can_be_used_again") {
     CHECK(log.Joined() == L"written\n");
 }
 
-/// Disturbs the thread's last error, as system calls in a sink do.
+/// Overwrites the thread's last error, as system calls in a sink do.
 class ErrorSettingSink final : public QxLog {
 public:
     ErrorSettingSink() : QxLog(L"error") {}
@@ -312,7 +312,7 @@ public:
     }
 };
 
-TEST_CASE("Logger_last_error_of_the_caller_is_kept") {
+TEST_CASE("Logger_keeps_the_last_error_of_the_caller") {
     CapturedLog log;
     AddSink(std::make_shared<ErrorSettingSink>());
 #ifdef _WIN32
@@ -356,7 +356,7 @@ TEST_CASE("Logger_threads_never_mix_lines_while_the_log_is_reconfigured") {
     }
 }
 
-/// Checks that each line has the source name of the sink's own change.
+/// Counts lines that lack the source name set together with this sink.
 class MatchingSink final : public QxLog {
 public:
     MatchingSink(std::wstring header, std::atomic<int>& strangers)
@@ -368,7 +368,7 @@ private:
     std::atomic<int>& m_strangers;
 };
 
-TEST_CASE("Logger_concurrent_changes_show_a_line_settings_and_sinks_of_one_of_them") {
+TEST_CASE("Logger_line_during_concurrent_changes_uses_settings_and_sinks_of_one_change") {
     constexpr int changes = 500;
     CapturedLog log(LogFormat::SourceName);
     std::atomic<int> strangers{0};
@@ -387,12 +387,12 @@ TEST_CASE("Logger_concurrent_changes_show_a_line_settings_and_sinks_of_one_of_th
         LogError(L"line");
     for (std::thread& thread : threads)
         thread.join();
-    // The line before the first change goes to the sink that was there, which counts none.
+    // Lines before the first change go to CapturedLog's sink, which does not count.
     CHECK(strangers == 0);
     CHECK(Logger().GetSettings().level == 2 * changes);
 }
 
-TEST_CASE("Lock_is_handed_to_threads_in_the_order_in_which_they_ask") {
+TEST_CASE("Lock_serves_threads_in_order_of_arrival") {
     constexpr int threads = 4, turns = 50;
     QxLock lock;
     std::vector<int> order;
@@ -405,7 +405,7 @@ TEST_CASE("Lock_is_handed_to_threads_in_the_order_in_which_they_ask") {
             for (int i = 0; i < turns; ++i) {
                 const std::lock_guard<QxLock> guard(lock);
                 order.push_back(t);
-                // Whoever has the lock gives the others time to ask for it.
+                // Gives the other threads time to queue for the lock.
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
             }
         });
@@ -415,7 +415,7 @@ TEST_CASE("Lock_is_handed_to_threads_in_the_order_in_which_they_ask") {
     lock.unlock();
     for (std::thread& thread : waiting)
         thread.join();
-    // Each of them had a turn before any had its second one, and so on.
+    // Round-robin: each thread has its turn n before any has its turn n + 1.
     REQUIRE(order.size() == threads * turns);
     for (std::size_t i = threads; i < order.size() - threads; ++i)
         CHECK(order[i] == order[i - threads]);

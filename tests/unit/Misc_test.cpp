@@ -48,7 +48,7 @@ TEST_CASE("FormatString_unformattable_argument_returns_the_format_and_is_logged"
     CHECK(log.Joined() == L"[CQx] [QxMisc::FormatStringV] Caught a general exception\n");
 }
 
-TEST_CASE("LogError_unformattable_argument_logs_the_format_as_it_stands") {
+TEST_CASE("LogError_unformattable_argument_logs_the_format") {
     CapturedLog log;
     LogError(L"name %s", "\xFF\xFE");
     CHECK(log.Joined() == L"[QxMisc::FormatStringV] Caught a general exception\nname %s\n");
@@ -56,7 +56,7 @@ TEST_CASE("LogError_unformattable_argument_logs_the_format_as_it_stands") {
 #endif
 
 TEST_CASE("FormatString_allocation_failure_returns_the_format_and_is_logged") {
-    const std::wstring text(5000, L'x'); // more than one attempt
+    const std::wstring text(5000, L'x'); // outgrows the first buffer
     int failures = 0;
     for (bool happened = true; happened && failures < 100; ++failures) {
         CapturedLog log;
@@ -74,7 +74,7 @@ TEST_CASE("FormatString_allocation_failure_returns_the_format_and_is_logged") {
             CHECK(log.Texts().empty());
         }
     }
-    CHECK(failures >= 3); // the first buffer, a longer one, and the call that went well
+    CHECK(failures >= 3); // first buffer, longer buffer, success
 }
 
 TEST_CASE("FormatString_result_has_no_length_limit") {
@@ -92,7 +92,7 @@ TEST_CASE("FillIn_values_replace_the_marks_in_order") {
     CHECK(QxMisc::FillIn(L"", {L"a"}) == L"");
 }
 
-TEST_CASE("FillIn_nothing_but_the_mark_is_interpreted") {
+TEST_CASE("FillIn_only_the_mark_is_interpreted") {
     CHECK(QxMisc::FillIn(L"%d %n 100%% %s%", {L"%s"}) == L"%d %n 100%% %s%");
     CHECK(QxMisc::FillIn(L"%s %s", {L"%s", L"b"}) == L"%s b");
 }
@@ -127,7 +127,7 @@ TEST_CASE("ParseInt32_value_beyond_32_bits_clamps") {
     CHECK(QxMisc::ParseInt32(L"-" + std::wstring(10000, L'9')) == minSigned);
 }
 
-TEST_CASE("ParseInt32_base_zero_takes_the_base_from_the_text") {
+TEST_CASE("ParseInt32_base_zero_detects_the_base_from_the_prefix") {
     CHECK(QxMisc::ParseInt32(L"0x1F", 0) == 31);
     CHECK(QxMisc::ParseInt32(L"-0XfF", 0) == -255);
     CHECK(QxMisc::ParseInt32(L"010", 0) == 8);
@@ -161,7 +161,7 @@ TEST_CASE("FormatInt32_limits_are_written") {
     CHECK(QxMisc::FormatInt32(minSigned) == L"-2147483648");
 }
 
-TEST_CASE("LowerLetter_changes_the_basic_letters_only") {
+TEST_CASE("LowerLetter_changes_only_ASCII_letters") {
     CHECK(QxMisc::LowerLetter(L'A') == L'a');
     CHECK(QxMisc::LowerLetter(L'Z') == L'z');
     for (const wchar_t c : {L'a', L'z', L'0', L'[', L'@', L'`', L'{', L'\x00C4', L'\x0130', L'\x212A'})

@@ -1,4 +1,4 @@
-// Holds the shipped catalogue against the rules of docs/catalogue.md.
+// Checks the shipped catalogue against the rules of docs/catalogue.md.
 
 #include "CapturedLog.h"
 #include "TestData.h"
@@ -42,7 +42,7 @@ std::uint32_t PaperCode(const wchar_t* name) {
     return found == Shipped().paperNames.end() ? 0 : Shipped().paperSizes[found->second].dbId;
 }
 
-/// Every page attribute, the sides of the pairs included.
+/// Every page attribute, including both sides of each pair.
 std::vector<CatalogueEntry> AllAttributes() {
     std::vector<CatalogueEntry> all;
     for (const PageAttributePair& pair : Shipped().pageAttributePairs) {
@@ -67,13 +67,13 @@ void CheckDistinctBits(const std::vector<CatalogueEntry>& entries) {
         INFO("code " << entry.dbId);
         CHECK(entry.dbId != 0);
         CHECK((entry.dbId & (entry.dbId - 1)) == 0);
-        CHECK(entry.dbId <= 0x40000000u); // codes are read as signed numbers
+        CHECK(entry.dbId <= 0x40000000u); // codes are signed
         CHECK((used & entry.dbId) == 0);
         used |= entry.dbId;
     }
 }
 
-/// Every word of the file, of all kinds.
+/// Every paper name, attribute, finishing option and PDL in the file.
 std::vector<QxString> AllWords() {
     std::vector<QxString> words;
     for (const PaperSizeEntry& size : Shipped().paperSizes)
@@ -86,7 +86,7 @@ std::vector<QxString> AllWords() {
     return words;
 }
 
-/// The size in tenths of a millimetre that a standard name such as "na_letter_8.5x11in" ends with.
+/// Parses the size that ends a standard name such as "na_letter_8.5x11in", in tenths of a millimetre.
 bool SizeInName(std::wstring_view name, long& x, long& y) {
     const std::size_t at = name.rfind(L'_');
     if (at == std::wstring_view::npos)
@@ -106,14 +106,14 @@ bool SizeInName(std::wstring_view name, long& x, long& y) {
 
 } // namespace
 
-TEST_CASE("SampleCatalogue_loads_without_a_message") {
+TEST_CASE("SampleCatalogue_loads_without_a_log_line") {
     CapturedLog log;
     CatalogueTables tables;
     CHECK(ReadCatalogue(ShippedText(), tables));
     CHECK(log.TakeLines().empty());
 }
 
-TEST_CASE("SampleCatalogue_no_name_is_defined_twice") {
+TEST_CASE("SampleCatalogue_has_no_duplicate_names") {
     CHECK(Shipped().paperSizes.size() == CountOf(L"<PaperSize "));
     CHECK(Shipped().paperNames.size() == CountOf(L"<PaperName "));
     CHECK(Shipped().pageAttributes.size() == CountOf(L"<PageAttribute "));
@@ -126,7 +126,7 @@ TEST_CASE("SampleCatalogue_no_name_is_defined_twice") {
     }
 }
 
-TEST_CASE("SampleCatalogue_words_survive_the_lists_they_stand_in") {
+TEST_CASE("SampleCatalogue_words_survive_comma_separated_lists") {
     for (const QxString& word : AllWords()) {
         const std::wstring_view text = word;
         INFO(std::string(text.begin(), text.end()));
@@ -135,7 +135,7 @@ TEST_CASE("SampleCatalogue_words_survive_the_lists_they_stand_in") {
         CHECK(text.front() != L' ');
         CHECK(text.back() != L' ');
         CHECK_FALSE(QxMisc::EqualsIgnoreCase(text, L"Mono"));
-        // Tested for, or cut out, as parts of a text: they must not occur within another word.
+        // The records search for these as substrings, so no other word may contain them.
         for (const std::wstring_view part : {L"Color", L"B&W", L"Duplex"})
             CHECK((text == part || !QxMisc::Contains(text, part)));
     }
@@ -159,7 +159,7 @@ TEST_CASE("SampleCatalogue_each_paper_has_one_default_name_and_portrait_dimensio
     }
 }
 
-TEST_CASE("SampleCatalogue_A4_is_the_one_default_paper") {
+TEST_CASE("SampleCatalogue_A4_is_the_only_default_paper") {
     const auto& sizes = Shipped().paperSizes;
     CHECK(std::count_if(sizes.begin(), sizes.end(),
                         [](const PaperSizeEntry& size) { return size.isDefault; }) == 1);
@@ -184,7 +184,7 @@ TEST_CASE("SampleCatalogue_standard_names_agree_with_the_dimensions") {
     CHECK(compared > 50);
 }
 
-TEST_CASE("SampleCatalogue_names_that_are_easily_confused_are_told_apart") {
+TEST_CASE("SampleCatalogue_similar_names_resolve_to_the_right_sizes") {
     CHECK(PaperCode(L"B4") == PaperCode(L"JIS B4"));
     CHECK(PaperCode(L"B5") == PaperCode(L"B5 (JIS)"));
     CHECK(PaperCode(L"ISO B4") != PaperCode(L"JIS B4"));
@@ -232,7 +232,7 @@ TEST_CASE("SampleCatalogue_pdl_codes_run_from_1_with_one_default") {
 }
 
 TEST_CASE("SampleCatalogue_stored_codes_never_change") {
-    // Databases hold these codes. The list only ever grows, together with the catalogue.
+    // Databases store these codes. The list only grows, together with the catalogue.
     std::wistringstream list{ReadTestData("stored_codes.txt")};
     std::wstring kind;
     std::uint32_t code = 0;

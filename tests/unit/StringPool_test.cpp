@@ -17,7 +17,7 @@ QxString NumberedText(int number) {
 
 } // namespace
 
-TEST_CASE("StringPool_texts_are_those_that_were_given_and_end_with_a_nul") {
+TEST_CASE("StringPool_texts_are_unchanged_and_nul_terminated") {
     QxStringPool pool;
     pool.Begin(4000);
     std::vector<QxString> texts;
@@ -47,7 +47,7 @@ TEST_CASE("StringPool_texts_outlive_the_pool_and_each_other") {
     CHECK(kept.back() == L"of another document");
 }
 
-TEST_CASE("StringPool_takes_texts_of_any_length") {
+TEST_CASE("StringPool_makes_texts_of_any_length") {
     for (const std::size_t documentLength :
          {std::size_t{0}, std::size_t{1}, std::size_t{500}, std::size_t{100000}}) {
         QxStringPool pool;
@@ -60,13 +60,13 @@ TEST_CASE("StringPool_takes_texts_of_any_length") {
     }
 }
 
-TEST_CASE("StringPool_without_a_document_makes_texts_too") {
+TEST_CASE("StringPool_without_a_document_makes_texts") {
     QxStringPool pool;
     CHECK(pool.Make(L"text") == L"text");
     CHECK(pool.Make(L"").empty());
 }
 
-TEST_CASE("StringPool_that_moves_goes_on_making_texts") {
+TEST_CASE("StringPool_moved_pool_still_makes_texts") {
     QxStringPool pool;
     pool.Begin(1000);
     const QxString before = pool.Make(L"before");
@@ -78,7 +78,7 @@ TEST_CASE("StringPool_that_moves_goes_on_making_texts") {
     CHECK(after == L"after");
 }
 
-TEST_CASE("StringPool_without_memory_throws_and_keeps_what_it_made") {
+TEST_CASE("StringPool_out_of_memory_throws_and_keeps_earlier_texts") {
     QxStringPool pool;
     pool.Begin(0);
     const QxString first = pool.Make(L"first");

@@ -39,7 +39,7 @@ TEST_CASE("String_copy_shares_the_characters") {
     CHECK(copy == text);
 }
 
-TEST_CASE("String_copy_outlives_its_origin") {
+TEST_CASE("String_copy_outlives_the_original") {
     QxString copy;
     {
         const QxString text(L"outlived");

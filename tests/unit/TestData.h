@@ -2,14 +2,14 @@
 
 #include <string>
 
-/// An ASCII file of tests/data.
+/// Reads an ASCII file of tests/data.
 std::wstring ReadTestData(const char* fileName);
 
-/// Where long sequences of random choices come from; the same on every platform and in every run.
+/// Pseudo-random choices, identical on every platform and in every run.
 class Choices {
 public:
     explicit Choices(unsigned seed) noexcept : m_state(seed * 2654435761u + 1u) {}
-    /// 0 to count - 1.
+    /// A number from 0 to count - 1.
     unsigned Below(unsigned count) noexcept {
         m_state = m_state * 1664525u + 1013904223u;
         return (m_state >> 8) % count;

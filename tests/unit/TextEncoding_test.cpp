@@ -47,7 +47,7 @@ TEST_CASE("Decode_malformed_utf8_becomes_the_replacement_character") {
     CHECK(Decode("\xC3(x"sv) == L"\xFFFD(x");
 }
 
-TEST_CASE("Decode_utf8_cut_off_becomes_the_replacement_character") {
+TEST_CASE("Decode_truncated_utf8_becomes_the_replacement_character") {
     CHECK(Decode("a\xC3"sv) == L"a\xFFFD");
     CHECK(Decode("a\xE2\x82"sv) == L"a\xFFFD");
     CHECK(Decode("a\xF0\x9F\x96"sv) == L"a\xFFFD");
@@ -71,7 +71,7 @@ TEST_CASE("Decode_odd_byte_count_becomes_the_replacement_character") {
     CHECK(Decode("\xFF\xFE\x3D\xD8\xA8"sv) == L"\xFFFD\xFFFD");
 }
 
-TEST_CASE("Decode_any_two_bytes_give_text_or_replacements") {
+TEST_CASE("Decode_any_two_bytes_become_text_or_replacements") {
     for (unsigned first = 0; first < 256; ++first) {
         for (unsigned second = 0; second < 256; ++second) {
             const char bytes[] = {static_cast<char>(first), static_cast<char>(second)};

@@ -22,7 +22,7 @@ std::wstring Text(const QxString& text) {
     return std::wstring(text.view());
 }
 
-/// The message that parsing the text throws; empty when it does not throw.
+/// The message of the exception that parsing throws; empty if it throws none.
 std::wstring ParseError(std::wstring_view text) {
     try {
         QxVersion version(text, QxVersion::OnError::Throw);
@@ -119,7 +119,7 @@ TEST_CASE("Version_component_beyond_32_bits_clamps") {
     CHECK(QxVersion(L"1.99999999999999999999999999") == QxVersion(1, 2147483647));
 }
 
-TEST_CASE("Version_component_parser_takes_empty_text_as_zero") {
+TEST_CASE("Version_empty_component_parses_as_zero") {
     CHECK(QxVersion::ParseVersionComponent(L"") == 0);
     CHECK(QxVersion::ParseVersionComponent(L"0") == 0);
     CHECK(QxVersion::ParseVersionComponent(L"17") == 17);
@@ -158,7 +158,7 @@ TEST_CASE("Version_undefined_or_excess_field_fails") {
     CHECK(ErrorOf([] { QxVersion(1, 2, 3, 4).AsString(65535); }) == fieldCountMessage);
 }
 
-TEST_CASE("Version_text_has_as_many_fields_as_are_defined") {
+TEST_CASE("Version_text_has_only_the_defined_fields") {
     CHECK(Text(QxVersion(1, 2).AsString()) == L"1.2");
     CHECK(Text(QxVersion(1, 2, 3).AsString()) == L"1.2.3");
     CHECK(Text(QxVersion(1, 2, 3, 4).AsString()) == L"1.2.3.4");

@@ -71,7 +71,7 @@ const char* FindBrokenPosition(const QxXmlParser& parser) {
             return "the scan position is not at the next tag";
         for (const std::int32_t link : {at.parent, at.firstChild, at.nextSibling}) {
             if (link < 0 || link >= count)
-                return "a link is no entry";
+                return "a link is not an entry";
         }
         if (at.firstChild != 0 && positions[at.firstChild].parent != index)
             return "a child has another parent";
@@ -79,7 +79,7 @@ const char* FindBrokenPosition(const QxXmlParser& parser) {
             return "siblings overlap";
         if (at.parent != 0 && (at.startTagOpen <= positions[at.parent].startTagClose ||
                                at.endTagClose >= positions[at.parent].endTagOpen))
-            return "an element lies outside its parent";
+            return "an element is outside its parent";
     }
     return nullptr;
 }

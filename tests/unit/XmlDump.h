@@ -5,13 +5,13 @@
 #include <string>
 #include <string_view>
 
-/// The elements of a parser in document order, one line each: depth, tag name, the five offsets. Two parsers
-/// with the same dump hold the same elements, whatever the order of their entries.
+/// The elements in document order, one line each: depth, tag name, the five offsets. Parsers with the same
+/// dump hold the same elements; the order of their entries may differ.
 std::wstring DumpElements(const QxXmlParser& parser);
 
-/// The dump of the first top-level element only, the one that a parse of the document would find.
+/// Dumps the first top-level element only, as a parse of the document does.
 std::wstring DumpFirstElement(const QxXmlParser& parser);
 
-/// Checks that all offsets lie inside the text and in order, and that all links are entries. Without a test
-/// framework, so that fuzzing can use it. Returns what is wrong, or nothing.
+/// Checks that offsets are ordered and inside the text and that links are valid entries. Returns a
+/// description of the first problem, or null. Free of the test framework, so fuzzers can use it.
 const char* FindBrokenPosition(const QxXmlParser& parser);

@@ -13,7 +13,7 @@ std::wstring DataOf(std::wstring_view text) {
     return std::wstring(parser.GetData().view());
 }
 
-/// The attribute "id" of a start tag with this inside; "(none)" when it is not found.
+/// The attribute "id" of a start tag with this content; "(none)" if not found.
 std::wstring IdOf(const std::wstring& inside) {
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(L"<r " + inside + L"></r>"));
@@ -65,8 +65,8 @@ TEST_CASE("XmlParser_data_of_a_cdata_section_in_double_quotes_is_found") {
     CHECK(DataOf(L"<a>\"<![CDATA[A4]]>\"</a>") == L"A4");
     CHECK(DataOf(L"<a> \r\n\"<![CDATA[<b>&amp;]]>\"</a>") == L"<b>&amp;");
     CHECK(DataOf(L"<a>\"<![CDATA[A4]]> tail\" more</a>") == L"A4");
-    CHECK(DataOf(L"<a>\"<![CDATA[A\"4]]>\"</a>") == L"A\"4"); // the token's beginning decides
-    CHECK(DataOf(L"<a>\"<![CDATA[A4]]></a>") == L"A4");       // a quote that does not end
+    CHECK(DataOf(L"<a>\"<![CDATA[A\"4]]>\"</a>") == L"A\"4"); // the start of the token decides
+    CHECK(DataOf(L"<a>\"<![CDATA[A4]]></a>") == L"A4");       // unterminated quote
     CHECK(DataOf(L"<a>\"<![CDATA[]]></a>").empty());
     CHECK(DataOf(L"<a>\"<![CDATA[1]]></a>") == L"1");
     QxXmlParser parser;
@@ -77,7 +77,7 @@ TEST_CASE("XmlParser_data_of_a_cdata_section_in_double_quotes_is_found") {
     CHECK(parser.GetChildFlag());
 }
 
-TEST_CASE("XmlParser_data_with_quotes_that_open_no_cdata_section_is_text") {
+TEST_CASE("XmlParser_data_with_quotes_not_before_a_cdata_section_is_text") {
     CHECK(DataOf(L"<a>\"A4\"</a>") == L"\"A4\"");
     CHECK(DataOf(L"<a>\"</a>") == L"\"");
     CHECK(DataOf(L"<a>\"\"</a>") == L"\"\"");
@@ -88,7 +88,7 @@ TEST_CASE("XmlParser_data_with_quotes_that_open_no_cdata_section_is_text") {
     CHECK(DataOf(L"<a>&quot;<![CDATA[&amp;]]>&quot;</a>") == L"\"<![CDATA[&]]>\"");
 }
 
-TEST_CASE("XmlParser_data_that_is_no_cdata_section_is_unescaped_text") {
+TEST_CASE("XmlParser_data_other_than_a_cdata_section_is_unescaped_text") {
     CHECK(DataOf(L"<a>x<![CDATA[&amp;]]></a>") == L"x<![CDATA[&]]>");
     CHECK(DataOf(L"<a><![CDAT[&amp;]]></a>") == L"<![CDAT[&]]>");
     CHECK(DataOf(L"<a>< ![CDATA[&amp;]]></a>") == L"< ![CDATA[&]]>");
@@ -129,7 +129,7 @@ TEST_CASE("XmlParser_attribute_search_ends_at_slash_and_bracket") {
     CHECK(IdOf(L"n=\"a>b\" id=\"5\"") == L"5");
 }
 
-TEST_CASE("XmlParser_attribute_counts_at_its_first_occurrence") {
+TEST_CASE("XmlParser_first_of_duplicate_attributes_is_found") {
     CHECK(IdOf(L"id=\"1\" id=\"2\"") == L"1");
     CHECK(IdOf(L"id=1 id=\"2\"") == L"(none)");
     CHECK(IdOf(L"n=\"id\" id=\"2\"") == L"2");
@@ -139,14 +139,14 @@ TEST_CASE("XmlParser_attribute_without_closing_quote_runs_to_the_end_of_the_text
     CHECK(IdOf(L"id=\"5") == L"5></r>");
 }
 
-TEST_CASE("XmlParser_attribute_search_does_not_take_the_tag_name") {
+TEST_CASE("XmlParser_attribute_search_ignores_the_tag_name") {
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(L"<id=\"5\"/>"));
     REQUIRE(parser.FindElement());
     CHECK(parser.GetAttribute(L"id").empty());
 }
 
-TEST_CASE("XmlParser_attribute_not_found_leaves_the_value") {
+TEST_CASE("XmlParser_attribute_not_found_leaves_the_value_unchanged") {
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(L"<r n=7><c m=\"1\"/></r>"));
     QxString value(L"old");
@@ -162,7 +162,7 @@ TEST_CASE("XmlParser_attribute_not_found_leaves_the_value") {
     CHECK(parser.GetChildAttribute(L"n").empty());
 }
 
-TEST_CASE("XmlParser_sub_document_takes_white_space_up_to_the_next_tag") {
+TEST_CASE("XmlParser_sub_document_includes_white_space_up_to_the_next_tag") {
     CHECK(SubDocumentOf(L" <a>1</a>") == L"<a>1</a>");
     CHECK(SubDocumentOf(L"<a>1</a> \r\n\t") == L"<a>1</a> \r\n\t");
     CHECK(SubDocumentOf(L"<a/>\n<b/>") == L"<a/>\n");
@@ -182,7 +182,7 @@ TEST_CASE("XmlParser_sub_document_of_a_child_ends_before_the_next_tag") {
     CHECK(parser.GetSubDocument() == parser.GetDocument());
 }
 
-TEST_CASE("XmlParser_reads_the_current_childs_data_and_attributes_as_numbers_and_flags") {
+TEST_CASE("XmlParser_data_and_attributes_of_the_child_read_as_numbers_and_flags") {
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(L"<r><a n=\" -42x\" f=\"TRUE\"> -42x</a><b n=\"abc\" f=\"yes\">TRUE</b>"
                                L"<c f=\"1\"><![CDATA[7]]></c><d/></r>"));
@@ -207,7 +207,7 @@ TEST_CASE("XmlParser_reads_the_current_childs_data_and_attributes_as_numbers_and
     CHECK_FALSE(parser.GetChildAttributeFlag(L"f"));
 }
 
-TEST_CASE("XmlParser_numbers_and_flags_without_a_current_child_are_nothing") {
+TEST_CASE("XmlParser_numbers_and_flags_without_a_current_child_read_as_defaults") {
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(L"<r n=\"1\">1</r>"));
     REQUIRE(parser.FindElement());
@@ -242,7 +242,7 @@ TEST_CASE("XmlParser_finds_only_whole_names_without_their_prefix") {
 }
 
 #ifdef _WIN32
-TEST_CASE("XmlParser_surrogate_pairs_pass_unharmed") {
+TEST_CASE("XmlParser_surrogate_pairs_are_preserved") {
     const std::wstring pair{static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(L"<r a=\"" + pair + L"\">" + pair + L"&lt;</r>"));

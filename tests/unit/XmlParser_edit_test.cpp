@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The document is what is expected, and a parse of it gives the same positions.
+/// Checks the document and that a fresh parse of it gives the same positions.
 void CheckDocument(const QxXmlParser& parser, std::wstring_view expected) {
     CHECK(parser.GetDocument() == expected);
     QxXmlParser again;
@@ -27,7 +27,7 @@ QxXmlParser Parsed(std::wstring_view text) {
 
 } // namespace
 
-TEST_CASE("XmlParser_add_element_begins_a_document") {
+TEST_CASE("XmlParser_add_element_starts_a_document") {
     QxXmlParser parser;
     parser.AddElement(L"r");
     CheckDocument(parser, L"<r/>");
@@ -37,7 +37,7 @@ TEST_CASE("XmlParser_add_element_begins_a_document") {
     CheckDocument(withData, L"<r>a&lt;b</r>");
 }
 
-TEST_CASE("XmlParser_add_element_goes_behind_the_current_element") {
+TEST_CASE("XmlParser_add_element_inserts_after_the_current_element") {
     QxXmlParser parser = Parsed(L"<r><a/><c/></r>");
     REQUIRE(parser.FindChildElement(L"a"));
     REQUIRE(parser.IntoElement());
@@ -48,7 +48,7 @@ TEST_CASE("XmlParser_add_element_goes_behind_the_current_element") {
     CHECK(parser.FindElement(L"c"));
 }
 
-TEST_CASE("XmlParser_add_element_at_the_top_goes_behind_the_white_space") {
+TEST_CASE("XmlParser_add_element_at_the_top_inserts_after_the_white_space") {
     QxXmlParser parser = Parsed(L"<r/>\n<!-- x -->");
     parser.AddElement(L"s");
     CheckDocument(parser, L"<r/>\n<s/><!-- x -->");
@@ -66,7 +66,7 @@ TEST_CASE("XmlParser_add_element_without_current_element_becomes_the_first") {
     CHECK(parser.GetChildSubDocument() == L"<a/>");
 }
 
-TEST_CASE("XmlParser_add_element_after_a_failed_parse_begins_at_the_front") {
+TEST_CASE("XmlParser_add_element_after_a_failed_parse_inserts_at_the_start") {
     QxXmlParser parser;
     REQUIRE_FALSE(parser.SetDocument(L"text"));
     parser.AddElement(L"r");
@@ -92,7 +92,7 @@ TEST_CASE("XmlParser_add_child_rewrites_an_empty_element_with_two_slashes") {
     CheckDocument(parser, L"<r b/ ><a/></r>");
 }
 
-TEST_CASE("XmlParser_add_child_goes_before_the_end_tag_of_a_parent_without_children") {
+TEST_CASE("XmlParser_add_child_inserts_before_the_end_tag_of_a_parent_without_children") {
     QxXmlParser parser = Parsed(L"<r>x<!-- c --></r >");
     REQUIRE(parser.AddChildElement(L"a", L"1"));
     CheckDocument(parser, L"<r>x<!-- c --><a>1</a></r >");
@@ -105,7 +105,7 @@ TEST_CASE("XmlParser_add_child_without_current_child_becomes_the_first") {
     CHECK(parser.FindChildElement(L"b"));
 }
 
-TEST_CASE("XmlParser_add_child_goes_behind_the_current_child") {
+TEST_CASE("XmlParser_add_child_inserts_after_the_current_child") {
     QxXmlParser parser = Parsed(L"<r><a/> x <!-- c --><b><c/></b></r>");
     REQUIRE(parser.FindChildElement(L"a"));
     REQUIRE(parser.AddChildElement(L"n", L"1"));
@@ -152,7 +152,7 @@ TEST_CASE("XmlParser_set_attribute_replaces_the_value") {
     CheckDocument(parser, L"<r a=\"\" n:b = \"&gt;\"><c/></r>");
 }
 
-TEST_CASE("XmlParser_set_attribute_adds_behind_the_others") {
+TEST_CASE("XmlParser_set_attribute_adds_after_the_others") {
     QxXmlParser parser = Parsed(L"<r a=\"1\"><c/><d /></r>");
     REQUIRE(parser.SetAttribute(L"b", L"2"));
     REQUIRE(parser.FindChildElement(L"c"));
@@ -181,7 +181,7 @@ TEST_CASE("XmlParser_setters_without_an_element_fail") {
     CHECK(parser.GetDocument() == L"<r/>");
 }
 
-TEST_CASE("XmlParser_edits_take_pieces_of_the_document_itself") {
+TEST_CASE("XmlParser_edits_accept_parts_of_the_document_itself") {
     QxXmlParser parser = Parsed(L"<root a=\"1\"/>");
     REQUIRE(parser.AddChildElement(parser.GetTagName(), parser.GetDocument()));
     REQUIRE(parser.SetAttribute(parser.GetChildTagName(), parser.GetChildSubDocument()));
@@ -193,7 +193,7 @@ TEST_CASE("XmlParser_edits_take_pieces_of_the_document_itself") {
 
 namespace {
 
-/// One edit or move, chosen at random.
+/// Does one random edit or move.
 void Step(QxXmlParser& parser, Choices& choices) {
     static constexpr std::wstring_view Names[] = {L"a", L"bc", L"n:def", L"ghijklmnop"};
     static constexpr std::wstring_view Texts[] = {L"", L"x", L"<&>'\"", L"some longer text, to move much"};
@@ -245,7 +245,7 @@ void Step(QxXmlParser& parser, Choices& choices) {
 
 } // namespace
 
-TEST_CASE("XmlParser_random_edits_keep_every_position_as_a_new_parse_gives_it") {
+TEST_CASE("XmlParser_random_edits_keep_the_positions_of_a_fresh_parse") {
     const wchar_t* const start = GENERATE(
         L"", L"<r/>",
         L"<?xml version=\"1.0\"?>\n<r a=\"1\">\n <b>1</b>\n <!-- <c> -->\n <c><d/> x </c>\n</r>\n<!-- e -->",
@@ -265,7 +265,7 @@ TEST_CASE("XmlParser_random_edits_keep_every_position_as_a_new_parse_gives_it") 
     CHECK(parser.PositionCount() > 10);
 }
 
-TEST_CASE("XmlParser_parse_that_runs_out_of_memory_leaves_a_usable_parser") {
+TEST_CASE("XmlParser_parse_out_of_memory_leaves_a_usable_parser") {
     const std::wstring text = ReadTestData("print_job_full.xml");
     for (const std::wstring& document : {text, text.substr(0, text.size() - 1)}) {
         bool failing = true;
@@ -292,7 +292,7 @@ TEST_CASE("XmlParser_parse_that_runs_out_of_memory_leaves_a_usable_parser") {
     }
 }
 
-TEST_CASE("XmlParser_edit_that_runs_out_of_memory_keeps_every_position") {
+TEST_CASE("XmlParser_edit_out_of_memory_keeps_every_position") {
     const std::wstring longText(1000, L'x');
     const int edit = GENERATE(range(0, 5));
     bool failing = true;

@@ -34,7 +34,7 @@ void* RunBody(void* body) {
 }
 #endif
 
-/// Runs the body on a thread whose stack no recursion by depth would fit. The body makes no assertion.
+/// Runs the body on a thread whose stack is too small for recursion by depth. The body must not assert.
 void OnSmallStack(std::function<void()> body) {
 #ifdef _WIN32
     const HANDLE thread =
@@ -61,7 +61,7 @@ std::wstring Repeated(std::wstring_view piece, std::size_t count) {
     return text;
 }
 
-/// Where the system counts a thread's own processor time finely, other programs do not disturb.
+/// The thread's processor time where the system measures it finely, so that other programs do not disturb.
 double Now() {
 #ifdef _WIN32
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -78,8 +78,8 @@ double Seconds(const std::function<void()>& body) {
     return Now() - start;
 }
 
-/// Ten times the size takes ten times the time; a hundred times it would take if time grew with the square.
-/// Measured again when a busy machine spoils the measurement.
+/// Ten times the size takes ten times the time; quadratic time would take a hundred times. Retries, because
+/// a busy machine distorts the measurement.
 void CheckLinear(const std::function<void(std::size_t)>& body, std::size_t size) {
     double best = std::numeric_limits<double>::max();
     for (int attempt = 0; attempt < 10 && best >= 40; ++attempt) {
@@ -173,7 +173,7 @@ TEST_CASE("XmlParser_building_by_appending_children_takes_linear_time") {
         10000);
 }
 
-TEST_CASE("XmlParser_large_text_needs_at_most_36_bytes_an_element_over_its_length") {
+TEST_CASE("XmlParser_large_text_needs_at_most_36_bytes_per_element_above_its_length") {
     constexpr std::size_t Count = 100000;
     const std::wstring text = L"<r>" + Repeated(GENERATE(L"<a/>", L"<b>12</b>"), Count - 1) + L"</r>";
     const std::size_t before = Allocations::BytesRequested();
@@ -184,7 +184,7 @@ TEST_CASE("XmlParser_large_text_needs_at_most_36_bytes_an_element_over_its_lengt
     CHECK(bytes <= text.size() * sizeof(wchar_t) + 36 * Count);
 }
 
-TEST_CASE("XmlParser_used_again_keeps_its_buffers") {
+TEST_CASE("XmlParser_reused_parser_keeps_its_buffers") {
     const std::wstring text = L"<r>" + Repeated(L"<a>1</a>", 100) + L"</r>";
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(text));
@@ -194,7 +194,7 @@ TEST_CASE("XmlParser_used_again_keeps_its_buffers") {
 }
 
 TEST_CASE("XmlParser_text_beyond_32_bit_offsets_fails") {
-    // Refused by its length alone, so the characters need not be there.
+    // The length alone is refused, so the characters need not exist.
     const std::wstring_view tooLong(L"<a/>",
                                     static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()) + 1);
     QxXmlParser parser;

@@ -22,7 +22,7 @@ TEST_CASE("XmlParser_find_element_takes_the_first_top_level_element") {
     CHECK(parser.GetTagName() == L"r");
 }
 
-TEST_CASE("XmlParser_find_element_with_restart_begins_again") {
+TEST_CASE("XmlParser_find_element_with_restart_starts_over") {
     QxXmlParser parser = Parsed(Document);
     REQUIRE(parser.FindElement(L"r"));
     CHECK_FALSE(parser.FindElement(L"r"));
@@ -56,7 +56,7 @@ TEST_CASE("XmlParser_names_of_unusual_tags_are_the_first_token") {
         CHECK_FALSE(parser.FindChildElement(name, true));
 }
 
-TEST_CASE("XmlParser_find_element_goes_on_among_siblings_inside_an_element") {
+TEST_CASE("XmlParser_find_element_continues_among_siblings_inside_an_element") {
     QxXmlParser parser = Parsed(Document);
     REQUIRE(parser.FindChildElement(L"a"));
     REQUIRE(parser.IntoElement());
@@ -96,7 +96,7 @@ TEST_CASE("XmlParser_find_child_without_a_name_walks_all_children") {
     CHECK(parser.GetChildTagName() == L"g");
 }
 
-TEST_CASE("XmlParser_find_child_with_a_name_goes_on_behind_the_current_child") {
+TEST_CASE("XmlParser_find_child_with_a_name_continues_after_the_current_child") {
     QxXmlParser parser = Parsed(Document);
     REQUIRE(parser.FindChildElement(L"a"));
     CHECK(parser.GetChildData() == L"1");
@@ -109,7 +109,7 @@ TEST_CASE("XmlParser_find_child_with_a_name_goes_on_behind_the_current_child") {
     CHECK(parser.GetChildData() == L"2");
 }
 
-TEST_CASE("XmlParser_find_with_restart_that_fails_leaves_the_restart") {
+TEST_CASE("XmlParser_failed_find_with_restart_remains_restarted") {
     QxXmlParser parser = Parsed(Document);
     REQUIRE(parser.FindChildElement(L"c"));
     CHECK_FALSE(parser.FindChildElement(L"none", true));
@@ -163,7 +163,7 @@ TEST_CASE("XmlParser_out_of_element_makes_the_element_the_current_child") {
     CHECK(parser.GetChildTagName() == L"g");
 }
 
-TEST_CASE("XmlParser_out_of_element_at_the_top_does_nothing") {
+TEST_CASE("XmlParser_out_of_element_at_the_top_has_no_effect") {
     QxXmlParser parser = Parsed(Document);
     CHECK_FALSE(parser.OutOfElement());
     REQUIRE(parser.FindChildElement(L"c"));

@@ -12,7 +12,7 @@ namespace {
 
 using ElemPos = QxXmlParser::ElemPos;
 
-/// Parses a text that must fail and gives the error text.
+/// Parses a text that must fail and returns the error text.
 std::wstring ErrorOf(std::wstring_view text) {
     QxXmlParser parser;
     REQUIRE_FALSE(parser.SetDocument(text));
@@ -32,7 +32,7 @@ void CheckPosition(const QxXmlParser& parser, std::size_t index,
     CHECK(found == std::vector<std::int32_t>(expected));
 }
 
-/// Parses a text that must be one element and gives its tag name.
+/// Parses a text that must be one element and returns its tag name.
 std::wstring TagNameOf(std::wstring_view text) {
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(text));
@@ -72,7 +72,7 @@ TEST_CASE("XmlParser_nested_elements_have_offsets_and_links") {
     CheckPosition(parser, 3, {14, 24, 23, 24, 25, 1, 0, 0});
 }
 
-TEST_CASE("XmlParser_what_is_no_element_is_skipped_before_and_between_elements") {
+TEST_CASE("XmlParser_other_markup_is_skipped_before_and_between_elements") {
     const wchar_t* const skipped =
         GENERATE(L"<?xml version=\"1.0\"?>", L"<!-- x -->", L"<!DOCTYPE r>", L"<![CDATA[<b></c>]]>",
                  L"<!-- <b/> -- > -->", L"<!-->", L"<!-x-->", L"<?>", L"< ?pi x?>", L"<!>", L"text", L"\"'");
@@ -105,14 +105,14 @@ TEST_CASE("XmlParser_only_the_first_top_level_element_is_parsed") {
     CHECK_FALSE(parser.FindElement());
 }
 
-TEST_CASE("XmlParser_errors_behind_the_first_element_are_not_seen") {
+TEST_CASE("XmlParser_errors_after_the_first_element_are_ignored") {
     const wchar_t* const rest = GENERATE(L"<", L"</b>", L"<b", L"<!-- ", L"x", L"<\"");
     QxXmlParser parser;
     CHECK(parser.SetDocument(L"<a></a>" + std::wstring(rest)));
     CHECK(parser.GetError().empty());
 }
 
-TEST_CASE("XmlParser_empty_text_gives_false_and_only_entry_0") {
+TEST_CASE("XmlParser_empty_text_returns_false_and_only_entry_0") {
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(L"<a/>"));
     CHECK_FALSE(parser.SetDocument({}));
@@ -126,11 +126,11 @@ TEST_CASE("XmlParser_text_without_element_is_an_error") {
     CHECK(ErrorOf(GENERATE(L"x", L" ", L"<!-- x -->", L"<?xml?> ")) == L"Element tag not found");
 }
 
-TEST_CASE("XmlParser_text_that_ends_in_a_tag_is_an_error") {
+TEST_CASE("XmlParser_text_ending_in_a_tag_is_an_error") {
     CHECK(ErrorOf(GENERATE(L"<", L"<  \n", L"<a><", L"<a> < ")) == L"Abrupt end within tag");
 }
 
-TEST_CASE("XmlParser_tag_that_starts_with_a_quote_is_an_error") {
+TEST_CASE("XmlParser_tag_starting_with_a_quote_is_an_error") {
     CHECK(ErrorOf(GENERATE(L"<\"a\">", L"< \"", L"<a><\"b\"/></a>")) == L"Tag starts with quote");
 }
 
@@ -159,12 +159,12 @@ TEST_CASE("XmlParser_end_tag_of_another_name_is_an_error") {
     CHECK(ErrorOf(L"<a><b></a></b>") == L"End tag does not correspond to b");
 }
 
-TEST_CASE("XmlParser_end_tag_that_is_not_completed_is_an_error") {
+TEST_CASE("XmlParser_incomplete_end_tag_is_an_error") {
     const wchar_t* const end = GENERATE(L"</a", L"</", L"</a ", L"< / a", L"</a b", L"</a \">", L"</\"a\"");
     CHECK(ErrorOf(L"<a>" + std::wstring(end)) == L"End tag not completed for element a");
 }
 
-TEST_CASE("XmlParser_end_tag_may_hold_white_space_and_more_tokens") {
+TEST_CASE("XmlParser_end_tag_may_contain_white_space_and_more_tokens") {
     const wchar_t* const end =
         GENERATE(L"</a >", L"</ a>", L"< /a>", L"<\t/\r\na\n>", L"</a b>", L"</a \">\">", L"</\"x\"a>");
     const std::wstring text = L"<r><a>" + std::wstring(end) + L"</r>";
@@ -175,7 +175,7 @@ TEST_CASE("XmlParser_end_tag_may_hold_white_space_and_more_tokens") {
     CHECK(parser.Positions()[2].endTagClose == static_cast<std::int32_t>(text.size()) - 5);
 }
 
-TEST_CASE("XmlParser_end_tag_at_the_top_gives_false_without_error") {
+TEST_CASE("XmlParser_end_tag_at_the_top_returns_false_without_error") {
     CHECK(ErrorOf(L"</a>").empty());
     CHECK(ErrorOf(L" < /").empty());
 }
@@ -199,7 +199,7 @@ TEST_CASE("XmlParser_tag_name_is_the_first_token_of_the_tag") {
     CHECK(TagNameOf(L"<<a></<>") == L"<");
 }
 
-TEST_CASE("XmlParser_success_leaves_the_last_error_alone") {
+TEST_CASE("XmlParser_success_keeps_the_last_error") {
     QxXmlParser parser;
     CHECK_FALSE(parser.SetDocument(L"<a>"));
     CHECK(parser.SetDocument(L"<a/>"));
@@ -235,7 +235,7 @@ TEST_CASE("XmlParser_setting_a_document_resets_the_position") {
     CHECK(parser.GetTagName() == L"c");
 }
 
-TEST_CASE("XmlParser_document_may_be_a_piece_of_the_old_one") {
+TEST_CASE("XmlParser_document_may_be_part_of_the_old_one") {
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(L"<a><b>1</b><c>2</c></a>"));
     REQUIRE(parser.FindChildElement(L"c"));
@@ -254,7 +254,7 @@ TEST_CASE("XmlParser_embedded_nul_is_a_character_like_any_other") {
     CHECK(parser.FindChildElement(std::wstring_view(L"b\0", 2)));
 }
 
-TEST_CASE("XmlParser_full_print_job_parses_with_all_elements") {
+TEST_CASE("XmlParser_complete_print_job_parses_with_all_elements") {
     const std::wstring text = ReadTestData("print_job_full.xml");
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(text));
@@ -270,7 +270,7 @@ TEST_CASE("XmlParser_every_prefix_of_a_print_job_fails_cleanly") {
     const std::wstring text = ReadTestData("print_job_full.xml");
     QxXmlParser parser;
     for (std::size_t length = 0; length < text.size(); ++length) {
-        // A text of its own, so that a memory checker sees any read behind it.
+        // A copy, so that a memory checker sees any read past its end.
         const std::wstring prefix = text.substr(0, length);
         INFO(length);
         REQUIRE_FALSE(parser.SetDocument(prefix));
@@ -280,7 +280,7 @@ TEST_CASE("XmlParser_every_prefix_of_a_print_job_fails_cleanly") {
     CHECK(parser.SetDocument(text));
 }
 
-TEST_CASE("XmlParser_print_job_with_one_character_changed_never_breaks_a_position") {
+TEST_CASE("XmlParser_print_job_with_any_character_changed_has_valid_positions") {
     const std::wstring text = ReadTestData("print_job_full.xml");
     QxXmlParser parser;
     int parsed = 0;

@@ -1,4 +1,4 @@
-// Eight shapes of documents: the time and the memory an element takes do not grow with the document.
+// Eight shapes of documents: time and memory per element do not grow with the document.
 
 #include "Allocations.h"
 
@@ -22,14 +22,14 @@
 
 namespace {
 
-/// A document is the opening, as many pieces as fit, the closings, each once a piece, and the end.
+/// A document: the opening, as many pieces as fit, one closing per piece, and the end.
 struct Shape {
     const char* name;
     const wchar_t* opening;
     const wchar_t* piece;
     const wchar_t* closing;
     const wchar_t* end;
-    /// Elements in the piece, or what else the parser goes through one by one.
+    /// Elements in the piece, or other units of the parser's work.
     std::size_t elements;
 };
 
@@ -64,8 +64,8 @@ std::wstring MakeDocument(const Shape& shape, std::size_t bytes, std::size_t& el
 }
 
 #ifdef _WIN32
-/// Whether Now counts the thread's own time. On Windows that is counted too coarsely, so other programs
-/// disturb, and the quick form of the test leaves time out.
+/// Whether Now returns the thread's own time. Windows measures that too coarsely; wall time depends on other
+/// programs, so the quick form of the test does not check time there.
 constexpr bool TimeIsOwn = false;
 #else
 constexpr bool TimeIsOwn = true;
@@ -81,9 +81,8 @@ double Now() {
 #endif
 }
 
-/// A document of one size, and the parser that takes it again and again. A parser keeps its buffers, so what
-/// the system takes to map fresh memory, more for large blocks than for small ones, is left out from the
-/// second time on.
+/// A document of one size and a parser that parses it repeatedly. The parser keeps its buffers, so only the
+/// first parse pays for mapping fresh memory, which costs more for large blocks.
 class Sample {
 public:
     Sample(const Shape& shape, std::size_t megaBytes) : m_megaBytes(megaBytes) {
@@ -100,7 +99,7 @@ public:
     }
 
     std::size_t MegaBytes() const { return m_megaBytes; }
-    /// The best so far.
+    /// Of the fastest parse so far.
     double NanosecondsAnElement() const { return m_seconds * 1e9 / static_cast<double>(m_elements); }
     double BytesAnElement() const { return static_cast<double>(m_bytes) / static_cast<double>(m_elements); }
 
@@ -123,7 +122,7 @@ private:
     QxXmlParser m_parser;
 };
 
-/// The largest document in megabytes: 4, or what the environment says.
+/// The largest document in megabytes: SHAPES_MEGABYTES, at least 4.
 std::size_t LargestSize() {
     const char* const size = std::getenv("SHAPES_MEGABYTES");
     return size ? std::max<std::size_t>(std::strtoul(size, nullptr, 10), 4) : 4;
@@ -131,14 +130,14 @@ std::size_t LargestSize() {
 
 } // namespace
 
-TEST_CASE("XmlParser_time_and_memory_of_an_element_do_not_grow_with_the_document") {
+TEST_CASE("XmlParser_time_and_memory_per_element_do_not_grow_with_the_document") {
     const Shape& shape = GENERATE(from_range(std::begin(Shapes), std::end(Shapes)));
     const bool isLong = LargestSize() > 4;
     std::deque<Sample> samples;
     for (std::size_t size = 1; size <= LargestSize(); size *= 4)
         samples.emplace_back(shape, size);
     double slowest = 0;
-    // At least the best of three; what other programs disturb is measured again.
+    // The best of three; more attempts if other programs disturb.
     for (int attempt = 0; attempt < 3 || (slowest > 2 && attempt < 20); ++attempt) {
         slowest = 0;
         for (Sample& sample : samples) {
@@ -151,7 +150,7 @@ TEST_CASE("XmlParser_time_and_memory_of_an_element_do_not_grow_with_the_document
     }
     for (const Sample& sample : samples) {
         if (isLong)
-            std::printf("%-20s %2u MB: %7.1f ns %6.1f bytes an element\n", shape.name,
+            std::printf("%-20s %2u MB: %7.1f ns %6.1f bytes per element\n", shape.name,
                         static_cast<unsigned>(sample.MegaBytes()), sample.NanosecondsAnElement(),
                         sample.BytesAnElement());
         INFO(shape.name << ", " << sample.MegaBytes() << " MB");

@@ -10,7 +10,7 @@ using QxXmlScan::Token;
 
 namespace {
 
-/// The tokens of a text; a quoted one stands in quotes.
+/// The tokens of a text; quoted tokens keep their quotes.
 std::vector<std::wstring> TokensOf(std::wstring_view text) {
     std::vector<std::wstring> tokens;
     for (Token token; QxXmlScan::NextToken(text, token);) {
@@ -45,7 +45,7 @@ TEST_CASE("XmlScan_token_at_the_end_of_the_text_is_read") {
     CHECK(TokensOf(L"").empty());
 }
 
-TEST_CASE("XmlScan_find_finds_at_every_offset_of_every_length") {
+TEST_CASE("XmlScan_find_works_at_every_offset_of_every_length") {
     for (std::size_t length = 0; length < 40; ++length) {
         for (std::size_t at = 0; at < length; ++at) {
             std::wstring text(length, L'x');
@@ -59,12 +59,12 @@ TEST_CASE("XmlScan_find_finds_at_every_offset_of_every_length") {
     }
 }
 
-TEST_CASE("XmlScan_find_gives_the_first_of_several") {
+TEST_CASE("XmlScan_find_returns_the_first_of_several") {
     CHECK(QxXmlScan::Find(L"xxxxxxxxx<x<<<<<<<<<<<<<<<<<<", L'<', 0) == 9);
     CHECK(QxXmlScan::Find(L"x\u3C3C\u003C", L'<', 0) == 2);
 }
 
-TEST_CASE("XmlScan_terminator_is_found_whole_and_not_before_the_start") {
+TEST_CASE("XmlScan_terminator_is_found_completely_and_not_before_the_start") {
     CHECK(QxXmlScan::FindTerminator(L"<!-- > -> -->", L"-->", 1) == 10);
     CHECK(QxXmlScan::FindTerminator(L"<!-->", L"-->", 1) == 2);
     CHECK(QxXmlScan::FindTerminator(L"<!-->", L"-->", 3) == 5);

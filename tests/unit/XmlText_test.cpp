@@ -37,8 +37,8 @@ TEST_CASE("XmlText_attribute_escapes_five_characters") {
     CHECK(Escaped(L"<&>'\"", Escape::Attribute) == L"&lt;&amp;&gt;&apos;&quot;");
 }
 
-TEST_CASE("XmlText_escapes_at_every_place_of_a_text") {
-    // Long texts are searched in blocks, whose edges must not hide a character.
+TEST_CASE("XmlText_escapes_at_every_position") {
+    // Long texts are searched in blocks; a character at a block's edge must be found.
     for (std::size_t length = 1; length <= 40; ++length) {
         for (std::size_t at = 0; at < length; ++at) {
             CAPTURE(length, at);
@@ -54,7 +54,7 @@ TEST_CASE("XmlText_escapes_at_every_place_of_a_text") {
     }
 }
 
-TEST_CASE("XmlText_escaping_reserves_room_for_a_tenth_and_one_entity") {
+TEST_CASE("XmlText_escaping_reserves_a_tenth_and_one_entity") {
     QxXmlText out;
     out.AppendEscaped(std::wstring(1000, L'x'), Escape::Data);
     CHECK(out.Capacity() >= 1000 + 100 + 7);
@@ -76,7 +76,7 @@ TEST_CASE("XmlText_unescaping_decodes_the_five_entities_only") {
     CHECK(Unescaped(L"").empty());
 }
 
-TEST_CASE("XmlText_appends_behind_what_is_there") {
+TEST_CASE("XmlText_appends_to_existing_text") {
     QxXmlText out;
     out.Append(L'x');
     out.AppendEscaped(L"<", Escape::Data);
@@ -116,7 +116,7 @@ TEST_CASE("XmlWriter_writes_start_tags_with_attributes") {
     CHECK(writer.Text() == L"<r a=\"&quot;1&quot;\"><c/><d b=\"\">&gt;</d><e/></r>");
 }
 
-TEST_CASE("XmlWriter_gives_the_same_characters_as_the_parsers_edits") {
+TEST_CASE("XmlWriter_writes_the_same_text_as_edits_of_the_parser") {
     const std::wstring_view data = L"a<b>&'\"c";
     QxXmlParser parser;
     parser.AddElement(L"Root");

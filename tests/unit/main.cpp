@@ -1,6 +1,6 @@
 #define CATCH_CONFIG_MAIN
-// The signal handler's stack has a size that is no constant in current C libraries.
+// Current C libraries do not define the signal stack's size as a constant.
 #define CATCH_CONFIG_NO_POSIX_SIGNALS
-// The program is linked without -municode, so it starts at main and not at wmain.
+// Linked without -municode, so the entry point is main, not wmain.
 #define DO_NOT_USE_WMAIN
 #include <catch2/catch.hpp>

@@ -41,9 +41,9 @@ TEST_CASE("EnsureLoaded_first_use_by_several_threads_reads_once") {
     }
 }
 
-TEST_CASE("EnsureLoaded_repeated_failing_loads_never_show_a_half_filled_table") {
+TEST_CASE("EnsureLoaded_repeated_failing_loads_never_expose_a_partial_table") {
     const std::wstring whole = CatalogueStub::DefaultText();
-    // All but the last section: every call loads again.
+    // Without the last section every call loads again.
     CatalogueStub file(whole.substr(0, whole.find(L"<Pdls>")) + L"</JobAttributes>");
     JobAttributeCatalogue catalogue;
     std::atomic<int> wrong = 0;

@@ -1,4 +1,4 @@
-// The real reader of the catalogue file, in a program of its own: the other unit tests replace it.
+// The real reader of the catalogue file, in a separate program because unit_tests replaces it.
 
 #include "../CapturedLog.h"
 
@@ -13,11 +13,11 @@ using Lines = std::vector<std::wstring>;
 
 namespace {
 
-/// A module of the product's name, which the reader looks for, loaded from a folder of its own.
+/// A module with the product's name, loaded from a temporary folder. The reader looks for it.
 class LoadedModule {
 public:
     LoadedModule() {
-        // Only its name and place count, nothing of it runs: this program will do.
+        // Only its name and path matter; none of its code runs, so a copy of this program serves.
         REQUIRE(CopyFileW(QxMisc::GetModuleFileName(nullptr).c_str(), Path().c_str(), TRUE));
         m_module = LoadLibraryExW(Path().c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
         REQUIRE(m_module);
@@ -28,7 +28,7 @@ public:
 
     std::wstring CataloguePath() const { return m_folder.File(L"JobAttributes.xml"); }
 
-    /// Opens the catalogue for writing and writes the bytes.
+    /// Writes the catalogue and returns it, still open for writing.
     QxKernelHandle Write(const std::string& bytes) const {
         QxKernelHandle file(CreateFileW(CataloguePath().c_str(), GENERIC_WRITE,
                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, CREATE_ALWAYS, 0,
@@ -68,7 +68,7 @@ TEST_CASE("ReadCatalogueFile_missing_file_is_logged_with_path_and_reason") {
     CHECK(log.TakeLines() == Lines{FailureLine(module.CataloguePath(), ERROR_FILE_NOT_FOUND)});
 }
 
-TEST_CASE("ReadCatalogueFile_byte_order_mark_decides_the_encoding") {
+TEST_CASE("ReadCatalogueFile_byte_order_mark_selects_the_encoding") {
     const LoadedModule module;
     std::wstring text;
     module.Write("<a>\xC3\xA4</a>");
@@ -90,7 +90,7 @@ TEST_CASE("ReadCatalogueFile_empty_file_is_read_as_empty_text") {
     CHECK(text.empty());
 }
 
-TEST_CASE("ReadCatalogueFile_file_that_another_writes_is_read") {
+TEST_CASE("ReadCatalogueFile_file_open_for_writing_elsewhere_is_read") {
     const LoadedModule module;
     const QxKernelHandle writer = module.Write("<open/>");
     std::wstring text;
@@ -98,7 +98,7 @@ TEST_CASE("ReadCatalogueFile_file_that_another_writes_is_read") {
     CHECK(text == L"<open/>");
 }
 
-TEST_CASE("ReadCatalogueFile_file_that_another_locks_is_refused") {
+TEST_CASE("ReadCatalogueFile_file_locked_elsewhere_is_refused") {
     const LoadedModule module;
     module.Write("<a/>");
     const QxKernelHandle locked(
@@ -110,7 +110,7 @@ TEST_CASE("ReadCatalogueFile_file_that_another_locks_is_refused") {
     CHECK(log.TakeLines() == Lines{FailureLine(module.CataloguePath(), ERROR_SHARING_VIOLATION)});
 }
 
-TEST_CASE("ReadCatalogueFile_folder_of_that_name_is_refused") {
+TEST_CASE("ReadCatalogueFile_folder_with_the_name_is_refused") {
     const LoadedModule module;
     REQUIRE(CreateDirectoryW(module.CataloguePath().c_str(), nullptr));
     std::wstring text;
@@ -130,7 +130,7 @@ TEST_CASE("ReadCatalogueFile_file_beyond_16_MiB_is_refused") {
     std::wstring text;
     CapturedLog log;
     CHECK_FALSE(ReadCatalogueFile(text));
-    // A system without a text for the code has logged that too.
+    // A code without a system text is logged first.
     const Lines lines = log.TakeLines();
     REQUIRE_FALSE(lines.empty());
     CHECK(lines.back() == FailureLine(module.CataloguePath(), ERROR_FILE_TOO_LARGE));

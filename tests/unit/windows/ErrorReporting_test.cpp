@@ -14,7 +14,7 @@ constexpr wchar_t source[] = L"CTestImpl::get_Xml";
 
 using Lines = std::vector<std::wstring>;
 
-/// Takes the calling thread's error information.
+/// Takes the thread's error information.
 ComPtr<IErrorInfo> TakeInfo() {
     ComPtr<IErrorInfo> info;
     GetErrorInfo(0, info.Put());
@@ -44,7 +44,7 @@ ComPtr<IErrorInfo> ForeignInfo() {
     return info;
 }
 
-/// The system's text without its line end; empty if it has none.
+/// The system's text without its line end; empty if there is none.
 std::wstring SystemText(HRESULT code) {
     wchar_t buffer[512];
     const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
@@ -59,7 +59,7 @@ std::wstring SystemText(HRESULT code) {
     return text;
 }
 
-/// An object with or without error information for one interface.
+/// An object with or without ISupportErrorInfo.
 struct FailingObject : ISupportErrorInfo {
     bool explains = true;
 
@@ -83,7 +83,7 @@ struct Session {
 
 } // namespace
 
-TEST_CASE("RunMethod_without_a_failure_gives_the_bodys_result_and_reports_nothing") {
+TEST_CASE("RunMethod_without_a_failure_returns_the_result_and_reports_nothing") {
     Session session;
     bool ran = false;
     CHECK(RunMethod(source, [&] { ran = true; }) == S_OK);
@@ -94,14 +94,14 @@ TEST_CASE("RunMethod_without_a_failure_gives_the_bodys_result_and_reports_nothin
     CHECK_FALSE(TakeInfo());
 }
 
-TEST_CASE("RunMethod_QxException_gives_its_message") {
+TEST_CASE("RunMethod_QxException_reports_its_message") {
     Session session;
     CHECK(RunMethod(source, [] { throw QxException(L"Thing is missing."); }) == E_FAIL);
     CHECK(session.log.TakeLines() == Lines{L"[CTestImpl::get_Xml] Exception: Thing is missing."});
     CHECK(TakeDescription() == L"Thing is missing.");
 }
 
-TEST_CASE("RunMethod_QxException_without_a_message_gives_an_empty_description") {
+TEST_CASE("RunMethod_QxException_without_a_message_reports_an_empty_description") {
     Session session;
     CHECK(RunMethod(source, [] { throw QxException(L""); }) == E_FAIL);
     CHECK(session.log.TakeLines() == Lines{L"[CTestImpl::get_Xml] Exception: "});
@@ -116,7 +116,7 @@ TEST_CASE("RunMethod_QxException_without_a_message_gives_an_empty_description") 
     CHECK(session.log.TakeLines() == Lines{L"[CTestImpl::get_Xml] Exception: "});
 }
 
-TEST_CASE("RunMethod_class_derived_from_QxException_is_reported_as_one") {
+TEST_CASE("RunMethod_class_derived_from_QxException_is_reported_as_QxException") {
     struct Derived : QxException {
         Derived() : QxException(L"derived") {}
     };
@@ -125,7 +125,7 @@ TEST_CASE("RunMethod_class_derived_from_QxException_is_reported_as_one") {
     CHECK(TakeDescription() == L"derived");
 }
 
-TEST_CASE("RunMethod_ComError_without_information_gives_its_code_and_message") {
+TEST_CASE("RunMethod_ComError_without_information_reports_its_code_and_message") {
     Session session;
     CHECK(RunMethod(source, [] { throw ComError(static_cast<HRESULT>(0x80040205)); }) ==
           static_cast<HRESULT>(0x80040205));
@@ -151,7 +151,7 @@ TEST_CASE("RunMethod_ComError_with_information_passes_on_the_same_object") {
     CHECK(guid == IID_IPersist);
 }
 
-TEST_CASE("RunMethod_exhausted_memory_is_E_OUTOFMEMORY") {
+TEST_CASE("RunMethod_bad_alloc_is_E_OUTOFMEMORY") {
     Session session;
     const std::wstring text = SystemText(E_OUTOFMEMORY);
     REQUIRE_FALSE(text.empty());
@@ -164,7 +164,7 @@ TEST_CASE("RunMethod_exhausted_memory_is_E_OUTOFMEMORY") {
     CHECK(TakeDescription() == text);
 }
 
-TEST_CASE("RunMethod_standard_exception_gives_its_text_whole") {
+TEST_CASE("RunMethod_standard_exception_reports_its_complete_text") {
     Session session;
     CHECK(RunMethod(source, [] { throw std::runtime_error("ran into a wall"); }) == E_FAIL);
     CHECK(session.log.TakeLines() == Lines{L"[CTestImpl::get_Xml] Exception: ran into a wall"});
@@ -177,7 +177,7 @@ TEST_CASE("RunMethod_standard_exception_gives_its_text_whole") {
     }
 }
 
-TEST_CASE("RunMethod_anything_else_is_a_general_exception") {
+TEST_CASE("RunMethod_other_exception_is_a_general_exception") {
     Session session;
     const Lines expected{L"[CTestImpl::get_Xml] Exception: A general exception occurred."};
     CHECK(RunMethod(source, [] { throw 5; }) == E_FAIL);
@@ -188,7 +188,7 @@ TEST_CASE("RunMethod_anything_else_is_a_general_exception") {
     CHECK(TakeDescription() == L"A general exception occurred.");
 }
 
-TEST_CASE("RunMethod_leaves_nothing_of_an_earlier_failures_description") {
+TEST_CASE("RunMethod_removes_an_earlier_description") {
     Session session;
     RunMethod(source, [] { throw QxException(L"first"); });
     RunMethod(source, [] { throw QxException(L"second"); });
@@ -217,14 +217,14 @@ TEST_CASE("ReportException_description_keeps_its_length") {
     }
 }
 
-TEST_CASE("ReportException_message_is_no_format") {
+TEST_CASE("ReportException_message_is_not_a_format") {
     Session session;
     ReportException(L"100%s %d %n", L"C%d::x");
     CHECK(session.log.TakeLines() == Lines{L"[C%d::x] Exception: 100%s %d %n"});
     CHECK(TakeDescription() == L"100%s %d %n");
 }
 
-TEST_CASE("ReportException_sets_the_description_only") {
+TEST_CASE("ReportException_sets_only_the_description") {
     Session session;
     ReportException(L"text", source);
     const ComPtr<IErrorInfo> info = TakeInfo();
@@ -237,7 +237,7 @@ TEST_CASE("ReportException_sets_the_description_only") {
     CHECK(helpFile.View().empty());
 }
 
-TEST_CASE("ComError_message_of_a_code_without_a_system_text_names_the_code") {
+TEST_CASE("ComError_message_without_a_system_text_contains_the_code") {
     const struct {
         unsigned long code;
         const wchar_t* text;
@@ -249,7 +249,7 @@ TEST_CASE("ComError_message_of_a_code_without_a_system_text_names_the_code") {
     };
     for (const auto& row : rows) {
         INFO(row.code);
-        // Only where this system has no text of its own.
+        // This system must have no text for the code.
         REQUIRE(SystemText(static_cast<HRESULT>(row.code)).empty());
         CHECK(ComError(static_cast<HRESULT>(row.code)).Message() == row.text);
     }
@@ -266,7 +266,7 @@ TEST_CASE("ComError_message_of_the_system_has_no_line_end") {
     }
 }
 
-TEST_CASE("CallObject_takes_the_objects_information_only_when_it_vouches_for_the_interface") {
+TEST_CASE("CallObject_uses_error_information_only_if_the_object_supports_it_for_the_interface") {
     Session session;
     FailingObject object;
     const ComPtr<IErrorInfo> info = ForeignInfo();
@@ -287,7 +287,7 @@ TEST_CASE("CallObject_takes_the_objects_information_only_when_it_vouches_for_the
     CHECK(TakeInfo().Get() != info.Get());
 }
 
-TEST_CASE("CallObject_does_not_take_an_earlier_calls_information_for_the_objects") {
+TEST_CASE("CallObject_ignores_error_information_of_an_earlier_call") {
     Session session;
     FailingObject object;
     const ComPtr<IErrorInfo> earlier = ForeignInfo();
@@ -298,7 +298,7 @@ TEST_CASE("CallObject_does_not_take_an_earlier_calls_information_for_the_objects
     CHECK(info.Get() != earlier.Get());
 }
 
-TEST_CASE("CallObject_success_is_passed_over") {
+TEST_CASE("CallObject_success_has_no_effect") {
     Session session;
     FailingObject object;
     CHECK(RunMethod(source, [&] {

@@ -19,7 +19,7 @@ QxLogPtr NewLog(const std::wstring& path, std::uint32_t maxFileSize = 0) {
     return QxLogPtr(new QxFileLog(path, maxFileSize));
 }
 
-/// A line that takes that many UTF-16 units in the file, its line end included.
+/// A line that takes this many UTF-16 units in the file, including its line end.
 std::wstring LineOfUnits(std::size_t units) {
     return std::wstring(units - 2, L'x') + L"\n";
 }
@@ -47,7 +47,7 @@ std::vector<std::wstring> LinesOf(const std::wstring& text) {
     return lines;
 }
 
-/// Takes the lock that appending takes, as a process does that was stopped in the middle of a write.
+/// Holds the append lock, like a process stopped in the middle of a write.
 QxKernelHandle HoldAppendLock(const std::wstring& path) {
     QxKernelHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                     OPEN_ALWAYS, 0, nullptr));
@@ -57,7 +57,7 @@ QxKernelHandle HoldAppendLock(const std::wstring& path) {
     return file;
 }
 
-/// Opens the file as another program does that shares it in this way only.
+/// Opens the file like another program that shares it only in this way.
 QxKernelHandle KeepFileFromOthers(const std::wstring& path, DWORD sharing = 0) {
     QxKernelHandle file(
         CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, sharing, nullptr, OPEN_ALWAYS, 0, nullptr));
@@ -65,7 +65,7 @@ QxKernelHandle KeepFileFromOthers(const std::wstring& path, DWORD sharing = 0) {
     return file;
 }
 
-/// What a process has open that renames the file.
+/// The handles of a process that is renaming the file.
 struct Renaming {
     QxKernelHandle exclusive;
     QxKernelHandle mark;
@@ -91,7 +91,7 @@ DWORD WINAPI EndAfterAWhile(void* renaming) {
     return 0;
 }
 
-/// The milliseconds that a call takes.
+/// Milliseconds that the call takes.
 template<class Call>
 DWORD Duration(Call call) {
     const DWORD start = GetTickCount();
@@ -99,11 +99,11 @@ DWORD Duration(Call call) {
     return GetTickCount() - start;
 }
 
-/// What a caller does not notice, on a busy machine.
+/// Milliseconds that no caller notices on a busy machine.
 constexpr DWORD unnoticed = 500;
 
-/// Where two other processes are at work as soon as this one has closed the file in order to rename it: the
-/// first renames it, without a mark as it may not read the file; the second begins a new one.
+/// If set, two other processes act as soon as this one has closed this file to rename it: the first renames
+/// it, without a mark because it may not read the file; the second starts a new file.
 std::wstring othersPath;
 BOOL(WINAPI* closeHandle)(HANDLE) = nullptr;
 
@@ -111,7 +111,7 @@ BOOL WINAPI CloseAndLetOthersWrite(HANDLE handle) {
     const BOOL closed = closeHandle(handle);
     if (const std::wstring path = std::exchange(othersPath, {}); !path.empty()) {
         MoveFileExW(path.c_str(), (path + L".bak").c_str(), MOVEFILE_REPLACE_EXISTING);
-        NewLog(path, 1)->Write(L"begins anew\n");
+        NewLog(path, 1)->Write(L"first line\n");
     }
     return closed;
 }
@@ -126,7 +126,7 @@ BOOL WINAPI NoteMarkAndMove(const wchar_t* from, const wchar_t* to, DWORD flags)
 
 } // namespace
 
-TEST_CASE("FileLog_is_named_by_its_file_and_opens_it_with_the_first_write") {
+TEST_CASE("FileLog_has_the_name_of_its_file_and_opens_it_at_the_first_write") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
     const QxLogPtr log = NewLog(path);
@@ -167,7 +167,7 @@ TEST_CASE("FileLog_file_can_be_read_and_written_but_not_deleted_while_open") {
     CHECK_FALSE(DeleteFileW(path.c_str()));
 }
 
-TEST_CASE("FileLog_released_sink_closes_its_file") {
+TEST_CASE("FileLog_destroyed_sink_closes_its_file") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
     NewLog(path)->Write(L"line\n");
@@ -215,7 +215,7 @@ TEST_CASE("FileLog_rotation_replaces_a_read_only_backup") {
     CHECK(FileText(backup).size() == unitsPerMiB);
 }
 
-TEST_CASE("FileLog_rotation_blocked_by_another_process_is_made_up_later") {
+TEST_CASE("FileLog_rotation_blocked_by_another_process_happens_later") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
     const QxLogPtr log = NewLog(path, 1);
@@ -234,7 +234,7 @@ TEST_CASE("FileLog_rotation_blocked_by_another_process_is_made_up_later") {
     CHECK(kept.substr(kept.size() - 19) == L"other again\r\nlast\r\n");
 }
 
-TEST_CASE("FileLog_path_that_cannot_be_written_is_passed_over_and_tried_again") {
+TEST_CASE("FileLog_unwritable_path_loses_the_line_and_is_tried_again") {
     const TestFolder folder;
     const std::wstring missing = folder.File(L"missing"), path = missing + L"\\a.log";
     {
@@ -249,7 +249,7 @@ TEST_CASE("FileLog_path_that_cannot_be_written_is_passed_over_and_tried_again") 
     CHECK(RemoveDirectoryW(missing.c_str()));
 }
 
-TEST_CASE("FileLog_several_writers_lose_and_mix_no_line") {
+TEST_CASE("FileLog_concurrent_writers_lose_and_mix_no_line") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
     Appender appenders[writers];
@@ -272,7 +272,7 @@ TEST_CASE("FileLog_several_writers_lose_and_mix_no_line") {
                 FAIL("line " << i << " of a writer is missing");
 }
 
-TEST_CASE("FileLog_stopped_writer_delays_one_line_and_hangs_none") {
+TEST_CASE("FileLog_stopped_writer_delays_one_line_and_hangs_no_writer") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
     QxKernelHandle holder = HoldAppendLock(path);
@@ -292,7 +292,7 @@ TEST_CASE("FileLog_stopped_writer_delays_one_line_and_hangs_none") {
 TEST_CASE("FileLog_writer_stopped_in_the_queue_delays_one_line_and_loses_none") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
-    // As a process that was stopped while it waited: it has a place in the queue, not the right to append.
+    // Like a process stopped while it waits: it holds a place in the queue, but not the append lock.
     QxKernelHandle holder(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                       nullptr, OPEN_ALWAYS, 0, nullptr));
     OVERLAPPED place{};
@@ -320,7 +320,7 @@ TEST_CASE("FileLog_line_written_while_another_process_renames_the_file_is_kept")
     CHECK(FileText(path) == L"kept\r\n");
 }
 
-TEST_CASE("FileLog_writer_stopped_while_it_renames_delays_one_line_and_hangs_none") {
+TEST_CASE("FileLog_writer_stopped_while_renaming_delays_one_line_and_hangs_no_writer") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
     const QxLogPtr log = NewLog(path);
@@ -332,7 +332,7 @@ TEST_CASE("FileLog_writer_stopped_while_it_renames_delays_one_line_and_hangs_non
     CHECK(FileText(path) == L"kept\r\n");
 }
 
-TEST_CASE("FileLog_file_that_another_program_does_not_share_costs_no_wait") {
+TEST_CASE("FileLog_file_not_shared_by_another_program_costs_no_wait") {
     for (const DWORD sharing :
          {DWORD{0}, DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_DELETE}}) {
         INFO(sharing);
@@ -348,7 +348,7 @@ TEST_CASE("FileLog_file_that_another_program_does_not_share_costs_no_wait") {
     }
 }
 
-TEST_CASE("FileLog_marks_the_file_for_other_writers_while_it_renames_it") {
+TEST_CASE("FileLog_marks_the_file_for_other_writers_during_a_rename") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
     const QxLogPtr log = NewLog(path, 1);
@@ -363,7 +363,7 @@ TEST_CASE("FileLog_marks_the_file_for_other_writers_while_it_renames_it") {
     CHECK(FileExists(backup));
 }
 
-TEST_CASE("FileLog_that_another_writer_renames_is_not_renamed_by_this_one") {
+TEST_CASE("FileLog_file_marked_by_another_writer_is_not_renamed") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
     const QxLogPtr log = NewLog(path, 1);
@@ -373,7 +373,7 @@ TEST_CASE("FileLog_that_another_writer_renames_is_not_renamed_by_this_one") {
     CHECK_FALSE(FileExists(backup));
 }
 
-TEST_CASE("FileLog_that_cannot_be_written_says_so_once_until_it_can") {
+TEST_CASE("FileLog_unwritable_file_is_reported_once") {
     const TestFolder folder;
     const std::wstring missing = folder.File(L"missing"), path = missing + L"\\a.log";
     DebuggerOutput debugger;
@@ -394,7 +394,7 @@ TEST_CASE("FileLog_that_cannot_be_written_says_so_once_until_it_can") {
     CHECK(RemoveDirectoryW(missing.c_str()));
 }
 
-TEST_CASE("FileLog_file_that_another_process_has_begun_meanwhile_does_not_become_the_backup") {
+TEST_CASE("FileLog_file_just_started_by_another_process_does_not_become_the_backup") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
     const QxLogPtr log = NewLog(path, 1);
@@ -407,5 +407,5 @@ TEST_CASE("FileLog_file_that_another_process_has_begun_meanwhile_does_not_become
     }
     CHECK(othersPath.empty());
     CHECK(FileText(backup).size() == unitsPerMiB);
-    CHECK(FileText(path) == L"begins anew\r\n");
+    CHECK(FileText(path) == L"first line\r\n");
 }

@@ -10,10 +10,10 @@
 
 namespace {
 
-/// The process's own: tests run at the same time.
+/// One key per process, because tests run in parallel.
 const std::wstring baseKey = L"Software\\JobObjectsLogTest" + std::to_wstring(GetCurrentProcessId());
 
-/// The log's key with the log in its first state, before and afterwards.
+/// The log's key. Resets the log at both ends of its lifetime.
 struct LogKey {
     TestKey base{baseKey.c_str()};
     TestKey key{(baseKey + L"\\Log").c_str()};
@@ -32,7 +32,7 @@ LogSettings Settings() {
     return QxLogger::Instance().GetSettings();
 }
 
-/// The name of the log's one sink.
+/// The name of the only sink.
 std::wstring FileOfLog() {
     std::wstring name;
     QxLogger::Instance().Change([&](LogConfiguration& configuration) {
@@ -168,7 +168,7 @@ TEST_CASE("Configure_unchanged_file_stays_open") {
     CHECK(FileText(log.path) == L"first\r\nsecond\r\n");
 }
 
-TEST_CASE("Configure_log_in_a_missing_folder_never_disturbs_the_caller") {
+TEST_CASE("Configure_log_in_a_missing_folder_never_affects_the_caller") {
     LogKey log;
     log.key.Put(L"Enabled", 1u);
     log.key.Put(L"FileName", log.folder.File(L"missing\\a.log"));
@@ -180,7 +180,7 @@ TEST_CASE("Configure_log_in_a_missing_folder_never_disturbs_the_caller") {
 
 namespace {
 
-/// Configures the log again and again; where it logs to depends on the key.
+/// Configures the log repeatedly from the key.
 DWORD WINAPI ConfigureOften(void* key) {
     for (int i = 0; i < 200; ++i)
         ConfigureLog(static_cast<const wchar_t*>(key), HKEY_CURRENT_USER, KEY_READ);
@@ -189,7 +189,7 @@ DWORD WINAPI ConfigureOften(void* key) {
 
 } // namespace
 
-TEST_CASE("Configure_at_the_same_time_shows_a_line_the_values_of_one_key") {
+TEST_CASE("Configure_line_during_concurrent_changes_uses_the_values_of_one_key") {
     LogKey log;
     const std::wstring keys[] = {baseKey + L"\\A", baseKey + L"\\B"};
     const std::wstring paths[] = {log.folder.File(L"A.log"), log.folder.File(L"B.log")};
@@ -209,7 +209,7 @@ TEST_CASE("Configure_at_the_same_time_shows_a_line_the_values_of_one_key") {
         LogError(L"line");
     for (const HANDLE thread : threads)
         CloseHandle(thread);
-    LogError(L"line"); // at least this one
+    LogError(L"line"); // at least one line
     QxLogger::Instance().Close();
     std::size_t lines = 0;
     for (int i = 0; i < 2; ++i) {

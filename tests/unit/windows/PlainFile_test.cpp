@@ -5,11 +5,11 @@
 
 #include <catch2/catch.hpp>
 
-// The log is written wherever its path leads, but not through a link in the file's own place.
+// The log follows links in its path, but is not written if the file itself is a link.
 
 namespace {
 
-/// A link to a folder, made when the tests were configured, and the folder itself.
+/// A symlink to a folder, created when the build was configured, and the folder itself.
 const std::wstring linkedFolder = L"" LINKED_FOLDER "\\linked", plainFolder = L"" LINKED_FOLDER "\\plain";
 
 void WriteLine(const std::wstring& path, std::uint32_t maxFileSize = 0) {
@@ -17,7 +17,7 @@ void WriteLine(const std::wstring& path, std::uint32_t maxFileSize = 0) {
     log->Write(L"line\n");
 }
 
-/// The file's name without what earlier runs left.
+/// Deletes the file of an earlier run and returns its path.
 std::wstring NewName(const std::wstring& path) {
     DeleteFileW(path.c_str());
     REQUIRE(!FileExists(path));
@@ -35,26 +35,26 @@ HANDLE WINAPI NoteFlags(const wchar_t* name, DWORD access, DWORD sharing, SECURI
 
 decltype(&GetFileInformationByHandle) fileInformation = nullptr;
 
-DWORD toldTag = 0;
+DWORD reportedTag = 0;
 
-/// As for a file with a reparse point.
-BOOL WINAPI TellOfReparsePoint(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) {
+/// Reports every file as a reparse point.
+BOOL WINAPI ReportReparsePoint(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) {
     const BOOL result = fileInformation(file, information);
     information->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
     return result;
 }
 
-BOOL WINAPI TellTag(HANDLE, FILE_INFO_BY_HANDLE_CLASS, void* information, DWORD) {
-    *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(information) = {FILE_ATTRIBUTE_REPARSE_POINT, toldTag};
+BOOL WINAPI ReportTag(HANDLE, FILE_INFO_BY_HANDLE_CLASS, void* information, DWORD) {
+    *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(information) = {FILE_ATTRIBUTE_REPARSE_POINT, reportedTag};
     return TRUE;
 }
 
-BOOL WINAPI TellNoTag(HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) {
+BOOL WINAPI FailTag(HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) {
     SetLastError(ERROR_ACCESS_DENIED);
     return FALSE;
 }
 
-BOOL WINAPI TellNothing(HANDLE, BY_HANDLE_FILE_INFORMATION*) {
+BOOL WINAPI FailInformation(HANDLE, BY_HANDLE_FILE_INFORMATION*) {
     SetLastError(ERROR_ACCESS_DENIED);
     return FALSE;
 }
@@ -69,11 +69,11 @@ void* Address(Function function) {
     return reinterpret_cast<void*>(function);
 }
 
-/// While it lives, every file has a reparse point, of the kind that the second function tells.
+/// During its lifetime, every file is a reparse point, with the tag that the given function reports.
 struct ReparsePoints {
-    explicit ReparsePoints(decltype(&TellTag) tellTag)
-        : attributes(GetModuleHandleW(nullptr), "GetFileInformationByHandle", Address(TellOfReparsePoint)),
-          tag(GetModuleHandleW(nullptr), "GetFileInformationByHandleEx", Address(tellTag)) {
+    explicit ReparsePoints(decltype(&ReportTag) reportTag)
+        : attributes(GetModuleHandleW(nullptr), "GetFileInformationByHandle", Address(ReportReparsePoint)),
+          tag(GetModuleHandleW(nullptr), "GetFileInformationByHandleEx", Address(reportTag)) {
         fileInformation = reinterpret_cast<decltype(fileInformation)>(attributes.Original());
     }
     ImportPatch attributes, tag;
@@ -88,7 +88,7 @@ std::wstring FullPath(const std::wstring& path) {
 } // namespace
 
 TEST_CASE("FileLog_on_a_drive_whose_root_is_a_reparse_point_is_written") {
-    // Such is the drive of the build: the test below would show nothing otherwise.
+    // The build's drive must have such a root; otherwise the test shows nothing.
     const std::wstring path = FullPath(NewName(plainFolder + L"\\plain.log"));
     REQUIRE((GetFileAttributesW(path.substr(0, 3).c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
     for (const std::wstring& name : {path, L"\\\\?\\" + path}) {
@@ -98,26 +98,26 @@ TEST_CASE("FileLog_on_a_drive_whose_root_is_a_reparse_point_is_written") {
     }
 }
 
-TEST_CASE("FileLog_behind_a_link_to_a_folder_is_written") {
+TEST_CASE("FileLog_below_a_folder_symlink_is_written") {
     REQUIRE((GetFileAttributesW(linkedFolder.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
     CreateDirectoryW((plainFolder + L"\\inner").c_str(), nullptr);
     for (const wchar_t* name : {L"\\linked.log", L"/linked.log", L"\\inner\\linked.log"}) {
-        const std::wstring behind = NewName(plainFolder + name);
+        const std::wstring target = NewName(plainFolder + name);
         WriteLine(linkedFolder + name);
-        CHECK(FileText(behind) == L"line\r\n");
+        CHECK(FileText(target) == L"line\r\n");
     }
 }
 
-TEST_CASE("FileLog_behind_a_link_to_a_folder_is_rotated") {
-    const std::wstring behind = NewName(plainFolder + L"\\grown.log");
-    const std::wstring backup = NewName(behind + L".bak");
+TEST_CASE("FileLog_below_a_folder_symlink_is_rotated") {
+    const std::wstring target = NewName(plainFolder + L"\\grown.log");
+    const std::wstring backup = NewName(target + L".bak");
     const QxLogPtr log(new QxFileLog(linkedFolder + L"\\grown.log", 1));
     log->Write(std::wstring((1 << 19) - 1, L'x') + L"\n");
     CHECK(FileExists(backup));
-    CHECK(!FileExists(behind));
+    CHECK(!FileExists(target));
 }
 
-TEST_CASE("FileLog_below_a_folder_whose_attributes_are_hidden_is_written") {
+TEST_CASE("FileLog_below_a_folder_with_unreadable_attributes_is_written") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"test.log");
     {
@@ -127,7 +127,7 @@ TEST_CASE("FileLog_below_a_folder_whose_attributes_are_hidden_is_written") {
     CHECK(FileText(path) == L"line\r\n");
 }
 
-TEST_CASE("FileLog_with_a_second_name_elsewhere_is_not_written_until_that_goes") {
+TEST_CASE("FileLog_with_a_second_hard_link_is_not_written_until_that_is_deleted") {
     const TestFolder folder;
     const std::wstring other = folder.File(L"other.txt"), path = folder.File(L"test.log");
     WriteLine(other);
@@ -140,7 +140,7 @@ TEST_CASE("FileLog_with_a_second_name_elsewhere_is_not_written_until_that_goes")
     CHECK(FileText(path) == L"line\r\nwritten\r\n");
 }
 
-TEST_CASE("FileLog_is_opened_itself_where_it_might_be_a_link") {
+TEST_CASE("FileLog_open_does_not_follow_symlinks") {
     const TestFolder folder;
     const ImportPatch patch(GetModuleHandleW(nullptr), "CreateFileW", Address(NoteFlags));
     createFile = reinterpret_cast<decltype(createFile)>(patch.Original());
@@ -149,12 +149,12 @@ TEST_CASE("FileLog_is_opened_itself_where_it_might_be_a_link") {
     CHECK((openFlags & FILE_FLAG_OPEN_REPARSE_POINT) != 0);
 }
 
-TEST_CASE("FileLog_that_is_a_symbolic_link_is_not_written") {
+TEST_CASE("FileLog_that_is_a_symlink_is_not_written") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"test.log");
     {
-        const ReparsePoints links(TellTag);
-        toldTag = IO_REPARSE_TAG_SYMLINK;
+        const ReparsePoints links(ReportTag);
+        reportedTag = IO_REPARSE_TAG_SYMLINK;
         WriteLine(path);
         CHECK(FileText(path).empty());
         CHECK_FALSE(OpenPlainFile(path, 0, OPEN_EXISTING));
@@ -164,11 +164,11 @@ TEST_CASE("FileLog_that_is_a_symbolic_link_is_not_written") {
     CHECK(FileText(path) == L"line\r\n");
 }
 
-TEST_CASE("FileLog_with_a_reparse_point_that_is_no_link_is_opened_through_it") {
+TEST_CASE("FileLog_reparse_point_other_than_a_link_is_followed") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"test.log");
-    const ReparsePoints storage(TellTag);
-    toldTag = IO_REPARSE_TAG_DEDUP;
+    const ReparsePoints storage(ReportTag);
+    reportedTag = IO_REPARSE_TAG_DEDUP;
     const ImportPatch patch(GetModuleHandleW(nullptr), "CreateFileW", Address(NoteFlags));
     createFile = reinterpret_cast<decltype(createFile)>(patch.Original());
     WriteLine(path);
@@ -176,21 +176,21 @@ TEST_CASE("FileLog_with_a_reparse_point_that_is_no_link_is_opened_through_it") {
     CHECK(FileText(path) == L"line\r\n");
 }
 
-TEST_CASE("FileLog_of_which_the_system_does_not_say_whether_it_is_a_link_is_not_written") {
+TEST_CASE("FileLog_with_unknown_link_status_is_not_written") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"test.log");
     {
         const ImportPatch patch(GetModuleHandleW(nullptr), "GetFileInformationByHandle",
-                                Address(TellNothing));
+                                Address(FailInformation));
         WriteLine(path);
         CHECK(FileText(path).empty());
     }
-    const ReparsePoints unknown(TellNoTag);
+    const ReparsePoints unknown(FailTag);
     WriteLine(path);
     CHECK(FileText(path).empty());
 }
 
-TEST_CASE("PlainFile_problems_have_a_sentence_each") {
+TEST_CASE("PlainFile_each_problem_has_a_sentence") {
     CHECK(PlainFileProblem(ERROR_CANT_ACCESS_FILE) == L"It is a symbolic link or has a second name.");
     CHECK(PlainFileProblem(ERROR_ACCESS_DENIED) == QxMisc::GetSystemMessage(ERROR_ACCESS_DENIED));
     CHECK(PlainFileProblem(0xE0001234) == L"Error 3758101044.");

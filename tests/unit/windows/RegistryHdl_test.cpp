@@ -11,11 +11,11 @@
 
 namespace {
 
-/// The process's own: tests run at the same time.
+/// One key per process, because tests run in parallel.
 const std::wstring testKeyPath = L"Software\\JobObjectsRegistryTest" + std::to_wstring(GetCurrentProcessId());
 const wchar_t* const testKey = testKeyPath.c_str();
 
-/// What the value reads as; "unchanged" when reading fails.
+/// The value's text; "unchanged" if reading fails.
 std::wstring StringOf(QxRegistryHdl& key, const wchar_t* name) {
     QxString value = L"unchanged";
     const bool read = key.ReadString(name, value);
@@ -29,7 +29,7 @@ LSTATUS WINAPI RefuseToClose(HKEY) {
 
 } // namespace
 
-TEST_CASE("TestKey_is_empty_after_a_test_that_was_cut_off") {
+TEST_CASE("TestKey_is_empty_after_an_aborted_test") {
     HKEY left = nullptr;
     REQUIRE(RegCreateKeyExW(HKEY_CURRENT_USER, (testKeyPath + L"\\Log").c_str(), 0, nullptr, 0,
                             KEY_ALL_ACCESS, nullptr, &left, nullptr) == ERROR_SUCCESS);
@@ -39,7 +39,7 @@ TEST_CASE("TestKey_is_empty_after_a_test_that_was_cut_off") {
     CHECK_FALSE(key.Open(HKEY_CURRENT_USER, (testKeyPath + L"\\Log").c_str(), KEY_READ));
 }
 
-TEST_CASE("RegistryHdl_failed_close_is_logged_and_forgets_the_key") {
+TEST_CASE("RegistryHdl_failed_close_is_logged_and_drops_the_key") {
     const TestKey stored(testKey);
     QxRegistryHdl key;
     REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
@@ -63,7 +63,7 @@ TEST_CASE("RegistryHdl_missing_key_is_reported_with_its_code") {
     CHECK_FALSE(key.IsOpen());
 }
 
-TEST_CASE("RegistryHdl_opening_closes_the_key_held") {
+TEST_CASE("RegistryHdl_opening_closes_the_old_key") {
     const TestKey stored(testKey);
     QxRegistryHdl key;
     REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
@@ -81,7 +81,7 @@ TEST_CASE("RegistryHdl_closing_twice_is_harmless") {
     CHECK(key.LastError() == 0);
 }
 
-TEST_CASE("RegistryHdl_numbers_are_read_from_32_bit_values_only") {
+TEST_CASE("RegistryHdl_numbers_are_read_only_from_32_bit_values") {
     TestKey stored(testKey);
     REQUIRE(stored.Put(L"Number", 0xFEDCBA98u));
     REQUIRE(stored.Put(L"Text", L"5"));
@@ -155,7 +155,7 @@ TEST_CASE("RegistryHdl_strings_are_read_as_stored") {
     CHECK(StringOf(key, L"Nothing").empty());
 }
 
-TEST_CASE("RegistryHdl_other_types_are_no_strings") {
+TEST_CASE("RegistryHdl_other_types_are_not_strings") {
     TestKey stored(testKey);
     REQUIRE(stored.Put(L"Number", 5u));
     REQUIRE(stored.Put(L"Several", REG_MULTI_SZ, L"a\0b\0", 5 * sizeof(wchar_t)));

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A code that no message table holds.
+/// A code without a system message.
 constexpr DWORD unknownCode = 0xE1234ABC;
 
 } // namespace
@@ -40,7 +40,7 @@ TEST_CASE("GetSystemMessage_is_one_trimmed_line") {
 }
 
 TEST_CASE("GetSystemMessage_percent_signs_are_doubled") {
-    // The text has inserts, which stay as they are.
+    // The text has inserts, which remain.
     const std::wstring text = QxMisc::GetSystemMessage(ERROR_BAD_EXE_FORMAT);
     CHECK(text.find(L"%%1") != std::wstring::npos);
 }

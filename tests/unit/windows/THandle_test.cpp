@@ -12,7 +12,7 @@ namespace {
 int closed = 0;
 DWORD refusal = 0;
 
-/// Counts the calls and refuses with the given error.
+/// Counts the calls and fails with the given error.
 struct TestCloser {
     static bool Close(HANDLE) noexcept {
         ++closed;
@@ -54,7 +54,7 @@ TEST_CASE("THandle_closing_twice_is_harmless") {
     CHECK(handle.LastError() == 0);
 }
 
-TEST_CASE("THandle_refused_close_is_kept_logged_and_forgotten") {
+TEST_CASE("THandle_failed_close_is_recorded_and_logged_and_drops_the_handle") {
     CapturedLog log(LogFormat::Category);
     {
         TestHandle handle(Some());
@@ -73,14 +73,14 @@ TEST_CASE("THandle_destruction_closes") {
     CHECK(closed == 1);
 }
 
-TEST_CASE("THandle_move_hands_the_handle_over") {
+TEST_CASE("THandle_move_transfers_the_handle") {
     TestHandle first(Some());
     TestHandle second(std::move(first));
     CHECK(first.Get() == nullptr);
     CHECK(second.IsOpen());
     TestHandle third(reinterpret_cast<HANDLE>(0x99));
     third = std::move(second);
-    CHECK(closed == 1); // the one that third held
+    CHECK(closed == 1); // third's old handle
     CHECK(second.Get() == nullptr);
     CHECK(third.Get() == reinterpret_cast<HANDLE>(0x1234));
 }

@@ -5,8 +5,7 @@
 
 #include <windows.h>
 
-/// A registry key of the current user's that goes away with its values. It is new: what a test that was cut
-/// off has left under the name goes away first.
+/// A key under HKEY_CURRENT_USER, empty even after an aborted test; the destructor deletes it.
 class TestKey {
 public:
     explicit TestKey(const wchar_t* path) : m_path(path) {

@@ -12,7 +12,7 @@ TEST_CASE("TraceLog_is_named_trace") {
     CHECK(log->Name() == L"Trace");
 }
 
-TEST_CASE("TraceLog_passes_one_line_per_call_without_its_end") {
+TEST_CASE("TraceLog_writes_one_line_per_call_without_its_line_end") {
     DebuggerOutput debugger;
     QxLogPtr(new QxTraceLog)->Write(L"one\ntwo\n\nthree\n");
     CHECK(debugger.lines == std::vector<std::string>{"one", "two", "", "three"});
