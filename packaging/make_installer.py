@@ -126,7 +126,7 @@ def query(installer, statement):
 
 def complete(installer, version, package_code):
     """Sets what wixl cannot express."""
-    # A file without a version never replaces one with a version.
+    # A file without a version never replaces one that has one.
     query(installer, f"UPDATE `File` SET `Version` = '{version}.0', `Language` = '1033'"
                      " WHERE `File` = 'Tarnwick.dll'")
     query(installer, "DELETE FROM `MsiFileHash` WHERE `File_` = 'Tarnwick.dll'") # hashes are for files without a version

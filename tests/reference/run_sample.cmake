@@ -1,4 +1,4 @@
-# Runs one sample of the object reference and compares what it prints with the output that the reference shows:
+# Runs a sample of the object reference and compares its output with the reference:
 #
 #   cmake "-DCOMMAND=<command line, separated by semicolons>" -DEXPECTED=<file.txt> -P run_sample.cmake
 get_filename_component(folder ${EXPECTED} DIRECTORY)
@@ -8,8 +8,8 @@ string(REPLACE "\r" "" output "${output}")
 message("${output}${errors}")
 file(READ "${EXPECTED}" expected)
 if(NOT result EQUAL 0)
-    message(FATAL_ERROR "The sample ended with ${result}.")
+    message(FATAL_ERROR "The sample returned ${result}.")
 endif()
 if(NOT output STREQUAL expected)
-    message(FATAL_ERROR "The sample did not print what the reference shows:\n${expected}")
+    message(FATAL_ERROR "The output differs from the reference:\n${expected}")
 endif()
