@@ -10,7 +10,7 @@ def _unquote(text):
 
 
 def parse(text):
-    """Maps (key, value name), both in lower case, to the data. A key itself is (key, None), its default value (key, "")."""
+    """Maps (key, value name), in lower case, to the data. A key itself is (key, None), its default value (key, "")."""
     tree = {}
     key = ""
     for entry in re.split(r"\n(?=\[|@=|\")", text.replace("\r", "").replace("\\\n", "")):

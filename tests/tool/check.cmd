@@ -1,6 +1,6 @@
 @echo off
-rem Checks the states of an installation in turn. Needs its own registry. Arguments: the tool, and a folder that contains
-rem only the library.
+rem Checks the states of an installation in turn. Needs its own registry. Arguments: the tool, and a folder that
+rem contains only the library.
 echo == not registered
 %1 check
 echo exit %ERRORLEVEL%
