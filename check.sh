@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What is to be clean before a change goes in: formatting, build and tests as the continuous integration runs them,
-# then the linter on the product and the tools.
+# Checks that every change must pass: formatting, build and tests, as in continuous integration, then the linter on
+# the product and the tools.
 #
 #   ./check.sh [--no-lint]
 #

@@ -10,7 +10,7 @@ source scripts/wine-session.sh
 start_wine
 "$wine" regsvr32 /s "$(windows_path "$PWD/dist/Tarnwick.dll")"
 
-# The script host returns 0 for a script that broke off, too: only the closing line tells that all went well.
+# cscript returns 0 even for a script that broke off, so check the closing line.
 run_client() {
     local script=$1 output
     shift

@@ -1,7 +1,7 @@
-"""Reads JobObjects.idl: its classes, interfaces and members with their comments, and what is wrong in them.
+"""Reads JobObjects.idl: classes, interfaces and members with their comments, and checks the comments.
 
-The documentation, the packaging and the tests read the interface definition through this module alone. The top of
-that file describes the form of the comments.
+Documentation, packaging and tests all read the interface definition through this module. The top of JobObjects.idl
+describes the form of the comments.
 """
 
 import re
@@ -14,7 +14,7 @@ STORED = re.compile(r"(no|every form|from [0-9.]+[0-9]( to below [0-9.]+[0-9])?)
 
 
 class Doc:
-    """One comment block: paragraphs, parameters, tagged lines and the values of an enumeration."""
+    """A comment block: paragraphs, parameters, tagged lines, enumeration values."""
 
     def __init__(self, lines):
         self.paragraphs, self.params, self.values, self.tags = [], {}, [], {}
@@ -69,7 +69,7 @@ class Doc:
         return " ".join(self.paragraphs)
 
     def tag(self, name):
-        """The tagged line without its closing full stop; empty when there is none."""
+        """The tagged line without its full stop; empty if the tag is missing."""
         text = self.tags.get(name, "")
         return text[:-1] if text.endswith(".") else text
 
@@ -84,7 +84,7 @@ class Member:
         return {"propget": "read", "propget propput": "read/write"}.get(" ".join(self.kinds), "method")
 
     def type(self):
-        """The type of a property, or what a method returns; None when it returns nothing."""
+        """The type of a property, or the result type of a method (None without a result)."""
         return next((t[:-1] for a, t, _ in self.params if "out" in a and ("retval" in a)), None)
 
     def is_method(self):
@@ -165,7 +165,7 @@ class Reader:
 
 
 def needed_tags(member):
-    """The lines without which a member is not documented."""
+    """The tagged lines that a member must have."""
     if member.is_method():
         return {"Errors"}
     needed = {"Default", "Stored"}

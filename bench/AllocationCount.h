@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-/// Counts what this program's own C++ code allocates while one of these lives. One at a time.
+/// Counts the allocations of this program's own C++ code during its lifetime. One instance at a time.
 class AllocationCount {
 public:
     AllocationCount() noexcept;
@@ -10,8 +10,8 @@ public:
     AllocationCount(const AllocationCount&) = delete;
     AllocationCount& operator=(const AllocationCount&) = delete;
 
-    /// Bytes allocated and not freed since.
+    /// Bytes allocated and not yet freed.
     std::size_t Kept() const noexcept;
-    /// The most that was kept at any moment.
+    /// Maximum of Kept() so far.
     std::size_t Peak() const noexcept;
 };

@@ -1,5 +1,4 @@
-// What every class and every interface does in the same way: objects from the class factory, names of
-// members.
+// Rows common to all classes: creation by the class factory, look-up of member names.
 
 #include "Rows.h"
 
@@ -46,7 +45,7 @@ std::vector<Class> Classes() {
     return classes;
 }
 
-/// The least that a class factory can make: a counted object.
+/// The cheapest possible object: a reference count only.
 class Stub final : public IUnknown {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -86,7 +85,7 @@ public:
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 };
 
-/// Many at a time, as the work is short.
+/// Repeats short work, so that the time per call can be measured.
 template<class Work>
 Contender Repeated(const std::string& name, Work work) {
     return {name,
@@ -109,7 +108,7 @@ void AddFactoryRow(Table& table, const std::vector<Class>& classes) {
     std::vector<Contender> contenders;
     std::vector<Goal> goals;
     for (const Class& one : classes) {
-        // A job makes its job contents by ProgID; what that costs is a row of its own.
+        // Jobs also create their job contents by ProgID; another row measures that.
         if (one.name.ends_with("Job"))
             continue;
         ComPtr<IClassFactory> factory;
@@ -130,7 +129,7 @@ struct Member {
     MEMBERID id = 0;
 };
 
-/// The interface's own members in the order of their slots.
+/// The interface's own members, in slot order.
 std::vector<Member> Members(IDispatch* object) {
     ComPtr<ITypeInfo> type;
     TYPEATTR* attributes = nullptr;

@@ -1,5 +1,5 @@
-// A print job record through the Xml property, beside the same work without COM, by the system's markup
-// library, and beside the bare calls that create the children.
+// A print job through its Xml property, compared with the same work without COM, with MSXML, and with the
+// bare calls that create the children.
 
 #include "MsxmlPeer.h"
 #include "RecordText.h"
@@ -33,7 +33,7 @@ ComPtr<IPrintJob> CreatePrintJob() {
     return job;
 }
 
-/// A record's text with an object and a document that hold it.
+/// A record's text, with an object and an MSXML document that hold it.
 struct HeldJob {
     const JobText* source;
     UniqueBstr text;
@@ -58,7 +58,7 @@ UniqueBstr Get(const ComPtr<IPrintJob>& job) {
     return text;
 }
 
-/// As after the record was made: only the job contents that a record starts with are left to be used again.
+/// Back to the state of a new record: only its initial job contents are left for reuse.
 void DropChildren(const ComPtr<IPrintJob>& job) {
     job->put_PageCounterJobContents(nullptr);
     job->put_WindowsPrintInfo(nullptr);
@@ -121,7 +121,7 @@ void AddGetRow(Table& table, const std::vector<HeldJob>& held) {
                {{"writer alone", 4}, {"MSXML 6 build and get_xml", 0.04}});
 }
 
-/// One record a call: creations take so long that 64 of them would always meet some disturbance.
+/// One record per call: 64 creations take so long that every repetition would be disturbed.
 void AddFreshPutRow(Table& table, const std::vector<HeldJob>& held) {
     const ComPtr<IPrintJob> again = CreatePrintJob();
     std::size_t next = 0;

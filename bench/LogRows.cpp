@@ -32,8 +32,8 @@ std::wstring ReadLines(const std::wstring& path) {
     return text;
 }
 
-/// The calls that a line takes, with a line that is there already: the lock under which it is appended, the
-/// write at the file's end, the flush and the look at the file's size.
+/// The system calls of one log line, with a ready-made line: append lock, write at the end of the file,
+/// flush, size query.
 class BareLog {
 public:
     BareLog(const std::wstring& path, std::wstring line)
@@ -62,7 +62,7 @@ private:
     std::wstring m_line;
 };
 
-/// The second text is none that could be formatted: a dropped message must not look at it.
+/// The second argument is an invalid pointer: a dropped message must not be formatted.
 void LogDropped() {
     LogError(LogUtility, message, L"file", reinterpret_cast<const wchar_t*>(1));
 }

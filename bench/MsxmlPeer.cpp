@@ -17,8 +17,8 @@ bool HasName(IXMLDOMNode* node, std::wstring_view name) {
     return found.View() == name;
 }
 
-/// Looks for each child from the one found last on, and from the first one on only if it is not there: each
-/// look at a node costs a call and two texts.
+/// Searches for a child from the last one found, and from the start only if that fails: each step costs a
+/// call and two texts.
 class MsxmlNode {
 public:
     explicit MsxmlNode(ComPtr<IXMLDOMNode> node) : m_node(std::move(node)) {}
@@ -81,7 +81,7 @@ private:
     ComPtr<IXMLDOMNode> m_child;
 };
 
-/// An element is made when its start tag is complete, for that is when its namespace is known.
+/// Creates an element when its start tag is complete: only then is its namespace known.
 class MsxmlSink {
 public:
     explicit MsxmlSink(IXMLDOMDocument* document) : m_document(document) {

@@ -7,7 +7,7 @@
 
 #include <msxml2.h>
 
-/// The system's own markup library, version 6, used through its COM interfaces.
+/// MSXML 6, the system's XML library, through its COM interfaces.
 namespace MsxmlPeer {
 
 ComPtr<IXMLDOMDocument> NewDocument();
@@ -16,7 +16,7 @@ void Load(IXMLDOMDocument* document, BSTR text);
 JobValues Read(IXMLDOMDocument* document, BSTR text);
 /// The loaded document's text.
 UniqueBstr Write(IXMLDOMDocument* document);
-/// Builds the record's document anew and gives its text.
+/// Builds the record's document from scratch and returns its text.
 UniqueBstr Write(IXMLDOMDocument* document, const JobValues& values);
 
 } // namespace MsxmlPeer

@@ -1,7 +1,7 @@
 #pragma once
 
-// Lets Google Benchmark compile where the compiler's standard library has no threads, as with the product's
-// own compiler. Everything here runs on one thread: its locks have nothing to do and it starts no thread.
+// Lets Google Benchmark compile with a standard library without threads, such as that of the product's
+// compiler. The benchmarks use one thread, so locks do nothing and no thread is started.
 
 #include <cstdlib>
 #include <mutex>
@@ -20,7 +20,7 @@ struct condition_variable {
     template<class Lock, class Condition>
     void wait(Lock&, Condition condition) {
         if (!condition())
-            abort(); // nobody could make it true
+            abort(); // no other thread could make it true
     }
 };
 
@@ -34,5 +34,5 @@ struct no_thread {
 };
 
 } // namespace std
-#define thread no_thread // the library's class is there, but cannot start a thread
+#define thread no_thread // the library's std::thread exists but cannot start a thread
 #endif

@@ -7,14 +7,14 @@
 #include <string>
 #include <string_view>
 
-// The same work by other libraries: a print job record's document to its values and back.
+// The same work with other libraries: from the document of a print job to its values and back.
 
 namespace PugiPeer {
 JobValues Read(std::wstring_view text);
 std::wstring Write(const JobValues& values);
-/// Parses into a new document; whether it took the text.
+/// Parses into a new document; false if the text is refused.
 bool Parse(std::wstring_view text);
-/// Elements in document order, for a comparison with the parser's positions.
+/// Number of elements, to compare with the parser's.
 std::size_t CountElements(std::wstring_view text);
 void ReadCatalogue(std::wstring_view text, CatalogueTables& tables);
 } // namespace PugiPeer

@@ -9,7 +9,7 @@ namespace {
 
 using Document = rapidxml::xml_document<wchar_t>;
 
-/// It parses in place, in a text of its own that ends with a NUL.
+/// RapidXML parses in place, so it gets its own NUL-terminated copy.
 class Loaded {
 public:
     explicit Loaded(std::wstring_view text) {

@@ -6,10 +6,10 @@
 #include "common/text/Numbers.h"
 #include "common/xml/XmlNamespace.h"
 
-// The XML form of a print job record with all its children, once for every contender. A contender brings
+// The XML form of a print job with all its children, shared by all contenders. Each contender provides
 //
-// a node to read from: Text, Number and Flag of a child by its name; its own Data and Attribute;
-// Within(name, use) and ForEach(name, use), which call use with the node of one child, or of each;
+// a node to read from: Text, Number and Flag of a named child; its own Data and Attribute; Within(name, use)
+// and ForEach(name, use), which call use with the node of one child, or of each;
 //
 // a sink to write to: Open, Attribute, Data, Close and CloseEmpty; Element for a text, a number or a flag.
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Work that is done with each of the 64 records in turn.
+/// Does the work with each of the 64 records in turn.
 template<class Work>
 Contender ForAll(const std::string& name, Work work) {
     const std::vector<JobText>& jobs = JobTexts();

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The parser's current element, whose children are read as the records read them.
+/// The parser's current element. Reads children like the product's records do.
 class ParserNode {
 public:
     explicit ParserNode(QxXmlParser& parser) : m_parser(parser), m_children(parser) {}

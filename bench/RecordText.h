@@ -6,11 +6,11 @@
 
 #include <string_view>
 
-/// A print job record's document, read and written by the product's parser and writer alone, without COM.
+/// Reads and writes the document of a print job with the product's parser and writer, without COM.
 namespace RecordText {
 
 JobValues Read(std::wstring_view text);
-/// As a record gives it: the text stays in the writer's buffer.
+/// The text stays in the writer's buffer, as in the product.
 QxXmlWriter Write(const JobValues& values);
 
 } // namespace RecordText

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Puts the texts together plainly: what is timed has no part in it.
+/// Builds the texts independently of the code that is timed.
 class PlainSink {
 public:
     void Open(std::wstring_view name) {
@@ -70,7 +70,7 @@ private:
     bool m_inStartTag = false;
 };
 
-/// Random values that are the same in every run and on every system.
+/// Pseudo-random values, the same in every run and on every system.
 class Choice {
 public:
     explicit Choice(unsigned seed) : m_engine(seed) {}
@@ -116,7 +116,7 @@ CopyLineValues MakeLine(Choice& choice, std::size_t paper) {
             choice.Number(0, 80), choice.Number(0, 80), choice.Number(0, 4)};
 }
 
-/// A record keeps one line a paper size, ordered by its name.
+/// A record has one copy line per paper size, ordered by name.
 ContentsValues MakeContents(Choice& choice, int lines) {
     ContentsValues values;
     values.version = L"4.0";

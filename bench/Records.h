@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-// The values of print job records, as every contender reads and writes them.
+// The values of print jobs, common to all contenders.
 
 struct CopyLineValues {
     QxString paperSize, paperDimensions, attributes;
@@ -61,19 +61,20 @@ struct JobValues {
     bool operator==(const JobValues&) const = default;
 };
 
-/// A record's document and what it says.
+/// A record's document and its values.
 struct JobText {
     std::wstring text;
     JobValues values;
 };
 
-/// 64 print jobs of three to four thousand characters, all different, with one to four copy lines and all
-/// children; the same ones in every run.
+/// 64 different print jobs of three to four thousand characters, with one to four copy lines and all
+/// children; the same in every run.
 const std::vector<JobText>& JobTexts();
 
-/// A "JobCopyLines" document of about that many bytes, and the number of its elements.
+/// A "JobCopyLines" document, and the number of its elements.
 struct CopyLinesText {
     std::wstring text;
     std::size_t elements = 0;
 };
+/// Makes a document of about this many bytes.
 CopyLinesText MakeCopyLines(std::size_t bytes);

@@ -2,7 +2,7 @@
 
 #include "Table.h"
 
-// The rows of the table. Each function first checks what it is going to time.
+// The rows of the table. Each function first checks the results of the work that it times.
 
 /// One record by parser and writer.
 void AddRecordRows(Table& table);
@@ -11,8 +11,8 @@ void AddJobObjectRows(Table& table);
 /// Long documents, in time and in memory.
 void AddLargeRows(Table& table);
 void AddCatalogueRow(Table& table);
-/// What all classes and interfaces have in common.
+/// Creation and name look-up of all classes.
 void AddClassRows(Table& table);
 void AddLogRows(Table& table);
-/// The library's file and what attaching it allocates; must come first, before it is loaded.
+/// Size of the library's file, and heap allocated by attaching. Must run first, before the library is loaded.
 void AddSizeRows(Table& table);

@@ -19,8 +19,8 @@ double Seconds(const std::function<void()>& work) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// How often the work fits into a repetition. Google Benchmark takes a single look to find that out: if that
-/// one is disturbed, all repetitions are too short.
+/// Iterations per repetition. Google Benchmark measures only once to find them; if that run is disturbed, all
+/// repetitions are too short.
 benchmark::IterationCount Iterations(const std::function<void()>& work) {
     constexpr double repetitionSeconds = 0.0005;
     constexpr double enough = 0.02;
@@ -34,7 +34,7 @@ benchmark::IterationCount Iterations(const std::function<void()>& work) {
         1, static_cast<benchmark::IterationCount>(repetitionSeconds / std::max(fastest, 1e-6)));
 }
 
-/// Keeps each benchmark's time by its name: that of its fastest repetition, the one disturbed least.
+/// Keeps the time of each benchmark's fastest repetition, the least disturbed one.
 class Collector : public benchmark::BenchmarkReporter {
 public:
     explicit Collector(const std::string& work) : m_work(work) { SetErrorStream(&m_silent); }
@@ -59,7 +59,7 @@ public:
 
 private:
     const std::string& m_work;
-    std::ostream m_silent{nullptr}; // it would name each row that the filter leaves out
+    std::ostream m_silent{nullptr}; // discards a message per filtered row
     std::map<std::string, double> m_seconds;
 };
 
@@ -77,7 +77,7 @@ std::string TimeText(double seconds) {
     return Text("%.2f ms", seconds * 1e3);
 }
 
-/// Three figures that count.
+/// About three significant digits.
 std::string RatioText(double ratio) {
     return Text(ratio < 0.1 ? "%.4f" : ratio < 10 ? "%.2f" : "%.1f", ratio);
 }

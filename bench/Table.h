@@ -6,14 +6,14 @@
 #include <utility>
 #include <vector>
 
-/// One way to do a piece of work, timed beside the others of its row.
+/// One way to do a piece of work, compared with the others of its row.
 struct Contender {
     std::string name;
     std::function<void()> work;
-    double units = 1; ///< how often one call does the work
+    double units = 1; ///< work items per call
 };
 
-/// The first contender's time, or that of the named subject, may be at most this many times the other's.
+/// Limits the time of the subject (default: the first contender) to a multiple of another contender's.
 struct Goal {
     std::string against;
     double atMost;
@@ -23,23 +23,23 @@ struct Goal {
 /// Measures the rows and collects their lines.
 class Table {
 public:
-    /// Times all contenders in turn, many times over, so that a disturbance hits all alike. Adds one line for
-    /// each goal and one for each contender that no goal names; none without goals, when the times are for
-    /// other lines. Without a number of repetitions as many as the program's options tell.
+    /// Times the contenders alternately in many repetitions, so that a disturbance affects all alike. Adds a
+    /// line per goal and per contender without a goal. Without any goals it adds no line and only keeps the
+    /// times for Seconds and Compare. 0 repetitions: the number from the command line.
     void Time(const std::string& work, const std::vector<Contender>& contenders,
               const std::vector<Goal>& goals, int repetitions = 0);
-    /// Adds a figure that is no comparison of times.
+    /// Adds a figure other than a time.
     void Figure(const std::string& work, const std::string& measured, double value, double atMost,
                 const std::string& unit);
-    /// The time in seconds that the row's contender took; 0 if it was not run.
+    /// The contender's time in seconds; 0 if it did not run.
     double Seconds(const std::string& work, const std::string& contender) const;
-    /// Compares the times of two rows' contenders.
+    /// Compares contenders of two rows.
     void Compare(const std::string& work, std::pair<std::string, std::string> subject,
                  std::pair<std::string, std::string> against, double atMost);
 
     /// Prints all lines as a Markdown table.
     void Print() const;
-    /// How many goals were missed.
+    /// The number of missed goals.
     std::size_t Missed() const noexcept;
 
 private:
@@ -61,8 +61,8 @@ private:
     std::vector<Line> m_lines;
 };
 
-/// Keeps a result from being optimised away.
+/// Keeps the compiler from removing the computation of a result.
 void Use(std::size_t result) noexcept;
 
-/// Ends the program with a message unless the condition holds: what is timed must be right.
+/// Ends the program with a message unless the condition holds.
 void Require(bool condition, const std::string& what);

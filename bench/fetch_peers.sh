@@ -1,7 +1,6 @@
 #!/bin/sh
-# Fetches the sources of Google Benchmark and of the libraries that the benchmarks compare with, from Debian's
-# source packages, into the folder given. Reads the machine's own package sources, with lists of its own, so that
-# neither the system's configuration is changed nor root is needed.
+# Fetches Google Benchmark and pugixml from Debian's source packages into the given folder. Copies the machine's apt
+# sources and keeps separate package lists, so it needs no root and changes no system configuration.
 set -eu
 folder=$1
 mkdir -p "$folder/lists/partial" "$folder/cache/archives/partial" "$folder/sources"

@@ -9,13 +9,13 @@
 #include <string_view>
 #include <vector>
 
-// All rows in one run. Takes Google Benchmark's options, for example --benchmark_filter=Xml, and --check,
-// which makes it fail when a goal is missed.
+// Runs all rows. Takes Google Benchmark's options, such as --benchmark_filter=Xml, and --check, which fails
+// on a missed goal.
 
 int main(int count, char** arguments) {
     char interleaving[] = "--benchmark_enable_random_interleaving=true";
     char repetitions[] = "--benchmark_repetitions=100";
-    std::vector<char*> options{arguments[0], interleaving, repetitions}; // the caller's win: they come later
+    std::vector<char*> options{arguments[0], interleaving, repetitions}; // defaults; later options win
     bool check = false;
     for (int i = 1; i < count; ++i) {
         if (std::string_view(arguments[i]) == "--check")

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds and runs the benchmarks for Windows under Wine. Prints their table, and nothing else to the
-# standard output. Options go to the program: --check fails on a missed goal, --benchmark_filter=REGEX selects rows.
+# Builds the benchmarks for Windows and runs them under Wine. Only their table goes to standard output. Options go to
+# the program: --check fails on a missed goal, --benchmark_filter=REGEX selects rows.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

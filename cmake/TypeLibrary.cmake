@@ -1,14 +1,14 @@
-# The interface definition's products, made from JobObjects/JobObjects.idl in the build folder:
-#   JobObjects.tlb         the type library that becomes the module's resource 1
-#   include/JobObjects.h   the header of the interfaces and classes, shipped to clients
-#   JobObjects_i.c         the identifiers, for clients whose compiler has no __uuidof
-#   include/JobObjectClasses.h   the list of the classes, for the tool and the tests
-# Target jobobjects_typelib makes them; who includes "JobObjects.h" links jobobjects_idl.
+# Generates from JobObjects/JobObjects.idl, in the build folder:
+#   JobObjects.tlb               type library, resource 1 of the module
+#   include/JobObjects.h         interfaces and classes, shipped to clients
+#   JobObjects_i.c               identifiers, for clients whose compiler has no __uuidof
+#   include/JobObjectClasses.h   list of the classes, for the tool and the tests
+# Target jobobjects_typelib makes them. A target that includes "JobObjects.h" links jobobjects_idl.
 
 find_program(WIDL NAMES i686-w64-mingw32-widl widl REQUIRED DOC "Interface definition compiler")
 find_path(WIDL_IDL_DIR oaidl.idl PATHS /usr/include/wine/wine/windows REQUIRED NO_CMAKE_FIND_ROOT_PATH
     DOC "Folder of the system's interface definitions")
-# importlib takes no absolute path, so the folder of stdole2.tlb is given by -L.
+# importlib accepts no absolute path, so -L passes the folder of stdole2.tlb.
 find_path(WIDL_STDOLE_DIR stdole2.tlb
     PATHS /usr/lib/i386-linux-gnu/wine/i386-windows /usr/lib/wine/i386-windows
     REQUIRED NO_CMAKE_FIND_ROOT_PATH DOC "Folder of stdole2.tlb")
@@ -21,13 +21,13 @@ set(JOBOBJECTS_HEADER ${JOBOBJECTS_IDL_OUT}/include/JobObjects.h)
 set(JOBOBJECTS_IDS ${JOBOBJECTS_IDL_OUT}/JobObjects_i.c)
 file(MAKE_DIRECTORY ${JOBOBJECTS_IDL_OUT}/include)
 
-# widl stamps the type library with the current time and knows no SOURCE_DATE_EPOCH.
+# widl stamps the type library with the current time and ignores SOURCE_DATE_EPOCH.
 set(widl_command ${WIDL})
 if(FAKETIME)
     set(widl_command ${CMAKE_COMMAND} -E env TZ=UTC ${FAKETIME} -f "2000-01-01 00:00:00" ${WIDL})
 endif()
 
-# widl makes one kind of output a call. The file is named relatively, because the name goes into the outputs.
+# One call per output. The IDL path is relative because widl writes it into the outputs.
 function(jobobjects_widl option output)
     add_custom_command(
         OUTPUT ${output}
@@ -51,7 +51,7 @@ add_custom_command(OUTPUT ${class_list}
 add_custom_target(jobobjects_typelib
     DEPENDS ${JOBOBJECTS_TLB} ${JOBOBJECTS_HEADER} ${JOBOBJECTS_IDS} ${class_list})
 
-# System headers, because the generated code is not held to our warnings.
+# A system header: the generated code does not compile without warnings.
 add_library(jobobjects_idl INTERFACE)
 add_dependencies(jobobjects_idl jobobjects_typelib)
 target_include_directories(jobobjects_idl SYSTEM INTERFACE ${JOBOBJECTS_IDL_OUT}/include)

@@ -1,5 +1,5 @@
-# 32-bit Windows, GCC with the win32 thread model: with runtime/ its static runtime unloads without a trace, the posix
-# model's leaks thread-local slots and handles.
+# 32-bit Windows, GCC with the win32 thread model. The posix model's static runtime leaks thread-local slots and handles
+# when the library is unloaded; this one does not, together with runtime/.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86)
 set(CMAKE_CXX_COMPILER i686-w64-mingw32-g++-win32)

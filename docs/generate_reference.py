@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Writes the object reference, docs/reference/*.md, from the comments of JobObjects/JobObjects.idl.
 
-The interface definition is the only description of the members, so the reference cannot drift from it. The samples come
-from docs/samples; the tests run them.
+The members are described only in the interface definition, so the reference cannot drift from it. The samples come from
+docs/samples; the tests run them.
 
     generate_reference.py           write the reference
-    generate_reference.py --check   change nothing; fail if something is undocumented or a page is out of date
+    generate_reference.py --check   write nothing; fail if something is undocumented or a page is out of date
 """
 
 import re
@@ -24,7 +24,7 @@ COMMON_ERRORS = "[those of every member](index.md#errors-of-every-member)"
 
 
 def escape(text):
-    """Text of a comment as Markdown: markup and wildcards escaped, texts and results as code."""
+    """Comment text as Markdown: markup and wildcards escaped, XML and results as code."""
     text = re.sub(r"<[^ ]*>", lambda m: f"`{m[0]}`", text)
     text = re.sub(r"\b(E_[A-Z]+|0x[0-9A-F]{3,8}|S_OK|VARIANT_TRUE|VARIANT_FALSE)\b", r"`\1`", text)
     return text.replace("|", "\\|").replace("*", "\\*").replace("``", "`")
@@ -45,7 +45,7 @@ def first_sentence(text):
 
 
 def definition(member, links):
-    """The lines of fixed form below a member's description."""
+    """The list of facts below a member's description."""
     doc = member.doc
     if member.is_method():
         result = member.type()
@@ -241,7 +241,7 @@ def overview(library, classes):
     yield "| Automation | In the interface | VBScript | PowerShell, .NET | C++ |"
     yield "|---|---|---|---|---|"
     yield "| String | `BSTR` | String | `string` | `BSTR`, freed by the caller |"
-    yield "| Long | `LONG`, 32 bits with a sign | Long | `int` | `LONG` |"
+    yield "| Long | `LONG`, 32-bit signed | Long | `int` | `LONG` |"
     yield "| Boolean | `VARIANT_BOOL` | Boolean | `bool` | `VARIANT_TRUE` (-1), `VARIANT_FALSE` (0) |"
     yield "| Date | `DATE` | Date | `DateTime` | `double`: days since 30 December 1899 |"
     yield ""

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Writes the tables of docs/vocabulary.md: the catalogue's words beside those of Windows, PWG 5101.1 and IPP.
 
-The words and codes come from JobObjects/JobAttributes.xml, their counterparts from this file. Every word needs a
-counterpart and every counterpart a word, sizes must match their standard names, and Windows codes the system header.
+Words and codes come from JobObjects/JobAttributes.xml, their counterparts from this file. Checks that every word has a
+counterpart and every counterpart a word, that sizes match their standard names, and Windows codes the system header.
 
     generate_vocabulary.py WINGDI.H           write the tables
-    generate_vocabulary.py --check WINGDI.H   change nothing; fail if a check fails or the page is out of date
+    generate_vocabulary.py --check WINGDI.H   write nothing; fail if a check fails or the page is out of date
 """
 
 import re
@@ -17,8 +17,8 @@ ROOT = Path(__file__).resolve().parent.parent
 CATALOGUE = ROOT / "JobObjects" / "JobAttributes.xml"
 PAGE = ROOT / "docs" / "vocabulary.md"
 
-# The Windows paper codes (dmPaperSize) of each size by its PWG 5101.1 name. A code of a rotated or transverse form
-# belongs to the sheet that it feeds.
+# PWG 5101.1 name of a size to its Windows paper codes (dmPaperSize). The code of a rotated or transverse form belongs
+# to the size of its sheet.
 DMPAPER = {
     "iso_a4_210x297mm": (9, 10, 55, 77),
     "na_letter_8.5x11in": (1, 2, 18, 54, 75),
@@ -83,13 +83,13 @@ DMPAPER = {
     "jpn_you4_105x235mm": (91, 92),
 }
 
-# Sizes of the catalogue that PWG 5101.1 does not name, by their common name, with their Windows codes.
+# Common name to Windows codes, for catalogue sizes without a PWG 5101.1 name.
 UNNAMED = {"Tabloid Extra": (52,)}
 
-# Windows codes of sizes that the catalogue does not have: 12 x 11 inches, large 32K, Chinese envelopes.
+# Windows codes of sizes missing from the catalogue: 12 x 11 inches, large 32K, Chinese envelopes.
 WITHOUT_ENTRY = (90, 95, 96, 97, 99, 101, 102, 103, 108, 109, 110, 112, 114, 115, 116)
 
-# Codes of the header without a size: unused ones and the first of a driver's own.
+# Header codes without a size: unused codes and the first driver-defined code.
 NO_SIZE = (48, 49, 256)
 
 # Page attribute: DEVMODE, IPP attribute and value.
@@ -158,7 +158,7 @@ FINISHINGS = {
     "Bale": "12 bale",
 }
 
-# Page description language: IPP document-format. Empty where no media type is registered that we know of.
+# Page description language: IPP document-format. Empty if no registered media type is known.
 DOCUMENT_FORMATS = {
     "RAW": "application/octet-stream",
     "TEXT": "text/plain",
@@ -216,7 +216,7 @@ class Size:
 
 
 def header_codes(path):
-    """The paper codes of the Windows header: number to name without DMPAPER_."""
+    """Paper codes of the Windows header: number to name without DMPAPER_."""
     found = re.findall(r"#define DMPAPER_(\w+) (\d+)", Path(path).read_text(encoding="latin-1"))
     codes = {}
     for name, number in found:

@@ -1,11 +1,10 @@
 #!/usr/bin/env python3
-"""Builds the HTML site from the pages of the tree, and checks it.
+"""Builds the HTML documentation site and checks it.
 
     site.py FOLDER
 
-The pages keep their places, so that links between them hold. The navigation follows docs/README.md; pages that it does
-not name come last. Files that a page links to are copied; a link to a folder becomes text, because a folder has no
-page.
+Pages keep their relative paths, so links between them work. The navigation follows docs/README.md; pages that it does
+not name come last. Linked files are copied; a link to a folder becomes plain text.
 """
 
 import html.parser
@@ -33,7 +32,7 @@ def all_pages():
 
 
 def staged_text(page, text, take):
-    """The page with the links that the site can follow; what they lead to is handed to take."""
+    """The page without links to folders. Passes each linked file to take."""
 
     def link(match):
         label, target, fragment = match.groups()
@@ -43,7 +42,7 @@ def staged_text(page, text, take):
         if path.is_dir():
             return label
         if not path.exists():
-            sys.exit(f"{page}: links to {target}, which is not there")
+            sys.exit(f"{page}: links to {target}, which does not exist")
         take(path)
         return f"[{label}]({target}{fragment or ''})"
 
@@ -52,7 +51,7 @@ def staged_text(page, text, take):
 
 
 def stage(folder):
-    """Copies the pages and what they link to."""
+    """Copies the pages and the files they link to."""
     shutil.rmtree(folder, ignore_errors=True)
     queue, done = [ROOT / p for p in all_pages()] + [ROOT / "docs" / "site.css"], set()
     while queue:
@@ -71,8 +70,8 @@ def stage(folder):
 
 
 def navigation(pages):
-    """Sections and their pages: the headings of docs/README.md and the pages below them. The decisions have their own
-    index."""
+    """Section to pages: the headings of docs/README.md and the pages linked below them. docs/decisions has its own
+    index page."""
     sections = {"Reference": ["docs/reference/index.md", "docs/reference/members.md", "docs/reference/enumerations.md"]}
     sections["Reference"] += [p for p in pages if re.match(r"docs/reference/[A-Z]", p)]
     named, current = {"README.md", *sections["Reference"]}, None
@@ -135,9 +134,9 @@ def site_problems(site):
             if path.is_dir():
                 path = path / "index.html"
             if not path.exists():
-                yield f"{name}: links to {url}, which is not there"
+                yield f"{name}: links to {url}, which does not exist"
             elif fragment and path in found and unquote(fragment) not in found[path].ids:
-                yield f"{name}: links to {url}, which has no such place"
+                yield f"{name}: links to {url}, which has no such anchor"
 
 
 def main():
@@ -150,7 +149,7 @@ def main():
     config.write_text("\n".join([f"INHERIT: {ROOT / 'docs' / 'mkdocs.yml'}", f"docs_dir: {source / 'pages'}",
                                  f"site_dir: {site}", *nav_yaml(navigation(pages))]) + "\n", encoding="utf-8")
     subprocess.run(["mkdocs", "build", "--quiet", "--strict", "--clean", "--config-file", config], check=True)
-    (site / "404.html").unlink()  # for a web server; its links begin at the server's root
+    (site / "404.html").unlink()  # its links start at a web server's root
     problems = sorted(set(site_problems(site)))
     if problems:
         sys.exit("\n".join(problems))

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Proves that the release can be made again bit by bit: builds it twice, one after the other, in two folders of
-# different names, for two kinds of file permissions, without a compiler cache, and compares all files.
+# Checks that the release is reproducible bit by bit: builds the last commit twice, in folders with different names and
+# with different file permissions, without a compiler cache, and compares all files.
 #
-#   check_reproducible.sh [work folder]     by default build/reproducible
+#   check_reproducible.sh [work folder]     default: build/reproducible
 #
-# What is built is the last commit. Takes some minutes. JOBS sets the number of parallel compilers.
+# Takes some minutes. JOBS sets the number of parallel compilers.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 work=${1:-$root/build/reproducible}
@@ -25,7 +25,7 @@ build() {
     done
 }
 
-# Leaves the checksums of all that was made.
+# Writes the checksums of all built files to $1.sums.
 sums() {
     (cd "$1" && find release dist -type f | LC_ALL=C sort | xargs sha256sum) >"$1.sums"
 }

@@ -1,7 +1,6 @@
-"""The library, its classes and its interfaces in the terms of the registry.
+"""The library, its classes and its interfaces in registry terms.
 
-The manifest, the installer's registry rows and the smart pointers are made from it, so that no identifier is
-written down a second time.
+Manifest, registry rows of the installer and smart pointers are made from it, so no identifier is repeated.
 """
 
 import sys
@@ -14,14 +13,14 @@ import idl  # noqa: E402
 PROGID_PREFIX = "Corvane."
 PROGID_VERSION = ".1"
 THREADING_MODEL = "Apartment"
-# The system's own marshaller of interfaces that a type library describes.
+# The system's type library marshaller.
 TYPE_LIBRARY_MARSHALLER = "{00020424-0000-0000-C000-000000000046}"
 IDISPATCH = "{00020400-0000-0000-C000-000000000046}"
 
 
 @dataclass
 class Item:
-    """A class, an interface or the library: its name, identifier in braces and help string."""
+    """A class, an interface or the library: name, identifier in braces, help string."""
     name: str
     id: str
     help: str
@@ -48,7 +47,7 @@ def _item(found):
 
 
 def read(path):
-    """Reads the interface definition at a path."""
+    """Reads an interface definition."""
     source = idl.read(path)
     item = _item(source.library)
     return Library(item.name, item.id, item.help, source.library["version"], "%x" % source.library["locale"],

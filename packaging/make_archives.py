@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Packs folders into zip archives and lists the checksums of all that is delivered:
+"""Packs folders into zip archives and writes the checksums of all files of the release:
 
-    make_archives.py <folder to deliver> <folder>...
+    make_archives.py <release folder> <folder>...
 
-Each folder <name> becomes <name>.zip, with the folder as its topmost entry. The same files give the same archives,
-whenever and wherever they were made.
+Each folder <name> becomes <name>.zip, with the folder as top entry. The archives depend on nothing but the files and
+the source date.
 """
 
 import hashlib
@@ -19,10 +19,10 @@ SUMS = "SHA256SUMS"
 
 
 def add(archive, path, name):
-    # A zip archive knows no year before 1980 and no time zone.
+    # Zip has no dates before 1980 and no time zones.
     info = zipfile.ZipInfo(name, max(time.gmtime(source_date.seconds())[:6], (1980, 1, 1, 0, 0, 0)))
     info.compress_type = zipfile.ZIP_DEFLATED
-    info.create_system = 0 # the attributes of Windows' own file systems: none
+    info.create_system = 0 # Windows: no Unix permissions
     archive.writestr(info, path.read_bytes())
 
 

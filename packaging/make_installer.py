@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Makes the installer from a folder with the files that it installs:
+"""Makes the installer from a folder with the files to install:
 
     make_installer.py <JobObjects.idl> <version> <folder of files> <JobObjects.msi>
 
-The registry rows are what DllRegisterServer writes, so that the installer can take them away again by itself.
-The same files give the same installer, bit by bit (see source_date.py for its date).
+The registry rows repeat what DllRegisterServer writes, so that the installer itself can remove them. The same files
+and source date (source_date.py) give the same installer, bit by bit.
 """
 
 import hashlib
@@ -24,14 +24,14 @@ TEMPLATE = Path(__file__).with_name("JobObjects.wxs.in")
 FILES = ("Tarnwick.dll", "JobAttributes.xml", "JobObjects.tlb", "LICENSE.txt", "NOTICES.txt")
 APP_ID = "{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}"
 MODULE = "[#Tarnwick.dll]"
-# Makes a key that has no values and takes it away again.
+# Creates a key without values, and removes it on uninstallation.
 KEY_ONLY = "*"
-# Component.Attributes: a file of the user's own making is not replaced.
+# Component.Attributes: do not replace an existing file.
 NEVER_OVERWRITE = 128
 
 
 def class_rows(library, item):
-    """The rows (key, value name, value) of one class; the value name "" is the key's own value."""
+    """The rows (key, value name, value) of a class; the name "" is the key's default value."""
     key = "CLSID\\" + item.id
     return [
         (item.versioned_progid, "", item.help),
@@ -92,7 +92,7 @@ def registry_element(key, name, value):
 
 
 def identifier(text):
-    """An identifier that follows from a text alone."""
+    """A GUID derived from a text."""
     return str(uuid.uuid5(uuid.NAMESPACE_URL, "urn:jobobjects:" + text)).upper()
 
 
@@ -114,7 +114,7 @@ def write_source(idl, version, path):
 
 
 def run(arguments, folder):
-    """Runs a tool that knows no SOURCE_DATE_EPOCH, at that time."""
+    """Runs a tool that ignores SOURCE_DATE_EPOCH with its clock set to that time."""
     date = source_date.utc().strftime("%Y-%m-%d %H:%M:%S")
     subprocess.run(["faketime", "-f", date, *arguments], cwd=folder, check=True,
                    env={**os.environ, "TZ": "UTC"})
@@ -125,11 +125,11 @@ def query(installer, statement):
 
 
 def complete(installer, version, package_code):
-    """Adds what wixl has no words for."""
-    # A file without a version would not replace one that has a version.
+    """Sets what wixl cannot express."""
+    # A file without a version never replaces one that has one.
     query(installer, f"UPDATE `File` SET `Version` = '{version}.0', `Language` = '1033'"
                      " WHERE `File` = 'Tarnwick.dll'")
-    query(installer, "DELETE FROM `MsiFileHash` WHERE `File_` = 'Tarnwick.dll'") # for files without a version
+    query(installer, "DELETE FROM `MsiFileHash` WHERE `File_` = 'Tarnwick.dll'") # hashes are for files without a version
     query(installer, f"UPDATE `Component` SET `Attributes` = {NEVER_OVERWRITE} WHERE `Component` = 'Catalogue'")
     run(["msibuild", installer.name, "-s", f"JobObjects {version}", "Corvane", "Intel;1033",
          "{%s}" % package_code], installer.parent)
@@ -144,7 +144,7 @@ def main(idl, version, files, output):
             os.utime(folder / file, (source_date.seconds(), source_date.seconds()))
         source = write_source(idl, version, folder / "JobObjects.wxs")
         installer = folder / "JobObjects.msi"
-        # wixl finds files by relative paths only.
+        # wixl accepts relative paths only.
         run(["wixl", "-o", installer.name, "JobObjects.wxs"], folder)
         complete(installer, version, identifier("package:" + content_hash(folder, source)))
         shutil.copyfile(installer, output)

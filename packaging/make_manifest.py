@@ -3,8 +3,8 @@
 
     make_manifest.py <JobObjects.idl> <version> <JobObjects.manifest>
 
-The assembly's version is the first number of the product's alone. A program names the version that it wants
-exactly, so it must stay the same as long as the classes and interfaces only grow.
+The assembly's version is the product's major version. A program requests an exact version, so this one must stay the
+same as long as classes and interfaces are only added to.
 """
 
 import sys
@@ -13,8 +13,8 @@ from pathlib import Path
 import interfaces
 
 HEAD = """<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
-<!-- Side-by-side assembly of the library, for programs that use it without registration. It lies in the program's
-     folder together with Tarnwick.dll and JobAttributes.xml. -->
+<!-- Side-by-side assembly of the library, for programs that use it without registration. Put it into the program's
+     folder with Tarnwick.dll and JobAttributes.xml. -->
 <assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
     <assemblyIdentity type="win32" name="JobObjects" version="{version}" processorArchitecture="x86"/>
     <file name="Tarnwick.dll">
@@ -26,7 +26,7 @@ CLASS = """        <comClass clsid="{item.id}" description="{item.help}"
         </comClass>
 """
 MIDDLE = """    </file>
-    <!-- All interfaces are marshalled by the type library. -->
+    <!-- The type library marshals all interfaces. -->
 """
 INTERFACE = """    <comInterfaceExternalProxyStub name="{item.name}" iid="{item.id}"
         tlbid="{library.id}"

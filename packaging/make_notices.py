@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the notices that go with the library, because parts of its compiler's runtime are linked in:
+"""Writes the licence notices of the compiler runtime that is linked into the library:
 
     make_notices.py <linker map> <NOTICES.txt>
 """
@@ -13,8 +13,8 @@ HEAD = """Tarnwick.dll contains code of these projects, linked in by the compile
 
 {list}
 
-Their notices follow as Debian gives them. They cover the whole of each package, of which the library holds only
-a small part.
+Debian's notices of these packages follow. They cover each whole package; the library contains only a small part of
+it.
 """
 
 

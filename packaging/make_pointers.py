@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the header of the smart pointers:
+"""Writes the smart pointer header:
 
     make_pointers.py <JobObjects.idl> <JobObjectsPtr.h>
 """
@@ -9,7 +9,7 @@ from pathlib import Path
 
 import interfaces
 
-HEAD = """// Smart pointers of the interfaces. They hold a reference, and where they call for a check they throw _com_error:
+HEAD = """// Smart pointers of the interfaces. Each holds a reference. A failed construction or null access throws _com_error:
 //
 //     IPrintJobPtr job(__uuidof(PrintJob));
 //     job->put_JobName(_bstr_t(L"Report.docx"));

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Writes the software bill of materials of the library, an SPDX 2.3 document in JSON:
+"""Writes the library's software bill of materials, an SPDX 2.3 document in JSON:
 
     make_spdx.py <version> <Tarnwick.dll> <linker map> <output>
 
-It lists the library and what of the compiler's runtime is linked into it, with versions and licences as the
-installed Debian packages give them.
+It lists the library and the parts of the compiler's runtime that are linked into it, with versions and licences from
+the installed Debian packages.
 """
 
 import hashlib
@@ -99,7 +99,7 @@ def document(version, dll, linked):
             relationship(PRODUCT, "CONTAINS", LIBRARY),
         ] + [relationship(LIBRARY, "STATIC_LINK", each["SPDXID"]) for each in packages],
     }
-    # The namespace names this document alone, so it follows from all that the document says.
+    # The namespace must be unique to this document, so it is derived from the whole content.
     content["documentNamespace"] = "urn:uuid:" + str(uuid.uuid5(uuid.NAMESPACE_URL, json.dumps(content)))
     return content
 

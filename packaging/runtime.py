@@ -1,6 +1,6 @@
-"""What of the compiler's runtime the linker put into the library, and from which Debian packages it came.
+"""Finds the parts of the compiler's runtime that are linked into the library, and their Debian packages.
 
-The linker's map names each archive from which it took something.
+The linker map names each archive that contributes code.
 """
 
 import os
@@ -12,13 +12,14 @@ from pathlib import Path
 
 @dataclass(frozen=True)
 class Origin:
-    """A project whose code gets linked in, known by its Debian source package."""
+    """A project whose code is linked in."""
     name: str
     license: str
-    license_text: str # stands in the package's copyright file, or the licence is no longer this one
+    license_text: str # pattern that the package's copyright file must match, so that a changed licence is noticed
     homepage: str
 
 
+# By Debian source package.
 ORIGINS = {
     "gcc-mingw-w64": Origin("GCC runtime libraries (libstdc++, libgcc)",
                             "GPL-3.0-or-later WITH GCC-exception-3.1",
@@ -31,7 +32,7 @@ ORIGINS = {
 
 @dataclass
 class Linked:
-    """One Debian package from which files were linked in."""
+    """A Debian package with files that are linked in."""
     package: str
     version: str
     source: str
@@ -48,7 +49,7 @@ class Linked:
 
 
 def linked_files(map_text):
-    """The absolute paths of the archives and start-up objects; what this project made has relative ones."""
+    """Paths of the archives and start-up objects. Only these are absolute; this project's own are relative."""
     members, rest = map_text.split("\nMemory Configuration\n")
     paths = re.findall(r"^(/\S+\.a)\(", members, re.M) + re.findall(r"^LOAD (/\S+\.o)$", rest, re.M)
     return sorted({os.path.normpath(each) for each in paths})
@@ -59,7 +60,7 @@ def _output(*command):
 
 
 def read(map_path):
-    """The packages from which the linker took something, by the order of their names."""
+    """The packages that are linked in, sorted by name."""
     found = {}
     for path in linked_files(map_path.read_text(encoding="utf-8", errors="replace")):
         package = _output("dpkg-query", "-S", path).split(":")[0]
@@ -69,10 +70,10 @@ def read(map_path):
         found[package].files.append(Path(path).name)
     for each in found.values():
         if each.source not in ORIGINS:
-            raise SystemExit(f"runtime: {', '.join(each.files)} of {each.package} is linked in; its licence is "
-                             "not known here")
+            raise SystemExit(f"runtime: {', '.join(each.files)} of {each.package} is linked in; add its licence to "
+                             "ORIGINS")
         if not re.search(each.origin.license_text, each.copyright):
-            raise SystemExit(f"runtime: the copyright file of {each.package} does not say {each.origin.license}")
+            raise SystemExit(f"runtime: the copyright file of {each.package} does not contain {each.origin.license}")
     if not found:
         raise SystemExit(f"runtime: {map_path} names no archive of the compiler")
     return [found[name] for name in sorted(found)]

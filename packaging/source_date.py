@@ -1,6 +1,6 @@
-"""The one date that everything in a package bears: SOURCE_DATE_EPOCH, else that of the last commit.
+"""The date of everything in a package: SOURCE_DATE_EPOCH, else the date of the last commit.
 
-Sources that are in no repository of their own get a fixed date.
+Sources outside a repository of their own get a fixed date.
 """
 
 import datetime

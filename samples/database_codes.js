@@ -1,9 +1,9 @@
-// Job contents as a database keeps them: writes the codes of some contents into rows, rebuilds the contents from
-// the rows, and shows what is the same afterwards and what the database does not keep.
+// Job contents in a database: writes their codes into rows, rebuilds the contents from the rows, and shows what
+// survives and what is lost.
 //
 //   cscript //nologo database_codes.js
 //
-// The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message when a step fails.
+// The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message if a step fails.
 
 var exitCode = 1;
 try {
@@ -15,7 +15,7 @@ try {
 WScript.Quit(exitCode);
 
 function main() {
-    // What a page counter reported: words, originals, copies, pages, sheets.
+    // Page counter reports: words, originals, copies, pages, sheets.
     var reports = [
         ["A4,Duplex,B&W,PostScript", 12, 2, 24, 12],
         ["A3,Duplex,Color,PCL6,Staple,Punch", 32, 10, 320, 80],
@@ -37,8 +37,8 @@ function keepAndRebuild(report) {
     var rebuilt = rebuild(row);
     show(row, rebuilt);
 
-    // The words come back as the catalogue spells and orders them: "Staple,Punch" becomes "Punch,Staple". So the
-    // texts may differ; the codes are the same.
+    // Compare codes, not texts: words return in the catalogue's spelling and order, so "Staple,Punch" becomes
+    // "Punch,Staple".
     var rowAgain = rowOf(rebuilt);
     for (var column in row) {
         checkSame(column, row[column], rowAgain[column]);
@@ -72,7 +72,7 @@ function show(row, contents) {
     }
 }
 
-// A row has no place for blank pages: they count as black-and-white ones.
+// A row has no column for blank pages: they become black-and-white pages.
 function blankPagesBecomeBlackAndWhite() {
     var line = new ActiveXObject("Corvane.CopyLine");
     line.PaperSize = "A4";
@@ -91,7 +91,7 @@ function blankPagesBecomeBlackAndWhite() {
     checkSame("TotalPages", contents.TotalPages, rebuilt.TotalPages);
 }
 
-// A code that the catalogue does not know is logged and its line left out; the others are read.
+// A copy line with an unknown code is logged and skipped; the others are read.
 function unusableRowsAreLeftOut() {
     var row = { copyLines: "9999,1,0,1,5;1,7,0,7,5", originals: 7, copies: 1, pdl: 1, finishing: 0 };
     var rebuilt = rebuild(row);

@@ -1,9 +1,9 @@
-' A policy's outcome: judges jobs by two rules, keeps the outcome in each job, and lets the receiver of the job's XML
-' decide by it: print, ask the user, or refuse.
+' A policy's outcome: checks jobs against two rules and stores the outcome in each job. The receiver of the job's XML
+' acts on it: print, ask the user, or refuse.
 '
 '   cscript //nologo policy_outcome.vbs
 '
-' The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message when a step fails.
+' The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message if a step fails.
 Option Explicit
 
 Const RULE_DUPLEX = 1   ' more than ten pages are printed on both sides
@@ -35,10 +35,10 @@ Sub Decide(name, words, pages, expected)
     Set job = CreateObject("Corvane.PrintJob")
     job.JobName = name
     job.JobContents.GenerateContentsFromPageCounterInfo words, pages, 1, pages, pages
-    ' Plain assignment, not Set: the child is a property that is put by value.
+    ' Plain assignment, not Set: the property has propput, not propputref.
     job.PolicyResults = Judge(job.JobContents)
 
-    ' The decision is made elsewhere, from the job's XML.
+    ' The receiver has only the job's XML.
     Set received = CreateObject("Corvane.PrintJob")
     received.Xml = job.Xml
     answer = AnswerTo(received.PolicyResults)
@@ -68,7 +68,7 @@ Function AnswerTo(policy)
     End If
 End Function
 
-' A user who says no cancels the job. The outcome is kept in every form of the print job from 4.0 on.
+' A user who says no cancels the job. Every form of the print job from 4.0 stores the outcome.
 Sub KeptOutcomeSurvivesOlderForm()
     Dim job, received, policy
     Set job = CreateObject("Corvane.PrintJob")

@@ -1,13 +1,13 @@
-// Turns reports of a page counter into print jobs, passes each job on as XML, and shows that the receiver
-// gets what the sender had. The same as print_job.vbs, in JScript.
+// Turns page counter reports into print jobs, passes each job on as XML, and checks that the receiver gets the
+// same job. Like print_job.vbs, in JScript.
 //
 //   cscript //nologo print_job.js [--xml]
 //
 //   --xml   also shows the XML of each job
 //
-// The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message when a step fails.
+// The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message if a step fails.
 
-// Bits of DevModeFields: which settings of the driver are known.
+// Bits of DevModeFields: the driver settings that are valid.
 var DM_COLOR = 0x800;
 var DM_DUPLEX = 0x1000;
 var PAGE_ORDER_BOOKLET = 2;
@@ -81,7 +81,7 @@ function setLogTarget(job, target) {
     }
 }
 
-// A job on one paper size is described by its totals, a mixed one by its copy lines.
+// A report with one paper size has totals, one with several sizes has copy lines.
 function generateContents(contents, report) {
     if (report.lines.length === 0) {
         contents.GenerateContentsFromPageCounterInfo(report.Attributes, Number(report.Originals),
@@ -184,7 +184,7 @@ function policyText(policy) {
 
 // --- Reading the reports -------------------------------------------------------------------------------------
 
-// Returns the reports in the file's order. "lines" and "violations" hold the keys that may come several times.
+// Returns the reports in file order. "lines" and "violations" hold the repeatable keys.
 function readReports(path) {
     var reports = [];
     var file = new ActiveXObject("Scripting.FileSystemObject").OpenTextFile(path, 1);

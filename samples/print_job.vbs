@@ -1,19 +1,19 @@
-' Turns reports of a page counter into print jobs, passes each job on as XML, and shows that the receiver
-' gets what the sender had.
+' Turns page counter reports into print jobs, passes each job on as XML, and checks that the receiver gets the
+' same job.
 '
 '   cscript //nologo print_job.vbs [--xml]
 '
 '   --xml   also shows the XML of each job
 '
-' The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message when a step fails.
+' The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message if a step fails.
 Option Explicit
 
-' Bits of DevModeFields: which settings of the driver are known.
+' Bits of DevModeFields: the driver settings that are valid.
 Const DM_COLOR = &H800
 Const DM_DUPLEX = &H1000
 Const PAGE_ORDER_BOOKLET = 2
 
-' Separates the values of a key that a report holds several times.
+' Separates the values of a repeated key.
 Const VALUE_SEPARATOR = "|"
 
 Dim exitCode
@@ -68,7 +68,7 @@ Function JobFromReport(report)
     job.ApplicationName = report("Application")
     SetLogTarget job, report("Target")
     GenerateContents job.JobContents, report
-    ' Plain assignment, not Set: the children are properties that are put by value.
+    ' Plain assignment, not Set: the properties have propput, not propputref.
     job.WindowsPrintInfo = PrintInfoFromReport(report)
     If report.Exists("Policy") Then job.PolicyResults = PolicyFromReport(report)
     Set JobFromReport = job
@@ -87,7 +87,7 @@ Sub SetLogTarget(job, target)
     End Select
 End Sub
 
-' A job on one paper size is described by its totals, a mixed one by its copy lines.
+' A report with one paper size has totals, one with several sizes has copy lines.
 Sub GenerateContents(contents, report)
     If report.Exists("Line") Then
         GenerateMixedContents contents, report
@@ -231,7 +231,7 @@ Function PolicyText(policy)
     End If
 End Function
 
-' The words of the report that the catalogue of job attributes does not know.
+' The words of the report that are not in the catalogue of job attributes.
 Function UnknownWords(attributes)
     Dim word
     UnknownWords = ""
@@ -241,8 +241,8 @@ Function UnknownWords(attributes)
     UnknownWords = Trim(UnknownWords)
 End Function
 
-' Scripts cannot call MatchAttributes, which has typed out-parameters. But a known word always leaves its
-' trace in contents that are generated from it alone.
+' Scripts cannot call MatchAttributes, which has typed out-parameters. Instead, generate contents from the word
+' alone: a known word always changes them.
 Function IsKnownWord(word)
     Dim contents, pageAttributes
     Set contents = CreateObject("Corvane.JobContents")
@@ -255,7 +255,7 @@ End Function
 
 ' --- Reading the reports -----------------------------------------------------------------------------------
 
-' Returns the reports in the file's order: a dictionary from 0, 1, ... to a dictionary of keys and values.
+' Returns the reports in file order: a dictionary from 0, 1, ... to a dictionary of keys and values.
 Function ReadReports(path)
     Dim reports, report, file, line
     Set reports = CreateObject("Scripting.Dictionary")
@@ -294,7 +294,7 @@ Function AfterFirstWord(text)
     AfterFirstWord = Mid(text, InStr(text, " ") + 1)
 End Function
 
-' The same on every system, whatever date format the user has chosen.
+' Independent of the user's date format.
 Function TimeText(value)
     TimeText = Year(value) & "-" & TwoDigits(Month(value)) & "-" & TwoDigits(Day(value)) & " " & _
         TwoDigits(Hour(value)) & ":" & TwoDigits(Minute(value)) & ":" & TwoDigits(Second(value))

@@ -1,22 +1,22 @@
 #!/usr/bin/env bash
-# Lints sources with clang-tidy, as .clang-tidy and tests/.clang-tidy say:
+# Lints sources with clang-tidy, configured by .clang-tidy and tests/.clang-tidy:
 #
-#   lint.sh                  the product and the tools, with the headers that they include
+#   lint.sh                  product and tools, with the headers that they include
 #   lint.sh --all            tests, benchmarks and samples too; not clean yet
-#   lint.sh file...          these; a header is linted through a source that includes it
-#   lint.sh --since commit   of the product and the tools, what has changed since this commit, committed or not
+#   lint.sh file...          the named files; a header is linted through a source that includes it
+#   lint.sh --since commit   product and tool files changed since the commit, committed or not
 #
-# Each file is read with the flags of its own build, windows or native. JOBS sets the number of files at a time. Fails
-# when there is a finding.
+# Uses the flags of the build that a file belongs to, windows or native. JOBS sets the number of parallel jobs. Fails on
+# any finding.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-# Clang knows the target by the compiler's name, but does not find the C++ headers of this compiler.
+# Clang derives the target from the compiler's name but does not find its C++ headers.
 compiler=i686-w64-mingw32-g++-win32
 headers=$(dirname "$("$compiler" -print-libgcc-file-name)")/include/c++
 export windows_arguments="--extra-arg=-isystem$headers --extra-arg=-isystem$headers/i686-w64-mingw32"
 
-# In builds of their own: clang cannot read the precompiled headers of GCC.
+# Separate builds, because clang cannot read GCC's precompiled headers.
 for preset in windows native; do
     cmake --preset "$preset" -B "build/lint/$preset" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
 done
@@ -30,13 +30,13 @@ lint_one() {
         arguments=
     fi
     echo "[$number/$total] $file"
-    # Clang does not know every warning that the build turns off for GCC.
+    # The build turns off some GCC warnings that clang does not know.
     # shellcheck disable=SC2086
     clang-tidy --quiet -p "$build" --extra-arg=-Wno-unknown-warning-option $arguments "$file" 2>/dev/null
 }
 export -f lint_one
 
-# Of the files on the input, the ones that have to be clean.
+# Keeps the input files that must be clean.
 required() {
     grep -E '^(common|JobObjects|runtime|tools)/' || true
 }
@@ -46,7 +46,7 @@ built_sources() {
         sed -n "s|^ *\"file\": \"$PWD/\(.*\.cpp\)\"|\1|p" | grep -v '^build/' | sort -u
 }
 
-# The sources to read for the files on the input: for a header, the source of its name or one that includes it.
+# Maps the input files to sources: a header to the source of the same name, else to one that includes it.
 sources_of() {
     local file
     while read -r file; do

@@ -1,29 +1,28 @@
 #!/usr/bin/env bash
-# Installs on Debian 12 what building, testing and the demo need. Does nothing when all of it is there.
-# To be run as root or by a user who may use sudo.
+# Installs the packages for building, testing and the demo on Debian 12, as root or with sudo. Does nothing if all are
+# installed.
 set -euo pipefail
 
 packages=(
-    # Product: the compiler, the IDL compiler and the headers that the IDL imports, the build tools.
+    # Product: compiler, IDL compiler, headers that the IDL imports, build tools.
     g++-mingw-w64-i686-win32 mingw-w64-tools libwine-dev cmake ninja-build
-    # The installer and the archives; faketime fixes the clock of tools that write it into their output.
+    # Packages; faketime fixes the clock for tools that write the time into their output.
     wixl msitools faketime
-    # Native build of the platform-neutral code, and the unit test framework.
+    # Native build of the platform-neutral code; unit test framework.
     g++ catch2
-    # Hosts with the shared runtime of the other thread model.
+    # Test hosts with the shared runtime of the posix thread model.
     g++-mingw-w64-i686-posix
-    # 32-bit Wine runs the tests and the demo.
+    # Tests and demo run under 32-bit Wine.
     wine wine64 wine32:i386
-    # Free Pascal and its sources, from which the tests build a late-bound Windows client.
+    # The tests build a late-bound Windows client from Free Pascal's sources.
     fp-compiler fpc-source
-    # The benchmarks compare with it; what else they need they fetch themselves.
+    # Peer of the benchmarks; bench/fetch_peers.sh fetches the other peers.
     librapidxml-dev
-    # Checks of the XML files, of the formatting, of the code and of the generated pages; python3 also runs the
-    # packaging scripts.
+    # Checks of XML files, formatting, code and generated pages; python3 also runs the packaging scripts.
     libxml2-utils clang-format clang-tidy python3
-    # The documentation as a site.
+    # Documentation site.
     mkdocs
-    # The long checks: fuzzers, sanitizers in 32 bits, coverage.
+    # Long checks: fuzzers, 32-bit sanitizers, coverage.
     clang libclang-rt-dev g++-multilib gcovr
 )
 
@@ -56,17 +55,16 @@ check_system() {
     system=$(. /etc/os-release && echo "$ID ${VERSION_ID:-}")
     architecture=$(dpkg --print-architecture 2>/dev/null || echo unknown)
     if [ "$system $architecture" != "debian 12 amd64" ]; then
-        die "this script knows Debian 12 on amd64, not '$system $architecture'." \
+        die "this script supports Debian 12 on amd64 only, not '$system $architecture'." \
             "Install by hand: ${packages[*]}"
     fi
     if [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null; then
-        die "packages are missing and sudo is not installed: run this script as root once."
+        die "packages are missing and sudo is not installed: run this script once as root."
     fi
 }
 
-# The package lists of the security suite are not always complete for i386. Then its amd64 packages have
-# newer versions than the i386 ones, and 32-bit Wine cannot be installed beside them. With these
-# preferences the versions come from the release itself, for both architectures alike.
+# The security suite sometimes lacks i386 packages. Its amd64 packages are then newer than the i386 ones, and 32-bit
+# Wine cannot be installed. These preferences take both architectures from the release itself.
 write_preferences() {
     cat >"$1" <<'END'
 Package: *
@@ -79,15 +77,15 @@ Pin-Priority: 1001
 END
 }
 
-# Leaves the options that make the packages $@ installable in the array `options`.
+# Sets the array `options` to the apt options that make the packages $@ installable.
 choose_options() {
     options=()
     apt_get install --no-install-recommends --simulate "$@" >/dev/null 2>&1 && return
-    echo "setup: the latest versions do not fit together; taking the release's own, without security updates" >&2
+    echo "setup: the latest versions conflict; using the release's versions, without security updates" >&2
     write_preferences "$preferences"
     options=(-o "Dir::Etc::Preferences=$preferences" --allow-downgrades)
     apt_get install --no-install-recommends --simulate "${options[@]}" "$@" >/dev/null ||
-        die "apt finds no versions of these packages that fit together: $*"
+        die "apt finds no compatible versions of these packages: $*"
 }
 
 install_packages() {
@@ -108,7 +106,7 @@ fi
 check_system
 echo "setup: installing ${missing[*]}"
 dpkg --print-foreign-architectures | grep -qx i386 || as_root dpkg --add-architecture i386
-apt_get update || echo "setup: some package lists could not be read; going on with the rest" >&2
+apt_get update || echo "setup: cannot read some package lists; continuing without them" >&2
 
 preferences=$(mktemp)
 trap 'rm -f "$preferences"' EXIT

@@ -1,5 +1,5 @@
-# To be sourced by scripts that run Windows programs: keeps Wine running for the length of the script, so
-# that each program starts in milliseconds. The private prefix is WINEPREFIX, by default build/wine.
+# Sourced by scripts that run Windows programs. Keeps Wine running until the script ends, so that each program starts in
+# milliseconds. Uses the private prefix WINEPREFIX, by default build/wine.
 wine=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/wine.sh
 export WINEPREFIX=${WINEPREFIX:-$(dirname "$wine")/../build/wine} WINEARCH=win32
 mkdir -p "$WINEPREFIX"
@@ -10,7 +10,7 @@ stop_wine() {
 }
 
 start_wine() {
-    stop_wine # left over from a run that was interrupted
+    stop_wine # left over from an interrupted run
     trap stop_wine EXIT
     if [ ! -e "$WINEPREFIX/complete" ]; then
         "$wine" wineboot -i
@@ -18,12 +18,12 @@ start_wine() {
         touch "$WINEPREFIX/complete"
     fi
     wineserver -p
-    # The first program starts Wine's services, which live on and would keep that program's output open:
-    # whoever reads it to its end would wait for ever.
+    # The first program starts Wine's services. They inherit its output and keep it open, so that a reader would wait
+    # forever.
     "$wine" cmd /c exit </dev/null >/dev/null 2>&1
 }
 
-# The path by which Windows programs know the file $1.
+# The Windows path of the file $1.
 windows_path() {
     local path="Z:$1"
     printf '%s' "${path//\//\\}"

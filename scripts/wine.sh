@@ -1,10 +1,9 @@
 #!/bin/sh
-# Runs a Windows program under 32-bit Wine in the build's private prefix.
-# The prefix is WINEPREFIX if the caller has set it, else build/wine beside the sources.
+# Runs a Windows program under 32-bit Wine in a private prefix: WINEPREFIX, by default build/wine.
 #
-# Wine's own processes, such as the desktop's, inherit the output of the program that happens to start them, and
-# live on. Who reads that output to its end, as ctest does, would wait for them. So a program writes to files,
-# which are passed on when it has ended.
+# Wine's own processes, such as the desktop, inherit the output of the program that starts them and outlive it. A reader
+# that waits for the end of that output, such as ctest, would hang. The program therefore writes to files, which are
+# copied to the output after it ends.
 here=$(cd "$(dirname "$0")" && pwd)
 WINEPREFIX=${WINEPREFIX:-$here/../build/wine}
 export WINEPREFIX WINEARCH=win32 WINEDLLOVERRIDES="mscoree,mshtml=" DISPLAY= WINEDEBUG=${WINEDEBUG:--all}

@@ -13,7 +13,7 @@ int main() {
     Print(L"%ld pages, %ld in colour\n", pages, colorPages);
     Print(L"%ls, %ls\n", language.Get(), finishing.Get());
 
-    // What a database keeps of it, and the way back.
+    // The codes for a database, and back.
     Check(contents->get_DBCopyLines(databaseLines.Put()));
     Check(contents->get_JobOriginals(&originals));
     Check(contents->get_JobCopies(&copies));

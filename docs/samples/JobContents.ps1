@@ -3,7 +3,7 @@ $contents.GenerateContentsFromPageCounterInfo("A4,Color,Duplex,Staple,PCL", 6, 2
 "$($contents.TotalPages) pages, $($contents.TotalPagesColor) in colour"
 "$($contents.JobPdl), $($contents.JobFinishing)"
 
-# What a database keeps of it, and the way back.
+# The codes for a database, and back.
 "$($contents.DBCopyLines)  $($contents.DBPdl)  $($contents.DBFinishing)"
 $restored = New-Object -ComObject Corvane.JobContents
 $restored.GenerateContentsFromDBInfo($contents.DBCopyLines, $contents.JobOriginals, $contents.JobCopies,

@@ -5,7 +5,7 @@ contents.GenerateContentsFromPageCounterInfo "A4,Color,Duplex,Staple,PCL", 6, 2,
 WScript.Echo contents.TotalPages & " pages, " & contents.TotalPagesColor & " in colour"
 WScript.Echo contents.JobPdl & ", " & contents.JobFinishing
 
-' What a database keeps of it, and the way back.
+' The codes for a database, and back.
 WScript.Echo contents.DBCopyLines & "  " & contents.DBPdl & "  " & contents.DBFinishing
 Set restored = CreateObject("Corvane.JobContents")
 restored.GenerateContentsFromDBInfo contents.DBCopyLines, contents.JobOriginals, contents.JobCopies, _

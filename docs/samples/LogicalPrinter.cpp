@@ -16,7 +16,7 @@ int main() {
     Check(printer->get_ColorCapable(&color));
     Print(L"%ls on %ls, colour: %ls\n", name.Get(), port.Get(), TrueOrFalse(color));
 
-    // A destination has to be well-formed.
+    // A destination must be well-formed.
     const HRESULT result = printer->put_Destination(Text(L"second floor"));
     Print(L"%lX %ls\n", static_cast<unsigned long>(result), ErrorText().Get());
 }

@@ -6,7 +6,7 @@ $printer.DriverName = "Universal Driver"
 $printer.Destination = "<Destination><Floor>2</Floor></Destination>"
 "$($printer.PrinterName) on $($printer.PortName), colour: $($printer.ColorCapable)"
 
-# A destination has to be well-formed.
+# A destination must be well-formed.
 try {
     $printer.Destination = "second floor"
 } catch [System.Runtime.InteropServices.COMException] {

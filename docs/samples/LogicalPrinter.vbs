@@ -8,7 +8,7 @@ printer.DriverName = "Universal Driver"
 printer.Destination = "<Destination><Floor>2</Floor></Destination>"
 WScript.Echo printer.PrinterName & " on " & printer.PortName & ", colour: " & printer.ColorCapable
 
-' A destination has to be well-formed.
+' A destination must be well-formed.
 On Error Resume Next
 printer.Destination = "second floor"
 WScript.Echo Hex(Err.Number) & " " & Err.Description

@@ -10,7 +10,7 @@ int main() {
     Check(job->get_JobContents(contents.Put()));
     Check(contents->GenerateContentsFromPageCounterInfo(Text(L"A4,Duplex,B&W,PCL"), 6, 2, 12, 6));
 
-    // Another component gets the job as text.
+    // Another component receives the job as XML.
     Text xml, user, name, address;
     Check(job->get_Xml(xml.Put()));
     auto received = Create<PrintJob, IPrintJob>();

@@ -1,5 +1,5 @@
-// What the C++ samples of the object reference share. It needs no framework: a client with smart pointers of
-// its own uses those.
+// Helpers of the C++ samples in the object reference, without a framework. Use your own smart pointers if you
+// have some.
 #pragma once
 
 #include <windows.h>
@@ -13,7 +13,7 @@
 #include <iterator>
 #include <utility>
 
-/// COM on this thread, for as long as main runs.
+/// Initialises COM on this thread until main ends.
 class Apartment {
 public:
     Apartment() {
@@ -25,7 +25,7 @@ public:
     Apartment& operator=(const Apartment&) = delete;
 };
 
-/// One counted reference.
+/// Owns one reference.
 template<class Interface>
 class Ref {
 public:
@@ -44,7 +44,7 @@ private:
     Interface* m_object = nullptr;
 };
 
-/// One text, passed to the library or taken from it.
+/// Owns a BSTR, passed to the library or received from it.
 class Text {
 public:
     Text() = default;
@@ -77,7 +77,7 @@ inline Text ErrorText() {
     return description;
 }
 
-/// Ends the program when a call has failed.
+/// Ends the program if a call failed.
 inline void Check(HRESULT result) {
     if (SUCCEEDED(result))
         return;

@@ -3,15 +3,15 @@
 #   find_package(JobObjects 1.0 REQUIRED)
 #   target_link_libraries(client PRIVATE JobObjects::JobObjects)
 #
-# The target brings the headers and the identifiers (CLSID_PrintJob, IID_IPrintJob, ...). Nothing of the library
-# is linked: a client reaches it through CoCreateInstance. JobObjects_TYPE_LIBRARY and JobObjects_IDL are the paths
-# of the type library and the interface definition.
+# The target provides the headers and the identifiers (CLSID_PrintJob, IID_IPrintJob, ...). The library itself is not
+# linked: clients create its objects with CoCreateInstance. JobObjects_TYPE_LIBRARY and JobObjects_IDL are the paths of
+# the type library and the interface definition.
 get_filename_component(JobObjects_ROOT "${CMAKE_CURRENT_LIST_DIR}/../../.." ABSOLUTE)
 set(JobObjects_TYPE_LIBRARY "${JobObjects_ROOT}/JobObjects.tlb")
 set(JobObjects_IDL "${JobObjects_ROOT}/JobObjects.idl")
 
 if(NOT TARGET JobObjects::JobObjects)
-    # The identifiers are compiled into the client, as C++ where it has it, else as C.
+    # The identifiers are compiled into the client, as C++ if that language is enabled, else as C.
     get_property(languages GLOBAL PROPERTY ENABLED_LANGUAGES)
     set(identifiers "${JobObjects_ROOT}/src/JobObjects_i.c")
     if("CXX" IN_LIST languages)

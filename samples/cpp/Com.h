@@ -1,7 +1,7 @@
 #pragma once
 
-// What a C++ client of an Automation library needs, in one page: two owners and a check. Copy it into your
-// program.
+// Everything that a C++ client of an Automation library needs: two owners and an error check. Copy it into
+// your program.
 
 #include <windows.h>
 #include <oleauto.h>
@@ -11,7 +11,7 @@
 #include <string_view>
 #include <utility>
 
-/// Owns one reference to an object: adds one when it is copied, gives it back at the end of its life.
+/// Smart pointer: owns one reference to an object.
 template<class Interface>
 class Ref {
 public:
@@ -32,7 +32,7 @@ public:
 
     Interface* Get() const { return m_object; }
     Interface* operator->() const { return m_object; }
-    /// The place for an out-parameter: job->get_JobContents(contents.Out()).
+    /// For an out-parameter: job->get_JobContents(contents.Out()).
     Interface** Out() {
         *this = Ref();
         return &m_object;
@@ -42,7 +42,7 @@ private:
     Interface* m_object = nullptr;
 };
 
-/// Owns a BSTR, the text that travels through the interfaces.
+/// Owns a BSTR, the string type of the interfaces.
 class Bstr {
 public:
     Bstr() = default;
@@ -65,12 +65,12 @@ private:
     BSTR m_text = nullptr;
 };
 
-/// What a failing call is thrown as.
+/// The exception for a failing call.
 struct Failure {
     std::wstring message;
 };
 
-/// Throws when a call failed, with the description that the library has left on the thread.
+/// Throws if a call failed, with the library's error description.
 inline void Check(HRESULT result) {
     if (SUCCEEDED(result))
         return;
@@ -83,7 +83,7 @@ inline void Check(HRESULT result) {
     throw Failure{std::wstring(description.View()) + number};
 }
 
-/// A new object: Create<IPrintJob, PrintJob>(). The generated header ties the identifiers to the types.
+/// Creates an object: Create<IPrintJob, PrintJob>(). The identifiers come from the generated header.
 template<class Interface, class Class>
 Ref<Interface> Create() {
     Ref<Interface> object;

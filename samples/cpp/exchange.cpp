@@ -1,12 +1,10 @@
-// Two processes that exchange jobs as XML. This program is the agent: it turns reports of a page counter into
-// print jobs. It starts itself a second time as the accountant, and sends it each job's XML through a pipe.
-// The accountant answers with what it would store in its database, and the agent compares that with its own
-// numbers.
+// Two processes that exchange jobs as XML. The program is the agent: it makes print jobs from page counter
+// reports. It starts itself again as the accountant and sends it the XML of each job through a pipe. The
+// accountant answers with the database row for the job, and the agent compares it with its own numbers.
 //
 //   exchange
 //
-// The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message when a step
-// fails.
+// The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message if a step fails.
 
 #include "Com.h"
 
@@ -17,8 +15,7 @@
 
 namespace {
 
-// --- Messages through a pipe: the length in bytes, then UTF-8
-// ------------------------------------------------------
+// --- Messages through a pipe: the length in bytes, then UTF-8 ---
 
 void Send(HANDLE pipe, std::wstring_view text) {
     std::string bytes(3 * text.size(), '\0');
@@ -39,7 +36,7 @@ bool ReadAll(HANDLE pipe, void* target, DWORD size) {
     return true;
 }
 
-/// False at the end: the other side has closed the pipe.
+/// False if the other side has closed the pipe.
 bool Receive(HANDLE pipe, std::wstring& text) {
     constexpr DWORD longest = 16 * 1024 * 1024;
     DWORD length = 0;
@@ -54,10 +51,9 @@ bool Receive(HANDLE pipe, std::wstring& text) {
     return true;
 }
 
-// --- The accountant
-// ------------------------------------------------------------------------------------------------
+// --- The accountant ---
 
-/// "owner|copy lines|originals|copies|language|finishing": the texts and codes that a database stores.
+/// "owner|copy lines|originals|copies|language|finishing": a database row.
 std::wstring DatabaseRow(const std::wstring& xml) {
     const auto job = Create<IPrintJob, PrintJob>();
     Check(job->put_Xml(Bstr(xml).In()));
@@ -83,8 +79,7 @@ void RunAccountant() {
         Send(GetStdHandle(STD_OUTPUT_HANDLE), DatabaseRow(xml));
 }
 
-// --- The agent
-// -----------------------------------------------------------------------------------------------------
+// --- The agent ---
 
 struct Report {
     const wchar_t* document;
@@ -107,7 +102,7 @@ std::wstring XmlOf(const Report& report) {
     const auto job = Create<IPrintJob, PrintJob>();
     Check(job->put_JobName(Bstr(report.document).In()));
     Check(job->put_UserName(Bstr(report.user).In()));
-    // A new job has contents of its own, to be filled in place.
+    // A new job already has contents; fill them in place.
     Ref<IJobContents> contents;
     Check(job->get_JobContents(contents.Out()));
     Check(contents->GenerateContentsFromPageCounterInfo(Bstr(report.words).In(), report.originals,
@@ -117,7 +112,7 @@ std::wstring XmlOf(const Report& report) {
     return std::wstring(xml.View());
 }
 
-/// The second process, with the ends of the two pipes that the agent keeps.
+/// The second process, with the agent's ends of the two pipes.
 struct Accountant {
     HANDLE process = nullptr, toAccountant = nullptr, fromAccountant = nullptr;
 };
@@ -131,7 +126,7 @@ Accountant StartAccountant() {
         !CreatePipe(&accountant.fromAccountant, &itsOutput, &inherited, 0) ||
         !GetModuleFileNameW(nullptr, program, MAX_PATH))
         throw Failure{L"no pipes"};
-    // Our own ends must not live on in the child, or it would never see the end of its input.
+    // The child must not inherit our ends, or it would never see the end of its input.
     SetHandleInformation(accountant.toAccountant, HANDLE_FLAG_INHERIT, 0);
     SetHandleInformation(accountant.fromAccountant, HANDLE_FLAG_INHERIT, 0);
 

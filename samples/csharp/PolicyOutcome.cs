@@ -1,18 +1,17 @@
-// NOT BUILT OR RUN by the project's tests: there is no .NET where they run. policy_outcome.vbs, which is run, does the
-// same calls.
+// NOT BUILT OR RUN by the project's tests, which have no .NET. They run policy_outcome.vbs, which makes the same calls.
 //
-// Keeps a policy's outcome in a print job and decides by it on the receiver's side.
+// Stores a policy's outcome in a print job; the receiver of the job's XML acts on it.
 //
 //   C:\Windows\Microsoft.NET\Framework\v4.0.30319\csc.exe /platform:x86 PolicyOutcome.cs
 //
-// /platform:x86, because the library is a 32-bit component. It binds late, so it needs no interop assembly; the library
-// must be registered.
+// /platform:x86, because the library is a 32-bit component. Late binding needs no interop assembly. The library must be
+// registered.
 using System;
 using System.Runtime.InteropServices;
 
 static class PolicyOutcome
 {
-    // The objects live in a single-threaded apartment, as the library asks for.
+    // The library needs a single-threaded apartment.
     [STAThread]
     static int Main()
     {

@@ -1,11 +1,11 @@
-# NOT RUN by the project's tests: there is no Windows PowerShell where they run. The VBScript and JScript samples, which
-# are run, do the same calls.
+# NOT RUN by the project's tests, which have no Windows PowerShell. They run the VBScript and JScript samples, which
+# make the same calls.
 #
-# Turns a page counter's report into a print job, passes it on as XML, and shows what the receiver sees.
+# Turns a page counter report into a print job, passes it on as XML, and shows what the receiver gets.
 #
 #   C:\Windows\SysWOW64\WindowsPowerShell\v1.0\powershell.exe -File page_counter.ps1
 #
-# It has to be the 32-bit PowerShell: the library is a 32-bit component. The library must be registered.
+# Use the 32-bit PowerShell: the library is a 32-bit component. The library must be registered.
 $ErrorActionPreference = 'Stop'
 
 if ([Environment]::Is64BitProcess) {
@@ -18,7 +18,7 @@ $sent.UserDomainName = 'NORTHSHORE'
 $sent.UserName = 'a.berg'
 $sent.LogicalPrinterGuid = '{5B0E2A64-8C1F-4C57-9F0B-2D0C8D3E7A11}'
 
-# The job has contents of its own; they are filled in place: words, originals, copies, pages, sheets.
+# A new job already has contents; fill them in place: words, originals, copies, pages, sheets.
 $sent.JobContents.GenerateContentsFromPageCounterInfo('A4,Duplex,B&W,PostScript', 12, 2, 24, 12)
 
 $policy = New-Object -ComObject Corvane.PolicyResults
@@ -40,7 +40,7 @@ for ($index = 0; $index -lt $lines.Count; $index++) {
     '  {0} ({1}): {2} sheets' -f $line.PaperSize, $line.Attributes, $line.Sheets
 }
 
-# A failing call is an exception with the library's description.
+# A failing call throws an exception with the library's description.
 try {
     $received.Xml = '<Invoice/>'
     throw 'The library should have refused this text.'

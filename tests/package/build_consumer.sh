@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Unpacks the client kit and builds a client with it, and with nothing else of this tree but the toolchain file:
+# Unpacks the client kit and builds a client with it. Nothing else of this tree is used but the toolchain file:
 #
 #   build_consumer.sh <kit.zip> <work folder>
 set -euo pipefail

@@ -1,4 +1,4 @@
-' Creates the classes that the command line names and asks for database codes, which only the catalogue beside the library can give.
+' Creates the classes named on the command line, and gets database codes, which need the installed catalogue.
 Option Explicit
 Dim i, created, job
 created = 0

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Installs, upgrades and removes the library in a new Wine prefix, and looks at what that leaves:
+"""Installs, upgrades and removes the library in a new Wine prefix, and compares files and registry:
 
     installer_test.py <wine> <older.msi> <newer.msi> <newer version> <registration-free.zip> <client.exe>
 
-Run by installer_test.sh, which makes the prefix. The client is run without registration before anything is installed.
+Run by installer_test.sh, which makes the prefix. First runs the client without registration, with nothing installed.
 """
 
 import os
@@ -21,7 +21,7 @@ import idl  # noqa: E402
 
 CLASSES = "HKEY_LOCAL_MACHINE\\Software\\Classes"
 UNINSTALL = "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall"
-# Keys that the system's installer makes for its own use when it installs something for the first time.
+# Keys that Windows Installer creates for its own use on the first installation.
 INSTALLER_KEYS = (CLASSES + "\\Installer", "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\CurrentVersion\\Installer")
 INSTALLER_FOLDER = "windows/Installer"
 INSTALLED = {"Tarnwick.dll", "JobAttributes.xml", "JobObjects.tlb", "LICENSE.txt", "NOTICES.txt"}
@@ -63,9 +63,9 @@ def read_registry(root):
 
 
 def read_software():
-    # Wine's services write to the rest at times of their own.
+    # Wine's services write to other keys at any time.
     tree = read_registry("HKEY_LOCAL_MACHINE\\Software") | read_registry("HKEY_CURRENT_USER\\Software")
-    # What the installer keeps for itself is no leftover while it names no product: keys without values.
+    # Windows Installer's own keys are not leftovers as long as they have no values, and so name no product.
     values = {key for key, name in tree if name is not None}
     return {entry: data for entry, data in tree.items()
             if not (entry[0].startswith(tuple(each.lower() for each in INSTALLER_KEYS))
@@ -87,9 +87,9 @@ def check_nothing_left(before, what):
 
 
 def registered_classes(before):
-    """What was written below the classes' root, without the installer's own bookkeeping."""
+    """Entries added below HKEY_CLASSES_ROOT, without Windows Installer's own."""
     classes = registry.below(registry.added(read_registry(CLASSES), before[0]), CLASSES)
-    # The installer can name its folder only with a closing backslash.
+    # In an installer, a folder always ends in a backslash.
     return {entry: data.rstrip("\\") if entry[0].endswith("\\helpdir") else data
             for entry, data in classes.items() if entry[0].split("\\")[0] != "installer"}
 
@@ -100,7 +100,7 @@ def differences(left, right):
 
 
 def write_by_regsvr32(package, before):
-    """What regsvr32 writes when the library lies where the installer puts it."""
+    """The entries that regsvr32 writes for the library in the installer's folder."""
     unpacked = prefix / "unpacked"
     subprocess.run(["msiextract", "-C", str(unpacked), package], check=True, stdout=subprocess.DEVNULL)
     (found,) = unpacked.rglob("Tarnwick.dll")
@@ -115,7 +115,7 @@ def write_by_regsvr32(package, before):
 
 
 def unpack_free():
-    """The unpacked registration-free files, with the client as the program that uses them."""
+    """Unpacks the registration-free files and adds the client as the program."""
     with zipfile.ZipFile(free_archive) as archive:
         archive.extractall(prefix)
     unpacked = prefix / Path(free_archive).stem
@@ -129,7 +129,7 @@ def check_client(program, what):
 
 
 def manifest_entries(manifest):
-    """What the manifest says of the classes and interfaces, in the registry's terms."""
+    """The classes and interfaces of the manifest as registry entries."""
     name = {"asm": "urn:schemas-microsoft-com:asm.v1"}
     root = xml.etree.ElementTree.parse(manifest).getroot()
     file = root.find("asm:file", name)
@@ -153,7 +153,7 @@ def manifest_entries(manifest):
 
 
 def in_terms_of_manifest(written):
-    """The part of the registration that a manifest has words for."""
+    """The registry entries that a manifest can express."""
     words = ("", "progid", "versionindependentprogid", "inprocserver32", "typelib", "proxystubclsid32", "clsid")
 
     def has_words(key, name):
@@ -187,7 +187,7 @@ def check_product(version):
 
 def check_registration_free():
     unpacked = unpack_free()
-    run(windows_path(client), expected=1) # with nothing registered and no manifest
+    run(windows_path(client), expected=1) # fails without registration and manifest
     check_client(unpacked / Path(client).name, "a client with the sample manifest needs no registration")
     return unpacked / "JobObjects.manifest"
 
@@ -196,7 +196,7 @@ def check_installation(before, by_regsvr32, manifest):
     installer("/i", older)
     by_installer = registered_classes(before)
     check("the installer writes what regsvr32 writes", differences(by_regsvr32, by_installer))
-    check("the manifest says what the installer writes",
+    check("the manifest matches what the installer writes",
           differences(manifest_entries(manifest), in_terms_of_manifest(by_installer)))
     check("the installer installs its files", INSTALLED ^ {each.name for each in folder.iterdir()})
     run_script()
@@ -220,7 +220,7 @@ def check_other_folder(before):
     chosen = drive / "Agent" / "Job Objects"
     chosen.parent.mkdir()
     installer("/i", older, "INSTALLDIR=C:\\Agent\\Job Objects")
-    check("the installer takes the folder that it is given", INSTALLED ^ {each.name for each in chosen.iterdir()})
+    check("the installer uses the chosen folder", INSTALLED ^ {each.name for each in chosen.iterdir()})
     installer("/i", newer)
     check("an upgrade stays in that folder", INSTALLED ^ {each.name for each in chosen.iterdir()})
     check("an upgrade makes no other folder", [folder] if folder.exists() else [])
@@ -232,18 +232,18 @@ def check_other_folder(before):
 
 def check_downgrade():
     installer("/i", newer)
-    installer("/i", older, expected=1603 % 256) # ERROR_INSTALL_FAILURE, of which a process here returns one byte
+    installer("/i", older, expected=1603 % 256) # ERROR_INSTALL_FAILURE; exit codes have one byte here
     check_product(newer_version)
 
 
 def main():
-    # The script host registers a type library of its own when it first runs.
+    # The script host registers its own type library on its first run.
     empty = prefix / "empty.vbs"
     empty.touch()
     run("cscript", "//nologo", windows_path(empty))
     before = snapshot()
     by_regsvr32 = write_by_regsvr32(older, before)
-    check("regsvr32 writes something of every class", [] if len(by_regsvr32) > 300 else [len(by_regsvr32)])
+    check("regsvr32 writes enough entries for all classes", [] if len(by_regsvr32) > 300 else [len(by_regsvr32)])
     manifest = check_registration_free()
     check_installation(before, by_regsvr32, manifest)
     check_upgrade(before, by_regsvr32)

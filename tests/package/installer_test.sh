@@ -4,7 +4,7 @@
 #   installer_test.sh <prefix> <JobObjects.idl> <installed files> <older.msi> <newer version> <registration-free.zip>
 #       <client.exe>
 #
-# The newer installer is made here: it has the same files.
+# Makes the newer installer itself, with the same files.
 set -euo pipefail
 
 export WINEPREFIX=$1
@@ -15,7 +15,7 @@ version=$5
 shift 5
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 source "$here/../../scripts/wine-session.sh"
-stop_wine >/dev/null 2>&1 # of a run that was interrupted
+stop_wine >/dev/null 2>&1 # left over from an interrupted run
 rm -rf "$WINEPREFIX"
 mkdir -p "$WINEPREFIX"
 start_wine >"$WINEPREFIX.txt" 2>&1 </dev/null || { cat "$WINEPREFIX.txt"; exit 1; }

@@ -1,4 +1,4 @@
-"""Registry exports of a Wine prefix as dictionaries that can be compared."""
+"""Reads registry exports into dictionaries for comparison."""
 
 import re
 
@@ -10,10 +10,7 @@ def _unquote(text):
 
 
 def parse(text):
-    """The values of an export: (key, value name) in lower case to the data; a key itself is (key, None).
-
-    The name of a key's own value is "".
-    """
+    """Maps (key, value name), in lower case, to the data. A key itself is (key, None), its default value (key, "")."""
     tree = {}
     key = ""
     for entry in re.split(r"\n(?=\[|@=|\")", text.replace("\r", "").replace("\\\n", "")):
@@ -32,11 +29,11 @@ def read(path):
 
 
 def added(after, before):
-    """What `after` has and `before` has not, or has with another value."""
+    """Entries of `after` that `before` lacks or has with another value."""
     return {entry: data for entry, data in after.items() if before.get(entry) != data}
 
 
 def below(tree, key):
-    """The part of a tree below one key, with names relative to it."""
+    """The entries below a key, relative to it."""
     prefix = key.lower() + "\\"
     return {(name[len(prefix):], value): data for (name, value), data in tree.items() if name.startswith(prefix)}

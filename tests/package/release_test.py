@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Looks into what is delivered:
+"""Checks the files of the release:
 
     release_test.py <release folder> <version> <objdump> <source folder>
 """
@@ -43,7 +43,7 @@ def read_archive(component):
     folder = f"{name}-{component}"
     with zipfile.ZipFile(release / (folder + ".zip")) as archive:
         files = {each.removeprefix(folder + "/"): archive.read(each) for each in archive.namelist()}
-    check(f"{component} holds its files", files.keys() == CONTENTS[component], sorted(files))
+    check(f"{component} contains its files", files.keys() == CONTENTS[component], sorted(files))
     return files
 
 
@@ -53,8 +53,8 @@ def check_sums():
     found = {path.name: hashlib.sha256(path.read_bytes()).hexdigest()
              for path in release.iterdir() if path.name != "SHA256SUMS"}
     expected = {f"{name}-{component}.zip" for component in CONTENTS} | {name + ".msi", name + ".spdx.json"}
-    check("the release holds its files", found.keys() == expected, sorted(found))
-    check("the checksums are right", sums == found)
+    check("the release contains its files", found.keys() == expected, sorted(found))
+    check("the checksums match", sums == found)
 
 
 def check_installer(library, folder):
@@ -66,7 +66,7 @@ def check_installer(library, folder):
                       .replace("\r", "").splitlines() if "\t" in line)
     check("the installer has the version", properties.get("ProductVersion") == version, properties)
     files = output("msiinfo", "export", str(installer), "File")
-    check("the installer tells the library's version", f"\t{version}.0\t1033\t" in files, files)
+    check("the installer has the library's version", f"\t{version}.0\t1033\t" in files, files)
 
 
 def check_symbols(library, symbols, folder):
@@ -78,16 +78,16 @@ def check_symbols(library, symbols, folder):
     file = link.split(b"\0")[0]
     check("the library names its symbol file", file == b"Tarnwick.dll.debug", file)
     at = (len(file) + 4) // 4 * 4
-    check("the symbol file is this library's",
+    check("the library has the symbol file's checksum",
           int.from_bytes(link[at:at + 4], "little") == zlib.crc32(symbols["Tarnwick.dll.debug"]))
     check("the symbol file has the debug information", b".debug_line" in symbols["Tarnwick.dll.debug"]
           and b".debug_line" not in library)
-    check("the map tells where functions lie", b"DllGetClassObject" in symbols["Tarnwick.dll.map"])
+    check("the map lists functions", b"DllGetClassObject" in symbols["Tarnwick.dll.map"])
 
 
 def check_bill(library):
     bill = json.loads((release / (name + ".spdx.json")).read_text())
-    check("the bill is SPDX 2.3", bill["spdxVersion"] == "SPDX-2.3" and bill["dataLicense"] == "CC0-1.0")
+    check("the bill of materials is SPDX 2.3", bill["spdxVersion"] == "SPDX-2.3" and bill["dataLicense"] == "CC0-1.0")
     elements = {each["SPDXID"]: each for each in bill["packages"] + bill["files"] + [bill]}
     relations = [(each["spdxElementId"], each["relationshipType"], each["relatedSpdxElement"])
                  for each in bill["relationships"]]
@@ -96,7 +96,7 @@ def check_bill(library):
     (described,) = [elements[target] for _, kind, target in relations if kind == "DESCRIBES"]
     check("it describes this version", (described["name"], described["versionInfo"]) == ("JobObjects", version))
     (file,) = bill["files"]
-    check("it knows the library", {"algorithm": "SHA256", "checksumValue": hashlib.sha256(library).hexdigest()}
+    check("it has the checksum of the library", {"algorithm": "SHA256", "checksumValue": hashlib.sha256(library).hexdigest()}
           in file["checksums"])
     linked = {elements[target]["name"]: elements[target] for _, kind, target in relations if kind == "STATIC_LINK"}
     check("it lists the runtime that is linked in", linked.keys() == {
@@ -110,7 +110,7 @@ def check_bill(library):
 def check_paths(archives):
     for component, files in archives.items():
         for file, data in files.items():
-            check(f"{component}: {file} does not tell where it was built", sources.encode() not in data)
+            check(f"{component}: {file} does not contain the build folder", sources.encode() not in data)
 
 
 def main():
@@ -121,9 +121,9 @@ def main():
         check_installer(library, Path(folder, "installed"))
         check_symbols(library, archives["symbols"], Path(folder))
     manifest = archives["registration-free"]["JobObjects.manifest"].decode()
-    check("the manifest has the product's first number",
+    check("the manifest has the product's major version",
           f'name="JobObjects" version="{version.split(".")[0]}.0.0.0"' in manifest)
-    check("the sample manifest asks for it", f'name="JobObjects" version="{version.split(".")[0]}.0.0.0"'
+    check("the sample manifest requests it", f'name="JobObjects" version="{version.split(".")[0]}.0.0.0"'
           in archives["registration-free"]["YourProgram.exe.manifest"].decode())
     check_bill(library)
     check_paths(archives)

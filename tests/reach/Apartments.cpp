@@ -50,8 +50,8 @@ void WaitAndAnswerCalls(HANDLE handle) {
     DWORD index = 0;
     const HRESULT waited = CoWaitForMultipleHandles(0, 60000, 1, &handle, &index);
     if (FAILED(waited)) {
-        // The other thread uses this one's stack: nothing can be unwound.
-        std::fputs("the other apartment does not come to its end\n", stderr);
+        // The other thread uses this stack, so it cannot be unwound.
+        std::fputs("the other apartment does not finish\n", stderr);
         std::fflush(stderr);
         ExitProcess(253);
     }
@@ -63,7 +63,7 @@ MarshallerKey::MarshallerKey() {
     UniqueBstr path;
     REQUIRE_HR(QueryPathOfRegTypeLib(id, 1, 0, 0x0409, path.Put()), S_OK);
     const std::wstring key = NeutralLocaleKey() + L"\\win32";
-    // The path may count a terminator of its own in its length.
+    // The BSTR's length may include a terminator.
     const std::wstring text = path.Get();
     REQUIRE(RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, REG_SZ, text.c_str(),
                             static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS);

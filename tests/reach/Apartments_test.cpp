@@ -2,7 +2,7 @@
 
 #include "JobClient.h"
 
-// The tests run in a single-threaded apartment of their own.
+// The tests run in a single-threaded apartment.
 
 namespace {
 
@@ -30,7 +30,7 @@ TEST_CASE("PrintJob_marshalled_by_stream_works_from_another_sta") {
     });
     REQUIRE_FALSE(IsProxy(job.Get()));
     CHECK_TEXT(Text(job, &IPrintJob::get_JobName), L"from the other side");
-    CHECK_TEXT(TakeErrorDescription(), L"<none>"); // error information stays with the thread that called
+    CHECK_TEXT(TakeErrorDescription(), L"<none>"); // error information belongs to the calling thread
 }
 
 TEST_CASE("PrintJob_in_the_global_interface_table_works_from_another_sta") {

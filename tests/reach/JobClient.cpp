@@ -18,7 +18,7 @@ VARIANT TextVariant(const UniqueBstr& text) {
     return variant;
 }
 
-/// Gets a property, or puts a text if one is given, by its name, and expects this failure of it.
+/// Puts the text into the named property, or gets the property if the text is null, and expects the failure.
 void CheckLateBoundFailure(const ComPtr<IPrintJob>& job, const wchar_t* name, const wchar_t* text,
                            HRESULT expected, const wchar_t* description) {
     INFO(Narrow(name));
@@ -38,7 +38,7 @@ void CheckLateBoundFailure(const ComPtr<IPrintJob>& job, const wchar_t* name, co
 } // namespace
 
 bool IsProxy(IUnknown* object) {
-    // Proxies let several interfaces be asked for in one call; the library's own objects do not.
+    // Proxies implement IMultiQI; the library's own objects do not.
     ComPtr<IMultiQI> several;
     return SUCCEEDED(object->QueryInterface(IID_IMultiQI, several.PutVoid()));
 }
@@ -96,7 +96,7 @@ void CheckOwnChild(const ComPtr<IPrintJob>& job) {
     REQUIRE_HR(info->put_JobInfoPages(4711), S_OK);
     REQUIRE_HR(job->put_WindowsPrintInfo(info.Get()), S_OK);
     CHECK(Text(job, &IPrintJob::get_Xml).find(L"<JobInfoPages>4711</JobInfoPages>") != std::wstring::npos);
-    // The job must not keep a child of an apartment that comes to its end.
+    // The job must not keep a child whose apartment ends.
     REQUIRE_HR(job->put_WindowsPrintInfo(nullptr), S_OK);
     CHECK(Text(job, &IPrintJob::get_Xml).find(L"<WindowsPrintInfo") == std::wstring::npos);
 }

@@ -9,8 +9,7 @@
 #include <string>
 #include <vector>
 
-// The assembly's manifest repeats what the type library says of the classes and interfaces; here it is held
-// to it.
+// The assembly's manifest repeats the classes and interfaces of the type library. The tests compare them.
 
 namespace {
 
@@ -30,7 +29,7 @@ std::string Attribute(const std::string& element, const std::string& name) {
                                                                                          : "";
 }
 
-/// The manifest's elements that the pattern matches, each put into a comparable line.
+/// Describes each matching element of the manifest as a line; sorted.
 template<class Describe>
 Lines Collect(const std::string& manifest, const char* pattern, Describe describe) {
     const std::regex elements(pattern);
@@ -105,19 +104,19 @@ TypeLibraryLines ReadTypeLibrary() {
 
 } // namespace
 
-TEST_CASE("Manifest_names_the_classes_of_the_type_library") {
+TEST_CASE("Manifest_lists_the_classes_of_the_type_library") {
     const TypeLibraryLines expected = ReadTypeLibrary();
     REQUIRE(expected.classes.size() == 10);
     CHECK(ManifestClasses(ReadManifest()) == expected.classes);
 }
 
-TEST_CASE("Manifest_names_the_interfaces_of_the_type_library") {
+TEST_CASE("Manifest_lists_the_interfaces_of_the_type_library") {
     const TypeLibraryLines expected = ReadTypeLibrary();
     REQUIRE(expected.interfaces.size() == 10);
     CHECK(ManifestInterfaces(ReadManifest()) == expected.interfaces);
 }
 
-TEST_CASE("Manifest_names_the_type_library_itself") {
+TEST_CASE("Manifest_lists_the_type_library") {
     const std::string manifest = ReadManifest();
     std::smatch match;
     REQUIRE(std::regex_search(manifest, match,

@@ -2,8 +2,8 @@
 
 #include "JobClient.h"
 
-// Multithreaded clients. COM makes their objects in a single-threaded apartment that it hosts for them, and
-// may keep the class object there: so these tests do without the check that the library is free to go.
+// Clients in the multithreaded apartment. COM creates their objects in a host STA and may keep the class
+// object there, so these tests do not check that the library can be unloaded (LeakCheck.cpp).
 
 TEST_CASE("PrintJob_created_by_an_mta_client_works_in_its_host_sta") {
     const MarshallerKey key;

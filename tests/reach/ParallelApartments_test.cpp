@@ -6,9 +6,8 @@
 #include <stdexcept>
 #include <string>
 
-// Several apartments at work at the same time. Their threads make no assertions, which are not safe there,
-// but tell what went wrong by an exception. The number of rounds that each works can be given in the
-// environment variable APARTMENT_ROUNDS.
+// Several apartments that work at the same time. Assertions are not thread-safe, so the threads report
+// failures by exceptions. The environment variable APARTMENT_ROUNDS sets the number of rounds per thread.
 
 namespace {
 
@@ -111,8 +110,8 @@ DWORD WINAPI RunWorker(void* argument) {
 
 } // namespace
 
-TEST_CASE("Eight_stas_with_their_own_objects_do_not_disturb_each_other") {
-    auto held = CreatePrintJob(); // keeps the library loaded, so that it can be asked afterwards
+TEST_CASE("Eight_parallel_stas_with_separate_objects_do_not_interfere") {
+    auto held = CreatePrintJob(); // keeps the library loaded for AskLibraryToUnload
     const HANDLE start = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     REQUIRE(start != nullptr);
     Worker workers[workerCount];

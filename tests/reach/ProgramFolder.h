@@ -2,5 +2,5 @@
 
 #include <string>
 
-/// The path of a file that lies in the folder of the running program.
+/// The path of a file in the folder of the running program.
 std::wstring BesideProgram(const wchar_t* fileName);

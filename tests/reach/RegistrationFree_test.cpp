@@ -4,18 +4,18 @@
 
 #include <string>
 
-// A program whose manifest names the library's assembly, on a machine where nothing is registered.
+// A program whose manifest names the library's assembly, with nothing registered.
 
 namespace {
 
-/// Creates the class by its CLSID and by both of its ProgIDs, and looks at the root of what it writes.
+/// Creates the class by its CLSID and by both ProgIDs, and checks the root element of its XML.
 template<class Interface>
 void CheckClass(REFCLSID classId, const std::wstring& name, const std::wstring& root) {
     INFO(Narrow(name));
     CHECK(Text(Create<Interface>(classId), &Interface::get_Xml).find(L"<" + root) == 0);
     for (const std::wstring& progId : {L"Corvane." + name, L"Corvane." + name + L".1"}) {
         INFO(Narrow(progId));
-        // What the system finds stands for the class in this process only; it need not be the CLSID itself.
+        // The system may map the ProgID to another CLSID that is valid in this process only.
         CLSID found;
         REQUIRE_HR(CLSIDFromProgID(progId.c_str(), &found), S_OK);
         CHECK(Text(Create<Interface>(found), &Interface::get_Xml).find(L"<" + root) == 0);
@@ -32,8 +32,8 @@ bool IsRegistered(const wchar_t* key) {
 
 } // namespace
 
-TEST_CASE("Registry_of_the_registration_free_tests_does_not_know_the_library") {
-    CHECK(IsRegistered(L"CLSID")); // the question itself works
+TEST_CASE("Registry_of_the_registration_free_tests_has_no_entry_of_the_library") {
+    CHECK(IsRegistered(L"CLSID")); // the look-up itself works
     CHECK_FALSE(IsRegistered(L"CLSID\\{63EBBCCC-453D-444D-8A5A-C71EE1EAD2AC}"));
     CHECK_FALSE(IsRegistered(L"Corvane.PrintJob"));
     CHECK_FALSE(IsRegistered(L"Corvane.JobContents"));
@@ -54,7 +54,7 @@ TEST_CASE("All_classes_without_registration_are_found_by_clsid_and_progid") {
     CheckClass<IPolicyResults>(__uuidof(PolicyResults), L"PolicyResults", L"PolicyResults");
 }
 
-TEST_CASE("Library_without_registration_is_the_one_beside_the_program") {
+TEST_CASE("Library_without_registration_is_loaded_from_the_program_folder") {
     const auto job = CreatePrintJob();
     wchar_t path[MAX_PATH];
     const HMODULE library = GetModuleHandleW(L"Tarnwick.dll");

@@ -2,7 +2,7 @@
 
 #include "JobClient.h"
 
-// The library in another process: the system's surrogate hosts it, as its AppID says.
+// The library in another process: its AppID names the system's surrogate as host.
 
 namespace {
 
@@ -47,14 +47,14 @@ TEST_CASE("PrintJob_in_the_surrogate_keeps_properties_and_xml") {
     CheckLateBinding(job);
 }
 
-TEST_CASE("PrintJob_in_the_surrogate_hands_out_its_children") {
+TEST_CASE("PrintJob_in_the_surrogate_returns_its_children") {
     const MarshallerKey key;
     const auto job = CreateJobElsewhere();
     CheckChildren(job);
     CheckOutParameters(job);
 }
 
-TEST_CASE("PrintJob_in_the_surrogate_takes_a_child_of_this_process") {
+TEST_CASE("PrintJob_in_the_surrogate_accepts_a_child_of_this_process") {
     const MarshallerKey key;
     CheckOwnChild(CreateJobElsewhere());
 }

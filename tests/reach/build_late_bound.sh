@@ -3,8 +3,8 @@
 #
 #   build_late_bound.sh <late_bound.pas> <late_bound.exe>
 #
-# Debian has Free Pascal for its own machines, and its sources, from which the compiler for 32-bit Windows and
-# the units that the client uses are built first. That takes half a minute, and is done once for each folder.
+# Debian packages only a native Free Pascal, but also its sources. The script first builds from them the compiler for
+# 32-bit Windows and the units that the client uses: half a minute, once per output folder.
 set -euo pipefail
 
 program=$(realpath "$1")
@@ -40,7 +40,7 @@ compile() {
     "$compiler" "${options[@]}" "$@"
 }
 
-# The compilers say more than anybody wants to read, unless they fail.
+# On failure, prints the errors from the compilers' long output.
 report() {
     [ $? = 0 ] || { grep -iE 'error|fatal|cannot|no such' "$folder/log.txt" || tail "$folder/log.txt"; } >&3
 }

@@ -1,5 +1,5 @@
-{ A late-bound client: everything goes by name through IDispatch, with typed values and typed references. It ends
-  with 0 only when all checks have been made and have passed. }
+{ A late-bound client: calls everything by name through IDispatch, with typed values and typed references. Returns 0
+  only if all checks ran and passed. }
 program late_bound;
 
 {$mode objfpc}{$H+}
@@ -125,7 +125,7 @@ begin
   CheckOutParameters;
   CheckFailures;
   WriteLn(Checks, ' checks, ', Failures, ' failures');
-  { So that no check is left out. }
+  { The count catches skipped checks. }
   if (Failures <> 0) or (Checks <> ExpectedChecks) then
     Halt(1);
 end.

@@ -1,14 +1,12 @@
 #!/usr/bin/env bash
-# Runs a test program in a new Wine prefix of its own, for tests that need a registry to themselves or leave a
-# process behind:
+# Runs a test program in a new Wine prefix, for tests that need a registry of their own or leave a process behind:
 #
 #   run_isolated.sh <prefix> <library to register, or "no"> <program> [argument...]
 #
-# The prefix is made afresh for each run: Wine's marshaller registers a type library that it finds through a
-# manifest.
+# Each run makes a new prefix, because Wine's marshaller registers a type library that it finds through a manifest.
 #
-# A surrogate process never ends and keeps open whatever output it was started with, and who waits for that
-# output waits for ever. So all output goes to a file, which is printed when the whole prefix has been stopped.
+# A surrogate process never ends and keeps the inherited output open, so a reader of that output would wait forever.
+# All output therefore goes to a file, which is printed after the prefix has stopped.
 set -euo pipefail
 
 export WINEPREFIX=$1
@@ -16,7 +14,7 @@ library=$2
 shift 2
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/wine-session.sh"
 output=$WINEPREFIX.txt
-stop_wine >/dev/null 2>&1 # of a run that was interrupted
+stop_wine >/dev/null 2>&1 # left over from an interrupted run
 rm -rf "$WINEPREFIX"
 mkdir -p "$WINEPREFIX"
 

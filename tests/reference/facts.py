@@ -1,11 +1,10 @@
 #!/usr/bin/env python3
-"""Writes a VBScript test that holds the running library to what the object reference says of it.
+"""Writes a VBScript test that checks the library against its object reference.
 
     facts.py FILE
 
-For each property the lines Default, Range and Stored of the interface definition become checks: the value in a new
-object, both ends of the range and what lies beyond it, and for each version of a record's form whether its XML carries
-the value.
+The lines Default, Range and Stored of each property in the interface definition become checks: the value in a new
+object, the limits of the range and the value below it, and whether the XML of each version contains the value.
 """
 
 import re
@@ -15,7 +14,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "JobObjects"))
 import idl  # noqa: E402
 
-# How an empty object takes a version of its form.
+# XML that gives a new object a version.
 FORMS = {
     "PrintJob": '<PrintJob Version=""{0}""/>',
     "CopyJob": '<CopyJob Version=""{0}""><JobContents><JobCopyLines/></JobContents></CopyJob>',
@@ -25,13 +24,13 @@ FORMS = {
 }
 OLDEST = {"PrintJob": "3.5", "CopyJob": "3.9", "ScanJob": "3.9", "FaxJob": "4.2", "LogicalPrinter": "3.5"}
 
-# What makes values appear that no property puts.
+# Calls that set values without a property.
 PREPARATION = {"PolicyResults": "o.AddRuleViolation 1, \"Inform\""}
 
-# The typed views of the log target: storing one takes away the others, and DeviceId raises the version.
+# Not assigned: each view of the log target replaces the others, and DeviceId raises the version.
 NOT_PUT = {("PrintJob", "DeviceId"), ("PrintJob", "DeviceAddress"), ("PrintJob", "TonerSaving")}
 
-# Defaults that are told in words; each is a check of its own or left to the test that is named.
+# Checks for the defaults that are described in words.
 WORDS = {
     "empty": 'CheckEqual o.{m}, ""',
     "true": "CheckEqual o.{m}, True",
@@ -59,7 +58,7 @@ def default_check(name, member):
     if text.startswith("none; reading it fails"):
         return f'CheckReadFails o, "{member.name}"'
     if text not in WORDS:
-        sys.exit(f"facts: {name}.{member.name}: the default '{text}' is of no known form")
+        sys.exit(f"facts: {name}.{member.name}: unknown form of default: '{text}'")
     return WORDS[text].format(m=member.name, c="JobCopyLines" if name == "CopyLines" else name)
 
 
@@ -78,7 +77,7 @@ def number(text):
 
 
 def value_to_put(member):
-    """An assignment of a value that is not the default; None for what is put otherwise."""
+    """An assignment of a value other than the default."""
     kind = member.type()
     if kind == "BSTR":
         return f'o.{member.name} = "<{member.name}>7</{member.name}>"'
@@ -96,8 +95,8 @@ def as_version(text):
 
 
 def place_of(member, version):
-    """Where this version of the form carries the value: "Name" or "@Name" for an attribute; empty when it does not,
-    None when the value has no place of its own."""
+    """The element "Name" or attribute "@Name" with the value in this version's XML; empty if the version lacks it, None
+    if the value has no element of its own."""
     stored = member.doc.tag("Stored")
     base = re.match(r"(no|every form|from ([0-9.]+[0-9])( to below ([0-9.]+[0-9]))?)", stored)
     if base[1] == "no" or stored.startswith("every form, in "):
@@ -145,16 +144,16 @@ def stored_checks(name, members, version):
 def versions_of(name, members):
     if name not in FORMS:
         return [None]
-    told = {OLDEST[name], next(m.doc.tag("Default") for m in members if m.name == "Version")}
+    versions = {OLDEST[name], next(m.doc.tag("Default") for m in members if m.name == "Version")}
     for member in members:
-        told |= {v for v in re.findall(r"(?:from|below) ([0-9]+\.[0-9]+)", member.doc.tag("Stored"))}
-    return sorted((v for v in told if as_version(v) >= as_version(OLDEST[name])), key=as_version)
+        versions |= {v for v in re.findall(r"(?:from|below) ([0-9]+\.[0-9]+)", member.doc.tag("Stored"))}
+    return sorted((v for v in versions if as_version(v) >= as_version(OLDEST[name])), key=as_version)
 
 
 def class_test(name, members):
-    # Reading Xml may set times that were not set, so it comes last.
+    # Reading Xml can set missing times, so it comes last.
     properties = sorted((m for m in members if not m.is_method()), key=lambda m: m.name == "Xml")
-    yield f"Sub {name}_does_what_the_reference_says()"
+    yield f"Sub {name}_matches_the_reference()"
     yield "    Dim o, text"
     yield f'    Test "{name}: Default"'
     yield f'    Set o = CreateObject("Corvane.{name}")'
@@ -210,7 +209,7 @@ End Function
 
 
 def stores_helper(source):
-    """A property by its name: the script language has no other way that every host knows."""
+    """A sub that puts and gets a property by name, because VBScript has no other way in every host."""
     yield "Sub CheckStores(o, name, given, kept)"
     yield "    Dim value"
     yield "    Select Case name"
@@ -227,7 +226,7 @@ def main():
     if source.problems:
         sys.exit("\n".join(source.problems))
     lines = ["Sub RunTests()"]
-    lines += [f"    {c['name']}_does_what_the_reference_says" for c in source.classes]
+    lines += [f"    {c['name']}_matches_the_reference" for c in source.classes]
     lines += ["End Sub", ""]
     for entry in source.classes:
         lines += class_test(entry["name"], source.interfaces[entry["interface"]]["members"])

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Takes the script of README.md and what it prints according to README.md.
+"""Extracts the script of README.md and its expected output.
 
     readme_sample.py FOLDER      writes README.vbs and README.txt there
 """

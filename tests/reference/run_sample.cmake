@@ -1,4 +1,4 @@
-# Runs one sample of the object reference and compares its output with the output in the reference:
+# Runs a sample of the object reference and compares its output with the reference:
 #
 #   cmake "-DCOMMAND=<command line, separated by semicolons>" -DEXPECTED=<file.txt> -P run_sample.cmake
 get_filename_component(folder ${EXPECTED} DIRECTORY)
@@ -11,5 +11,5 @@ if(NOT result EQUAL 0)
     message(FATAL_ERROR "The sample returned ${result}.")
 endif()
 if(NOT output STREQUAL expected)
-    message(FATAL_ERROR "The sample's output differs from the reference:\n${expected}")
+    message(FATAL_ERROR "The output differs from the reference:\n${expected}")
 endif()

@@ -1,4 +1,4 @@
-// Looks like a program of Catch tests that ends as ENDING says.
+// Imitates a Catch test program that fails in the way that ENDING names.
 
 #include <cstdio>
 #include <cstdlib>
@@ -24,5 +24,5 @@ int main(int count, char** arguments) {
         return 1;
     }
     std::puts("All tests passed (3 assertions in 1 test case)\n");
-    return ending == "breaks_off_behind_its_closing_line" ? 3 : 0;
+    return ending == "breaks_off_after_its_closing_line" ? 3 : 0;
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Shows that the schemas can refuse: spoils the longest golden file of each schema in every way below, one place
-at a time, and fails unless the schema refuses each of the results.
+"""Mutation test of the schemas: changes the longest golden file of each schema in every way below, one place at a time.
+Fails unless the schema refuses every mutant.
 
     mutations.py FOLDER_OF_GOLDEN_FILES
 """
@@ -14,13 +14,13 @@ from pathlib import Path
 
 import schemas
 
-# The content of these is the host's own.
+# Elements with the host's own markup.
 MARKUP = {"PortConfig", "PrinterInfo", "Destination"}
-# Not required, and so not to be missed.
+# Optional elements.
 OPTIONAL = MARKUP | {"Toner", "WindowsPrintInfo", "PolicyResults", "Cancelled", "RuleViolations", "CopyLine", "Rule"}
-# Records of their own, with golden files of their own.
+# Child records with golden files of their own.
 RECORDS = {"JobContents", "PolicyResults"}
-# Element contents that are not just any text.
+# Content of elements with a type other than text.
 TYPED = re.compile(r"-?\d+|true|false|\d{4}-\d\d-\d\dT[\d:.]+")
 
 
@@ -29,7 +29,7 @@ def local_name(element):
 
 
 def elements(root):
-    """All elements outside the host's own markup and inner records, by their positions from the root on."""
+    """All elements outside the host's markup and child records, with their paths of positions from the root."""
     pending = [((), root)]
     while pending:
         path, element = pending.pop()
@@ -44,8 +44,8 @@ def at(root, path):
     return root
 
 
-def spoilt(root):
-    """Yields (kind, place, spoilt copy)."""
+def mutants_of(root):
+    """Yields (kind, place, mutant)."""
     def change(kind, path, action):
         result = copy.deepcopy(root)
         action(at(result, path))
@@ -89,7 +89,7 @@ def take(element, position):
 
 
 def other_forms(root):
-    """Versions whose form is not the root's: the lowest of each other form, and what is below all."""
+    """Versions that another schema covers: the lowest of each; and malformed versions."""
     own = schemas.schema_of(f'<{local_name(root)} Version="{root.get("Version")}">')
     others = [path.stem.partition("-")[2] for path in schemas.SCHEMAS.glob(f"{local_name(root)}-*.xsd")
               if path != own and path.stem[-1].isdigit()]
@@ -100,12 +100,12 @@ def main(folder):
     counts, accepted = Counter(), []
     golden = sorted(Path(folder).glob("*.xml"))
     if not golden:
-        return f"{folder} holds no XML file"
+        return f"{folder} contains no XML file"
     with tempfile.TemporaryDirectory() as work:
         for schema, files in schemas.group_by_schema(golden).items():
             mutants = {}
             file = max(files, key=lambda path: path.stat().st_size)
-            for kind, place, tree in spoilt(ElementTree.fromstring(schemas.read(file))):
+            for kind, place, tree in mutants_of(ElementTree.fromstring(schemas.read(file))):
                 path = Path(work) / f"{schema.stem}-{len(mutants)}.xml"
                 path.write_bytes(ElementTree.tostring(tree))
                 mutants[str(path)] = f"{kind} in {file.name} at {place}"
@@ -115,8 +115,8 @@ def main(folder):
     for kind, count in sorted(counts.items()):
         print(f"{kind}: {count}")
     if accepted:
-        return "accepted although spoilt:\n" + "\n".join(accepted)
-    print(f"{counts.total()} spoilt texts are refused")
+        return "valid mutants:\n" + "\n".join(accepted)
+    print(f"{counts.total()} mutants are refused")
     return 0
 
 

@@ -1,17 +1,17 @@
-"""Chooses the schema of a record's XML and validates with xmllint. Shared by the tests of the schemas."""
+"""Chooses the schema for a record's XML and validates with xmllint. Shared by the schema tests."""
 import re
 import subprocess
 from pathlib import Path
 
 SCHEMAS = Path(__file__).resolve().parents[2] / "schemas"
 
-# The start tag of a text, and its Version. The library writes attributes in double quotes.
+# The start tag of the root, and its Version. The library writes attributes in double quotes.
 _ROOT = re.compile(r'\s*<([A-Za-z]+)([^<>]*)>')
 _VERSION = re.compile(r'\sVersion="([^"]*)"')
 
 
 class NoSchema(Exception):
-    """No schema describes such a text."""
+    """No schema for this XML."""
 
 
 def _number(version):
@@ -19,13 +19,13 @@ def _number(version):
 
 
 def _forms(root):
-    """The schemas of a record with versioned forms: lowest version, file; newest first."""
+    """The versioned schemas of a record as (lowest version, file), newest first."""
     names = (re.fullmatch(re.escape(root) + r"-(\d+\.\d+)\.xsd", path.name) for path in SCHEMAS.iterdir())
     return sorted(((_number(name[1]), SCHEMAS / name[0]) for name in names if name), reverse=True)
 
 
 def schema_of(text):
-    """The file named after the root element, or its form of the highest version not above the text's."""
+    """The schema named after the root element; of several, the newest that is not above the XML's version."""
     tag = _ROOT.match(text)
     if not tag:
         raise NoSchema("no start tag")
@@ -47,13 +47,13 @@ def schema_of(text):
 
 
 def read(path):
-    """The library's texts are in UTF-8; what the script host writes is in UTF-16 with a byte-order mark."""
+    """Golden files and compiled tests use UTF-8; the script host writes UTF-16 with a byte-order mark."""
     data = Path(path).read_bytes()
     return data.decode("utf-16" if data[:2] in (b"\xff\xfe", b"\xfe\xff") else "utf-8")
 
 
 def group_by_schema(paths):
-    """The files of each schema; a text without a schema raises NoSchema with the file's name."""
+    """Maps each schema to its files. Raises NoSchema with the name of a file without a schema."""
     groups = {}
     for path in paths:
         try:
@@ -64,7 +64,7 @@ def group_by_schema(paths):
 
 
 def failures(schema, paths):
-    """Validates files against one schema. Returns xmllint's messages for each file that is not valid."""
+    """Validates files against a schema. Maps each invalid file to xmllint's messages."""
     messages = {}
     names = [str(path) for path in paths]
     for start in range(0, len(names), 500):
@@ -73,7 +73,7 @@ def failures(schema, paths):
                              capture_output=True, encoding="utf-8", errors="replace", check=False)
         lines = run.stderr.splitlines()
         for name in chunk:
-            # What xmllint does not call valid is not.
+            # Anything that xmllint does not report as valid is invalid.
             if f"{name} validates" not in lines:
                 messages[name] = [line for line in lines if line.startswith(f"{name}:")] or lines[:5]
     return messages

@@ -1,5 +1,5 @@
-// The checks of the script tests. The runner puts this text before each JScript test and the call of
-// RunAndQuit behind it. A test file adds its tests, functions by name, to "tests".
+// Checks for the script tests. run_script.cmake puts this file before each JScript test and a call of RunAndQuit
+// after it. A test file adds its test functions to "tests", by name.
 var tests = {};
 var currentTest = "";
 var passedChecks = 0;
@@ -28,7 +28,7 @@ function checkContains(text, part) {
     check(text.indexOf(part) >= 0, "'" + part + "' is missing in " + text);
 }
 
-// action must fail with this HRESULT (unsigned) and, unless it is null, this description.
+// The action must fail with this HRESULT (unsigned) and, unless null, this description.
 function checkFails(action, expectedNumber, expectedDescription) {
     try {
         action();
@@ -44,7 +44,7 @@ function checkFails(action, expectedNumber, expectedDescription) {
     failed("the call should have failed");
 }
 
-// The XML of a record, which is also left where the test of the schemas looks for it.
+// The XML of a record. Also writes it to the folder of the schema test.
 function xmlOf(record) {
     var xml = record.Xml;
     var folder = new ActiveXObject("WScript.Shell").Environment("Process").Item("JOBOBJECTS_WRITTEN_XML");

@@ -1,6 +1,5 @@
-' The checks of the script tests. The runner puts this text before each VBScript test and the call of
-' RunAndQuit behind it. A test file defines RunTests, which calls the tests in turn; each test begins by
-' naming itself with Test.
+' Checks for the script tests. run_script.cmake puts this file before each VBScript test and a call of RunAndQuit
+' after it. A test file defines RunTests, which calls the tests; each test first sets its name with Test.
 Option Explicit
 
 Const E_FAIL = &H80004005
@@ -28,7 +27,7 @@ Sub Check(condition, message)
     If condition Then Passed Else Failed message
 End Sub
 
-' Equal values of one type: text "7" is not the number 7.
+' Compares value and type: the text "7" is not the number 7.
 Sub CheckEqual(actual, expected)
     If VarType(actual) <> VarType(expected) Then
         Failed "got a value of type " & VarType(actual) & ", expected type " & VarType(expected)
@@ -51,15 +50,14 @@ Sub CheckLacks(text, part)
     Check InStr(text, part) = 0, "'" & part & "' should not be in " & text
 End Sub
 
-' To be called under On Error Resume Next with Err.Number and Err.Description right after the call that must
-' fail.
+' Call it under On Error Resume Next with Err.Number and Err.Description, right after the call that must fail.
 Sub CheckError(number, description, expectedNumber, expectedDescription)
     Check number = expectedNumber, "error 0x" & Hex(number) & ", expected 0x" & Hex(expectedNumber)
     Check description = expectedDescription, _
         "got the description """ & description & """, expected """ & expectedDescription & """"
 End Sub
 
-' The XML of a record, which is also left where the test of the schemas looks for it.
+' The XML of a record. Also writes it to the folder of the schema test.
 Function XmlOf(record)
     XmlOf = record.Xml
     KeepForSchemas XmlOf

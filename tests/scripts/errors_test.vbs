@@ -1,4 +1,4 @@
-' What a script sees of a failure: the number and the text.
+' Failures as scripts see them: number and text.
 
 Const WRONG_LOG_TARGET = &H800710DD
 
@@ -12,10 +12,10 @@ Sub RunTests()
     Contents_records_without_their_root_report_an_invalid_fragment
     WindowsPrintInfo_without_its_root_fails_without_text
     CopyLines_item_out_of_range_is_an_invalid_argument
-    LogicalPrinter_destination_that_is_not_well_formed_is_refused
+    LogicalPrinter_malformed_destination_is_refused
     Device_job_without_contents_names_the_missing_element
-    Job_tells_the_failure_of_its_child
-    Failure_is_told_by_the_last_call_alone
+    Job_reports_the_failure_of_its_child
+    Failure_without_text_does_not_keep_the_previous_text
 End Sub
 
 Sub PrintJob_without_its_root_names_the_missing_element()
@@ -86,7 +86,7 @@ Sub Contents_records_without_their_root_report_an_invalid_fragment()
     CheckPutXmlFails "Corvane.JobContents", "<x/>", "[CJobContentsImpl::put_Xml] Invalid Xml fragment"
 End Sub
 
-' No error information: whatever text there is comes from the script engine.
+' Without error information, any text comes from the script engine.
 Sub WindowsPrintInfo_without_its_root_fails_without_text()
     Dim info
     Test "WindowsPrintInfo_without_its_root_fails_without_text"
@@ -110,9 +110,9 @@ Sub CopyLines_item_out_of_range_is_an_invalid_argument()
     CheckInvalidArgument Err.Number
 End Sub
 
-Sub LogicalPrinter_destination_that_is_not_well_formed_is_refused()
+Sub LogicalPrinter_malformed_destination_is_refused()
     Dim printer
-    Test "LogicalPrinter_destination_that_is_not_well_formed_is_refused"
+    Test "LogicalPrinter_malformed_destination_is_refused"
     Set printer = CreateObject("Corvane.LogicalPrinter")
     printer.Destination = "<a/>"
     On Error Resume Next
@@ -129,18 +129,17 @@ Sub Device_job_without_contents_names_the_missing_element()
     CheckPutXmlFails "Corvane.FaxJob", "<FaxJob Version=""4.0""/>", "JobContents element is missing."
 End Sub
 
-Sub Job_tells_the_failure_of_its_child()
-    Test "Job_tells_the_failure_of_its_child"
+Sub Job_reports_the_failure_of_its_child()
+    Test "Job_reports_the_failure_of_its_child"
     CheckPutXmlFails "Corvane.CopyJob", "<CopyJob Version=""4.0""><JobContents/></CopyJob>", _
         "[CJobContentsImpl::put_Xml] Invalid Xml fragment"
     CheckPutXmlFails "Corvane.PrintJob", "<PrintJob><JobContents/></PrintJob>", _
         "[CJobContentsImpl::put_Xml] Invalid Xml fragment"
 End Sub
 
-' A failure without a text of its own does not show an earlier one's.
-Sub Failure_is_told_by_the_last_call_alone()
+Sub Failure_without_text_does_not_keep_the_previous_text()
     Dim lines, line
-    Test "Failure_is_told_by_the_last_call_alone"
+    Test "Failure_without_text_does_not_keep_the_previous_text"
     Set lines = CreateObject("Corvane.CopyLines")
     On Error Resume Next
     lines.Xml = "<x/>"
@@ -163,7 +162,7 @@ Sub CheckPutXmlFails(progId, xml, message)
     CheckError Err.Number, Err.Description, E_FAIL, message
 End Sub
 
-' The script engine has a number of its own for E_INVALIDARG.
+' The script engine maps E_INVALIDARG to its own number.
 Sub CheckInvalidArgument(number)
     Const INVALID_PROCEDURE_CALL_OR_ARGUMENT = 5
     CheckLong number, INVALID_PROCEDURE_CALL_OR_ARGUMENT

@@ -1,7 +1,7 @@
-// JScript has no by-reference arguments: of the methods with several results it gets the returned one.
+// JScript has no by-reference arguments, so of several results it gets only the return value.
 var words = "A4,Hologram,Sparkle";
 
-tests.MatchAttributes_gives_the_unmatched_words_alone = function () {
+tests.MatchAttributes_returns_only_the_unmatched_words = function () {
     var contents = new ActiveXObject("Corvane.JobContents");
     var paper = "before";
     checkEqual(contents.MatchAttributes(words, paper, "", "", "", "", false), "Hologram,Sparkle");
@@ -9,7 +9,7 @@ tests.MatchAttributes_gives_the_unmatched_words_alone = function () {
     checkEqual(contents.MatchAttributes("A4,Duplex", "", "", "", "", "", false), "");
 };
 
-tests.DoAttributesMatch_gives_its_answer_alone = function () {
+tests.DoAttributesMatch_returns_only_its_result = function () {
     var contents = new ActiveXObject("Corvane.JobContents");
     checkEqual(contents.DoAttributesMatch(words, ""), false);
     checkEqual(contents.DoAttributesMatch("A4,Duplex", ""), true);

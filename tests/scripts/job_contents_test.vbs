@@ -1,4 +1,4 @@
-' Job contents and copy lines with the catalogue that is delivered with the library.
+' Job contents and copy lines with the delivered catalogue.
 
 Sub RunTests()
     New_is_empty
@@ -8,28 +8,28 @@ Sub RunTests()
     Report_with_several_paper_sizes_becomes_ordered_lines
     Report_lines_on_the_same_paper_are_merged
     Report_can_be_read_without_colour_words
-    Word_of_another_case_takes_the_catalogues_wording
-    Word_that_is_unknown_is_ignored
-    Default_page_attributes_can_be_left_out
+    Word_in_another_case_takes_the_catalogue_spelling
+    Unknown_word_is_ignored
+    Default_page_attributes_can_be_switched_off
     Database_text_reads_back
-    Database_text_with_invalid_pieces_skips_them
+    Database_text_skips_invalid_entries
     Database_text_stores_blank_pages_as_black_and_white
     JobCopyLines_is_a_copy
     Item_is_a_copy
     CopyLines_are_merged_by_paper_size
     CopyLine_has_derived_values
     CopyLine_in_the_older_form_is_read
-    Xml_is_read_as_it_was_written
-    IsPdlEMF_looks_for_capital_letters
-    Typed_results_do_not_fit_a_scripts_arguments
-    Unknown_words_are_found_by_their_codes
+    Xml_reads_back_unchanged
+    IsPdlEMF_is_case_sensitive
+    Typed_out_parameters_reject_script_variables
+    Unknown_words_have_no_codes
 End Sub
 
 Function NewContents()
     Set NewContents = CreateObject("Corvane.JobContents")
 End Function
 
-' A line per copy line: paper, attributes, sheets, black-and-white, colour and blank pages.
+' Expects "paper attributes sheets black-and-white colour blank".
 Sub CheckLine(contents, index, expected)
     Dim line
     Set line = contents.JobCopyLines.Item(index)
@@ -67,8 +67,8 @@ Sub Report_on_one_paper_size_becomes_one_line()
     CheckLong contents.TotalPagesBW, 24
     CheckLong contents.TotalPagesColor, 0
     CheckEqual contents.ContainsDuplex, True
-    Check contents.DBPdl > 0, "PostScript should have a code"
-    Check contents.DBFinishing > 0, "Staple should have a code"
+    Check contents.DBPdl > 0, "PostScript has no code"
+    Check contents.DBFinishing > 0, "Staple has no code"
 End Sub
 
 Sub Report_in_colour_counts_colour_pages()
@@ -124,9 +124,9 @@ Sub Report_can_be_read_without_colour_words()
     CheckEqual contents.GenerateGeneralContentsFromPageCounterInfo("A4,Simplex,B&W", 1, 1, True), "Simplex"
 End Sub
 
-Sub Word_of_another_case_takes_the_catalogues_wording()
+Sub Word_in_another_case_takes_the_catalogue_spelling()
     Dim contents
-    Test "Word_of_another_case_takes_the_catalogues_wording"
+    Test "Word_in_another_case_takes_the_catalogue_spelling"
     Set contents = NewContents()
     contents.GenerateContentsFromPageCounterInfo "A4,DUPLEX,b&w,postscript,STAPLE", 1, 1, 2, 1
     CheckLine contents, 0, "A4 Duplex,B&W 1 2 0 0"
@@ -134,17 +134,17 @@ Sub Word_of_another_case_takes_the_catalogues_wording()
     CheckEqual contents.JobFinishing, "Staple"
 End Sub
 
-Sub Word_that_is_unknown_is_ignored()
+Sub Unknown_word_is_ignored()
     Dim contents
-    Test "Word_that_is_unknown_is_ignored"
+    Test "Unknown_word_is_ignored"
     Set contents = NewContents()
     contents.GenerateContentsFromPageCounterInfo "Glitter,A3,Duplex,B&W", 1, 1, 2, 1
     CheckLine contents, 0, "A3 Duplex,B&W 1 2 0 0"
 End Sub
 
-Sub Default_page_attributes_can_be_left_out()
+Sub Default_page_attributes_can_be_switched_off()
     Dim contents
-    Test "Default_page_attributes_can_be_left_out"
+    Test "Default_page_attributes_can_be_switched_off"
     Set contents = NewContents()
     contents.GenerateDefaultPageAttributes = False
     CheckEqual contents.GenerateGeneralContentsFromPageCounterInfo("A4,Duplex", 1, 1, False), "Duplex"
@@ -174,9 +174,9 @@ Sub Database_text_reads_back()
     CheckEqual read.JobFinishing, "Staple"
 End Sub
 
-Sub Database_text_with_invalid_pieces_skips_them()
+Sub Database_text_skips_invalid_entries()
     Dim contents
-    Test "Database_text_with_invalid_pieces_skips_them"
+    Test "Database_text_skips_invalid_entries"
     Set contents = NewContents()
     contents.GenerateContentsFromDBInfo "0,1,1,1,1;1,1,1,1,0;;0x1,5,0,0,1", 1, 1, 1, 0
     CheckLong contents.JobCopyLines.Count, 1
@@ -252,7 +252,7 @@ Sub CopyLine_has_derived_values()
     line.Attributes = "duplex"
     CheckEqual line.IsDuplex, False
     line.PaperSize = "a4"
-    Check line.DBPaperSize > 0, "a4 should have a code"
+    Check line.DBPaperSize > 0, "a4 has no code"
     line.PaperSize = "Tablecloth"
     CheckLong line.DBPaperSize, 0
 End Sub
@@ -270,9 +270,9 @@ Sub CopyLine_in_the_older_form_is_read()
     CheckLong line.PagesColor, 5
 End Sub
 
-Sub Xml_is_read_as_it_was_written()
+Sub Xml_reads_back_unchanged()
     Dim written, read
-    Test "Xml_is_read_as_it_was_written"
+    Test "Xml_reads_back_unchanged"
     Set written = NewContents()
     written.GenerateContentsFromPageCounterInfo "A4,Duplex,B&W,PostScript,Staple", 12, 2, 24, 12
     Set read = NewContents()
@@ -284,9 +284,9 @@ Sub Xml_is_read_as_it_was_written()
     CheckLong read.JobOriginals, 0
 End Sub
 
-Sub IsPdlEMF_looks_for_capital_letters()
+Sub IsPdlEMF_is_case_sensitive()
     Dim contents
-    Test "IsPdlEMF_looks_for_capital_letters"
+    Test "IsPdlEMF_is_case_sensitive"
     Set contents = NewContents()
     CheckEqual contents.IsPdlEMF, False
     contents.JobPdl = "NT EMF 1.008"
@@ -295,9 +295,9 @@ Sub IsPdlEMF_looks_for_capital_letters()
     CheckEqual contents.IsPdlEMF, False
 End Sub
 
-Sub Typed_results_do_not_fit_a_scripts_arguments()
+Sub Typed_out_parameters_reject_script_variables()
     Dim contents, paper, dimensions, pdl, finishing, page, colour, left
-    Test "Typed_results_do_not_fit_a_scripts_arguments"
+    Test "Typed_out_parameters_reject_script_variables"
     Set contents = NewContents()
     On Error Resume Next
     left = contents.MatchAttributes("A4,Hologram", paper, dimensions, pdl, finishing, page, colour)
@@ -308,9 +308,9 @@ Sub Typed_results_do_not_fit_a_scripts_arguments()
     Err.Clear
 End Sub
 
-Sub Unknown_words_are_found_by_their_codes()
+Sub Unknown_words_have_no_codes()
     Dim line, contents, defaultPdl
-    Test "Unknown_words_are_found_by_their_codes"
+    Test "Unknown_words_have_no_codes"
     Set line = CreateObject("Corvane.CopyLine")
     line.PaperSize = "Hologram"
     CheckEqual line.DBPaperSize, CLng(0)

@@ -1,16 +1,15 @@
-' What every client that binds by name relies on: the programmatic identifiers, names without regard to case,
-' and properties that can only be read.
+' Late binding: ProgIDs, case-insensitive names, read-only properties, conversion of values.
 
 Sub RunTests()
-    Create_by_both_identifiers_gives_the_class
+    Create_by_both_progids_returns_the_class
     Member_names_ignore_case
     Put_of_a_read_only_property_fails
     Call_of_an_unknown_member_fails
     Put_converts_the_value
 End Sub
 
-Sub Create_by_both_identifiers_gives_the_class()
-    Test "Create_by_both_identifiers_gives_the_class"
+Sub Create_by_both_progids_returns_the_class()
+    Test "Create_by_both_progids_returns_the_class"
     CheckClass "PrintJob", "<PrintJob "
     CheckClass "CopyJob", "<CopyJob "
     CheckClass "ScanJob", "<ScanJob "
@@ -61,7 +60,7 @@ Sub Call_of_an_unknown_member_fails()
     CheckUnknownMember Err.Number
 End Sub
 
-' The description of this error is the script engine's own, in the user's language.
+' Only the number: the description comes from the script engine, in the user's language.
 Sub CheckUnknownMember(number)
     Check number = 438, "got error " & number & ", expected 438"
     Err.Clear

@@ -1,11 +1,11 @@
 Sub RunTests()
     New_has_its_defaults
-    Violations_are_ordered_and_kept_once
-    Violation_that_is_negative_is_ignored
+    Violations_are_sorted_without_duplicates
+    Negative_violation_is_ignored
     Violation_can_be_removed_and_all_cleared
     InformOnlyViolations_compares_the_exact_action
-    Xml_holds_what_differs_from_the_defaults
-    Xml_is_read_as_it_was_written
+    Xml_contains_only_non_default_values
+    Xml_reads_back_unchanged
     HasRules_is_read_from_its_attribute
 End Sub
 
@@ -32,9 +32,9 @@ Sub New_has_its_defaults()
     CheckLacks xml, "RuleViolations"
 End Sub
 
-Sub Violations_are_ordered_and_kept_once()
+Sub Violations_are_sorted_without_duplicates()
     Dim policy
-    Test "Violations_are_ordered_and_kept_once"
+    Test "Violations_are_sorted_without_duplicates"
     Set policy = NewPolicy()
     policy.AddRuleViolation 9, "Inform"
     policy.AddRuleViolation 2, "Block"
@@ -49,9 +49,9 @@ Sub Violations_are_ordered_and_kept_once()
         "<Rule TriggerId=""5"" Action=""Inform""/><Rule TriggerId=""9"" Action=""Inform""/></RuleViolations>"
 End Sub
 
-Sub Violation_that_is_negative_is_ignored()
+Sub Negative_violation_is_ignored()
     Dim policy
-    Test "Violation_that_is_negative_is_ignored"
+    Test "Negative_violation_is_ignored"
     Set policy = NewPolicy()
     policy.AddRuleViolation -1, "Inform"
     CheckEqual policy.PolicyViolated, False
@@ -82,9 +82,9 @@ Sub InformOnlyViolations_compares_the_exact_action()
     CheckEqual policy.InformOnlyViolations, False
 End Sub
 
-Sub Xml_holds_what_differs_from_the_defaults()
+Sub Xml_contains_only_non_default_values()
     Dim policy
-    Test "Xml_holds_what_differs_from_the_defaults"
+    Test "Xml_contains_only_non_default_values"
     Set policy = NewPolicy()
     policy.PolicyId = 17
     policy.HasRules = False
@@ -94,9 +94,9 @@ Sub Xml_holds_what_differs_from_the_defaults()
         "<PolicyName>Office &amp; archive</PolicyName><Cancelled>true</Cancelled></PolicyResults>"
 End Sub
 
-Sub Xml_is_read_as_it_was_written()
+Sub Xml_reads_back_unchanged()
     Dim policy, copy
-    Test "Xml_is_read_as_it_was_written"
+    Test "Xml_reads_back_unchanged"
     Set policy = NewPolicy()
     policy.PolicyId = 17
     policy.HasRules = False

@@ -20,7 +20,7 @@ tests.New_has_its_defaults = function () {
     checkEqual(job.PolicyResults, null);
 };
 
-tests.Properties_read_back_and_travel_in_Xml = function () {
+tests.Properties_read_back_and_round_trip_through_Xml = function () {
     var job = newJob();
     job.UserName = "a.berg";
     job.JobSize = 1843200;
@@ -38,13 +38,13 @@ tests.Properties_read_back_and_travel_in_Xml = function () {
     checkEqual(copy.DeviceId, 42);
 };
 
-tests.JobTimeLocal_takes_text = function () {
+tests.JobTimeLocal_accepts_text = function () {
     var job = newJob();
     job.JobTimeLocal = "2010-03-04 05:06:07";
     checkContains(xmlOf(job), "<JobTimeLocal>2010-03-04T05:06:07</JobTimeLocal>");
 };
 
-tests.Text_beyond_ASCII_travels_in_Xml = function () {
+tests.Text_beyond_ASCII_round_trips_through_Xml = function () {
     var name = "\u00dcbersicht \u03a9 \u65e5\u672c \ud83d\ude00";
     var job = newJob();
     job.JobName = name;
@@ -52,7 +52,7 @@ tests.Text_beyond_ASCII_travels_in_Xml = function () {
     checkEqual(reread(job).JobName, name);
 };
 
-tests.Long_text_travels_in_Xml = function () {
+tests.Long_text_round_trips_through_Xml = function () {
     var name = "x";
     while (name.length < 100000) {
         name += name;
@@ -62,7 +62,7 @@ tests.Long_text_travels_in_Xml = function () {
     checkEqual(reread(job).JobName, name);
 };
 
-tests.Children_are_put_and_travel_in_Xml = function () {
+tests.Children_are_put_and_round_trip_through_Xml = function () {
     var info = new ActiveXObject("Corvane.WindowsPrintInfo");
     info.DevModeFormName = "A4";
     var policy = new ActiveXObject("Corvane.PolicyResults");

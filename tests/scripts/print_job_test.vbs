@@ -1,21 +1,21 @@
 Sub RunTests()
     New_has_its_defaults
-    New_is_stamped_with_the_current_time
+    New_has_the_current_time
     New_writes_its_form
-    Properties_read_back_and_travel_in_Xml
-    Times_travel_in_Xml
-    Text_with_markup_characters_travels_in_Xml
-    Log_target_follows_the_property_that_was_put_last
-    Log_target_travels_in_Xml
-    Toner_with_coverage_alone_reads_saving_as_0
-    JobSize_that_is_negative_in_Xml_reads_as_0
-    Version_that_is_missing_reads_as_the_lowest_kept
-    Older_version_is_kept_and_leaves_out_newer_elements
+    Properties_read_back_and_round_trip_through_Xml
+    Times_round_trip_through_Xml
+    Text_with_markup_characters_round_trips_through_Xml
+    Log_target_follows_the_last_property_put
+    Log_target_round_trips_through_Xml
+    Toner_with_coverage_only_reads_saving_as_0
+    JobSize_negative_in_Xml_reads_as_0
+    Version_missing_or_older_reads_as_the_lowest_supported
+    Older_version_is_kept_and_omits_newer_elements
     JobContents_is_the_held_child
-    Optional_children_come_and_go
-    Children_travel_in_Xml
-    PageCounterInfoXml_holds_message_and_result
-    DeviceJobs_travel_in_Xml
+    Optional_children_can_be_put_and_cleared
+    Children_round_trip_through_Xml
+    PageCounterInfoXml_contains_message_and_result
+    DeviceJobs_round_trip_through_Xml
 End Sub
 
 Function NewJob()
@@ -46,15 +46,15 @@ Sub New_has_its_defaults()
     CheckEqual job.FromSystemUser, False
     CheckLong job.TonerCoverage, -1
     CheckLong job.TonerSaving, -1
-    Check Not job.JobContents Is Nothing, "a new job should have contents"
-    Check job.PageCounterJobContents Is Nothing, "a new job should have no page counter contents"
-    Check job.WindowsPrintInfo Is Nothing, "a new job should have no print info"
-    Check job.PolicyResults Is Nothing, "a new job should have no policy results"
+    Check Not job.JobContents Is Nothing, "a new job has no contents"
+    Check job.PageCounterJobContents Is Nothing, "a new job has page counter contents"
+    Check job.WindowsPrintInfo Is Nothing, "a new job has print info"
+    Check job.PolicyResults Is Nothing, "a new job has policy results"
 End Sub
 
-Sub New_is_stamped_with_the_current_time()
+Sub New_has_the_current_time()
     Dim before, job, after
-    Test "New_is_stamped_with_the_current_time"
+    Test "New_has_the_current_time"
     Const ONE_SECOND = 0.0000116
     before = Now
     Set job = NewJob()
@@ -79,9 +79,9 @@ Sub New_writes_its_form()
     CheckEqual Right(xml, 11), "</PrintJob>"
 End Sub
 
-Sub Properties_read_back_and_travel_in_Xml()
+Sub Properties_read_back_and_round_trip_through_Xml()
     Dim job
-    Test "Properties_read_back_and_travel_in_Xml"
+    Test "Properties_read_back_and_round_trip_through_Xml"
     Set job = NewJob()
     job.JobGuid = "{11111111-2222-3333-4444-555555555555}"
     job.CustomerCode = "C-100"
@@ -130,9 +130,9 @@ Sub CheckProperties(job)
     CheckLong job.JobContentsDiscardCount, 5
 End Sub
 
-Sub Times_travel_in_Xml()
+Sub Times_round_trip_through_Xml()
     Dim job
-    Test "Times_travel_in_Xml"
+    Test "Times_round_trip_through_Xml"
     Set job = NewJob()
     job.JobTimeLocal = DateSerial(2010, 3, 4) + TimeSerial(5, 6, 7)
     job.JobTimeLocalMsec = 89
@@ -145,9 +145,9 @@ Sub Times_travel_in_Xml()
     CheckEqual CStr(job.JobTimeUtc), CStr(DateSerial(2010, 3, 4) + TimeSerial(4, 6, 7))
 End Sub
 
-Sub Text_with_markup_characters_travels_in_Xml()
+Sub Text_with_markup_characters_round_trips_through_Xml()
     Dim job, name
-    Test "Text_with_markup_characters_travels_in_Xml"
+    Test "Text_with_markup_characters_round_trips_through_Xml"
     name = "Offer <draft> & ""notes"" 'v2' ]]> .txt"
     Set job = NewJob()
     job.JobName = name
@@ -155,9 +155,9 @@ Sub Text_with_markup_characters_travels_in_Xml()
     CheckEqual RereadJob(job).JobName, name
 End Sub
 
-Sub Log_target_follows_the_property_that_was_put_last()
+Sub Log_target_follows_the_last_property_put()
     Dim job
-    Test "Log_target_follows_the_property_that_was_put_last"
+    Test "Log_target_follows_the_last_property_put"
     Set job = NewJob()
     job.DeviceId = 42
     CheckLong job.LogTargetType, 2
@@ -172,9 +172,9 @@ Sub Log_target_follows_the_property_that_was_put_last()
     CheckLong job.LogTargetType, 0
 End Sub
 
-Sub Log_target_travels_in_Xml()
+Sub Log_target_round_trips_through_Xml()
     Dim job
-    Test "Log_target_travels_in_Xml"
+    Test "Log_target_round_trips_through_Xml"
     Set job = NewJob()
     job.DeviceAddress = "192.0.2.17"
     CheckContains XmlOf(job), "<LogTarget Type=""DeviceAddress"">192.0.2.17</LogTarget>"
@@ -185,27 +185,27 @@ Sub Log_target_travels_in_Xml()
     CheckLong job.DeviceId, 16
 End Sub
 
-Sub Toner_with_coverage_alone_reads_saving_as_0()
+Sub Toner_with_coverage_only_reads_saving_as_0()
     Dim job
-    Test "Toner_with_coverage_alone_reads_saving_as_0"
+    Test "Toner_with_coverage_only_reads_saving_as_0"
     Set job = NewJob()
     job.Xml = "<PrintJob Version=""7.26""><Toner><Coverage>12</Coverage></Toner></PrintJob>"
     CheckLong job.TonerCoverage, 12
     CheckLong job.TonerSaving, 0
 End Sub
 
-Sub JobSize_that_is_negative_in_Xml_reads_as_0()
+Sub JobSize_negative_in_Xml_reads_as_0()
     Dim job
-    Test "JobSize_that_is_negative_in_Xml_reads_as_0"
+    Test "JobSize_negative_in_Xml_reads_as_0"
     Set job = NewJob()
     job.JobSize = 7
     job.Xml = "<PrintJob Version=""7.26""><JobSize>-5</JobSize></PrintJob>"
     CheckLong job.JobSize, 0
 End Sub
 
-Sub Version_that_is_missing_reads_as_the_lowest_kept()
+Sub Version_missing_or_older_reads_as_the_lowest_supported()
     Dim job
-    Test "Version_that_is_missing_reads_as_the_lowest_kept"
+    Test "Version_missing_or_older_reads_as_the_lowest_supported"
     Set job = NewJob()
     job.Xml = "<PrintJob/>"
     CheckEqual job.Version, "3.5"
@@ -215,9 +215,9 @@ Sub Version_that_is_missing_reads_as_the_lowest_kept()
     CheckEqual job.Version, "4.2"
 End Sub
 
-Sub Older_version_is_kept_and_leaves_out_newer_elements()
+Sub Older_version_is_kept_and_omits_newer_elements()
     Dim job, xml
-    Test "Older_version_is_kept_and_leaves_out_newer_elements"
+    Test "Older_version_is_kept_and_omits_newer_elements"
     Set job = NewJob()
     job.Xml = "<PrintJob Version=""4.1""><LogicalPrinterGuid>{A}</LogicalPrinterGuid></PrintJob>"
     CheckEqual job.Version, "4.1"
@@ -245,9 +245,9 @@ Sub JobContents_is_the_held_child()
     CheckLong job.JobContents.JobOriginals, 6
 End Sub
 
-Sub Optional_children_come_and_go()
+Sub Optional_children_can_be_put_and_cleared()
     Dim job
-    Test "Optional_children_come_and_go"
+    Test "Optional_children_can_be_put_and_cleared"
     Set job = NewJob()
     job.WindowsPrintInfo = CreateObject("Corvane.WindowsPrintInfo")
     job.PolicyResults = CreateObject("Corvane.PolicyResults")
@@ -263,9 +263,9 @@ Sub Optional_children_come_and_go()
     Check job.PageCounterJobContents Is Nothing, "the page counter contents were not cleared"
 End Sub
 
-Sub Children_travel_in_Xml()
+Sub Children_round_trip_through_Xml()
     Dim job, info, policy, counted
-    Test "Children_travel_in_Xml"
+    Test "Children_round_trip_through_Xml"
     Set info = CreateObject("Corvane.WindowsPrintInfo")
     info.DevModeFormName = "A4"
     Set policy = CreateObject("Corvane.PolicyResults")
@@ -285,9 +285,9 @@ Sub Children_travel_in_Xml()
     CheckLong job.PageCounterJobContents.JobCopies, 3
 End Sub
 
-Sub PageCounterInfoXml_holds_message_and_result()
+Sub PageCounterInfoXml_contains_message_and_result()
     Dim job
-    Test "PageCounterInfoXml_holds_message_and_result"
+    Test "PageCounterInfoXml_contains_message_and_result"
     Set job = NewJob()
     job.PageCounterErrorMessage = "no such file"
     job.PageCounterResult = "failed"
@@ -299,9 +299,9 @@ Sub PageCounterInfoXml_holds_message_and_result()
     CheckEqual job.PageCounterResult, "failed"
 End Sub
 
-Sub DeviceJobs_travel_in_Xml()
+Sub DeviceJobs_round_trip_through_Xml()
     Dim job
-    Test "DeviceJobs_travel_in_Xml"
+    Test "DeviceJobs_round_trip_through_Xml"
     Set job = CreateObject("Corvane.CopyJob")
     job.DeviceId = 42
     job.IdentifierData = "card 17"

@@ -2,8 +2,9 @@
 #
 #   cmake -DEMULATOR=<command or empty> -DSCRIPT=<test.vbs or test.js> -P run_script.cmake
 #
-# A test passes if its last line is "PASSED <n> checks" and it returns 7, which nothing else returns. The script
-# languages have no include, so the checks (assert.vbs, assert.js) and the test are combined in the current folder.
+# A test passes if its last line is "PASSED <n> checks" and its exit code is 7, which the script host never returns
+# itself. The script languages have no include, so the test and the checks (assert.vbs, assert.js) are joined into one
+# file in the current folder.
 get_filename_component(name "${SCRIPT}" NAME)
 get_filename_component(extension "${SCRIPT}" LAST_EXT)
 file(READ "${CMAKE_CURRENT_LIST_DIR}/assert${extension}" asserts)

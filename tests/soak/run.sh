@@ -34,7 +34,7 @@ run soak/soak_tests.exe Xml_of_every_class_survives_damaged_documents "$@"
 run soak/soak_tests.exe Invoke_of_every_class_survives_any_arguments "$@"
 run com/unload_tests.exe Unloading_after_use_and_a_failing_call_leaves_nothing_behind "$@"
 run soak/soak_tests.exe Objects_of_every_class_are_created_and_released_without_growth "$@"
-run reach/reach_tests.exe Eight_stas_with_their_own_objects_do_not_disturb_each_other "$@"
+run reach/reach_tests.exe Eight_parallel_stas_with_separate_objects_do_not_interfere "$@"
 run soak/soak_tests.exe \
     Sixty_four_threads_at_first_use_get_the_same_class_objects_and_a_complete_catalogue "$@"
 run log/log_tests.exe Log_file_of_eight_processes_with_rotation_keeps_every_line_once "$@"

@@ -1,6 +1,6 @@
 @echo off
-rem The states of an installation, one after the other, in a registry of their own. Arguments: the tool, and a folder
-rem that holds the library alone.
+rem Checks the states of an installation in turn. Needs its own registry. Arguments: the tool, and a folder that
+rem contains only the library.
 echo == not registered
 %1 check
 echo exit %ERRORLEVEL%

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs check.cmd in a Wine prefix of its own and compares what the tool says about each state with check.txt.
+"""Runs check.cmd in a new Wine prefix and compares the tool's output for each state with check.txt.
 
     check_test.py PREFIX TOOL LIBRARY [--write]
 """
@@ -25,7 +25,7 @@ def main(prefix, tool, library, *options):
     run = subprocess.run([HERE / "../reach/run_isolated.sh", prefix, "no", "cmd", "/c", "check.cmd", windows(tool),
                           windows(folder)], cwd=HERE, capture_output=True, timeout=170, check=False)
     text = run.stdout.decode("utf-8").replace("\r", "").replace(windows(folder), "FOLDER")
-    # Wine speaks first. The version changes with every release.
+    # Skip Wine's own output and the version, which changes with every release.
     text = text[max(text.find("== "), 0):]
     lines = [line for line in text.splitlines() if not line.startswith("Version ")]
     expected = HERE / "check.txt"
@@ -36,7 +36,7 @@ def main(prefix, tool, library, *options):
         actual.write_text("\n".join(lines) + "\n", encoding="utf-8")
         subprocess.run(["diff", "-u", expected, actual], check=False)
         sys.stdout.write(run.stderr.decode("utf-8", "replace"))
-        return "the tool says something else"
+        return "the output differs"
     return 0
 
 

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Runs the commands of a transcript and compares what they print and return with what stands there.
+"""Runs the commands of a transcript and compares their output and exit codes with it.
 
     run_transcript.py TRANSCRIPT [--write] PROGRAM...
 
-A command is a line "$ jobobjects ARGUMENT..."; its output follows, lines of the error output marked with "! ",
-then "exit CODE". In an expected line " * " stands for any text, such as the system's own words. Commands run in the
-transcript's folder, where "*" in an argument stands for files. --write writes what they do into the file.
+A command is a line "$ jobobjects ARGUMENT...". Its output follows, with "! " before lines of the error output, then
+"exit CODE". In an expected line " * " matches any text, such as a system message. Commands run in the transcript's
+folder; "*" in an argument matches files there. --write updates the transcript.
 """
 import re
 import shlex
@@ -37,7 +37,7 @@ def main(path, *program):
     expected = transcript.read_text(encoding="utf-8").splitlines()
     commands = [line for line in expected if line.startswith("$ jobobjects")]
     if not commands:
-        return f"{path} holds no command"
+        return f"{path} contains no command"
     write = program[0] == "--write"
     actual = [line for command in commands for line in run(command, program[write:], transcript.resolve().parent)]
     if write:
@@ -46,8 +46,8 @@ def main(path, *program):
         transcript = Path(transcript.name).with_suffix(".actual")
         transcript.write_text("\n".join(actual) + "\n", encoding="utf-8")
         subprocess.run(["diff", "-u", path, transcript], check=False)
-        return f"{path}: the tool does something else"
-    print(f"{len(commands)} commands do what {Path(path).name} tells")
+        return f"{path}: the output differs"
+    print(f"{len(commands)} commands match {Path(path).name}")
     return 0
 
 

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Holds what the documents say of errors to the system's header and to the tests.
+"""Checks the errors in the documents against the Windows header and the tests.
 
     documented_errors.py WINERROR.H
 
-Every name of an HRESULT that stands beside a number has the number of the header, and every text that docs/errors.md
-lists for E_FAIL is one that a test expects.
+Each HRESULT name with a number must have the header's number. Each E_FAIL text in docs/errors.md must be expected by a
+test.
 """
 
 import re
@@ -33,7 +33,7 @@ def wrong_numbers(values):
             elif name not in values and name != "RPC_S_SERVER_UNAVAILABLE":  # a Win32 error in an HRESULT
                 yield f"{page.name}: the header has no {name}"
     if count < 20:
-        yield f"only {count} HRESULTs with their numbers were found in the documents"
+        yield f"only {count} HRESULTs with numbers found in the documents"
 
 
 def untested_texts():
@@ -44,7 +44,7 @@ def untested_texts():
                       if p.suffix in (".vbs", ".js", ".cpp"))
     expected = [t if " " in t else f"{t} element is missing." for t in texts]
     if len(expected) < 10:
-        yield "the table of texts in errors.md was not found"
+        yield "table of texts in errors.md not found"
     yield from (f"errors.md: no test expects '{text}'" for text in expected if text not in tests)
 
 

@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""Fails if the folders of the sources include each other in a circle: whatever a folder includes must not lead
-back to it. Prints each arrow of a circle with the includes that draw it.
+"""Fails if source folders include each other in a cycle. Prints each dependency of a cycle with its includes.
 
     include_circles.py ROOT
 """
@@ -13,7 +12,7 @@ FOLDERS = ("JobObjects", "common", "runtime", "tools")
 
 
 def targets(root, source):
-    """The files of the tree that a source includes."""
+    """The files of this tree that a source includes."""
     for name in re.findall(r'^\s*#include "([^"]+)"', source.read_text(encoding="utf-8"), re.MULTILINE):
         for folder in (source.parent, root):
             target = (folder / name).resolve()
@@ -22,8 +21,8 @@ def targets(root, source):
                 break
 
 
-def arrows(root):
-    """From folder to folder: the includes that lead there."""
+def dependencies(root):
+    """Maps (folder, included folder) to the includes."""
     found = collections.defaultdict(list)
     sources = [file for folder in FOLDERS for file in sorted((root / folder).rglob("*"))
                if file.suffix in (".h", ".cpp")]
@@ -49,15 +48,15 @@ def reachable(start, found):
 
 def main():
     root = pathlib.Path(sys.argv[1]).resolve()
-    found = arrows(root)
-    circular = [arrow for arrow in found if arrow[0] in reachable(arrow[1], found)]
+    found = dependencies(root)
+    circular = [each for each in found if each[0] in reachable(each[1], found)]
     for here, there in circular:
         print(f"{here.relative_to(root)} -> {there.relative_to(root)}")
         for source, target in found[here, there]:
             print(f"    {source.relative_to(root)} includes {target.relative_to(root)}")
     if circular:
-        sys.exit(f"{len(circular)} arrows between folders lead back to where they start")
-    print(f"{len(found)} arrows between folders, none of them part of a circle")
+        sys.exit(f"{len(circular)} circular dependencies between folders")
+    print(f"{len(found)} dependencies between folders, none circular")
 
 
 main()

@@ -1,4 +1,5 @@
-// Uses a class by a smart pointer and another by its identifiers, and prints what it read back.
+// Uses one class through smart pointers and one through its identifiers, and prints a value that it read
+// back.
 #include <JobObjects.h>
 #include <JobObjectsPtr.h>
 
