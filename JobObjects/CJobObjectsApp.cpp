@@ -13,7 +13,7 @@ bool CJobObjectsApp::InitInstance(HINSTANCE instance) noexcept {
         ConfigureLog(registryRoot.c_str(), HKEY_LOCAL_MACHINE, KEY_READ,
                      LoadResourceString(StringLogSourceName));
     } catch (...) {
-        // Without memory for the log's settings the library works unlogged.
+        // Out of memory: the library works without a log.
     }
     return true;
 }
