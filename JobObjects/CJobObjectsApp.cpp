@@ -21,5 +21,5 @@ bool CJobObjectsApp::InitInstance(HINSTANCE instance) noexcept {
 void CJobObjectsApp::ExitInstance() noexcept {
     TheModule().Terminate();
     TheCatalogue().Unload();
-    QxLogger::Instance().Close(); // last: the others may log
+    QxLogger::Instance().Close(); // last: the calls above may log
 }

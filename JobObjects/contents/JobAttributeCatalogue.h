@@ -17,7 +17,7 @@
 struct CatalogueEntry {
     std::uint32_t dbId = 0; ///< a bit for page attributes and finishing options, a plain value for PDLs
     bool isDefault = false;
-    QxString name; ///< as the file writes it
+    QxString name; ///< as spelled in the file
 };
 
 /// Two page-attribute words that exclude each other, such as "Simplex" and "Duplex".
@@ -75,7 +75,7 @@ struct CatalogueTables {
 /// errors: they are logged and give 0, an empty text or the default entry. Thread-safe.
 class JobAttributeCatalogue {
 public:
-    /// A paper as a record keeps it.
+    /// A paper as stored in records.
     struct Paper {
         QxString name;
         QxString dimensions;

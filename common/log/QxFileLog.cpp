@@ -40,7 +40,7 @@ void QxFileLog::Write(std::wstring_view text) noexcept {
     }
 }
 
-/// On failure the reason is the last error.
+/// Sets the last error on failure.
 bool QxFileLog::WriteLines(std::wstring_view lines) {
     if (!Open())
         return false;
@@ -58,7 +58,7 @@ bool QxFileLog::WriteLines(std::wstring_view lines) {
     return written;
 }
 
-/// On failure the reason is the last error.
+/// Sets the last error on failure.
 bool QxFileLog::Open() {
     const DWORD start = GetTickCount();
     bool again = true; // a rename may end between the open and the check of the mark
@@ -80,7 +80,7 @@ bool QxFileLog::Open() {
     return m_file != nullptr;
 }
 
-/// On failure the reason is the last error.
+/// Sets the last error on failure.
 bool QxFileLog::Append(std::wstring_view lines) noexcept {
     LARGE_INTEGER end{};
     if (!SetFilePointerEx(m_file.get(), LARGE_INTEGER{}, &end, FILE_END))

@@ -89,7 +89,7 @@ void QxLogger::LogText(std::uint32_t category, std::wstring_view text) noexcept 
     try {
         Write(category, LogTypeError, text, {});
     } catch (...) {
-        // As in LogV.
+        // Out of memory: the line is lost.
     }
 }
 

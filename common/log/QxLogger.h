@@ -39,7 +39,7 @@ void LogError(const wchar_t* format, ...) noexcept;
 void LogErrorData(std::uint32_t category, const wchar_t* prefix, const void* bytes, std::size_t length,
                   const wchar_t* format, ...) noexcept;
 
-/// The log's configurable values, as the registry holds them.
+/// The log's settings, as in the registry.
 struct LogSettings {
     /// Bits of filters.
     enum Filter : std::uint32_t { ByCategory = 1, ByType = 2 };
