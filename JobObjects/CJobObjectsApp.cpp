@@ -13,7 +13,7 @@ bool CJobObjectsApp::InitInstance(HINSTANCE instance) noexcept {
         ConfigureLog(registryRoot.c_str(), HKEY_LOCAL_MACHINE, KEY_READ,
                      LoadResourceString(StringLogSourceName));
     } catch (...) {
-        // Without memory for the log's settings the library works unlogged.
+        // Out of memory: the library works without a log.
     }
     return true;
 }
@@ -21,5 +21,5 @@ bool CJobObjectsApp::InitInstance(HINSTANCE instance) noexcept {
 void CJobObjectsApp::ExitInstance() noexcept {
     TheModule().Terminate();
     TheCatalogue().Unload();
-    QxLogger::Instance().Close(); // last: the others may log
+    QxLogger::Instance().Close(); // last: the calls above may log
 }

@@ -2,13 +2,13 @@
 
 #include <windows.h>
 
-/// The library as an application: what it does when it is attached to a process and when it leaves it.
+/// Start-up and shut-down of the library in a process.
 class CJobObjectsApp {
 public:
-    /// Remembers the library's handle, configures the diagnostic log and names its source. Runs under the
-    /// loader lock: it waits for nothing and loads nothing.
+    /// Stores the library's handle and configures the diagnostic log. Runs under the loader lock: it must not
+    /// wait or load a library.
     bool InitInstance(HINSTANCE instance) noexcept;
-    /// Gives back what the module, the catalogue and the log hold. Not called at the end of the process: the
-    /// system takes all then, and other libraries may be gone already.
+    /// Releases the module, the catalogue and the log. Not called at the end of the process: the system frees
+    /// everything, and other libraries may already be unloaded.
     void ExitInstance() noexcept;
 };

@@ -5,6 +5,6 @@
 #include <array>
 #include <cstddef>
 
-/// The ten classes, in the order of registration and of lookup.
+/// The ten classes, in the order of registration and lookup.
 inline constexpr std::size_t ClassCount = 10;
 extern const std::array<ClassMapEntry, ClassCount> ClassMap;

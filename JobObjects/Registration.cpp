@@ -15,7 +15,7 @@ constexpr const wchar_t* AppIdText = L"{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}";
 constexpr const wchar_t* AppIdKey = L"AppID\\{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}";
 constexpr const wchar_t* ModuleAppIdKey = L"AppID\\Tarnwick.DLL";
 
-/// Runs the registration in the system's locale, whatever the calling thread's is.
+/// Sets the thread's locale to the system's during registration.
 class SystemLocale {
 public:
     SystemLocale() noexcept : m_previous(GetThreadLocale()) { SetThreadLocale(LOCALE_SYSTEM_DEFAULT); }
@@ -27,7 +27,7 @@ private:
     LCID m_previous;
 };
 
-/// Creates a key below HKEY_CLASSES_ROOT and sets one of its values; a null value text sets none.
+/// Creates a key below HKEY_CLASSES_ROOT and sets one of its values; a null value only creates the key.
 void SetValue(const std::wstring& key, const wchar_t* name, const wchar_t* value) {
     QxRegistryHdl handle;
     if (!handle.Create(HKEY_CLASSES_ROOT, key.c_str()) || (value && !handle.WriteString(name, value)))
@@ -52,7 +52,7 @@ std::wstring GuidText(const GUID& guid) {
 
 void RegisterAppId() {
     SetDefault(AppIdKey, L"JobObjects");
-    SetValue(AppIdKey, L"DllSurrogate", L""); // empty: the system's own surrogate may host the library
+    SetValue(AppIdKey, L"DllSurrogate", L""); // empty: the system's default surrogate
     SetValue(ModuleAppIdKey, L"AppID", AppIdText);
 }
 
@@ -61,7 +61,7 @@ void UnregisterAppId() {
     RemoveTree(ModuleAppIdKey);
 }
 
-/// The keys of one class: two ProgIDs and the CLSID.
+/// The registry keys of one class.
 struct ClassKeys {
     explicit ClassKeys(const ClassMapEntry& entry)
         : progId(std::wstring(L"Corvane.") + entry.name),
@@ -84,7 +84,7 @@ void RegisterClassEntry(const ClassMapEntry& entry, const std::wstring& modulePa
     SetDefault(keys.progId + L"\\CLSID", keys.classIdText);
     SetDefault(keys.progId + L"\\CurVer", keys.versionedProgId);
 
-    RemoveTree(keys.classId); // so that nothing of an earlier registration stays
+    RemoveTree(keys.classId); // drops leftovers of an earlier registration
     SetDefault(keys.classId, description);
     SetDefault(keys.classId + L"\\ProgID", keys.versionedProgId);
     SetDefault(keys.classId + L"\\VersionIndependentProgID", keys.progId);

@@ -2,8 +2,7 @@
 
 #include "QxDateTime.h"
 
-/// The system's clock as date-times of whole seconds. The status is invalid should the system's time lie
-/// outside the calendar.
+/// The system clock in whole seconds. The status is invalid if the time is outside the calendar.
 namespace Clock {
 
 QxDateTime LocalNow() noexcept;

@@ -20,7 +20,7 @@ void ReadCommonValues(QxRegistryHdl& key, LogSettings& settings) {
     key.ReadNumber(L"MaxFileSize", settings.maxFileSize);
 }
 
-/// The values of the sinks; a missing one means that there is no such sink.
+/// A missing value removes its sink.
 void ReadSinkValues(QxRegistryHdl& key, LogSettings& settings) {
     key.ReadBool(L"OnlyErrorsToFile", settings.onlyErrorsToFile);
     settings.fileName = {};
@@ -29,7 +29,7 @@ void ReadSinkValues(QxRegistryHdl& key, LogSettings& settings) {
     key.ReadBool(L"TraceLog", settings.traceLog);
 }
 
-/// The file sink for the settings; the present one as long as name and maximum size stay.
+/// The file sink for the settings: the present one if name and maximum size are unchanged.
 QxLogPtr FileLog(const LogSettings& settings, const LogConfiguration& present) {
     for (const LogSink& sink : present.sinks)
         if (present.settings.fileName == settings.fileName &&
@@ -52,7 +52,7 @@ std::vector<LogSink> SinksFor(const LogSettings& settings, const LogConfiguratio
 void ConfigureLog(const wchar_t* baseKey, HKEY rootKey, REGSAM access,
                   std::wstring_view sourceName) noexcept {
     try {
-        QxRegistryHdl key; // closed after the change: a failed close is logged
+        QxRegistryHdl key; // closed after the change, which would drop the message of a failed close
         if (!key.Open(rootKey, QxMisc::FormatString(L"%ls\\Log", baseKey).c_str(), access))
             return;
         QxLogger::Instance().Change([&](LogConfiguration& configuration) {

@@ -4,8 +4,8 @@
 
 #include <windows.h>
 
-/// Configures the log from the values of the key "Log" below baseKey, and replaces or removes its sinks to
-/// match, in one change. Changes nothing if the key cannot be opened; a missing value leaves its setting, a
-/// missing value of a sink removes the sink. A source name replaces the one in the registry.
+/// Configures the log and its sinks from the key "Log" below baseKey, in one change. Changes nothing if the
+/// key cannot be opened. A missing value leaves its setting unchanged, but removes the sink if it configures
+/// one. A non-empty sourceName overrides the registry.
 void ConfigureLog(const wchar_t* baseKey, HKEY rootKey, REGSAM access,
                   std::wstring_view sourceName = {}) noexcept;

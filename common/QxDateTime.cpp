@@ -14,8 +14,8 @@ namespace {
 constexpr int SecondsPerDay = 86400;
 constexpr int FirstYear = 100, LastYear = 9999;
 
-/// Days since 1 March of the year 0 of the proleptic Gregorian calendar. Years are counted from March, so
-/// that the leap day is a year's last day.
+/// Days since 1 March of year 0 of the proleptic Gregorian calendar. Years start in March, so that the leap
+/// day comes last.
 constexpr std::int32_t DayNumber(int year, int month, int day) noexcept {
     const int shifted = month > 2 ? month - 3 : month + 9;
     const int y = month > 2 ? year : year - 1;
@@ -67,7 +67,7 @@ void SetDate(QxCalendarTime& fields, std::int32_t dayNumber) noexcept {
     fields.year = era * 400 + yearOfEra + (fields.month <= 2 ? 1 : 0);
 }
 
-/// Reads what the C library's "%d" reads: optional white space, an optional sign, digits.
+/// Like the C library's "%d": optional white space, optional sign, digits.
 bool ScanInteger(std::wstring_view& text, int& value) noexcept {
     std::size_t end = std::min(text.find_first_not_of(L" \t\n\v\f\r"), text.size());
     if (end < text.size() && (text[end] == L'-' || text[end] == L'+'))
@@ -83,7 +83,7 @@ bool ScanInteger(std::wstring_view& text, int& value) noexcept {
 }
 
 struct Field {
-    wchar_t before; ///< the character that must stand before the number; 0 for none
+    wchar_t before; ///< separator required before the number; 0: none
     int QxCalendarTime::*value;
 };
 
@@ -115,10 +115,10 @@ bool Scan(std::wstring_view text, QxCalendarTime& time) noexcept {
                        {L':', &T::second}});
 }
 
-/// A formatted date-time under way; the longest has 23 characters and the digits of its milliseconds.
+/// Formats a date-time into a fixed buffer; the longest has 19 characters, a dot and the milliseconds.
 class FieldWriter {
 public:
-    /// Filled up with zeros to the width.
+    /// Pads with zeros to the width.
     FieldWriter& Number(std::int32_t value, std::size_t width) noexcept {
         QxMisc::Int32Digits buffer;
         const std::wstring_view digits = QxMisc::FormatInt32(value, buffer);
@@ -145,8 +145,8 @@ private:
 
 } // namespace
 
-/// The day, and the time of day as a fraction. Before day zero the sign belongs to the day alone: -1.25 is
-/// 06:00 of 29 December 1899.
+/// The day, and the time of day as a fraction. The sign applies to the day only: -1.25 is 06:00 on
+/// 29 December 1899.
 struct QxDateTime::DayAndTime {
     std::int32_t day;
     double time;
@@ -167,7 +167,7 @@ bool QxDateTime::IsInCalendar() const noexcept {
 
 QxDateTime::DayAndTime QxDateTime::Split() const noexcept {
     if (Magnitude() < HalfSecond)
-        return {0, 0}; // not loaded: it may be denormal
+        return {0, 0}; // without loading the value, which may be denormal
     const auto day = static_cast<std::int32_t>(Value());
     return {day, std::fabs(Value() - day)};
 }
@@ -207,7 +207,7 @@ bool QxDateTime::ToCalendar(QxCalendarTime& fields) const noexcept {
 
 QxDateTime QxDateTime::Parse(std::wstring_view text) {
     QxCalendarTime fields;
-    // Day zero, for a text that holds only a time.
+    // Day zero, for a text without a date.
     fields.year = 1899;
     fields.month = 12;
     fields.day = 30;

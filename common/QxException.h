@@ -4,8 +4,7 @@
 
 #include <utility>
 
-/// The system's own failure: one text, shown to the caller as the error's description.
-/// Thrown by value, caught by reference at the boundary of an interface method.
+/// A failure with a message, which the caller gets as the error's description.
 class QxException {
 public:
     explicit QxException(QxString message) noexcept : m_message(std::move(message)) {}

@@ -3,12 +3,12 @@
 #include <cstdarg>
 #include <string>
 
-/// Utilities that report their failures to the log.
+/// Utilities that log their failures.
 namespace QxMisc {
 
-/// Formats as the C library's wide printf does. Where that fails, also for lack of memory, the failure is
-/// logged and the result is the format itself: never use a result as a format. Throws std::bad_alloc only if
-/// there is not even memory for that.
+/// Formats like the C library's wide printf. On failure, out of memory included, logs it and returns the
+/// format itself, so never use a result as a format. Throws std::bad_alloc if even that does not fit into
+/// memory.
 std::wstring FormatStringV(const wchar_t* format, std::va_list arguments);
 std::wstring FormatString(const wchar_t* format, ...);
 

@@ -61,7 +61,7 @@ bool QxRegistryHdl::ReadString(const wchar_t* name, QxString& value) {
     DWORD type = 0, size = 0;
     if (!Check(RegQueryValueExW(m_key, name, nullptr, &type, nullptr, &size)))
         return false;
-    // One character more than the stored bytes fill: the registry does not see to a terminating NUL.
+    // One extra character: the registry does not guarantee a terminating NUL.
     std::wstring text(size / sizeof(wchar_t) + 1, L'\0');
     if (!Check(RegQueryValueExW(m_key, name, nullptr, &type, reinterpret_cast<BYTE*>(text.data()), &size)))
         return false;

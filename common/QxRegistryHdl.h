@@ -6,10 +6,10 @@
 
 #include <windows.h>
 
-/// Owns one open registry key, reads and writes its values and closes it on destruction.
+/// Owns an open registry key.
 ///
-/// A reader returns false, leaves its target unchanged and keeps the reason in LastError when the value is
-/// missing, cannot be read or is of another type.
+/// A read of a value that is missing, unreadable or of another type returns false, leaves the target
+/// unchanged and sets LastError.
 class QxRegistryHdl {
 public:
     QxRegistryHdl() noexcept = default;
@@ -17,30 +17,29 @@ public:
     QxRegistryHdl& operator=(const QxRegistryHdl&) = delete;
     ~QxRegistryHdl() { Close(); }
 
-    /// Closes the key already held and opens the subkey. Returns false on a failure.
+    /// Closes the present key and opens the subkey. False on failure.
     bool Open(HKEY rootKey, const wchar_t* subkey, REGSAM access) noexcept;
-    /// The same, to write to the subkey, which is created if it is missing.
+    /// The same for writing; creates a missing subkey.
     bool Create(HKEY rootKey, const wchar_t* subkey) noexcept;
-    /// Closes the key, if one is held, and forgets it; a refusal is logged.
+    /// Closes and forgets the key, if any; logs a failure.
     void Close() noexcept;
     bool IsOpen() const noexcept { return m_key != nullptr; }
 
-    /// Reads a value of the 32-bit number type.
+    /// Reads a REG_DWORD.
     bool ReadNumber(const wchar_t* name, std::uint32_t& value) noexcept;
-    /// Reads a 32-bit number as a flag: any but zero is true.
+    /// Reads a REG_DWORD as a flag.
     bool ReadBool(const wchar_t* name, bool& value) noexcept;
-    /// Reads a plain or expandable string, up to its first NUL. Environment variables are not expanded.
-    /// Throws std::bad_alloc.
+    /// Reads a REG_SZ or REG_EXPAND_SZ up to its first NUL, without expanding it. Throws std::bad_alloc.
     bool ReadString(const wchar_t* name, QxString& value);
 
-    /// Writes a plain string; a null name is the key's default value.
+    /// Writes a REG_SZ; a null name is the key's default value.
     bool WriteString(const wchar_t* name, const wchar_t* value) noexcept;
 
-    /// System error code of the most recent call that failed.
+    /// Error code of the most recent failure.
     std::uint32_t LastError() const noexcept { return m_lastError; }
 
 private:
-    /// Keeps the code of a failure. True for ERROR_SUCCESS.
+    /// Stores the code of a failure. True for ERROR_SUCCESS.
     bool Check(LSTATUS status) noexcept;
 
     std::uint32_t m_lastError = 0;

@@ -7,7 +7,7 @@
 std::wstring QxMisc::GetModuleFileName(HMODULE module) {
     std::wstring path(MAX_PATH, L'\0');
     const DWORD length = GetModuleFileNameW(module, path.data(), MAX_PATH);
-    // A path that is cut off fills the whole buffer.
+    // A truncated path fills the whole buffer.
     if (length == 0 || length == MAX_PATH) {
         LogSystemError(LogUtility, L"[QxMisc::GetModuleFileName] ", GetLastError());
         return {};
@@ -23,7 +23,7 @@ std::wstring QxMisc::GetSystemMessage(DWORD code) noexcept {
             ReplaceAll(text, L"%", L"%%");
             return text;
         }
-        // Once: a message table that cannot be read would fail without end.
+        // Not by calling itself: an unreadable message table would recurse forever.
         const std::wstring reason = SystemText(GetLastError(), 0, SystemTextLines::One);
         LogError(LogUtility, L"[QxMisc::GetSystemMessage(0x%08lX)] %ls", code,
                  std::wstring(Trimmed(reason)).c_str());
@@ -43,6 +43,6 @@ void QxMisc::LogSystemError(std::uint32_t category, std::wstring_view prefix, DW
     try {
         LogError(category, GetSystemMessage(prefix, code).c_str());
     } catch (...) {
-        // Out of memory: the line is lost, as in the log itself.
+        // Out of memory: the line is lost.
     }
 }

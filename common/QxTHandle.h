@@ -6,16 +6,14 @@
 #include <cstdint>
 #include <utility>
 
-/// Owns one operating-system handle and closes it on destruction.
+/// Owns an operating-system handle of the pointer type T; null and INVALID_HANDLE_VALUE mean no handle.
 ///
-/// T is the handle's type, a pointer; U says how it is closed: `static bool U::Close(T) noexcept` returns
-/// false on a failure and leaves the reason as the last error. A null handle and the invalid-handle value
-/// count as no handle.
+/// `static bool U::Close(T) noexcept` closes a handle; on failure it returns false and sets the last error.
 template<class T, class U>
 class QxTHandle {
 public:
     QxTHandle() noexcept = default;
-    /// Takes the handle over.
+    /// Takes ownership.
     explicit QxTHandle(T handle) noexcept : m_handle(handle) {}
     QxTHandle(QxTHandle&& other) noexcept
         : m_lastError(other.m_lastError), m_handle(std::exchange(other.m_handle, nullptr)) {}
@@ -33,11 +31,10 @@ public:
     bool IsOpen() const noexcept {
         return m_handle != nullptr && reinterpret_cast<std::uintptr_t>(m_handle) != UINTPTR_MAX;
     }
-    /// Error code of the most recent close that failed.
+    /// Contract. Error code of the most recent failed close.
     std::uint32_t LastError() const noexcept { return m_lastError; }
 
-    /// Closes the handle and forgets it, also when the system refuses; that is logged and kept in LastError.
-    /// Does nothing without a handle. Never throws.
+    /// Closes and forgets the handle, if any. A failure is logged and stored in LastError.
     void Close() noexcept {
         if (!IsOpen())
             return;
@@ -53,7 +50,7 @@ private:
     T m_handle = nullptr;
 };
 
-/// Closes kernel objects: files, events, processes.
+/// For files, events, processes.
 struct QxKernelHandleCloser {
     static bool Close(HANDLE handle) noexcept { return CloseHandle(handle) != FALSE; }
 };

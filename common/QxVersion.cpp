@@ -10,13 +10,13 @@ namespace {
 
 constexpr std::size_t MinComponents = 2, maxComponents = 4;
 
-/// Logs the message under the method's name and throws it.
+/// Logs and throws the message.
 [[noreturn]] void Fail(const wchar_t* method, const wchar_t* message) {
     LogError(LogUtility, L"[QxVersion::%ls] %ls", method, message);
     throw QxException(message);
 }
 
-/// Cuts the first component off the text; empty when there is none left. Repeated dots count as one.
+/// Removes the first component from text and returns it; empty at the end. Repeated dots count as one.
 std::wstring_view NextComponent(std::wstring_view& text) noexcept {
     text.remove_prefix(std::min(text.find_first_not_of(L'.'), text.size()));
     const std::wstring_view component = text.substr(0, text.find(L'.'));

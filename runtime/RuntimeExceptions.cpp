@@ -2,13 +2,11 @@
 
 #ifdef RUNTIME_UNWINDS_BY_TABLES
 
-// Throws without memory.
+// Makes throwing work when memory is exhausted: out of memory is thrown like any other failure.
 //
-// Out of memory is thrown like any other failure. GCC's static runtime allocates for the first exception of
-// each thread, and for every exception when it could not allocate its reserve while the library was loaded;
-// if that fails, it ends the process. The functions here replace the ones that allocate: the state of a
-// thread is in the block that the loader makes for each thread, and exceptions have a reserve inside the
-// library.
+// GCC's static runtime allocates a thread's exception state on its first exception, and a reserve for
+// exceptions at load. It ends the process if the state cannot be allocated, or if an exception cannot and
+// there is no reserve. Here the state is in the loader's per-thread block, and the reserve is a static array.
 
 #include <windows.h>
 
@@ -21,19 +19,19 @@
 
 namespace {
 
-/// The exceptions of a thread, as the compiler's C++ ABI lays them out. The runtime reads and writes it.
+/// A thread's exception state, laid out by the compiler's C++ ABI. The runtime reads and writes it.
 struct ThreadState {
     void* caught;
     unsigned int uncaught;
 };
 
-/// In the section that the loader copies for each thread.
+/// The loader copies this section for each thread.
 [[gnu::section(".tls$exceptions"), gnu::used]] ThreadState initialState{};
 
-/// Room for the runtime's own data before the thrown object: 80 bytes, and some to spare.
+/// Room for the runtime's header before the thrown object, which takes 80 bytes.
 constexpr std::size_t HeaderSize = 128;
 
-/// Blocks for exceptions when malloc fails: one for each exception that is being handled.
+/// Blocks for exceptions when malloc fails, one per exception in flight.
 class Reserve {
 public:
     static constexpr std::size_t PlaceSize = 256;
@@ -44,7 +42,7 @@ public:
                 return m_places[i].bytes;
         return nullptr;
     }
-    /// False for a block from the heap.
+    /// False if the block is from the heap.
     bool GiveBack(const void* block) noexcept {
         for (std::size_t i = 0; i < m_places.size(); ++i)
             if (block == m_places[i].bytes) {
@@ -66,14 +64,14 @@ constinit Reserve reserve;
 
 } // namespace
 
-// The linker's and the runtime's names. NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// Names of the linker and the runtime. NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" {
 
-extern char _tls_start;  // the section that the loader copies
-extern ULONG _tls_index; // of this library's copy among those of a thread
+extern char _tls_start;  // start of the section that the loader copies
+extern ULONG _tls_index; // index of this library's copy
 
 ThreadState* __cxa_get_globals_fast() noexcept {
-    char** blocks = nullptr; // one for each library, from the thread's environment block
+    char** blocks = nullptr; // one per library, from the thread environment block
     __asm__("movl %%fs:0x2c, %0" : "=r"(blocks));
     return reinterpret_cast<ThreadState*>(blocks[_tls_index] +
                                           (reinterpret_cast<char*>(&initialState) - &_tls_start));

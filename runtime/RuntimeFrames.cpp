@@ -2,12 +2,12 @@
 
 #ifdef RUNTIME_UNWINDS_BY_TABLES
 
-// Finds the unwind table of a function, for the runtime's unwinder.
+// Finds a function's unwind table for the runtime's unwinder.
 //
-// The runtime's own version searches tables that the start-up code of each image registers, and that code
-// hands the table to a shared runtime (libgcc_s_dw2-1.dll) if the process has one: then the static unwinder
-// finds nothing and ends the process at the first exception. This version reads the table where the linker
-// put it. It needs no registration, no lock and no memory, and nothing else in the process has a part in it.
+// The runtime's own version searches registered tables. Start-up code registers them with a shared runtime
+// (libgcc_s_dw2-1.dll) if the process has one; the static unwinder then finds nothing and ends the process at
+// the first exception. This version reads the library's own section: it needs no registration, lock or
+// memory.
 
 #include <windows.h>
 
@@ -18,16 +18,16 @@
 
 namespace {
 
-/// A record of the section .eh_frame: the description of a function, or a common part that descriptions refer
-/// to.
+/// An entry of .eh_frame: the description of a function (FDE), or a common part (CIE) of several
+/// descriptions.
 struct Record {
-    std::uint32_t length;       // of what follows; 0 is padding
+    std::uint32_t length;       // of the rest; 0: padding
     std::uint32_t commonOffset; // from this field back to the common part; 0 in a common part
-    std::uint32_t start;        // of the function; Encoding says how it is written
+    std::uint32_t start;        // of the function, see Encoding
     std::uint32_t size;         // of the function, in bytes
 };
 
-/// How a start or another address is written. Compilers use these two: GCC the second, clang the first.
+/// Encoding of an address. Clang uses the first, GCC the second.
 enum Encoding : std::uint8_t { absolute = 0x00, relativeToField = 0x1B, unknown = 0xFF };
 
 void SkipNumber(const std::uint8_t*& position) noexcept {
@@ -35,7 +35,7 @@ void SkipNumber(const std::uint8_t*& position) noexcept {
     }
 }
 
-/// Reads the common part of a description up to the encoding of starts.
+/// The encoding of start, from the description's common part.
 Encoding StartEncoding(const Record& description) noexcept {
     const auto* position = reinterpret_cast<const std::uint8_t*>(&description.commonOffset) -
                            description.commonOffset + offsetof(Record, start);
@@ -50,11 +50,11 @@ Encoding StartEncoding(const Record& description) noexcept {
         ++position;
     else
         SkipNumber(position);
-    SkipNumber(position); // length of what the letters name
+    SkipNumber(position); // length of the data that the letters describe
     for (; *letters != '\0'; ++letters) {
         if (*letters == 'R')
             return static_cast<Encoding>(*position);
-        if (*letters == 'P') // handler: its encoding and its address, 4 bytes in every form that is used
+        if (*letters == 'P') // handler: encoding and address, which has 4 bytes in both encodings
             position += 5;
         else if (*letters == 'L')
             ++position;
@@ -64,8 +64,8 @@ Encoding StartEncoding(const Record& description) noexcept {
     return absolute;
 }
 
-/// The start of the described function if it contains the address, else 0. Most functions do not, in
-/// whichever encoding the start is read: only the others need the common part.
+/// The start of the described function if it contains the address, else 0. Reads the common part only if the
+/// address matches in one of the encodings.
 std::uintptr_t StartIfContains(const Record& description, std::uintptr_t address) noexcept {
     const std::uintptr_t relative = reinterpret_cast<std::uintptr_t>(&description.start) + description.start;
     if (address - relative < description.size && StartEncoding(description) == relativeToField)
@@ -82,12 +82,12 @@ struct Section {
 
 } // namespace
 
-// The linker's and the runtime's names. NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// Names of the linker and the runtime. NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" {
 
 extern const std::uint8_t __ImageBase[]; // the library's first byte
 extern const std::uint8_t runtimeFramesAnchor[];
-// An address inside the section, by which it is found: its name may be cut off in the image.
+// An address inside the section, to find it by: an image may truncate section names.
 __asm__(".section .eh_frame,\"dr\"\n"
         "_runtimeFramesAnchor:\n"
         ".text\n");
@@ -118,16 +118,15 @@ const Record* Search(std::uintptr_t address) noexcept {
     return nullptr;
 }
 
-/// What was found last, by address: an exception asks twice for each function that it leaves, and the next
-/// exception leaves the same ones. An entry that does not contain the address is replaced.
+/// Recent results by hash of the address: an exception asks twice for each frame, and the next exception
+/// often leaves the same functions. A collision replaces the entry.
 constinit std::array<std::atomic<const Record*>, 256> found{};
 
 } // namespace
 
 extern "C" {
 
-/// What the unwinder also wants to know: bases of encodings that are not in use here, and the function's
-/// start.
+/// Second result for the unwinder. text and data are for encodings that do not occur here.
 struct FunctionBases {
     const void* text;
     const void* data;

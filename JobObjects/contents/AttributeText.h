@@ -6,13 +6,13 @@
 #include <string_view>
 #include <vector>
 
-/// Texts of attribute words, separated by commas without spaces.
+/// Attribute words, separated by commas without spaces.
 namespace AttributeText {
 
-/// Words of a text, in order. They are views: the text must outlive them.
+/// Words in order, as views: the text must outlive them.
 using Words = std::vector<std::wstring_view>;
 
-/// Calls use with each non-empty piece between separators.
+/// Calls use for each non-empty piece between separators.
 template<class Use>
 void ForEachPiece(std::wstring_view text, wchar_t separator, Use use) {
     while (!text.empty()) {
@@ -23,19 +23,19 @@ void ForEachPiece(std::wstring_view text, wchar_t separator, Use use) {
     }
 }
 
-/// The words of a text. "Mono" (exact case) comes out as "B&W": some page counters call it so.
+/// The words of a text. "Mono" (exact case), the word of some page counters, becomes "B&W".
 Words Split(std::wstring_view text);
 std::wstring Join(const Words& words);
 
-/// Appends a word and the comma that separates it from the next.
+/// Appends a word and a comma.
 void Append(std::wstring& text, std::wstring_view word);
 void RemoveTrailingComma(std::wstring& text);
 
-/// Drops every occurrence of each part, one part after the other, and then writes every ",," as ",".
-/// Leading and trailing commas stay.
+/// Removes every occurrence of each part, one part after the other, then replaces ",," by ",". Leading and
+/// trailing commas stay.
 std::wstring Without(std::wstring_view text, std::initializer_list<std::wstring_view> parts);
 
-/// The words that the system itself tests for: in exact case and anywhere in the text, even within a word.
+/// Words that the code tests for: in exact case and anywhere in the text, even within a word.
 inline constexpr std::wstring_view BlackAndWhite = L"B&W";
 inline constexpr std::wstring_view Color = L"Color";
 inline constexpr std::wstring_view Duplex = L"Duplex";

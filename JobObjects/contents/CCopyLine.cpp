@@ -61,7 +61,7 @@ void CCopyLine::ReadXml(QxXmlParser& parser) {
     SetPagesBlank(children.Number(L"PagesBlank"));
 }
 
-// The older form has one page count; whether it counts color pages is one of the attribute words.
+// The older form has one page count; the attribute "Color" makes it a count of color pages.
 void CCopyLine::ReadOlderForm(std::int32_t pages, const QxString& attributes) {
     const bool isColor = QxMisc::Contains(attributes, AttributeText::Color);
     SetPagesColor(isColor ? pages : 0);

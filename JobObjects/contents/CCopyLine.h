@@ -9,19 +9,19 @@
 class QxXmlParser;
 class QxXmlWriter;
 
-/// One homogeneous run of output within a job: pages of one paper size with one set of page attributes.
+/// Pages of a job with the same paper size and page attributes.
 class CCopyLine {
 public:
     /// Comma-separated page-attribute words.
     const QxString& Attributes() const noexcept { return m_attributes; }
     void SetAttributes(QxString value) noexcept { m_attributes = std::move(value); }
-    /// The paper's width and height as the catalogue gives them, "x,y".
+    /// Width and height, "x,y" in the catalogue's unit.
     const QxString& PaperDimensions() const noexcept { return m_paperDimensions; }
     void SetPaperDimensions(QxString value) noexcept { m_paperDimensions = std::move(value); }
     const QxString& PaperSize() const noexcept { return m_paperSize; }
     void SetPaperSize(QxString value) noexcept { m_paperSize = std::move(value); }
 
-    // Counts are never negative: a negative value is stored as 0.
+    // A negative count is stored as 0.
 
     std::int32_t PagesBlank() const noexcept { return m_pagesBlank; }
     void SetPagesBlank(std::int32_t value) noexcept { m_pagesBlank = value > 0 ? value : 0; }
@@ -32,21 +32,21 @@ public:
     std::int32_t Sheets() const noexcept { return m_sheets; }
     void SetSheets(std::int32_t value) noexcept { m_sheets = value > 0 ? value : 0; }
 
-    /// Color, black-and-white and blank pages; wraps around at 32 bits.
+    /// Sum of color, black-and-white and blank pages; wraps at 32 bits.
     std::int32_t PagesTotal() const noexcept;
     bool IsColor() const noexcept { return m_pagesColor > 0; }
     /// Whether the attributes contain "Duplex" anywhere, in exact case.
     bool IsDuplex() const noexcept;
-    /// The catalogue's code of the paper size, 0 if it has none.
+    /// The catalogue's code of the paper size, or 0.
     std::int32_t DBPaperSize() const;
     /// The catalogue's mask of the attributes.
     std::int32_t DBAttributes() const;
 
-    /// Adds the other line's counts to this one's; a sum that is not above 0 is stored as 0.
+    /// Adds the other line's counts. A sum that wraps to a negative value is stored as 0.
     void AddCounts(const CCopyLine& other) noexcept;
 
-    /// Reads a "CopyLine" element, also of the older form with one page count. Returns false after logging
-    /// when the text does not hold one.
+    /// Reads a "CopyLine" element, also in the older form with one page count. Logs and returns false if
+    /// there is none.
     bool put_Xml(std::wstring_view xml);
     /// Reads the parser's current element.
     void ReadXml(QxXmlParser& parser);

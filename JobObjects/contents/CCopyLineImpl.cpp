@@ -2,7 +2,7 @@
 
 #include "common/xml/QxXmlWriter.h"
 
-// The two accessors report under each other's names: what components match in the log must stay as it is.
+// The accessors report under each other's names on purpose: log readers match these texts.
 
 HRESULT CCopyLineImpl::get_Xml(BSTR* pVal) {
     return GetValue(pVal, METHOD_SOURCE(put_Xml), [&] {

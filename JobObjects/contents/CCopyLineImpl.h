@@ -4,7 +4,7 @@
 #include "JobObjects/frame/Accessors.h"
 #include "JobObjects/frame/Record.h"
 
-/// The creatable copy line: one CCopyLine behind its interface.
+/// COM class CopyLine: wraps a CCopyLine.
 class CCopyLineImpl : public Record<ICopyLine, IID_ICopyLine> {
 public:
     using Self = CCopyLineImpl;

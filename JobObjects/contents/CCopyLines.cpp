@@ -59,12 +59,12 @@ QxString CCopyLines::DBText() const {
     for (const auto& line : m_lines) {
         if (!text.empty())
             text.push_back(L';');
-        // Looked up in the order of the text, and so logged in it where a word is unknown.
+        // In the order of the text, so that unknown words are logged in that order.
         const std::int32_t paper = line->DBPaperSize();
         const std::int32_t attributes = line->DBAttributes();
-        // The database keeps no blank pages of their own: they count as black-and-white.
+        // The database has no blank pages: they count as black-and-white.
         const std::int32_t pagesBW = WrappingSum(line->PagesBW(), line->PagesBlank());
-        // Not formatted: where memory is short, a format comes out as it is.
+        // Not QxMisc::FormatString: out of memory, it returns the format itself.
         for (const std::int32_t value : {paper, pagesBW, line->PagesColor(), line->Sheets(), attributes})
             text.append(QxMisc::FormatInt32(value)).push_back(L',');
         text.pop_back();
@@ -97,7 +97,7 @@ void CCopyLines::ReadXml(QxXmlParser& parser) {
 }
 
 void CCopyLines::WriteXml(QxXmlWriter& writer) const {
-    // Written with both tags even without lines.
+    // Both tags even without lines.
     writer.Raw(L"<JobCopyLines>");
     for (const auto& line : m_lines)
         line->WriteXml(writer);

@@ -17,29 +17,28 @@ public:
     void Clear() noexcept { m_lines.clear(); }
     void Append(CCopyLine line);
 
-    /// Merges the lines of each paper size (exact case) into the first of them and orders the result by
-    /// paper size. The first line's attributes and dimensions stay, even where the others differ: the
-    /// database form holds one line per paper size.
+    /// Merges the lines of each paper size (exact case) and sorts them by it: the database form has one line
+    /// per paper size. The first line's attributes and dimensions win.
     void Consolidate();
 
-    // Sums over all lines; they wrap around at 32 bits.
+    // Sums over all lines; they wrap at 32 bits.
 
     std::int32_t TotalPages() const noexcept;
-    /// Without blank pages.
+    /// Excludes blank pages.
     std::int32_t TotalPagesBW() const noexcept;
     std::int32_t TotalPagesColor() const noexcept;
     bool ContainsDuplex() const noexcept;
 
-    /// The database text: "paper,bw,color,sheets,attributes" a line, joined by ";". Blank pages count as
+    /// The database text: "paper,bw,color,sheets,attributes" per line, joined by ";". Blank pages count as
     /// black-and-white.
     QxString DBText() const;
 
-    /// Reads a "JobCopyLines" element and consolidates the lines. Returns false after logging, with no
-    /// lines, when the text does not hold one.
+    /// Reads a "JobCopyLines" element and consolidates the lines. If there is none, clears the lines, logs
+    /// and returns false.
     bool put_Xml(std::wstring_view xml);
     /// Reads the parser's current element.
     void ReadXml(QxXmlParser& parser);
-    /// Writes the lines as they stand, without consolidating them.
+    /// Does not consolidate.
     void WriteXml(QxXmlWriter& writer) const;
 
 private:

@@ -4,7 +4,7 @@
 #include "JobObjects/frame/Accessors.h"
 #include "JobObjects/frame/Record.h"
 
-/// The creatable collection of copy lines: one CCopyLines behind its interface. Hands out copies only.
+/// COM class CopyLines: wraps a CCopyLines. Item returns a copy.
 class CCopyLinesImpl : public Record<ICopyLines, IID_ICopyLines> {
 public:
     using Self = CCopyLinesImpl;

@@ -33,7 +33,7 @@ bool CJobContents::put_Xml(std::wstring_view xml) {
     return false;
 }
 
-/// False if there are no copy lines; everything else is read.
+/// False without copy lines; reads everything else.
 bool CJobContents::ReadXml(QxXmlParser& parser) {
     const std::wstring_view version = parser.GetRawAttribute(L"Version");
     m_version = version.empty() ? QxVersion(4, 0) : QxVersion(version);

@@ -13,10 +13,10 @@
 class ChildReader;
 class QxXmlParser;
 
-/// What a job produced: its copy lines, originals and copies, page description language and finishing.
+/// The output of a job: copy lines, originals and copies, page description language and finishing.
 class CJobContents {
 public:
-    /// A page counter's attribute words, sorted into the parts of a job.
+    /// A page counter's attribute words, sorted by their meaning.
     struct MatchedAttributes {
         QxString paperSize;
         QxString paperDimensions;
@@ -34,7 +34,7 @@ public:
     const CCopyLines& JobCopyLines() const noexcept { return *m_jobCopyLines; }
     CCopyLines& JobCopyLines() noexcept { return *m_jobCopyLines; }
 
-    /// Whether a pair of page attributes that the page counter does not mention gets its default side.
+    /// Whether a pair without a word from the page counter gets its default side.
     bool GenerateDefaultPageAttributes() const noexcept { return m_generateDefaultPageAttributes; }
     void SetGenerateDefaultPageAttributes(bool value) noexcept { m_generateDefaultPageAttributes = value; }
 
@@ -50,7 +50,7 @@ public:
     void SetJobFinishing(QxString value) noexcept { m_jobFinishing = std::move(value); }
     const QxVersion& Version() const noexcept { return m_version; }
 
-    /// The catalogue's code of the PDL; an unknown name gives the default PDL's code.
+    /// The catalogue's code of the PDL; the default PDL's for an unknown name.
     std::int32_t DBPdl() const;
     /// The catalogue's mask of the finishing words.
     std::int32_t DBFinishing() const;
@@ -58,33 +58,33 @@ public:
     /// Whether the PDL's name contains "EMF" anywhere, in exact case.
     bool IsPdlEMF() const noexcept;
 
-    /// Sorts a page counter's attribute words; changes nothing in the record.
+    /// Sorts a page counter's attribute words.
     MatchedAttributes MatchAttributes(std::wstring_view attributes) const;
 
-    // Generation from a page counter's report and from database codes. Words and codes that the catalogue
-    // does not know are logged and replaced by defaults, they never fail a method.
+    // Generation from a page counter's report and from database codes. Unknown words and codes are logged and
+    // replaced by defaults; they are not errors.
 
-    /// Sets originals and copies (at least 1 each), PDL and finishing, and empties the copy lines. Returns
-    /// the job-wide page attributes, without the color words if stripColor is set.
+    /// Sets originals and copies (at least 1 each), PDL and finishing, and clears the copy lines. Returns the
+    /// job's page attributes, with stripColor without the color words.
     QxString GenerateGeneralContentsFromPageCounterInfo(std::wstring_view attributes,
                                                         std::int32_t jobOriginals, std::int32_t jobCopies,
                                                         bool stripColor);
-    /// Adds one copy line of at least one page and one sheet and merges lines by paper size.
+    /// Adds a copy line of at least one page and one sheet and consolidates.
     void GenerateCopyLineFromPageCounterInfo(std::wstring_view attributes, std::int32_t pagesBW,
                                              std::int32_t pagesColor, std::int32_t pagesBlank,
                                              std::int32_t sheets);
-    /// The whole job as one copy line whose pages are all color or all black-and-white.
+    /// The job as one copy line, all color or all black-and-white.
     void GenerateContentsFromPageCounterInfo(std::wstring_view attributes, std::int32_t jobOriginals,
                                              std::int32_t jobCopies, std::int32_t jobPages,
                                              std::int32_t jobSheets);
-    /// Rebuilds the record from database codes. Originals and copies are stored as they are; a copy line
-    /// that is not valid is logged and left out.
+    /// Rebuilds the record from database codes. Stores originals and copies unchecked; logs and skips an
+    /// invalid copy line.
     void GenerateContentsFromDBInfo(std::wstring_view copyLines, std::int32_t jobOriginals,
                                     std::int32_t jobCopies, std::int32_t jobPdlId,
                                     std::int32_t jobFinishingId);
 
-    /// Reads a "JobContents" element. Returns false after logging when the element or its copy lines are
-    /// missing; in the latter case everything else has been read.
+    /// Reads a "JobContents" element. Logs and returns false if it or its copy lines are missing; without
+    /// copy lines, reads everything else.
     bool put_Xml(std::wstring_view xml);
     void WriteXml(QxXmlWriter& writer) const;
 

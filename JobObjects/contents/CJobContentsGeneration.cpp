@@ -1,4 +1,4 @@
-// How job contents come from a page counter's attribute words and from database codes.
+// Job contents from a page counter's attribute words and from database codes.
 
 #include "CJobContents.h"
 #include "JobAttributeCatalogue.h"
@@ -19,7 +19,7 @@ bool NamesColor(std::wstring_view attributes) noexcept {
     return QxMisc::Contains(attributes, AttributeText::Color);
 }
 
-/// The fields of a database copy line, in their order.
+/// The fields of a database copy line, in order.
 enum Field { PaperCode, PagesBW, PagesColor, Sheets, AttributeMask, FieldCount };
 
 /// A missing or empty field counts as 0.
@@ -35,8 +35,8 @@ std::array<std::uint32_t, FieldCount> ParseFields(std::wstring_view piece) {
     return fields;
 }
 
-/// False when the piece is not a valid copy line. A line without any attribute bit is not: generated lines
-/// carry at least the default side of a pair.
+/// Logs and returns false if the piece is not a valid copy line. One without an attribute bit is invalid:
+/// generated lines have at least the default side of a pair.
 bool ParseDBCopyLine(std::wstring_view piece, CCopyLine& line) {
     const auto fields = ParseFields(piece);
     JobAttributeCatalogue::Paper paper;

@@ -4,7 +4,7 @@
 #include "JobObjects/frame/Accessors.h"
 #include "JobObjects/frame/Record.h"
 
-/// The creatable job contents: one CJobContents behind its interface. Hands out copies of its copy lines.
+/// COM class JobContents: wraps a CJobContents. JobCopyLines returns a copy.
 class CJobContentsImpl : public Record<IJobContents, IID_IJobContents> {
 public:
     using Self = CJobContentsImpl;
@@ -50,7 +50,7 @@ public:
                                                 VARIANT_BOOL* attributesMatch) override;
 
 private:
-    /// Several methods report under this one's name, because log readers match it.
+    /// Several methods report under this name: log readers match it.
     static constexpr const wchar_t* GenerateSource =
         METHOD_SOURCE(GenerateGeneralContentsFromPageCounterInfo);
 

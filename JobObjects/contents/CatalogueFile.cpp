@@ -9,23 +9,23 @@
 
 namespace {
 
-/// Far above any vocabulary; keeps a wrong file from exhausting the host's memory.
+/// Far above any vocabulary: a wrong file must not exhaust the host's memory.
 constexpr LONGLONG MaxFileSize = 16LL * 1024 * 1024;
 
-/// Full path of the file. False, with the reason as the last error and the mere name in path, when the
-/// module cannot be found: a file in another directory, the host's say, is not ours.
+/// Full path of the file. If the module cannot be found: false, with the last error set and only the file
+/// name in path. A file in the host's directory must not be used.
 bool FindCatalogue(std::wstring& path) {
     const HMODULE module = GetModuleHandleW(L"Tarnwick.dll");
     std::wstring directory;
     if (module)
         directory = QxMisc::GetModuleFileName(module);
     const bool found = !directory.empty();
-    directory.erase(directory.find_last_of(L"\\/") + 1); // without a separator npos + 1, that is 0
+    directory.erase(directory.find_last_of(L"\\/") + 1); // npos + 1 is 0
     path = directory + L"JobAttributes.xml";
     return found;
 }
 
-/// False with the reason as the last error.
+/// On failure false, with the last error set.
 bool ReadWhole(HANDLE file, std::string& bytes) {
     LARGE_INTEGER size;
     if (!GetFileSizeEx(file, &size))
@@ -38,7 +38,7 @@ bool ReadWhole(HANDLE file, std::string& bytes) {
     DWORD read = 0;
     if (!ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
         return false;
-    bytes.resize(read); // less when another process has cut the file meanwhile
+    bytes.resize(read); // less if another process has truncated the file
     return true;
 }
 

@@ -2,6 +2,6 @@
 
 #include <string>
 
-/// Reads "JobAttributes.xml", which lies beside the module, whole and decoded. Returns false after logging
-/// why it could not. Linked apart from the catalogue, so that tests can supply a text of their own.
+/// Reads and decodes "JobAttributes.xml" from the module's folder. Logs a failure and returns false. Linked
+/// separately from the catalogue, so that tests can supply another text.
 bool ReadCatalogueFile(std::wstring& text);

@@ -27,7 +27,7 @@ Words::iterator FindWord(Words& words, const QxString& name) noexcept {
                         [&](std::wstring_view word) { return QxMisc::EqualsIgnoreCase(word, name); });
 }
 
-/// The code of the first side, over all pairs, that goes by this name; 0 if none does.
+/// The code of the first side with this name in any pair; 0 if none.
 std::uint32_t PairMask(const std::vector<PageAttributePair>& pairs, std::wstring_view name) noexcept {
     for (const PageAttributePair& pair : pairs) {
         if (QxMisc::EqualsIgnoreCase(pair.first.name, name))
@@ -44,7 +44,7 @@ void AppendNames(std::wstring& text, const CatalogueMap& map, std::uint32_t mask
             AttributeText::Append(text, item.second.name);
 }
 
-/// The side of a pair that the words ask for, which are removed; null when neither is asked for.
+/// The pair's side that is among the words; null if neither is. Removes the words.
 const CatalogueEntry* TakePairSide(const PageAttributePair& pair, Words& words) {
     const auto first = FindWord(words, pair.first.name);
     const auto second = FindWord(words, pair.second.name);
@@ -85,8 +85,8 @@ QxString PaperSizeEntry::Dimensions() const {
     return QxMisc::FormatInt32(x).append(L",").append(QxMisc::FormatInt32(y));
 }
 
-/// Read access to the tables for one operation. They may change until a load has succeeded, so until then
-/// it holds the lock; afterwards it costs one atomic read.
+/// Read access to the tables for one operation. Holds the lock until a load has succeeded, because the tables
+/// may still change; afterwards it costs one atomic read.
 class JobAttributeCatalogue::Access {
 public:
     explicit Access(JobAttributeCatalogue& catalogue) : m_catalogue(catalogue) {
@@ -244,7 +244,7 @@ QxString JobAttributeCatalogue::FinishingNamesFromMask(std::uint32_t mask) {
 
 std::uint32_t JobAttributeCatalogue::PdlDbIdFromName(std::wstring_view name) {
     std::uint32_t dbId = 0;
-    // The default is tried once: it may not resolve either.
+    // Once, not recursively: the default may not resolve either.
     if (!FindPdl(name, dbId))
         FindPdl(DefaultEntryName(&CatalogueTables::pdls), dbId);
     return dbId;

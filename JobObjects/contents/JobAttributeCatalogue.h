@@ -17,7 +17,7 @@
 struct CatalogueEntry {
     std::uint32_t dbId = 0; ///< a bit for page attributes and finishing options, a plain value for PDLs
     bool isDefault = false;
-    QxString name; ///< as the file writes it
+    QxString name; ///< as spelled in the file
 };
 
 /// Two page-attribute words that exclude each other, such as "Simplex" and "Duplex".
@@ -25,7 +25,7 @@ struct PageAttributePair {
     CatalogueEntry first;
     CatalogueEntry second;
 
-    /// First if it is marked as the default, otherwise second.
+    /// first if it is marked as the default, otherwise second.
     const CatalogueEntry& DefaultSide() const noexcept { return first.isDefault ? first : second; }
 };
 
@@ -34,14 +34,14 @@ struct PaperName {
     QxString name;
 };
 
-/// A paper size with all the names it goes by.
+/// A paper size with all its names.
 struct PaperSizeEntry {
     std::uint32_t dbId = 0;
     bool isDefault = false;
     std::int32_t x = 0;
     std::int32_t y = 0;
-    std::int32_t xEpsilon = 0; ///< kept for components that compare measured sizes; no look-up uses it
-    std::int32_t yEpsilon = 0;
+    std::int32_t xEpsilon = 0; ///< contract: read, but not used
+    std::int32_t yEpsilon = 0; ///< contract: read, but not used
     std::vector<PaperName> names;
 
     /// The first name marked as the default; empty if none is.
@@ -50,8 +50,7 @@ struct PaperSizeEntry {
     QxString Dimensions() const;
 };
 
-/// Orders texts by the code units of their lower-cased form (A to Z only). Look-ups thus ignore case
-/// without a lower-cased copy of the sought word.
+/// Orders texts by code units with A to Z lower-cased. Look-ups ignore case without a lower-cased copy.
 struct LowerCaseLess {
     using is_transparent = void;
     bool operator()(std::wstring_view a, std::wstring_view b) const noexcept;
@@ -60,24 +59,23 @@ struct LowerCaseLess {
 using CatalogueMap = std::map<QxString, CatalogueEntry, LowerCaseLess>;
 using PaperNameMap = std::map<QxString, std::uint32_t, LowerCaseLess>;
 
-/// What the catalogue file defines.
+/// The contents of the catalogue file.
 struct CatalogueTables {
     CatalogueMap pageAttributes;
     std::vector<PageAttributePair> pageAttributePairs;
-    PaperNameMap paperNames; ///< name to the index of its entry in paperSizes
+    PaperNameMap paperNames; ///< to the index in paperSizes
     std::vector<PaperSizeEntry> paperSizes;
     CatalogueMap finishingAttributes;
     CatalogueMap pdls;
 };
 
-/// The dictionary between the words of job contents and the codes that the database stores.
+/// Translates between the words of job contents and the database's codes.
 ///
-/// Every operation loads the tables first if that has not succeeded yet. No operation fails: a word or a
-/// code that is not defined is logged, and 0, an empty text or the default entry is returned. Any thread may
-/// call any operation.
+/// Every operation first loads the tables unless an earlier load succeeded. Unknown words and codes are not
+/// errors: they are logged and give 0, an empty text or the default entry. Thread-safe.
 class JobAttributeCatalogue {
 public:
-    /// A paper as a record keeps it.
+    /// A paper as stored in records.
     struct Paper {
         QxString name;
         QxString dimensions;
@@ -93,40 +91,39 @@ public:
     JobAttributeCatalogue& operator=(const JobAttributeCatalogue&) = delete;
     ~JobAttributeCatalogue();
 
-    /// Reads the catalogue file unless an earlier call has fully succeeded. After a failure the tables hold
-    /// what was read so far, and the next call tries again.
+    /// Reads the catalogue file unless an earlier call succeeded. After a failure the tables contain the
+    /// sections read so far, and the next call tries again.
     void EnsureLoaded();
-    /// Drops the tables. For the unloading of the module, when no other thread can be inside: takes no lock.
+    /// Frees the tables. Takes no lock: for unloading only, when no other thread can be in the library.
     void Unload() noexcept;
 
-    /// The code of the paper size with this name, or 0.
+    /// 0 for an unknown name.
     std::uint32_t PaperDbIdFromName(std::wstring_view name);
-    /// The paper that the first paper word names; the word is removed. Without one, the default paper.
+    /// The paper of the first paper word, which is removed; the default paper without one.
     Paper PaperFromAttributeWords(AttributeText::Words& words);
-    /// Finds the paper size that a database code stands for. False when the code is 0 or above the number of
-    /// paper sizes: codes run 1, 2, 3 in the order of the file.
+    /// False if the code is 0 or above the number of paper sizes: codes run 1, 2, 3 in the order of the file.
     bool PaperFromDbId(std::uint32_t dbId, Paper& paper);
 
     /// The OR of the words' codes.
     std::uint32_t AttributeMaskFromNames(std::wstring_view names);
-    /// The words of a mask, pairs first; of a pair at most one side, the first preferred.
+    /// The words of a mask, pairs first; one side per pair, preferably the first.
     QxString AttributeNamesFromMask(std::uint32_t mask);
-    /// The page attributes among the words, in the catalogue's wording and one word a pair; they are removed
-    /// from the list. A pair without a word gives its default side if addDefaults is set.
+    /// Removes the page attributes from the words and returns them in the catalogue's spelling, one word per
+    /// pair. With addDefaults, a pair without a word gives its default side.
     std::wstring NormalizePageAttributes(AttributeText::Words& words, bool addDefaults);
 
     std::uint32_t FinishingMaskFromNames(std::wstring_view names);
     QxString FinishingNamesFromMask(std::uint32_t mask);
 
-    /// An unknown name gives the default PDL's code.
+    /// The default PDL's code for an unknown name.
     std::uint32_t PdlDbIdFromName(std::wstring_view name);
-    /// An unknown code gives the default PDL's name.
+    /// The default PDL's name for an unknown code.
     QxString PdlNameFromDbId(std::uint32_t dbId);
 
-    /// All finishing words and the first PDL word (the default PDL without one), removed from the list.
+    /// Removes all finishing words and the first PDL word, and returns them; the default PDL without one.
     JobOptions JobOptionsFromAttributeWords(AttributeText::Words& words);
 
-    /// Name of the first entry, in the map's order, that is marked as the default; empty if none is.
+    /// Name of the first default entry in the map's order; empty if none.
     QxString DefaultEntryName(CatalogueMap CatalogueTables::*map);
 
 private:
@@ -135,9 +132,10 @@ private:
     bool FindPdl(std::wstring_view name, std::uint32_t& dbId);
 
     std::atomic<bool> m_loaded = false;
-    std::unique_ptr<CatalogueTables> m_tables; // made by the first load: a map needs construction at run time
+    std::unique_ptr<CatalogueTables>
+        m_tables; // allocated by the first load: a map is not constant-initialised
     QxLock m_lock;
 };
 
-/// The catalogue that all records of the process share. It needs no construction at load.
+/// The process-wide catalogue; constant-initialised.
 JobAttributeCatalogue& TheCatalogue() noexcept;

@@ -5,8 +5,7 @@
 
 #include <utility>
 
-// Every search goes on behind the child found last and never starts again: sections and children that are
-// out of order count as missing.
+// The reader never looks back: sections and children out of order count as missing.
 
 namespace {
 
@@ -18,7 +17,7 @@ bool ReadDefault(const QxXmlParser& parser) {
     return parser.GetChildAttributeFlag(L"Default");
 }
 
-/// The next child of that name; 0 if there is none.
+/// The number in the next child with the name; 0 if none.
 std::int32_t ReadNextNumber(QxXmlParser& parser, std::wstring_view name) {
     return parser.FindChildElement(name) ? parser.GetChildNumber() : 0;
 }
@@ -56,7 +55,7 @@ bool ReadPaperSizes(QxXmlParser& parser, CatalogueTables& tables) {
         LogError(L"Missing 'PaperSizes' xml element.");
         return false;
     }
-    // Built aside, so that a failure half-way leaves no name that points behind the sizes.
+    // Local until complete: after an allocation failure no name may point beyond the sizes.
     PaperNameMap names;
     std::vector<PaperSizeEntry> sizes;
     parser.IntoElement();
@@ -77,8 +76,8 @@ bool ReadPaperSizes(QxXmlParser& parser, CatalogueTables& tables) {
     return true;
 }
 
-/// One side of a pair. Without the element the text is empty and the attributes are those of the current
-/// position: the first side's when it is the second that is missing.
+/// One side of a pair. If the element is missing, the text is empty and the attributes come from the current
+/// child: a missing second side gets those of the first.
 CatalogueEntry ReadPairSide(QxXmlParser& parser, std::wstring_view name) {
     CatalogueEntry entry;
     if (parser.FindChildElement(name))

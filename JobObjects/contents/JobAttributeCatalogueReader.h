@@ -4,7 +4,6 @@
 
 #include <string_view>
 
-/// Fills the tables from the catalogue file's text. The sections of the file are read in a fixed order; a
-/// section that is missing is logged and ends the reading with false: the tables of the sections before it
-/// are new, its own is empty, the later ones are unchanged.
+/// Fills the tables from the catalogue file's text, section by section in a fixed order. A missing section is
+/// logged and ends the read with false: its table is empty, later tables are unchanged.
 bool ReadCatalogue(std::wstring_view text, CatalogueTables& tables);

@@ -11,8 +11,8 @@
 #include <concepts>
 #include <cstdint>
 
-// The accessors of the records by value type. A getter refuses a null pointer with E_POINTER before anything
-// else and clears the value before it works.
+// Property accessors by value type. A getter checks its pointer first (E_POINTER) and clears the value before
+// it works.
 
 inline BSTR ToAutomation(const QxString& value) {
     return NewBstr(value);
@@ -31,7 +31,7 @@ inline VARIANT_BOOL ToAutomation(bool value) noexcept {
     return value ? VARIANT_TRUE : VARIANT_FALSE;
 }
 
-/// Gives the value that the body works out; a failure inside is reported under the source.
+/// Gets the value that the body returns; reports a failure under the source.
 template<class Out, class Body>
 HRESULT GetValue(Out* pVal, const wchar_t* source, Body&& body) noexcept {
     if (!pVal)
@@ -40,15 +40,15 @@ HRESULT GetValue(Out* pVal, const wchar_t* source, Body&& body) noexcept {
     return RunMethod(source, [&] { *pVal = ToAutomation(body()); });
 }
 
-/// Gets a date, whose value may be any 64 bits: they are copied as such.
+/// Copies the date's 64 bits: loading a NaN could raise a floating-point exception.
 HRESULT GetDate(DATE* pVal, const QxDateTime& field) noexcept;
 HRESULT GetText(BSTR* pVal, const QxString& field, const wchar_t* source) noexcept;
 HRESULT PutText(QxString& field, BSTR value, const wchar_t* source) noexcept;
 
-/// Logs "[Class::put_Xml] Invalid Xml fragment" of a method source and throws it as a QxException.
+/// Logs "[source] Invalid Xml fragment" and throws it as a QxException.
 [[noreturn]] void ThrowInvalidXmlFragment(const wchar_t* source);
 
-/// A number or flag that is at hand: nothing can fail.
+/// Gets a number or flag; cannot fail.
 template<class Out, class Field>
 HRESULT GetField(Out* pVal, const Field& field) noexcept {
     if (!pVal)
@@ -57,7 +57,7 @@ HRESULT GetField(Out* pVal, const Field& field) noexcept {
     return S_OK;
 }
 
-/// Gives the held child with a reference added, or null.
+/// Gets the held child with a reference added, or null.
 template<class Interface>
 HRESULT GetChild(Interface** pVal, const ComPtr<Interface>& field) noexcept {
     if (!pVal)
@@ -66,8 +66,8 @@ HRESULT GetChild(Interface** pVal, const ComPtr<Interface>& field) noexcept {
     return S_OK;
 }
 
-/// Replaces an optional child. Null, or an object that does not have the interface, clears it; any other
-/// failure of the query leaves it alone and is reported.
+/// Replaces an optional child. Null or E_NOINTERFACE clears it; any other failure of the query is reported
+/// and leaves the child unchanged.
 template<class Interface>
 HRESULT PutOptionalChild(ComPtr<Interface>& field, Interface* value, const wchar_t* source) noexcept {
     return RunMethod(source, [&] {
@@ -80,7 +80,7 @@ HRESULT PutOptionalChild(ComPtr<Interface>& field, Interface* value, const wchar
     });
 }
 
-/// Replaces a required child: null is refused.
+/// Replaces a required child; refuses null.
 template<class Interface>
 HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, const wchar_t* source) noexcept {
     if (!value)
@@ -92,8 +92,8 @@ HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, const wchar
     });
 }
 
-// Property signatures. A macro only spells out the accessors of a field; their names are its arguments, so
-// that a search finds them. What is special about a property is written out in its class.
+// Property signatures. The accessors' names are macro arguments, so that a search finds them. Anything
+// special about a property is written out in its class.
 
 #define TEXT_PROPERTY(getter, putter, field)                                                                 \
     HRESULT STDMETHODCALLTYPE getter(BSTR* pVal) override {                                                  \
@@ -149,7 +149,7 @@ HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, const wchar
         return PutRequiredChild(field, newVal, METHOD_SOURCE(putter));                                       \
     }
 
-// The same for a record that wraps a plain one with accessors of its own.
+// The same for a wrapped plain record that has accessors.
 
 #define WRAPPED_TEXT_PROPERTY(getter, putter, value, setValue)                                               \
     HRESULT STDMETHODCALLTYPE getter(BSTR* pVal) override {                                                  \
@@ -166,7 +166,7 @@ HRESULT PutRequiredChild(ComPtr<Interface>& field, Interface* value, const wchar
         setValue(newVal);                                                                                    \
         return S_OK;                                                                                         \
     }
-/// A read-only property whose value is worked out on each call.
+/// A read-only property, computed on each call.
 #define DERIVED_PROPERTY(getter, Type, expression)                                                           \
     HRESULT STDMETHODCALLTYPE getter(Type* pVal) override {                                                  \
         return GetValue(pVal, METHOD_SOURCE(getter), [&] { return expression; });                            \

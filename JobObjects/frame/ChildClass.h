@@ -2,7 +2,7 @@
 
 #include "JobObjects.h"
 
-/// A class that records hold as a child: how it is created and what it is asked for.
+/// ProgID and interface of a class that records hold as a child.
 template<class Interface>
 struct ChildClass;
 

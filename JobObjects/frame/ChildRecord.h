@@ -4,11 +4,11 @@
 #include "common/com/Bstr.h"
 #include "common/com/ErrorReporting.h"
 
-// How a record creates its children and exchanges their XML: only through COM, so that a child can be any
-// object with the interface. Failures are ComErrors.
+// Records create children and exchange XML with them through COM only, so any object with the interface can
+// be a child. Failures are thrown as ComErrors.
 
-/// Looks the class up by ProgID, creates the object in any server context, puts it into the running state and
-/// asks it for the interface. Returns the result of the step that fails.
+/// Creates an object by ProgID in any server context, runs it (OleRun) and queries the interface. Returns the
+/// result of the failed step.
 HRESULT CreateByProgId(const wchar_t* progId, REFIID iid, void** object) noexcept;
 
 template<class Interface>
@@ -18,9 +18,9 @@ ComPtr<Interface> CreateChild() {
     return child;
 }
 
-// The child comes by value: it may call back into the record, or let others call, and be replaced meanwhile.
+// By value: the call can re-enter the record and replace the child.
 
-/// With the child's own error information if it fails; E_POINTER if there is no child.
+/// A failure carries the child's error information; E_POINTER without a child.
 template<class Interface>
 UniqueBstr GetChildXml(ComPtr<Interface> child) {
     ThrowIfFailed(child ? S_OK : E_POINTER);
@@ -36,7 +36,7 @@ void PutChildXml(ComPtr<Interface> child, std::wstring_view xml) {
     CallObject(child.Get(), ChildClass<Interface>::Iid, [&] { return child->put_Xml(text.Get()); });
 }
 
-/// A new child with the given XML, for properties that hand out copies.
+/// A new child filled from XML, for properties that return copies.
 template<class Interface>
 ComPtr<Interface> CreateFilledChild(std::wstring_view xml) {
     ComPtr<Interface> child = CreateChild<Interface>();

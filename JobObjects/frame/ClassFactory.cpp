@@ -21,7 +21,7 @@ HRESULT ClassFactory::QueryInterface(REFIID iid, void** object) {
 
 ULONG ClassFactory::AddRef() {
     const ULONG count = m_references.Add();
-    if (count == 2) // the first client beside the module's cache
+    if (count == 2) // the first reference beyond the module's cache
         OwnModule().Lock();
     return count;
 }
@@ -39,7 +39,8 @@ HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object)
     if (!object)
         return E_POINTER;
     *object = nullptr;
-    // An outer object must ask for the inner one's own IUnknown: any other interface would delegate to it.
+    // Aggregation must request IUnknown: every other interface of the inner object delegates to the outer
+    // one.
     if (outer && !(m_entry.aggregatable && InlineIsEqualGUID(iid, IID_IUnknown)))
         return CLASS_E_NOAGGREGATION;
     return m_entry.createInstance(outer, iid, object);

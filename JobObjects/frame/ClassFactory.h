@@ -5,11 +5,11 @@
 
 #include <atomic>
 
-/// The class object of one class: creates instances. Cached by the module, which holds one reference until
-/// the library goes; any reference beyond that keeps the library loaded.
+/// The class object of one class. The module caches it with one reference until unloading; any further
+/// reference keeps the library loaded.
 class ClassFactory final : public IClassFactory {
 public:
-    /// With one reference; null when there is no memory.
+    /// With one reference; null if out of memory.
     static IUnknown* Create(const ClassMapEntry& entry) noexcept;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;

@@ -3,12 +3,12 @@
 #include <windows.h>
 #include <unknwn.h>
 
-/// One creatable class: everything that class objects, registration and unregistration need.
+/// One creatable class, for class objects and registration.
 struct ClassMapEntry {
     const CLSID* classId;
-    /// "PrintJob": the ProgIDs and the description are formed from it.
+    /// Such as "PrintJob"; ProgIDs and description derive from it.
     const wchar_t* name;
     bool aggregatable;
-    /// Makes an instance and queries it for an interface.
+    /// Creates an instance and queries an interface.
     HRESULT (*createInstance)(IUnknown* outer, REFIID iid, void** object) noexcept;
 };

@@ -7,7 +7,7 @@
 
 #include <new>
 
-/// An object of its own: deletes itself with its last reference. Holds one module lock for its life.
+/// A stand-alone object: deletes itself on the last release and holds a module lock while it exists.
 template<class Impl>
 class ComObject final : public Impl {
 public:
@@ -17,7 +17,7 @@ public:
         const ULONG count = Impl::Release();
         if (count == 0) {
             delete this;
-            OwnModule().Unlock(); // last: the members' releases still need the library
+            OwnModule().Unlock(); // last: the destructor still needs the library
         }
         return count;
     }
@@ -26,7 +26,7 @@ private:
     ~ComObject() = default;
 };
 
-/// The implementation class inside an aggregate: its interfaces belong to the outer object.
+/// The implementation inside an aggregate: its IUnknown methods delegate to the outer object.
 template<class Impl>
 class ContainedObject final : public Impl {
 public:
@@ -39,10 +39,10 @@ public:
     ULONG STDMETHODCALLTYPE Release() override { return m_outer->Release(); }
 
 private:
-    IUnknown* m_outer; // not counted: the outer object outlives its inner one
+    IUnknown* m_outer; // not counted: the outer object outlives the inner one
 };
 
-/// The inner object that an outer one holds: its own identity around a contained implementation.
+/// The non-delegating IUnknown of an aggregated object.
 template<class Impl>
 class AggregatedObject final : public IUnknown {
 public:
@@ -70,22 +70,22 @@ public:
 private:
     ~AggregatedObject() = default;
 
-    ReferenceCount<> m_references; // first, so that it outlives the contained object
+    ReferenceCount<> m_references; // first: outlives m_contained
     ContainedObject<Impl> m_contained;
 };
 
-/// A constructor that fails reports under "Class::Class".
+/// "Class::Class": the source of failures in a constructor.
 template<class Impl>
 inline constexpr const wchar_t* ConstructionSource = MethodName<Impl::ClassName, Impl::ClassName>.data();
 
-/// Queries a new object, whose one reference is the caller's, and gives that reference back.
+/// Queries a new object and releases its initial reference.
 inline HRESULT QueryNewObject(IUnknown* created, REFIID iid, void** object) {
     const HRESULT result = created->QueryInterface(iid, object);
     created->Release();
     return result;
 }
 
-/// Instance creator of a class that cannot be aggregated.
+/// Creator for a class that cannot be aggregated.
 template<class Impl>
 HRESULT CreateObject(IUnknown*, REFIID iid, void** object) noexcept {
     return RunMethod(ConstructionSource<Impl>, [&] {
@@ -94,7 +94,7 @@ HRESULT CreateObject(IUnknown*, REFIID iid, void** object) noexcept {
     });
 }
 
-/// Instance creator of a class that may be part of an aggregate.
+/// Creator for an aggregatable class.
 template<class Impl>
 HRESULT CreateAggregatableObject(IUnknown* outer, REFIID iid, void** object) noexcept {
     if (!outer)

@@ -39,7 +39,7 @@ HRESULT DispatchGetIDsOfNames(TypeInfoHolder& holder, LPOLESTR* names, UINT coun
         *ids = *id;
         return S_OK;
     }
-    // Unknown names and the names of arguments.
+    // Arguments and unknown names.
     return info->GetIDsOfNames(names, count, ids);
 }
 

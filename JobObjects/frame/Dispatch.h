@@ -2,8 +2,7 @@
 
 #include "TypeLibrary.h"
 
-// Late binding of a dual interface over its type information: the four IDispatch methods, once for all
-// classes.
+// The four IDispatch methods of a dual interface, by its type information. Shared by all classes.
 
 HRESULT DispatchGetTypeInfoCount(UINT* count) noexcept;
 HRESULT DispatchGetTypeInfo(TypeInfoHolder& holder, UINT index, ITypeInfo** info) noexcept;

@@ -13,38 +13,38 @@
 #include <span>
 #include <type_traits>
 
-// The XML form of a record as one table in the order of the document: it drives writing and reading. What a
-// row cannot say is a pair of functions in that row's place.
+// The XML form of a record: one table, in document order, drives writing and reading. Where a plain row does
+// not suffice, a row names two functions.
 
-/// What a read does with a field whose element is missing.
+/// How a read treats a field whose element is missing.
 enum class Missing : std::uint8_t {
-    Reset,          ///< to empty, the lowest value or 0, false, or the zero date
-    Kept,           ///< keeps its value
-    ResetInAnyForm, ///< as Reset, also if the record's version does not have the element
+    Reset,          ///< to empty, 0 (or the minimum), false or the zero date
+    Kept,           ///< unchanged
+    ResetInAnyForm, ///< as Reset, also in versions without the element
 };
 
-/// What a row says about its element without knowing the record's class.
+/// The part of a row that does not depend on the record's class.
 struct ElementForm {
-    /// Markup is written as is and read whole, with its own tags.
+    /// Markup is stored and written verbatim, tags included.
     enum class Kind : std::uint8_t { Text, Markup, Number, Flag, Date, Custom };
 
     bool BelongsTo(const QxVersion& version) const noexcept {
         return version >= since && (!until.IsValid() || version < until);
     }
     void Write(QxXmlWriter& writer, const void* field) const;
-    /// The element is one of the version's.
+    /// Requires BelongsTo(version).
     void Read(const QxXmlParser& parser, ChildReader& children, void* field) const;
     void Reset(void* field) const;
 
     XmlName name;
     Kind kind;
     Missing missing = Missing::Reset;
-    std::int32_t minimum = std::numeric_limits<std::int32_t>::min(); ///< a lower number is raised to it
-    QxVersion since{};                                               ///< undefined: from the first version on
-    QxVersion until{};                                               ///< the first version without it
+    std::int32_t minimum = std::numeric_limits<std::int32_t>::min(); ///< lower numbers are raised to it
+    QxVersion since{};                                               ///< undefined: all versions
+    QxVersion until{};                                               ///< first version without the element
 };
 
-/// One row: an element and the field that holds its value.
+/// One row: an element and its field.
 template<class Record>
 class Element : public ElementForm {
 public:
@@ -59,7 +59,7 @@ public:
         : ElementForm{elementName, Kind::Flag}, m_flag(field) {}
     constexpr Element(XmlName elementName, QxDateTime Record::*field)
         : ElementForm{elementName, Kind::Date}, m_date(field) {}
-    /// Functions in the place of a row. They are called for every version; a null one does nothing.
+    /// Custom functions, called for every version; a null one does nothing.
     constexpr Element(Writer writer, Reader reader)
         : ElementForm{L"", Kind::Custom}, m_custom{writer, reader} {}
 
@@ -101,7 +101,7 @@ private:
         changed.*member = value;
         return changed;
     }
-    /// Owner is the record, const or not; so is the field.
+    /// The field is const if the record is.
     template<class Owner>
     auto FieldOf(Owner& record) const noexcept
         -> std::conditional_t<std::is_const_v<Owner>, const void*, void*> {
@@ -129,7 +129,7 @@ private:
 template<class Record>
 using ElementTable = std::span<const Element<Record>>;
 
-/// Writes the elements that the version has.
+/// Writes the version's elements.
 template<class Record>
 void WriteElements(QxXmlWriter& writer, const QxVersion& version, const Record& record,
                    std::type_identity_t<ElementTable<Record>> table) {
@@ -137,7 +137,7 @@ void WriteElements(QxXmlWriter& writer, const QxVersion& version, const Record& 
         element.WriteTo(writer, version, record);
 }
 
-/// Reads the elements that the version has, from the parser's current element.
+/// Reads the version's elements from the parser's current element.
 template<class Record>
 void ReadElements(QxXmlParser& parser, ChildReader& children, const QxVersion& version, Record& record,
                   std::type_identity_t<ElementTable<Record>> table) {

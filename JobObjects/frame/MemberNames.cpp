@@ -13,23 +13,23 @@ bool IsLetter(wchar_t c) noexcept {
     return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z');
 }
 
-/// A letter in lower case; for other characters a value without meaning.
+/// Lower-cases a letter; meaningless for other characters.
 std::size_t Folded(wchar_t c) noexcept {
     return static_cast<std::size_t>(c) | CaseBit;
 }
 
-/// From the length and three letters: a sum over all of them would make long names slow. With these factors
-/// 6 of the library's 189 names find their first slot taken.
+/// Uses the length and three letters; hashing every letter would slow long names down. With these factors, 6
+/// of the library's 189 names collide.
 std::size_t Hash(std::wstring_view name) noexcept {
     return 31 * name.size() + 3 * Folded(name.front()) + 17 * Folded(name[name.size() / 2]) +
            41 * Folded(name.back());
 }
 
-/// The known name consists of letters, which the one bit takes from case to case.
+/// Ignores case: known consists of letters, whose cases differ in one bit.
 bool IsSameName(std::wstring_view known, std::wstring_view name) noexcept {
     if (known.size() != name.size())
         return false;
-    unsigned difference = 0; // without a way out, so that the compiler compares many characters at once
+    unsigned difference = 0; // no early exit, so that the compiler vectorises the loop
     for (std::size_t i = 0; i < known.size(); ++i)
         difference |= static_cast<unsigned>(known[i] ^ name[i]);
     return (difference & ~CaseBit) == 0;
@@ -89,7 +89,7 @@ std::size_t MemberNames::SlotOf(std::wstring_view name) const noexcept {
 
 const DISPID* MemberNames::Find(const wchar_t* name) const noexcept {
     std::size_t length = 0;
-    while (name[length]) // names are too short for a call of the runtime's to pay
+    while (name[length]) // faster than wcslen for short names
         ++length;
     if (length == 0)
         return nullptr;

@@ -8,28 +8,28 @@
 #include <string_view>
 #include <vector>
 
-/// The member names of one interface with their dispatch identifiers, so that late binding need not search
-/// the type information, which takes longer with each member.
+/// Hash table from the member names of one interface to DISPIDs. The type information's own search is linear
+/// in the number of members.
 ///
-/// Knows names in ASCII letters alone, in either case, and only what the type information itself says of
-/// them. For any other name the type information has to be asked, which compares by the rules of its locale.
+/// Holds names made of ASCII letters only and ignores case. For any other name ask the type information,
+/// which compares by its locale's rules.
 class MemberNames {
 public:
-    /// Throws when memory is short or the type information fails.
+    /// Throws std::bad_alloc, or a ComError if the type information fails.
     explicit MemberNames(ITypeInfo& info);
 
-    /// Null for a name that is not known here.
+    /// Null if the table does not have the name.
     const DISPID* Find(const wchar_t* name) const noexcept;
 
 private:
     struct Slot {
-        QxString name; ///< empty: a free slot
+        QxString name; ///< empty: free slot
         DISPID id = DISPID_UNKNOWN;
     };
 
     void Add(std::wstring_view name, DISPID id);
-    /// The slot that holds the name, or the free one where the search for it ends.
+    /// The name's slot, or the free slot that ends the search.
     std::size_t SlotOf(std::wstring_view name) const noexcept;
 
-    std::vector<Slot> m_slots; ///< by hash of the name; a power of two, three quarters of them or more free
+    std::vector<Slot> m_slots; ///< open addressing; a power of two, at least three quarters free
 };

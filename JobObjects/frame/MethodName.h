@@ -3,10 +3,9 @@
 #include <array>
 #include <cstddef>
 
-// The fixed text under which a method reports a failure, such as "CPrintJobImpl::put_Xml". Log readers match
-// it.
+// The source of a reported failure, such as "CPrintJobImpl::put_Xml". Log readers match these texts.
 
-/// A literal as a template argument.
+/// A string literal as a template argument.
 template<std::size_t Size>
 struct NameLiteral {
     consteval NameLiteral(const wchar_t (&literal)[Size]) {
@@ -18,7 +17,7 @@ struct NameLiteral {
     wchar_t text[Size]{};
 };
 
-/// "Class::Method", joined by the compiler.
+/// "Class::Method", joined at compile time.
 template<NameLiteral Class, NameLiteral Method>
 inline constexpr auto MethodName = [] {
     std::array<wchar_t, Class.Length + 2 + Method.Length + 1> name{};
@@ -32,5 +31,5 @@ inline constexpr auto MethodName = [] {
     return name;
 }();
 
-/// For use inside an implementation class: Self is the class, Self::ClassName its name as a NameLiteral.
+/// Requires Self, the implementation class, and its NameLiteral Self::ClassName.
 #define METHOD_SOURCE(Method) (MethodName<Self::ClassName, L"" #Method>.data())

@@ -2,6 +2,5 @@
 
 #include <string>
 
-/// Full path of the library's file; throws a ComError if it is not to be had or does not fit into 260
-/// characters.
+/// Full path of the library's file. Throws a ComError if it is unavailable or longer than 259 characters.
 std::wstring OwnModulePath();

@@ -5,9 +5,8 @@
 #include "ReferenceCount.h"
 #include "common/com/ErrorReporting.h"
 
-/// What the ten implementation classes share: their interfaces, the reference count, late binding over the
-/// type library, and the assurance that failures carry error information. The object wrapper deletes the
-/// object (ComObject.h).
+/// Base of the ten implementation classes: interfaces, reference count, late binding and ISupportErrorInfo.
+/// The wrapper in ComObject.h deletes the object.
 template<class Interface, const IID& interfaceId>
 class Record : public Interface, public ISupportErrorInfo {
 public:
@@ -16,7 +15,7 @@ public:
     Record(const Record&) = delete;
     Record& operator=(const Record&) = delete;
 
-    /// QueryInterface over the record's own interfaces.
+    /// Queries the record's own interfaces, without delegating to an outer object.
     HRESULT FindInterface(REFIID iid, void** object) noexcept {
         if (!object)
             return E_POINTER;
@@ -32,8 +31,8 @@ public:
         return S_OK;
     }
 
-    // Here and not in the wrapper, so that the members of a record can still reach its IUnknown while they
-    // are destroyed. The count is not interlocked: the classes are apartment-threaded.
+    // Here and not in the wrapper, so that children can still call them while the record's members are
+    // destroyed. The count is not interlocked: the classes are apartment-threaded.
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
         return FindInterface(iid, object);

@@ -2,15 +2,15 @@
 
 #include <windows.h>
 
-/// The references to an object that deletes itself with the last one. Starts with its creator's.
+/// Reference count of an object that deletes itself; starts at 1.
 ///
-/// During the destruction others may still add and release references, such as a child that looks back at its
-/// parent. The count is high then, so that none of these releases is a last one.
+/// During destruction a child may still add and release references to its parent. The count is then high, so
+/// that no such release deletes the object again.
 template<class Number = ULONG>
 class ReferenceCount {
 public:
     ULONG Add() noexcept { return ++m_count; }
-    /// Returns the references that are left; at 0 the caller destroys the object.
+    /// Returns the new count; at 0 the caller deletes the object.
     ULONG Release() noexcept {
         const ULONG left = --m_count;
         if (left == 0)

@@ -4,12 +4,11 @@
 
 #include <windows.h>
 
-// Not LoadString: it is in user32, which a service has no other use for and which a process without access to
-// the window system cannot load.
+// Not LoadString: it would load user32, which fails in a process without access to the window station.
 
 namespace {
 
-/// String tables are stored in blocks of this many texts, each text as its length and its characters.
+/// A string table is stored in blocks of this many texts, each a length followed by the characters.
 constexpr unsigned BlockSize = 16;
 
 std::wstring_view Block(unsigned number) noexcept {
@@ -27,7 +26,7 @@ std::wstring_view Block(unsigned number) noexcept {
 } // namespace
 
 std::wstring_view LoadResourceString(ResourceString id) noexcept {
-    std::wstring_view block = Block(id / BlockSize + 1); // numbered from 1
+    std::wstring_view block = Block(id / BlockSize + 1); // blocks count from 1
     for (unsigned skipped = 0; !block.empty(); ++skipped) {
         const std::wstring_view text = block.substr(1, block.front());
         if (skipped == id % BlockSize)

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-/// Identifiers of the string table.
+/// Identifiers in the string table of JobObjects.rc.in.
 enum ResourceString : unsigned {
     StringLogSourceName = 100,
     StringRegistryRoot = 101,
@@ -10,5 +10,5 @@ enum ResourceString : unsigned {
     StringPropertyNotSupported = 104,
 };
 
-/// A text of the string table; a view into the module's own image, valid as long as it is loaded.
+/// A view into the module's image, valid while the module is loaded. Empty if not found.
 std::wstring_view LoadResourceString(ResourceString id) noexcept;

@@ -4,8 +4,8 @@
 
 #include <atomic>
 
-/// What objects and class objects need of the module they belong to: its handle, the lock count that keeps
-/// the library loaded, and callbacks that run before the library is unloaded.
+/// The module as its objects see it: handle, the lock count that keeps the library loaded, and callbacks to
+/// run before unloading.
 class ServerModule {
 public:
     using TerminationCallback = void (*)(void* context) noexcept;
@@ -15,13 +15,14 @@ public:
 
     HINSTANCE Instance() const noexcept { return m_instance; }
 
-    /// Each live instance, each class object that a client holds and each LockServer(TRUE) has one lock. Both
-    /// return the new count.
+    // One lock for each live instance, each class object that a client holds and each LockServer(TRUE).
+
+    /// Contract: Lock and Unlock return the new count.
     LONG Lock() noexcept { return ++m_lockCount; }
     LONG Unlock() noexcept { return --m_lockCount; }
     LONG LockCount() const noexcept { return m_lockCount; }
 
-    /// Adds a callback that runs once when the module is torn down.
+    /// The callback runs once, before the library is unloaded.
     HRESULT AddTerminationCallback(TerminationCallback callback, void* context) noexcept;
 
 protected:
@@ -43,5 +44,5 @@ private:
     std::atomic<Termination*> m_terminations{nullptr};
 };
 
-/// The one module of this library, which defines this function.
+/// The library's one module; CJobObjectsModule.cpp defines this function.
 ServerModule& OwnModule() noexcept;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t MaxLibraryPath = 270;
 
-/// The module's path with its extension, the part from the last "." behind the last "\", replaced.
+/// Replaces the extension of the file name.
 std::wstring WithExtension(std::wstring path, std::wstring_view extension) {
     const std::size_t dot = path.rfind(L'.');
     const std::size_t slash = path.rfind(L'\\');
@@ -61,7 +61,7 @@ HRESULT TypeInfoHolder::Load() noexcept {
     if (FAILED(result))
         return result;
 
-    // Registered before the pointer is published, so that what others may use is sure to be released.
+    // Before the pointer is published: a published pointer is then always released.
     result = OwnModule().AddTerminationCallback(
         [](void* context) noexcept { static_cast<TypeInfoHolder*>(context)->Release(); }, this);
     ITypeInfo* none = nullptr;
@@ -84,7 +84,7 @@ const MemberNames* TypeInfoHolder::Names() noexcept {
             if (m_names.compare_exchange_strong(none, made.get()))
                 static_cast<void>(made.release()); // m_names owns it now
         } catch (...) {
-            // Late binding works without, only slower; the next call tries again.
+            // Late binding works without the table, only slower. The next call tries again.
         }
     }
     return m_names;

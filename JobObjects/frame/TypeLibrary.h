@@ -9,21 +9,20 @@
 
 #include <atomic>
 
-/// Loads the library's type library: from the resource of the given index in the module's own file
-/// (0: the file as it is), or else from the file of the same name with the extension ".tlb". Gives the path
-/// it was loaded from.
+/// Loads the type library from a resource of the module's file (index 0: the first), or else from the ".tlb"
+/// file beside it. path receives the path it was loaded from.
 HRESULT LoadOwnTypeLibrary(unsigned resourceIndex, UniqueBstr& path, ComPtr<ITypeLib>& library) noexcept;
 
-/// The type information of one of the library's interfaces, loaded on first use and kept until the library
-/// is unloaded. Constant-initialised, one for each interface.
+/// The type information of one interface, loaded on first use and kept until the library is unloaded.
+/// Constant-initialised.
 class TypeInfoHolder {
 public:
     constexpr explicit TypeInfoHolder(const IID& iid) noexcept : m_iid(iid) {}
 
-    /// Borrowed: valid as long as the library is loaded.
+    /// No reference added: valid while the library is loaded.
     HRESULT Get(ITypeInfo** info) noexcept;
 
-    /// The member names of loaded type information; null when there is no memory for them.
+    /// Requires a successful Get. Null if the table cannot be made.
     const MemberNames* Names() noexcept;
 
 private:

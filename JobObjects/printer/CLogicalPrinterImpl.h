@@ -6,8 +6,8 @@
 #include "common/QxVersion.h"
 #include "common/xml/RecordReading.h"
 
-/// One print queue as the agent sees it: its names, driver, print monitor and print processor, and the dates
-/// of its first and last transaction. Stored values only. May be part of an aggregate.
+/// A print queue: names, driver, print monitor, print processor, and the dates of its first and last
+/// transaction. Aggregatable.
 class CLogicalPrinterImpl : public Record<ILogicalPrinter, IID_ILogicalPrinter> {
 public:
     using Self = CLogicalPrinterImpl;
@@ -52,14 +52,14 @@ public:
     HRESULT STDMETHODCALLTYPE put_Destination(BSTR newVal) override;
 
 private:
-    static const Element<Self> Elements[]; // the XML form, CLogicalPrinterXml.cpp
+    static const Element<Self> Elements[]; // CLogicalPrinterXml.cpp
 
     bool IsOlderForm() const noexcept;
     QxXmlWriter WriteXml();
     void ReadVersion(const QxXmlParser& parser);
     void ReadXml(QxXmlParser& parser);
 
-    /// Fills in missing transaction dates and keeps the last one from lying before the first.
+    /// Fills in missing transaction dates and moves a last date that is before the first.
     void NormalizeTransactionDates() noexcept;
 
     QxVersion m_version{7, 0};
@@ -94,7 +94,7 @@ private:
     QxString m_printerInfo; // markup
     QxString m_destination; // markup
 
-    // Carried for peers of the older form only; they have no property.
+    // For peers of the older form; without properties.
     QxString m_serverShareName;
     QxString m_portConfig; // markup
     QxString m_printProcessorFileName;

@@ -1,4 +1,4 @@
-// The versioned XML form of a logical printer: one table that both directions and both forms go by.
+// The XML forms of a logical printer: one table for all versions.
 
 #include "CLogicalPrinterImpl.h"
 
@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr QxVersion AssumedVersion(3, 0); // of a document that tells none
-constexpr QxVersion CurrentForm(3, 6);    // below it the older form
+constexpr QxVersion AssumedVersion(3, 0); // without a Version attribute
+constexpr QxVersion CurrentForm(3, 6);    // lower versions: the older form
 constexpr QxVersion ColorCapableVersion(4, 0);
 constexpr QxVersion TrackerVersion(6, 0);
 constexpr QxVersion SecurePrintVersion(7, 0);

@@ -23,7 +23,7 @@ constexpr Element<CWindowsPrintInfoImpl> CWindowsPrintInfoImpl::Elements[] = {
     {L"DevModeTumble", &Self::m_devModeTumble},
     {L"DevModeXResolution", &Self::m_devModeXResolution},
     {L"DevModeYResolution", &Self::m_devModeYResolution},
-    {L"DevModeTtOption", &Self::m_devModeTTOption}, // the element's own spelling
+    {L"DevModeTtOption", &Self::m_devModeTTOption}, // sic: differs from the property
     {L"DevModeCollate", &Self::m_devModeCollate},
     {L"DevModeFormName", &Self::m_devModeFormName},
     {L"DevModeMediaType", &Self::m_devModeMediaType},
@@ -41,11 +41,11 @@ HRESULT CWindowsPrintInfoImpl::put_Xml(BSTR newVal) {
         parser.SetDocument(BstrView(newVal));
         const bool found = parser.FindElement(L"WindowsPrintInfo", true);
         if (!found)
-            parser.SetDocument({}); // every element is missing then: the record is reset
+            parser.SetDocument({}); // without elements, the read resets the record
         ReadXml(parser);
         if (found)
             return S_OK;
-        // Reported by the log and the result alone, without error information.
+        // On purpose two log lines and no error information.
         LogError(L"[CWindowsPrintInfo::put_Xml] Invalid Xml fragment");
         LogError(L"[CWindowsPrintInfoImpl::put_Xml] Invalid Xml fragment");
         return FailWithoutInfo(E_FAIL);
@@ -64,7 +64,7 @@ QxXmlWriter CWindowsPrintInfoImpl::WriteXml() const {
 void CWindowsPrintInfoImpl::ReadXml(QxXmlParser& parser) {
     ChildReader children(parser);
     ReadElements(parser, children, AnyVersion, *this, Elements);
-    // Pages count all copies once the originals are known; a record's own output already does.
+    // Once the originals are known, pages count all copies. In this record's own output both hold already.
     if (m_jobInfoOriginals == 0) {
         m_jobInfoOriginals = m_jobInfoPages;
         const std::int64_t pages = std::int64_t{m_jobInfoPages} * Copies();
@@ -77,7 +77,7 @@ std::int32_t CWindowsPrintInfoImpl::Copies() const noexcept {
     return (m_devModeFields & DM_COPIES) != 0 ? std::max<std::int32_t>(m_devModeCopies, 1) : 1;
 }
 
-// Any value of a selected field counts, the codes for simplex and monochrome included.
+// Any non-zero value of a selected field counts, even the codes for simplex and monochrome.
 
 HRESULT CWindowsPrintInfoImpl::get_IsDuplex(VARIANT_BOOL* pVal) {
     return GetField(pVal, (m_devModeFields & DM_DUPLEX) != 0 && m_devModeDuplex != 0);

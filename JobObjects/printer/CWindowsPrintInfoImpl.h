@@ -5,8 +5,8 @@
 #include "JobObjects/frame/Record.h"
 #include "common/xml/QxXmlParser.h"
 
-/// How the print system described one job: page counts of the spooler, the DEVMODE fields and the print
-/// processor's page layout. Stored values only.
+/// A job as the print system describes it: the spooler's page counts, DEVMODE fields and the print
+/// processor's page layout.
 class CWindowsPrintInfoImpl : public Record<IWindowsPrintInfo, IID_IWindowsPrintInfo> {
 public:
     using Self = CWindowsPrintInfoImpl;
@@ -46,7 +46,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_JobInfoCopies(LONG* pVal) override;
 
 private:
-    static constexpr QxVersion AnyVersion{}; // the form has one version, which it does not name
+    static constexpr QxVersion AnyVersion{}; // the form has no versions
     static const Element<Self> Elements[];
 
     QxXmlWriter WriteXml() const;

@@ -2,7 +2,7 @@
 
 #include "DeviceJob.h"
 
-/// One copy job at a device.
+/// A copy job at a device.
 class CCopyJobImpl : public DeviceJobRecord<CCopyJobImpl, ICopyJob, IID_ICopyJob> {
 public:
     static constexpr NameLiteral ClassName{L"CCopyJobImpl"};

@@ -2,7 +2,7 @@
 
 #include "DeviceJob.h"
 
-/// One fax job at a device: also the number, the remote station and how long it took.
+/// A fax job at a device, with number, remote station and duration.
 class CFaxJobImpl : public DeviceJobRecord<CFaxJobImpl, IFaxJob, IID_IFaxJob> {
 public:
     static constexpr NameLiteral ClassName{L"CFaxJobImpl"};

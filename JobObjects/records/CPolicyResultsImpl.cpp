@@ -97,7 +97,7 @@ void CPolicyResultsImpl::ReadXml(std::wstring_view xml) {
     ChildReader children(parser);
     m_policyId = children.PositiveNumber(L"PolicyId");
     m_hasRules = true;
-    // The current child is the policy's identifier, or there is none.
+    // The current child is still PolicyId, if present.
     if (QxString hasRules; parser.FindChildAttribute(L"HasRules", hasRules))
         m_hasRules = QxMisc::ParseBool(hasRules);
     m_policyName = children.Text(L"PolicyName");

@@ -7,7 +7,7 @@
 
 #include <map>
 
-/// The outcome of one print policy applied to a job, with the rules that the job violated.
+/// The result of applying a print policy to a job: the violated rules.
 class CPolicyResultsImpl : public Record<IPolicyResults, IID_IPolicyResults> {
 public:
     using Self = CPolicyResultsImpl;
@@ -33,13 +33,13 @@ private:
     void ReadXml(std::wstring_view xml);
     void ReadRuleViolations(QxXmlParser& parser);
     bool InformOnly() const noexcept;
-    /// Negative identifiers are ignored; the first action given for an identifier is kept.
+    /// Ignores negative identifiers; of duplicates the first action counts.
     void AddViolation(std::int32_t triggerId, std::wstring_view action);
 
     bool m_cancelled = false;
     bool m_hasRules = true;
     std::int32_t m_policyId = 0;
     QxString m_policyName;
-    std::map<std::int32_t, QxString> m_violations; // the action by trigger identifier
+    std::map<std::int32_t, QxString> m_violations; // trigger identifier to action
     QxVersion m_version{4, 0};
 };

@@ -7,8 +7,8 @@
 #include "common/xml/RecordReading.h"
 #include "common/xml/QxXmlWriter.h"
 
-/// One print job: who printed it, when, from where and how big it was, the target it is logged against, and
-/// its children. A child is held as a counted reference and may be any object with the child's interface.
+/// A print job: user, times, origin, size, log target and children. A child may be any object with the
+/// child's interface.
 class CPrintJobImpl : public Record<IPrintJob, IID_IPrintJob> {
 public:
     using Self = CPrintJobImpl;
@@ -54,7 +54,7 @@ public:
     OPTIONAL_CHILD_PROPERTY(get_WindowsPrintInfo, put_WindowsPrintInfo, IWindowsPrintInfo, m_windowsPrintInfo)
     OPTIONAL_CHILD_PROPERTY(get_PolicyResults, put_PolicyResults, IPolicyResults, m_policyResults)
 
-    // The log target: one value, seen through the property of its type (CPrintJobLogTarget.cpp).
+    // The log target: one value, accessible through the property of its type (CPrintJobLogTarget.cpp).
 
     HRESULT STDMETHODCALLTYPE get_LogTargetType(LONG* pVal) override;
     HRESULT STDMETHODCALLTYPE ResetLogTarget() override;
@@ -66,14 +66,14 @@ public:
     HRESULT STDMETHODCALLTYPE put_DeviceAddress(BSTR newVal) override;
 
 private:
-    /// The first version that can tell a log target's type; it also brought ApplicationName and VpnConnected.
+    /// First version with the log target's type, ApplicationName and VpnConnected.
     static constexpr QxVersion LogTargetVersion{4, 2};
 
     void SetLogTarget(std::int32_t type, QxString value) noexcept;
     HRESULT CheckLogTargetTypeSupportsProperty(std::int32_t requiredType,
                                                std::wstring_view propertyName) const noexcept;
 
-    // The XML form (CPrintJobXml.cpp).
+    // XML form (CPrintJobXml.cpp).
 
     static const Element<Self> Elements[];
 
@@ -96,7 +96,7 @@ private:
     void ReadJobContents(const QxXmlParser& parser, ChildReader& children);
     void ReadPageCounterInfo(QxXmlParser& parser, ChildReader& children);
 
-    /// Fills in the current time where one was never set.
+    /// Fills in the current time where none was set.
     void StampTimes() noexcept;
 
     QxVersion m_version;
@@ -120,7 +120,7 @@ private:
     QxString m_logTarget;
     std::int32_t m_logTargetType = 0;
     bool m_vpnConnected = false;
-    std::int32_t m_tonerCoverage = -1; // -1: not known
+    std::int32_t m_tonerCoverage = -1; // -1: unknown
     std::int32_t m_tonerSaving = -1;
     std::int32_t m_dataSource = 0;
     std::int32_t m_jobContentsSource = 0;

@@ -34,7 +34,7 @@ HRESULT CPrintJobImpl::ResetLogTarget() {
     return S_OK;
 }
 
-// The typed getters leave their out-value alone when the target is of another type.
+// The typed getters do not change their out-value if the target is of another type.
 
 HRESULT CPrintJobImpl::get_LogicalPrinterGuid(BSTR* pVal) {
     if (!pVal)
@@ -53,7 +53,7 @@ HRESULT CPrintJobImpl::get_DeviceId(LONG* pVal) {
     if (!pVal)
         return FailWithoutInfo(E_POINTER);
     const HRESULT supported = CheckLogTargetTypeSupportsProperty(LogTargetDevice, L"DeviceId");
-    // The base is taken from the text: what was read from XML may be hexadecimal or octal.
+    // Base from the text: a value read from XML may be hexadecimal or octal.
     return FAILED(supported) ? supported : GetField(pVal, QxMisc::ParseInt32(m_logTarget, 0));
 }
 

@@ -1,5 +1,4 @@
-// The versioned XML form of a print job. A version decides which elements are written and which are looked
-// for; the two directions stand side by side, group by group.
+// The XML forms of a print job: the version selects the elements, for writing and reading alike.
 
 #include "CPrintJobImpl.h"
 
@@ -11,7 +10,7 @@
 
 namespace {
 
-constexpr QxVersion AssumedVersion(3, 0); // of a document that tells none
+constexpr QxVersion AssumedVersion(3, 0); // without a Version attribute
 constexpr QxVersion LowestVersion(3, 5);
 constexpr QxVersion PolicyResultsVersion(4, 0);
 constexpr QxVersion TonerVersion(4, 3);
@@ -20,7 +19,7 @@ constexpr QxVersion UserDomainVersion(6, 0);
 constexpr QxVersion SystemUserVersion(7, 4);
 constexpr QxVersion DesktopUserVersion(7, 26);
 
-/// The three digits behind the first ".", 0 if there are fewer.
+/// The three digits after the first ".", 0 if there are fewer characters.
 std::int32_t Milliseconds(std::wstring_view text) noexcept {
     const std::size_t dot = text.find(L'.');
     return dot != std::wstring_view::npos && dot + 4 <= text.size()
@@ -28,9 +27,8 @@ std::int32_t Milliseconds(std::wstring_view text) noexcept {
                : 0;
 }
 
-/// Reads an optional child's sub-document into the held child, which is created if there is none. Without the
-/// element the child is released. If the child cannot be created, callers expect E_POINTER, whatever the
-/// reason.
+/// Reads an optional child, creating it if necessary; releases it if the element is missing. A failed
+/// creation is E_POINTER for any reason: callers expect that.
 template<class Interface>
 void ReadOptionalChild(const QxXmlParser& parser, ChildReader& children, XmlName name,
                        ComPtr<Interface>& child) {
@@ -109,14 +107,14 @@ void CPrintJobImpl::WriteFromSystemUser(QxXmlWriter& writer) const {
         writer.Element(L"FromSystemUser", m_fromSystemUser);
 }
 
-/// The value counts only once the log target has been read. Asking for the element in its place keeps the
-/// elements behind it from being searched for.
+/// The first FromSystemUser only keeps the reading in document order. Its value is stored after the log
+/// target, by ReadFromSystemUser.
 void CPrintJobImpl::PassFromSystemUser(QxXmlParser&, ChildReader& children) {
     if (m_version >= SystemUserVersion)
         children.Find(L"FromSystemUser");
 }
 
-/// Of two elements the first counts.
+/// Of duplicates the first counts, hence the restart.
 void CPrintJobImpl::ReadFromSystemUser(QxXmlParser& parser, ChildReader&) {
     m_fromSystemUser = m_version >= SystemUserVersion && parser.FindChildElement(L"FromSystemUser", true) &&
                        parser.GetChildFlag();

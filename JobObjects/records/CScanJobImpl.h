@@ -2,7 +2,7 @@
 
 #include "DeviceJob.h"
 
-/// One scan job at a device: also where the scan went and how long it took.
+/// A scan job at a device, with destination and duration.
 class CScanJobImpl : public DeviceJobRecord<CScanJobImpl, IScanJob, IID_IScanJob> {
 public:
     static constexpr NameLiteral ClassName{L"CScanJobImpl"};

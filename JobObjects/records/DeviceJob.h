@@ -8,16 +8,16 @@
 #include "common/xml/QxXmlWriter.h"
 #include "common/xml/XmlNamespace.h"
 
-/// How the XML forms of the three classes differ, besides the elements of their own.
+/// Differences between the XML forms of the three classes, besides their elements.
 struct DeviceJobForm {
     XmlName root;
     const wchar_t* xmlNamespace;
     QxVersion initialVersion;
-    QxVersion lowestVersion; ///< a lower one is raised to it on reading
+    QxVersion lowestVersion; ///< reading raises lower versions to it
 };
 
-/// What copy, scan and fax jobs share: identity and user identification, the device, the local time, a
-/// required JobContents child and an optional PolicyResults child.
+/// Shared by copy, scan and fax jobs: identity, user, device, local time, a required JobContents and an
+/// optional PolicyResults child.
 class DeviceJob {
     static const Element<DeviceJob> SharedElements[];
 
@@ -45,8 +45,7 @@ protected:
     ComPtr<IPolicyResults> m_policyResults;
 };
 
-/// A device job behind its interface. The class gives its form (Form) and the elements of its own behind
-/// the shared ones (Elements).
+/// Base of the three COM classes. Job defines Form, and Elements, which follow the shared ones.
 template<class Job, class Interface, const IID& interfaceId>
 class DeviceJobRecord : public Record<Interface, interfaceId>, protected DeviceJob {
 public:
@@ -79,7 +78,7 @@ private:
         return writer;
     }
 
-    /// Fields read before a failure keep their new values.
+    /// After a failure, fields already read keep their new values.
     void ReadXml(std::wstring_view xml) {
         QxXmlParser parser;
         ChildReader children = OpenXml(parser, xml, Job::Form);

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-/// What a print job is logged against. Any other number can be stored but has no name.
+/// The target that a print job is logged against. Other numbers can be stored, but have no name.
 enum LogTargetType : std::int32_t {
     LogTargetNone = 0,
     LogTargetLogicalPrinter = 1,
@@ -11,7 +11,7 @@ enum LogTargetType : std::int32_t {
     LogTargetDeviceAddress = 3,
 };
 
-/// "None", "LogicalPrinter", "Device" or "DeviceAddress"; throws a QxException for any other number.
+/// "None", "LogicalPrinter", "Device" or "DeviceAddress". Throws a QxException for any other number.
 std::wstring_view LogTargetTypeName(std::int32_t type);
-/// The type with this name, compared in exact case; throws a QxException for any other text.
+/// The type with this name, in exact case. Throws a QxException for any other text.
 LogTargetType LogTargetTypeFromName(std::wstring_view name);

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-/// The whole text of a BSTR, embedded NUL characters included; a null BSTR is the empty text.
+/// The text of a BSTR, embedded NULs included; empty for null.
 inline std::wstring_view BstrView(BSTR text) noexcept {
     return text ? std::wstring_view(text, SysStringLen(text)) : std::wstring_view();
 }

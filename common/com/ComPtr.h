@@ -5,12 +5,12 @@
 
 #include <utility>
 
-/// Owns one counted reference to a COM object.
+/// Owns one reference to a COM object.
 template<class Interface>
 class ComPtr {
 public:
     constexpr ComPtr() noexcept = default;
-    /// Adds a reference of its own.
+    /// Adds a reference.
     explicit ComPtr(Interface* object) noexcept : m_object(object) {
         if (m_object)
             m_object->AddRef();
@@ -30,13 +30,13 @@ public:
     Interface* operator->() const noexcept { return m_object; }
     explicit operator bool() const noexcept { return m_object != nullptr; }
 
-    /// For out-parameters: releases what is held and gives the place to write to.
+    /// For out-parameters; releases the present object.
     Interface** Put() noexcept {
         *this = ComPtr();
         return &m_object;
     }
     void** PutVoid() noexcept { return reinterpret_cast<void**>(Put()); }
-    /// Hands the reference over to the caller.
+    /// The caller takes over the reference.
     Interface* Detach() noexcept { return std::exchange(m_object, nullptr); }
 
 private:

@@ -13,7 +13,7 @@ namespace {
 
 constexpr wchar_t GeneralMessage[] = L"A general exception occurred.";
 
-/// The system's message text without its line end; empty if the system has none.
+/// The system's message without its line end; empty if there is none.
 QxString SystemMessage(HRESULT code) {
     const std::wstring text = SystemText(static_cast<DWORD>(code), MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT),
                                          SystemTextLines::AsStored);
@@ -39,7 +39,7 @@ HRESULT AttachDescription(const wchar_t* message) noexcept {
     HRESULT result = CreateErrorInfo(creator.Put());
     if (FAILED(result))
         return FailWithoutInfo(result);
-    // The source and the interface stay unset: callers see the description only. The callee copies.
+    // Source and interface stay unset: callers see the description only. SetDescription copies.
     creator->SetDescription(const_cast<wchar_t*>(message));
     ComPtr<IErrorInfo> info;
     result = creator->QueryInterface(IID_IErrorInfo, info.PutVoid());
@@ -49,13 +49,13 @@ HRESULT AttachDescription(const wchar_t* message) noexcept {
 HRESULT ReportStandardException(const std::exception& error, const wchar_t* source) noexcept {
     try {
         const std::string_view text = error.what();
-        // Byte by byte: the texts of the standard library are plain.
+        // The standard library's texts are ASCII.
         std::wstring wide;
         for (const char c : text)
             wide += static_cast<wchar_t>(static_cast<unsigned char>(c));
         ReportException(wide.c_str(), source);
     } catch (...) {
-        ReportException(GeneralMessage, source); // without memory for the text
+        ReportException(GeneralMessage, source); // out of memory
     }
     return E_FAIL;
 }
@@ -89,7 +89,7 @@ HRESULT ReportComError(const ComError& error, const wchar_t* source) noexcept {
     try {
         message = error.Message();
     } catch (...) {
-        // Without memory for the text the failure itself still goes to the caller.
+        // Out of memory: report the failure without its text.
     }
     if (error.Info()) {
         LogError(LogCom, L"[%ls] COM exception: %ls", source, message.c_str());
@@ -110,7 +110,7 @@ HRESULT ReportCurrentException(const wchar_t* source) noexcept {
     } catch (const std::bad_alloc&) {
         return ReportComError(ComError(E_OUTOFMEMORY), source);
     } catch (const std::length_error&) {
-        return ReportComError(ComError(E_OUTOFMEMORY), source); // a text beyond the address space
+        return ReportComError(ComError(E_OUTOFMEMORY), source); // a text larger than the address space
     } catch (const std::exception& error) {
         return ReportStandardException(error, source);
     } catch (...) {

@@ -9,7 +9,7 @@
 #include <utility>
 #include <type_traits>
 
-/// A failed COM call: its HRESULT and, where the called object gave one, its error information.
+/// A failed COM call: its HRESULT and the object's error information, if any.
 class ComError {
 public:
     explicit ComError(HRESULT code, ComPtr<IErrorInfo> info = {}) noexcept
@@ -17,7 +17,7 @@ public:
 
     HRESULT Code() const noexcept { return m_code; }
     const ComPtr<IErrorInfo>& Info() const noexcept { return m_info; }
-    /// The system's text for the code, or a substitute; worked out on first use.
+    /// The system's text for the code, or a substitute; looked up on first use.
     const QxString& Message() const;
 
 private:
@@ -26,19 +26,18 @@ private:
     mutable QxString m_message;
 };
 
-/// Throws a ComError when the code is a failure.
+/// Throws a ComError if the code is a failure.
 inline void ThrowIfFailed(HRESULT code) {
     if (FAILED(code))
         throw ComError(code);
 }
 
-/// Throws the ComError of a failed call on an object's interface, with the thread's error information if the
-/// object vouches for that interface.
+/// Throws the ComError of a failed call, with the thread's error information if the object supports it for
+/// the interface (ISupportErrorInfo).
 [[noreturn]] void ThrowCallFailure(HRESULT code, IUnknown* object, REFIID iid);
 
-/// Makes a call on an object's interface and throws a ComError when it fails, with the error information that
-/// the object left for its caller. An object may fail without leaving any, so what an earlier call left goes
-/// first.
+/// Calls an object's interface and throws a ComError with the object's error information on failure. Clears
+/// the thread's error information first: an object may fail without setting any.
 template<class Call>
 void CallObject(IUnknown* object, REFIID iid, Call&& call) {
     SetErrorInfo(0, nullptr);
@@ -46,24 +45,23 @@ void CallObject(IUnknown* object, REFIID iid, Call&& call) {
         ThrowCallFailure(result, object, iid);
 }
 
-/// Logs "[source] Exception: message" and leaves the message as the calling thread's error description.
-/// Returns the result of attaching the error information. Never throws.
+/// Logs "[source] Exception: message" and sets the message as the thread's error description. Returns the
+/// result of setting it.
 HRESULT ReportException(const wchar_t* message, const wchar_t* source) noexcept;
 
-/// Passes on the error's own information, or reports its message as ReportException does. Returns the
-/// error's code. Never throws.
+/// Passes on the error's information, or reports its message like ReportException. Returns the error's code.
 HRESULT ReportComError(const ComError& error, const wchar_t* source) noexcept;
 
-/// Reports the exception being handled and returns the HRESULT that stands for it: the one place where
-/// exceptions become results. To be called from a catch block only.
+/// Reports the exception being handled and returns its HRESULT: the only place where exceptions become
+/// results. Call it from a catch block only.
 HRESULT ReportCurrentException(const wchar_t* source) noexcept;
 
-/// Returns a failure that carries no error information of its own, so that a caller does not take an
-/// earlier failure's description for it.
+/// Returns the code and clears the thread's error information, so that the caller does not get the
+/// description of an earlier failure.
 HRESULT FailWithoutInfo(HRESULT code) noexcept;
 
-/// The error boundary: runs a method's body so that no exception leaves it. The body returns an HRESULT, or
-/// nothing for S_OK. The source is the fixed text under which failures are reported.
+/// The error boundary: runs a method's body and reports exceptions under the source, a fixed text. The body
+/// returns an HRESULT, or void for S_OK.
 template<class Body>
 HRESULT RunMethod(const wchar_t* source, Body&& body) noexcept {
     try {

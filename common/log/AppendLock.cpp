@@ -6,13 +6,13 @@ namespace {
 
 /// How long a line waits for other writers.
 constexpr DWORD MaxWait = 3000;
-/// An append takes microseconds, a sleep milliseconds: the next in line looks so often before it sleeps.
+/// An append takes microseconds, a sleep milliseconds: the next writer retries this often before it sleeps.
 constexpr int Eager = 50;
 
-/// The first byte is the right to append. Each of the others is a place in the queue, by the time of arrival.
+/// The first byte is the append lock. Every other byte is a place in the queue, ordered by time of arrival.
 constexpr DWORD AppendByte = 0, FirstPlace = 1;
 
-/// The next place of the queue: the time in milliseconds.
+/// The place for an arrival now: the time in milliseconds.
 DWORD PlaceNow() noexcept {
     FILETIME now;
     GetSystemTimeAsFileTime(&now);
@@ -22,7 +22,7 @@ DWORD PlaceNow() noexcept {
 
 } // namespace
 
-/// True also on a file system without locks, which still takes the line.
+/// Also true on a file system without locks: the line is still written.
 bool AppendLock::Lock(Range& range, DWORD from, DWORD size) noexcept {
     if (!FileLocks::TryLock(m_file, FileLocks::Position(FileLocks::Appending, from), size,
                             LOCKFILE_EXCLUSIVE_LOCK))
@@ -54,7 +54,7 @@ bool AppendLock::WaitFor(Range& range, DWORD from, DWORD size, int eagerTries) n
     return true;
 }
 
-/// True when this writer is the next one.
+/// True if this writer is next.
 bool AppendLock::WaitInQueue() noexcept {
     DWORD place = PlaceNow();
     while (!Lock(m_place, place, 1)) {
@@ -71,14 +71,14 @@ bool AppendLock::Take(HANDLE file) noexcept {
     m_sticks = false;
     m_start = GetTickCount();
     m_wait = m_triesOnce ? 0 : MaxWait;
-    if (Lock(m_held, AppendByte, PlaceNow() + 1)) { // nobody writes, and nobody who came earlier waits
+    if (Lock(m_held, AppendByte, PlaceNow() + 1)) { // no writer, and no earlier one waiting
         m_ignoresQueue = m_triesOnce = false;
         return true;
     }
     if (!m_ignoresQueue && !m_triesOnce)
         m_ignoresQueue = !WaitInQueue();
     m_triesOnce = !WaitFor(m_held, AppendByte, 1, Eager);
-    // The next in the queue now waits for the first byte.
+    // From here on the next in the queue waits for the first byte.
     Unlock(m_earlier);
     Unlock(m_place);
     if (m_triesOnce)

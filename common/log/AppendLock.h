@@ -2,17 +2,17 @@
 
 #include <windows.h>
 
-/// The right to append to a file that several processes write to, as locks on bytes beyond any real offset,
-/// so that readers of the file never block.
+/// Append lock for a file shared by several processes. It locks bytes beyond any real offset, so readers
+/// never block.
 ///
-/// Writers get it in the order in which they asked, so none starves. The system's own queue of blocked locks
-/// is not used: a wait in it has no limit, and a writer may be stopped or hang while it holds the lock.
+/// Fair: writers get it in order of arrival. The system's own queue of blocked locks has no timeout, and a
+/// writer may hang while it holds the lock.
 class AppendLock {
 public:
-    /// Waits for other writers for a few seconds at most. After one timeout it tries once per call until the
-    /// file is free again: a hung writer costs one delay. On failure the reason is the last error.
+    /// Waits a few seconds at most. After one timeout, tries once per call until the file is free again: a
+    /// hung writer costs one delay. Sets the last error on failure.
     bool Take(HANDLE file) noexcept;
-    /// To be called after each Take. False if the system did not release a lock; closing the file does.
+    /// Call after each Take. False if a lock could not be released; the caller must then close the file.
     bool Release() noexcept;
 
 private:
@@ -28,7 +28,7 @@ private:
     bool HasTimeLeft() const noexcept;
 
     HANDLE m_file = nullptr;
-    Range m_held;    ///< with the right to append
+    Range m_held;    ///< includes the append lock
     Range m_place;   ///< this writer's place in the queue
     Range m_earlier; ///< the places before it
     DWORD m_start = 0;

@@ -4,15 +4,15 @@
 
 #include <windows.h>
 
-/// Closes a file of the log. A failure is not reported: the log cannot log about itself.
+/// Closes a log file. Ignores failures: the log cannot log its own.
 struct CloseFile {
     void operator()(HANDLE file) const noexcept { CloseHandle(file); }
 };
 
-/// Null if the file is not open.
+/// Null: not open.
 using FileHandle = std::unique_ptr<void, CloseFile>;
 
-/// Takes over what CreateFile returned.
+/// Owns the result of CreateFile.
 inline FileHandle OwnedFile(HANDLE created) noexcept {
     return FileHandle(created == INVALID_HANDLE_VALUE ? nullptr : created);
 }

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-/// The bytes of a log file that its writers lock. They lie beyond any real offset, so readers never block.
+/// The bytes of a log file that writers lock: beyond any real offset, so readers never block.
 namespace FileLocks {
 
 /// High halves of the offsets.
@@ -19,7 +19,7 @@ inline bool TryLock(HANDLE file, OVERLAPPED position, DWORD size, DWORD kind) no
     return LockFileEx(file, kind | LOCKFILE_FAIL_IMMEDIATELY, 0, size, 0, &position) != FALSE;
 }
 
-/// Whether a lock that was refused is another writer's. Some file systems have no locks at all.
+/// Whether a lock failed because another writer holds it; some file systems do not support locks.
 inline bool IsAnothers(DWORD reason) noexcept {
     return reason == ERROR_LOCK_VIOLATION || reason == ERROR_IO_PENDING;
 }

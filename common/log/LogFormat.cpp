@@ -15,7 +15,7 @@ constexpr std::size_t MinCollapsedDump = 49;
 constexpr wchar_t DottedLine[] =
     L".........  .. .. .. ..  .. .. .. ..  .. .. .. ..  .. .. .. ..  ................\n";
 
-/// The bytes that a dump shows.
+/// The bytes to dump.
 struct Shown {
     const unsigned char* bytes;
     std::size_t length;
@@ -51,7 +51,7 @@ void AppendRow(std::wstring& text, std::wstring_view prefix, const Shown& data, 
     text += L'\n';
 }
 
-/// Whether the row that was just written starts a run that the dotted line stands for.
+/// Whether the rows after this one collapse into a dotted line.
 bool StartsZeroRun(const Shown& data, std::size_t row) noexcept {
     return data.length >= MinCollapsedDump && data.length - row > 2 * RowSize && data.IsZeroRow(row) &&
            data.IsZeroRow(row + RowSize) && data.IsZeroRow(row + 2 * RowSize);

@@ -2,22 +2,21 @@
 
 #include <cstdint>
 
-/// What a line's header says about the moment and the caller.
+/// Time, process and thread for a line's header.
 struct LogStamp {
     int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0; // local time
     std::uint32_t processId = 0;
     std::uint32_t threadId = 0;
 };
 
-/// All that the log needs from the platform; one source file per platform implements it.
+/// The log's platform layer, one source file per platform.
 namespace LogPlatform {
 
 LogStamp CurrentStamp() noexcept;
 /// Never 0.
 std::uint32_t CurrentThreadId() noexcept;
 
-/// Gives the calling thread its last error code back, so that a log call between a failed system call and
-/// the look at its error changes nothing.
+/// Restores the thread's last error, so that a caller may log before it reads the error of a failed call.
 class LastErrorKeeper {
 public:
     LastErrorKeeper() noexcept;

@@ -11,8 +11,8 @@ FileHandle OpenToWrite(std::wstring_view path, DWORD sharing, DWORD creation, DW
                                  FILE_ATTRIBUTE_NORMAL | flags, nullptr));
 }
 
-/// Whether a file with a reparse point is a link. Others belong to the file system, which then has to resolve
-/// them: compressed or remote storage.
+/// Whether a reparse point is a link. Others, for compressed or remote storage, are resolved by the file
+/// system.
 bool LeadsElsewhere(HANDLE file) noexcept {
     FILE_ATTRIBUTE_TAG_INFO information;
     return !GetFileInformationByHandleEx(file, FileAttributeTagInfo, &information, sizeof(information)) ||
@@ -22,7 +22,7 @@ bool LeadsElsewhere(HANDLE file) noexcept {
 } // namespace
 
 FileHandle OpenPlainFile(std::wstring_view path, DWORD sharing, DWORD creation) {
-    // A link in the file's place is opened itself, so that nothing is created where it leads.
+    // Opens a link itself, so that nothing is created at its target.
     FileHandle file = OpenToWrite(path, sharing, creation, FILE_FLAG_OPEN_REPARSE_POINT);
     if (!file)
         return file;

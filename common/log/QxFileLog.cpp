@@ -10,10 +10,10 @@ static_assert(sizeof(wchar_t) == 2, "Text is written as it lies in memory: UTF-1
 
 namespace {
 
-/// How long a write waits, in milliseconds, for another writer that renames the file.
+/// How long a write waits, in milliseconds, while another writer renames the file.
 constexpr DWORD MaxWait = 3000;
 
-/// The text's complete lines with CRLF line ends.
+/// The complete lines of the text, with CRLF.
 std::wstring FileLines(std::wstring_view text) {
     std::wstring lines;
     lines.reserve(text.size() + 16);
@@ -40,14 +40,14 @@ void QxFileLog::Write(std::wstring_view text) noexcept {
     }
 }
 
-/// On failure the reason is the last error.
+/// Sets the last error on failure.
 bool QxFileLog::WriteLines(std::wstring_view lines) {
     if (!Open())
         return false;
     const bool written = m_lock.Take(m_file.get()) && Append(lines);
     const DWORD reason = GetLastError();
     const bool unlocked = m_lock.Release();
-    // Outside the lock: flushing takes by far the longest, and other writers need not wait for it.
+    // Outside the lock: flushing takes by far the longest.
     if (written)
         FlushFileBuffers(m_file.get());
     if (!unlocked)
@@ -58,10 +58,10 @@ bool QxFileLog::WriteLines(std::wstring_view lines) {
     return written;
 }
 
-/// On failure the reason is the last error.
+/// Sets the last error on failure.
 bool QxFileLog::Open() {
     const DWORD start = GetTickCount();
-    bool again = true; // a rename may have ended between the two looks at the file
+    bool again = true; // a rename may end between the open and the check of the mark
     while (!m_file) {
         m_file = OpenPlainFile(Name(), FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_ALWAYS);
         if (m_file || GetLastError() != ERROR_SHARING_VIOLATION)
@@ -80,7 +80,7 @@ bool QxFileLog::Open() {
     return m_file != nullptr;
 }
 
-/// On failure the reason is the last error.
+/// Sets the last error on failure.
 bool QxFileLog::Append(std::wstring_view lines) noexcept {
     LARGE_INTEGER end{};
     if (!SetFilePointerEx(m_file.get(), LARGE_INTEGER{}, &end, FILE_END))
@@ -91,7 +91,7 @@ bool QxFileLog::Append(std::wstring_view lines) noexcept {
     if (accepted && written == size)
         return true;
     const DWORD reason = accepted ? ERROR_DISK_FULL : GetLastError();
-    // A piece of a line, perhaps half a character, would spoil what follows it.
+    // Removes the partial line, which could end in half a character and corrupt all later lines.
     if (SetFilePointerEx(m_file.get(), end, nullptr, FILE_BEGIN))
         SetEndOfFile(m_file.get());
     SetLastError(reason);
@@ -110,9 +110,9 @@ void QxFileLog::Rotate() {
     if (mark.IsAnothers())
         return;
     m_file.reset();
-    // Refused while another writer has the file open; the next write then opens the same file again. Once
-    // granted it keeps other writers away until the file is renamed. Without it another process could rename
-    // the full file first, and the one that was begun after it would replace it as the backup.
+    // Fails while another writer has the file open; the next write then reopens the same file. On success it
+    // excludes other writers until the rename: otherwise another process could rename the full file first,
+    // and this rename would overwrite that backup with the new file.
     const FileHandle alone = OpenPlainFile(Name(), FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_EXISTING);
     if (!alone || !IsFull(alone.get()))
         return;

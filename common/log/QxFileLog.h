@@ -7,19 +7,19 @@
 #include <cstdint>
 #include <string_view>
 
-/// Appends lines to a file as UTF-16LE with CRLF line ends and no byte-order mark, and renames the file to
-/// ".bak" when it has reached a size. The sink's name is the file name.
+/// Appends lines to a file as UTF-16LE with CRLF and no byte-order mark, and renames a full file to ".bak".
+/// The sink's name is the file name.
 ///
-/// The file is opened by the first write and stays open. Several processes may write to one file: each text
-/// is appended whole, under a lock on the file. A text that cannot be written is lost, and the next one tries
-/// again; the debugger's output names the reason once.
+/// The first write opens the file, which stays open. Several processes may share a file: each text is
+/// appended whole, under the append lock. A text that cannot be written is lost; the first such failure in a
+/// row is reported to the debugger.
 class QxFileLog final : public QxLog {
 public:
-    /// maxFileSize is in MiB; 0 never rotates.
+    /// maxFileSize is in MiB; 0: never rotate.
     QxFileLog(const QxString& fileName, std::uint32_t maxFileSize) noexcept
         : QxLog(fileName), m_maxBytes(std::uint64_t{maxFileSize} * 1024 * 1024) {}
 
-    /// Text behind the last line feed is not written.
+    /// Drops text after the last line feed.
     void Write(std::wstring_view text) noexcept override;
 
 private:
@@ -33,6 +33,6 @@ private:
     std::uint64_t m_maxBytes;
     FileHandle m_file;
     AppendLock m_lock;
-    bool m_renamerHangs = false; ///< a writer has been renaming the file for longer than a write waits
-    bool m_reported = false;     ///< that the file cannot be written
+    bool m_renamerHangs = false; ///< another writer's rename has outlasted one wait
+    bool m_reported = false;     ///< the present failure is reported
 };

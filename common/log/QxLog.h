@@ -6,12 +6,11 @@
 #include <string_view>
 #include <utility>
 
-/// A sink of the diagnostic log. The logger calls Write under its lock; an implementation must never throw
-/// and never log.
+/// A sink of the log. The logger calls Write under its lock; an implementation must not log.
 class QxLog {
 public:
     virtual ~QxLog() = default;
-    /// Text of one or more lines, each ended by a line feed.
+    /// One or more lines, each ending in a line feed.
     virtual void Write(std::wstring_view text) noexcept = 0;
 
     const QxString& Name() const noexcept { return m_name; }
@@ -23,5 +22,5 @@ private:
     QxString m_name;
 };
 
-/// A counted reference: a changed configuration shares the sinks that it keeps with the one before.
+/// Shared: a changed configuration keeps unchanged sinks.
 using QxLogPtr = std::shared_ptr<QxLog>;

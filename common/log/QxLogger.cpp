@@ -8,12 +8,12 @@
 
 namespace {
 
-// Never destroyed, so static destructors can still log. The module closes it when it is unloaded.
+// Static destructors can still log. The module closes it on unloading.
 constinit NeverDestroyed<QxLogger> instance;
 
 } // namespace
 
-/// Holds the lock and notes which thread does.
+/// Holds the lock and records the holding thread.
 class QxLogger::Hold {
 public:
     explicit Hold(const QxLogger& logger) noexcept : m_logger(logger), m_guard(logger.m_lock) {
@@ -36,7 +36,7 @@ LogSettings QxLogger::GetSettings() const {
 }
 
 void QxLogger::Change(const std::function<void(LogConfiguration&)>& change) {
-    LogConfiguration next; // what it holds in the end is released after the lock: closing a file may log
+    LogConfiguration next; // declared first, so that old sinks are destroyed after the lock is released
     const Hold hold(*this);
     next = m_configuration;
     change(next);
@@ -78,7 +78,7 @@ void QxLogger::LogV(std::uint32_t category, std::uint32_t type, const LogFormat:
     try {
         Write(category, type, Formatted(format, arguments), data);
     } catch (...) {
-        // Out of memory: the line is lost, the caller goes on.
+        // Out of memory: the line is lost.
     }
 }
 
@@ -89,7 +89,7 @@ void QxLogger::LogText(std::uint32_t category, std::wstring_view text) noexcept 
     try {
         Write(category, LogTypeError, text, {});
     } catch (...) {
-        // As in LogV.
+        // Out of memory: the line is lost.
     }
 }
 

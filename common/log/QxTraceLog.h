@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-/// Passes lines to the system debugger's output, one call per line and without the line end.
+/// Writes to the system debugger, one call per line, without the line end.
 class QxTraceLog final : public QxLog {
 public:
     QxTraceLog() : QxLog(L"Trace") {}

@@ -6,19 +6,19 @@
 
 #include <windows.h>
 
-/// Marks a log file while a writer renames it. Nobody else can open the file to write meanwhile, as with a
-/// file that another program keeps to itself; the mark tells writers that it is worth waiting.
+/// Marks a log file during a rename. Other writers cannot open the file then; the mark distinguishes this
+/// short sharing violation, worth waiting for, from a file that another program keeps open exclusively.
 ///
-/// The mark is a lock on a byte of the file, through a handle that keeps nobody from the file. A writer that
-/// may not read the file renames it without a mark.
+/// The mark is a byte lock through a handle that shares everything. A writer without read access renames
+/// without a mark.
 class RenameMark {
 public:
-    /// Sets the mark, if possible, until the destruction. Throws std::bad_alloc.
+    /// Sets the mark, if possible; the destructor removes it. Throws std::bad_alloc.
     explicit RenameMark(std::wstring_view path);
-    /// Another writer has set the mark.
+    /// Whether another writer has set the mark.
     bool IsAnothers() const noexcept { return m_isAnothers; }
 
-    /// Whether a writer renames the file, or just has. Throws std::bad_alloc.
+    /// Whether a writer is renaming the file or has just done so. Throws std::bad_alloc.
     static bool IsSetOn(std::wstring_view path);
 
 private:

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// One attempt. False when the buffer is too short; text is then resized for the next attempt.
+/// One attempt. False if the buffer is too short; text is then resized for the next attempt.
 bool TryFormat(std::wstring& text, const wchar_t* format, std::va_list arguments) {
     std::va_list attempt;
     va_copy(attempt, arguments);
@@ -15,7 +15,7 @@ bool TryFormat(std::wstring& text, const wchar_t* format, std::va_list arguments
     const int length = std::vswprintf(text.data(), text.size(), format, attempt);
     const int reason = errno;
     va_end(attempt);
-    // A truncated result is a negative length in some C libraries and the needed length in others.
+    // For a truncated result some C libraries return a negative length, others the required length.
     if (length >= 0 && static_cast<std::size_t>(length) < text.size()) {
         text.resize(static_cast<std::size_t>(length));
         return true;

@@ -1,7 +1,7 @@
 #pragma once
 
-/// A static object that is never destroyed: static destructors can still use it, and the runtime does not
-/// allocate an entry for its destructor while the library is loaded.
+/// A static object that is never destroyed: static destructors can still use it, and loading the library does
+/// not allocate an atexit entry.
 template<class T>
 class NeverDestroyed {
 public:

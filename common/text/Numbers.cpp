@@ -12,7 +12,7 @@ bool IsSpace(wchar_t c) noexcept {
     return c == L' ' || (c >= L'\t' && c <= L'\r');
 }
 
-/// The digit's value, or 99 for what is no digit in any base.
+/// The digit's value, or 99 for any other character.
 unsigned DigitValue(wchar_t c) noexcept {
     if (c >= L'0' && c <= L'9')
         return static_cast<unsigned>(c - L'0');
@@ -22,7 +22,7 @@ unsigned DigitValue(wchar_t c) noexcept {
     return 99;
 }
 
-/// Sign and digits of a number at the start of a text. The magnitude stops at 2^32, above every result.
+/// A number at the start of a text. The magnitude saturates at 2^32, above every result.
 struct ScannedNumber {
     bool negative = false;
     std::uint64_t magnitude = 0;
@@ -44,7 +44,7 @@ ScannedNumber ScanNumber(std::wstring_view text, unsigned base) noexcept {
         if (hexadecimal)
             text.remove_prefix(2);
     }
-    std::uint32_t low = 0; // one narrow multiplication a digit
+    std::uint32_t low = 0; // one 32-bit multiplication per digit
     bool beyond = false;
     for (const wchar_t c : text) {
         const unsigned digit = DigitValue(c);

@@ -3,12 +3,12 @@
 #ifdef _WIN32
 #include <windows.h>
 
-// A zeroed SRWLOCK is a free lock, and it is one pointer wide: a pointer can stand in for it, so that the
-// header does not need windows.h.
+// m_guard is an SRWLOCK declared as a pointer, so that the header does not need windows.h. All zero is
+// unlocked.
 static_assert(sizeof(SRWLOCK) == sizeof(void*));
 static_assert(alignof(SRWLOCK) == alignof(void*));
 
-/// A thread in the queue, on that thread's stack.
+/// A queued thread, on its own stack.
 struct QxLock::Waiter {
     CONDITION_VARIABLE ready = CONDITION_VARIABLE_INIT;
     Waiter* next = nullptr;
@@ -53,7 +53,7 @@ void Release(void*& guard) noexcept {
 
 } // namespace
 
-/// A thread in the queue, on that thread's stack.
+/// A queued thread, on its own stack.
 struct QxLock::Waiter {
     Waiter* next = nullptr;
     bool granted = false;
@@ -84,7 +84,7 @@ void QxLock::lock() noexcept {
 void QxLock::unlock() noexcept {
     Acquire(m_guard);
     if (Waiter* const next = m_first) {
-        // Handed over: the lock stays held, so nobody can take it before this waiter.
+        // Handed over: the lock stays held, so that no other thread can overtake this waiter.
         m_first = next->next;
         next->granted = true;
         next->Wake();

@@ -1,8 +1,8 @@
 #pragma once
 
-/// A process-wide exclusive lock for std::lock_guard. Threads get it in the order in which they asked, so a
-/// thread that takes it again and again starves no other. std::mutex is not used: it does not exist under
-/// every thread model this library is built with. Needs no construction at load and no destruction at unload.
+/// A fair exclusive lock for std::lock_guard: threads get it in the order of their requests, so none starves.
+/// Not std::mutex, which some of the compiler's thread models lack. Constant-initialised, trivially
+/// destroyed.
 class QxLock {
 public:
     constexpr QxLock() noexcept = default;
@@ -15,7 +15,7 @@ public:
 private:
     struct Waiter;
 
-    void* m_guard = nullptr; // guards the other members: an SRWLOCK on Windows; a spin word elsewhere
+    void* m_guard = nullptr; // guards the other members: an SRWLOCK on Windows, a spin lock elsewhere
     Waiter* m_first = nullptr;
     Waiter* m_last = nullptr;
     bool m_held = false;

@@ -6,15 +6,15 @@
 #include <string_view>
 #include <utility>
 
-/// Immutable shared UTF-16 text: the form in which every record keeps its values.
+/// Immutable shared UTF-16 text: every record stores its texts in this form.
 ///
-/// One pointer wide; the empty text needs no allocation; a copy shares the characters, costs one interlocked
-/// increment and never throws. The count is interlocked because the catalogue's texts are handed to records
-/// in several apartments. Work in progress (building, replacing, splitting) uses std::wstring and views.
+/// One pointer wide. The empty text does not allocate; a copy costs one interlocked increment and does not
+/// throw. The count is interlocked because records in several apartments share the catalogue's texts. To
+/// build, replace or split text, use std::wstring and views.
 class QxString {
 public:
     constexpr QxString() noexcept = default;
-    /// Throws std::bad_alloc. Embedded NUL characters are kept.
+    /// Keeps embedded NULs. Throws std::bad_alloc.
     QxString(std::wstring_view text);
     QxString(const std::wstring& text) : QxString(std::wstring_view(text)) {}
     /// A null pointer gives the empty text.
@@ -47,20 +47,20 @@ public:
 private:
     friend class QxStringPool;
 
-    /// Memory that several texts share; it goes with the last of them.
+    /// Memory shared by several texts; freed with the last of them.
     struct alignas(void*) Block {
         std::atomic<unsigned> references;
     };
     /// Header of one text; the characters and a NUL follow it.
     struct Data {
         std::atomic<unsigned> references;
-        Block* block; ///< null for a text with memory of its own
+        Block* block; ///< null for a text that is not part of a block
         std::size_t size;
         wchar_t* characters() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
     };
 
     explicit QxString(Data* data) noexcept : m_data(data) {}
-    /// What a text of that length takes, rounded up so that another may follow.
+    /// Size of a text in memory, rounded up to the alignment of the next one.
     static constexpr std::size_t DataSize(std::size_t length) noexcept {
         const std::size_t size = sizeof(Data) + (length + 1) * sizeof(wchar_t);
         return (size + alignof(Data) - 1) / alignof(Data) * alignof(Data);

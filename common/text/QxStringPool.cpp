@@ -6,8 +6,8 @@
 
 namespace {
 
-// A record's values are about a fifth of its characters, and each has a header: a block of five sixteenths of
-// the document mostly takes them all.
+// Values are about a fifth of a record's characters, plus a header for each: a block of five sixteenths of
+// the document usually holds them all.
 constexpr std::size_t SmallestBlock = 128;
 constexpr std::size_t LargestBlock = 4096;
 
@@ -34,7 +34,7 @@ void QxStringPool::Begin(std::size_t documentLength) noexcept {
 }
 
 QxString QxStringPool::Make(std::wstring_view text) {
-    // A long text is not worth a share of a block, nor is a block worth keeping for it.
+    // A long text gains nothing from a block, and would keep it alive.
     if (text.empty() || text.size() > m_blockSize / (8 * sizeof(wchar_t)))
         return QxString(text);
     const std::size_t size = QxString::DataSize(text.size());

@@ -5,11 +5,10 @@
 #include <cstddef>
 #include <string_view>
 
-/// Makes the texts that are read from one document, many of them in one block of memory: a block for each
-/// would cost more than the rest of a read. A text keeps its whole block, which is small, until it goes
-/// itself.
+/// Allocates the texts read from one document in shared blocks: one allocation per text would cost more than
+/// the rest of a read. A text keeps its whole block, which is small, alive.
 ///
-/// A pool is used by one thread at a time; its texts are like any others.
+/// One thread at a time may use a pool; its texts are like any others.
 class QxStringPool {
 public:
     QxStringPool() noexcept = default;
@@ -17,7 +16,7 @@ public:
     QxStringPool& operator=(QxStringPool&& other) noexcept;
     ~QxStringPool();
 
-    /// Begins with the texts of a document of that many characters.
+    /// Starts a new document; its length determines the block size.
     void Begin(std::size_t documentLength) noexcept;
     /// Throws std::bad_alloc.
     QxString Make(std::wstring_view text);
@@ -25,7 +24,7 @@ public:
 private:
     void AddBlock();
 
-    QxString::Block* m_block = nullptr; // the one that is being filled
+    QxString::Block* m_block = nullptr; // the block being filled
     std::size_t m_blockSize = 0;
     std::size_t m_used = 0;
 };

@@ -15,7 +15,7 @@ std::wstring SystemText(DWORD code, DWORD language, SystemTextLines lines) {
     if (lines == SystemTextLines::One)
         flags |= FORMAT_MESSAGE_MAX_WIDTH_MASK;
     wchar_t* found = nullptr;
-    // With this flag the buffer argument is the address of the pointer to the buffer.
+    // With FORMAT_MESSAGE_ALLOCATE_BUFFER this argument is the address of the buffer pointer.
     const DWORD length =
         FormatMessageW(flags, nullptr, code, language, reinterpret_cast<wchar_t*>(&found), 0, nullptr);
     if (length == 0)

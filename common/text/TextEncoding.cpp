@@ -18,8 +18,8 @@ unsigned Byte(std::string_view bytes, std::size_t at) noexcept {
     return static_cast<unsigned char>(bytes[at]);
 }
 
-/// What a UTF-8 lead byte announces. The second byte's range shuts out overlong forms, surrogates and values
-/// above U+10FFFF; count is 0 for a byte that starts no sequence.
+/// A UTF-8 lead byte: length of the sequence (0: not a lead byte), its value bits, and the range of the
+/// second byte, which excludes overlong forms, surrogates and values above U+10FFFF.
 struct Lead {
     unsigned count, bits, secondLow, secondHigh;
 };
@@ -36,8 +36,8 @@ Lead LeadOf(unsigned byte) noexcept {
     return {0, 0, 0, 0};
 }
 
-/// Reads one character and returns the number of bytes it took. A malformed sequence gives one U+FFFD for
-/// the longest start of a well-formed one.
+/// Decodes one character and returns its length in bytes. The longest well-formed start of a malformed
+/// sequence becomes one U+FFFD.
 std::size_t NextUtf8(std::string_view bytes, char32_t& character) noexcept {
     const Lead lead = LeadOf(Byte(bytes, 0));
     character = Replacement;

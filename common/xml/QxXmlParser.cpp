@@ -1,4 +1,4 @@
-// Navigation and reading. The text is cut and compared in place; only a value that leaves is copied.
+// Navigation and reading, in place; only returned values are copied.
 
 #include "QxXmlParser.h"
 
@@ -73,19 +73,19 @@ bool QxXmlParser::OutOfElement() noexcept {
     return true;
 }
 
-/// For a name that is one token without a prefix.
+/// Requires QxXmlScan::IsPlainName(name).
 bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
     const std::wstring_view inside = Piece(At(element).startTagOpen + 1, At(element).startTagClose);
     if (QxXmlScan::StartsWithWord(inside, name))
         return true;
-    // Without a prefix, and without white space before it, the name would have been right there.
+    // Without leading white space or a prefix, the name would have matched above.
     const auto length = static_cast<std::int32_t>(inside.size());
     if (length > 0 && !QxXmlScan::IsSpace(inside.front()) && QxXmlScan::Find(inside, L':', 0) == length)
         return false;
     return QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
 }
 
-/// The first of candidate and its later siblings that has the name; 0 if none.
+/// The first element with the name among candidate and its later siblings; 0 if none.
 std::int32_t QxXmlParser::FindFrom(std::int32_t candidate, std::wstring_view name) const noexcept {
     if (name.empty())
         return candidate;
@@ -108,7 +108,7 @@ std::wstring_view QxXmlParser::GetChildTagName() const noexcept {
     return TagName(m_currentChild);
 }
 
-/// The text an element's data is made of. raw tells that it is a CDATA section's and stays as it is.
+/// The document's text for an element's data. raw: from a CDATA section, not to be unescaped.
 std::wstring_view QxXmlParser::Content(std::int32_t element, bool& raw) const noexcept {
     raw = false;
     if (element == 0 || At(element).firstChild != 0 || IsEmptyElement(element))
@@ -118,7 +118,7 @@ std::wstring_view QxXmlParser::Content(std::int32_t element, bool& raw) const no
     const std::wstring_view content = Piece(begin, end);
     auto start = static_cast<std::size_t>(QxXmlScan::SkipSpace(content, 0));
     if (start < content.size() && content[start] == L'"')
-        ++start; // a token in quotes begins behind the quote
+        ++start; // a quoted token starts after the quote
     // Room for "<![CDATA[" and "]]>", which are 12 characters.
     if (start + 11 < content.size() && content[start] == L'<' &&
         content.substr(start + 1, CDataOpen.size()) == CDataOpen) {
@@ -154,7 +154,7 @@ QxString QxXmlParser::GetChildData() const {
     return Data(m_currentChild);
 }
 
-/// Finds the value token of the first attribute with the name.
+/// Finds the value of the first attribute with the name.
 bool QxXmlParser::FindValue(std::int32_t element, std::wstring_view name, Token& value) const noexcept {
     if (element == 0)
         return false;
@@ -213,7 +213,7 @@ std::wstring_view QxXmlParser::GetRawAttribute(std::wstring_view name) const noe
     return RawAttribute(m_current, name);
 }
 
-/// The white space behind the element goes with it, so that copying an element copies its line end.
+/// Includes white space after the element, so that a copied element keeps its line end.
 std::wstring_view QxXmlParser::SubDocument(std::int32_t element) const noexcept {
     if (element == 0)
         return {};
@@ -231,7 +231,7 @@ std::wstring_view QxXmlParser::GetChildSubDocument() const noexcept {
     return SubDocument(m_currentChild);
 }
 
-// No entity stands for a digit or a letter, so numbers and flags are read without unescaping.
+// Numbers and flags need no unescaping: no entity encodes a digit or letter.
 
 std::int32_t QxXmlParser::GetChildNumber() const noexcept {
     bool raw = false;

@@ -11,24 +11,26 @@
 #include <string_view>
 #include <vector>
 
-/// The system's own markup reader and writer: one document text plus a flat array of element positions.
+/// XML parser: the document text plus a flat array of element positions.
 ///
-/// Parsing builds the array once; navigation walks it; reading cuts pieces out of the text and unescapes
-/// them; editing replaces a piece of the text and shifts the offsets behind it. No operation recurses with
-/// the document's depth. Comments, processing instructions, declarations and CDATA sections are skipped
-/// while looking for elements. One parser is used by one thread at a time.
+/// Parsing builds the array, navigation walks it, reading unescapes pieces of the text, editing replaces a
+/// piece and shifts the offsets after it. No operation recurses with the document's depth. The search for
+/// elements skips comments, processing instructions, declarations and CDATA sections. One thread at a time
+/// may use a parser.
 ///
-/// Failure: an allocation that fails throws std::bad_alloc and leaves a usable parser. A SetDocument that
-/// throws leaves no element; an edit that throws leaves every position valid.
+/// An allocation failure throws std::bad_alloc and leaves the parser usable: without elements after
+/// SetDocument, with valid positions after an edit.
+///
+/// "Contract" marks operations without a caller in the library.
 class QxXmlParser {
 public:
-    /// One element. All offsets are character offsets into the document, all links indices into the array.
+    /// One element: character offsets into the document, and links as indices into the array.
     struct ElemPos {
         std::int32_t startTagOpen;  ///< "<" of the start tag
         std::int32_t startTagClose; ///< ">" of the start tag
         std::int32_t endTagOpen;    ///< "<" of the end tag; the "/" of an empty element
         std::int32_t endTagClose;   ///< ">" of the end tag; startTagClose for an empty element
-        std::int32_t scanPos;       ///< the next "<" behind the element, or the end of the text
+        std::int32_t scanPos;       ///< the next "<" after the element, or the end of the text
         std::int32_t parent;        ///< 0 for a top-level element
         std::int32_t firstChild;    ///< 0 if none
         std::int32_t nextSibling;   ///< 0 if none
@@ -39,79 +41,85 @@ public:
     QxXmlParser& operator=(QxXmlParser&&) = default;
     virtual ~QxXmlParser() = default;
 
-    /// Stores the text and parses its first top-level element; what follows that element is ignored.
-    /// Returns false, with no element, for an empty text, a parse error (see GetError), or a text that is too
-    /// long for 32-bit offsets; that one is not stored. The text may be a piece of the old document.
+    /// Stores the text, which may be part of the present document, and parses its first top-level element;
+    /// ignores the rest. False, without elements, for an empty text, a parse error (see GetError) or a text
+    /// too long for 32-bit offsets, which is not stored either.
     bool SetDocument(std::wstring_view text);
+    /// Contract.
     const std::wstring& GetDocument() const noexcept { return m_document; }
-    /// Text of the most recent parse error; a parse that succeeds leaves it alone.
+    /// Contract. The most recent parse error; a successful parse does not clear it.
     const QxString& GetError() const noexcept { return m_error; }
 
-    // Navigation. A name is compared exactly, after dropping the element's namespace prefix; an empty name
-    // takes any element. Views of names and texts are valid until the next edit or SetDocument.
-
-    // With restart, the position is reset (the current child cleared) first, found or not.
+    // Navigation. Names are case-sensitive and ignore the element's namespace prefix; an empty name matches
+    // any element. Views are valid until the next edit or SetDocument.
+    //
+    // restart first resets the position (for a child: the current child), even if nothing is found.
 
     /// Clears the current element and the current child.
     void ResetPosition() noexcept;
-    /// Makes the next matching sibling of the current element (the first top-level element when there is
-    /// none) the current element and clears the current child. On failure nothing changes.
+    /// Moves to the next matching sibling, or to the first matching top-level element if there is no current
+    /// element, and clears the current child. False without a match; then nothing changes.
     bool FindElement(std::wstring_view name = {}, bool restart = false) noexcept;
-    /// The same among the children of the current element, for the current child. Selects the first
-    /// top-level element first when there is no current element.
+    /// The same for the current child, among the children of the current element. Without a current element,
+    /// selects the first top-level element first.
     bool FindChildElement(std::wstring_view name = {}, bool restart = false) noexcept;
-    /// The same from the first child on, for a reader that asks for every name once; each is one token
-    /// without a prefix. found is the reader's own, 0 at first: the last of the leading children that have
-    /// all been found, each by another name, so that none of them needs to be compared again.
+    /// Searches from the first child on; fast for a reader that asks for each name once, in document order.
+    /// name must be one token without a prefix. The reader keeps found, initially 0: the last leading child
+    /// already consumed.
     bool FindUniqueChild(std::wstring_view name, std::int32_t& found) noexcept;
-    /// The current child becomes the current element. False, and nothing changes, without a current child.
+    /// Makes the current child the current element. False, without a change, if there is no current child.
     bool IntoElement() noexcept;
-    /// The current element becomes the current child of its parent. False, and nothing changes, at the top.
+    /// Makes the parent the current element and the element its current child. False, without a change, at
+    /// the top.
     bool OutOfElement() noexcept;
 
-    // Reading the current element, or the current child. Without one, texts are empty.
+    // Reading the current element or the current child. Without one, texts are empty.
 
+    /// Contract.
     std::wstring_view GetTagName() const noexcept;
+    /// Contract.
     std::wstring_view GetChildTagName() const noexcept;
+    /// Contract.
     QxString GetData() const;
     QxString GetChildData() const;
-    /// False, and value unchanged, when the attribute is not found. A value is found in double quotes only.
+    /// False, with value unchanged, if there is no such attribute in double quotes.
     bool FindAttribute(std::wstring_view name, QxString& value) const;
     bool FindChildAttribute(std::wstring_view name, QxString& value) const;
-    /// Empty when not found.
+    /// Contract. Empty if not found.
     QxString GetAttribute(std::wstring_view name) const;
+    /// Empty if not found.
     QxString GetChildAttribute(std::wstring_view name) const;
-    /// The value as the document has it, not unescaped: for text in which an entity would be an error.
+    /// The value without unescaping, for text in which an entity would be an error.
     std::wstring_view GetRawAttribute(std::wstring_view name) const noexcept;
-    /// Numbers and flags as of a child's data.
+    /// Converted like GetChildNumber and GetChildFlag.
     std::int32_t GetChildAttributeNumber(std::wstring_view name) const noexcept;
     bool GetChildAttributeFlag(std::wstring_view name) const noexcept;
-    /// The element's markup through its end tag and the white space behind it.
+    /// Contract. The element's markup and the white space after it.
     std::wstring_view GetSubDocument() const noexcept;
+    /// The element's markup and the white space after it.
     std::wstring_view GetChildSubDocument() const noexcept;
 
-    /// The leading decimal digits of the data, with a sign; 0 without digits.
+    /// The leading decimal number of the data; 0 without digits.
     std::int32_t GetChildNumber() const noexcept;
     /// Whether the data is "true", in any case, or "1".
     bool GetChildFlag() const noexcept;
 
-    // Editing. Keeps every position valid. New elements get no line break or indentation.
+    // Editing: contract. Positions stay valid. New elements get no line break or indentation.
 
-    /// Adds an element after the current element, or as the document's first element, and makes it current.
+    /// Adds an element after the current element, or as the document's first, and makes it current.
     void AddElement(std::wstring_view name, std::wstring_view data = {});
-    /// Adds a child after the current child, or as the first child, and makes it the current child. Returns
-    /// false when there is no current element to add to.
+    /// Adds a child after the current child, or as the first, and makes it the current child. False without a
+    /// current element.
     bool AddChildElement(std::wstring_view name, std::wstring_view data = {});
-    /// Replaces the whole content by text; children are dropped. False without an element, as are the other
-    /// setters.
+    /// Replaces the whole content, children included, by text. Setters return false without an element.
     bool SetData(std::wstring_view data);
     bool SetChildData(std::wstring_view data);
-    /// Replaces the attribute's value, or adds the attribute behind the others. False, and nothing changes,
-    /// when the start tag ends inside a quoted value, as a ">" there makes it.
+    /// Replaces the attribute's value, or adds the attribute after the others. Also false, without a change,
+    /// if the start tag ends inside a quoted value: parsing ends it at the first ">".
     bool SetAttribute(std::wstring_view name, std::wstring_view value);
     bool SetChildAttribute(std::wstring_view name, std::wstring_view value);
 
-    /// The positions in use; entry 0 is the virtual root. For tests and diagnostics.
+    /// The positions in use, for tests; entry 0 is the virtual root.
     const ElemPos* Positions() const noexcept { return m_positions.data(); }
     std::size_t PositionCount() const noexcept { return m_positions.size(); }
 
@@ -156,8 +164,8 @@ private:
 
     std::wstring m_document;
     QxString m_error;
-    mutable QxStringPool m_texts; ///< of the values that were read
-    QxXmlText m_edit;             ///< the new text of the edit under way; kept for the next one
+    mutable QxStringPool m_texts; ///< allocates returned values
+    QxXmlText m_edit;             ///< the new text of an edit; a member to reuse its buffer
     std::vector<ElemPos> m_positions;
     std::int32_t m_current = 0;
     std::int32_t m_currentChild = 0;

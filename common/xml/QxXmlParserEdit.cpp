@@ -1,5 +1,5 @@
-// Editing: a piece of the text is replaced, then every offset behind it moves by the difference. What can
-// throw comes first: the new text is put together apart, so names and data may be pieces of the document.
+// Editing (contract): replaces a piece of the text, then shifts every offset after it. Everything that can
+// throw comes first. The new text is built in m_edit, so names and data may be parts of the document.
 
 #include "QxXmlParser.h"
 
@@ -42,7 +42,7 @@ bool QxXmlParser::SetChildAttribute(std::wstring_view name, std::wstring_view va
     return ReplaceAttribute(m_currentChild, name, value);
 }
 
-/// Writes a new element behind sibling, or as parent's first child when sibling is 0. Returns its index.
+/// Writes a new element after sibling, or as parent's first child if sibling is 0. Returns its index.
 std::int32_t QxXmlParser::Insert(std::int32_t parent, std::int32_t sibling, std::wstring_view name,
                                  std::wstring_view data) {
     m_edit.Clear();
@@ -78,7 +78,8 @@ std::int32_t QxXmlParser::Insert(std::int32_t parent, std::int32_t sibling, std:
     return element;
 }
 
-/// Takes an entry and links it behind sibling, or as parent's first child. Room for it has been reserved.
+/// Adds an entry, for which the caller has reserved memory, and links it after sibling or as parent's first
+/// child.
 std::int32_t QxXmlParser::NewElement(std::int32_t parent, std::int32_t sibling) {
     const auto element = static_cast<std::int32_t>(m_positions.size());
     std::int32_t& link = sibling != 0 ? At(sibling).nextSibling : At(parent).firstChild;
@@ -88,8 +89,8 @@ std::int32_t QxXmlParser::NewElement(std::int32_t parent, std::int32_t sibling) 
     return element;
 }
 
-/// Rewrites "<name/>" as "<name>content</name>". Of "<name//>" the first slash stays, and a blank keeps it
-/// from making the tag an empty element again.
+/// Rewrites "<name/>" as "<name>content</name>", and "<name//>" as "<name/ >content</name>": the blank keeps
+/// the remaining slash from making the tag an empty element again.
 void QxXmlParser::OpenEmptyElement(std::int32_t element, std::wstring_view content) {
     const std::int32_t slash = At(element).endTagOpen;
     std::wstring text(m_document[static_cast<std::size_t>(slash) - 1] == L'/' ? L" >" : L">");
@@ -142,12 +143,12 @@ bool QxXmlParser::ReplaceAttribute(std::int32_t element, std::wstring_view name,
     return true;
 }
 
-/// The offset of the ">", or of the "/" of an empty element.
+/// The offset of the start tag's ">", or of an empty element's "/".
 std::int32_t QxXmlParser::AttributesEnd(std::int32_t element) const noexcept {
     return IsEmptyElement(element) ? At(element).endTagOpen : At(element).startTagClose;
 }
 
-/// Whether the tag has a name, and no quoted value runs on through the tag's end.
+/// Whether the start tag has a name and no quoted value extends beyond its end.
 bool QxXmlParser::HasPlainStartTag(std::int32_t element) const noexcept {
     const std::int32_t end = AttributesEnd(element);
     Token token;
@@ -169,9 +170,9 @@ void QxXmlParser::ReplaceText(std::int32_t from, std::int32_t length, std::wstri
     m_document.replace(static_cast<std::size_t>(from), replaced, text);
 }
 
-/// Adds difference to every offset at or after behind: in the element and what follows it in document order,
-/// and in the elements around it. Nothing else has an offset there, except the entry 0 and the scan position
-/// of a sibling before a new element, which keep pointing at its start.
+/// Adds difference to every offset at or after behind, in the element, its descendants, everything after it
+/// and its ancestors. Nothing else has such an offset, except entry 0 and the scanPos of the sibling before a
+/// new element: both keep pointing at that element's start.
 void QxXmlParser::ShiftFrom(std::int32_t element, std::int32_t behind, std::int32_t difference) noexcept {
     const auto shift = [&](std::int32_t index) {
         ElemPos& position = At(index);
@@ -180,7 +181,7 @@ void QxXmlParser::ShiftFrom(std::int32_t element, std::int32_t behind, std::int3
             *offset += *offset >= behind ? difference : 0;
     };
     std::int32_t at = element;
-    std::int32_t inside = 0; // levels below an element that has been shifted
+    std::int32_t inside = 0; // levels below an element that is already shifted
     shift(at);
     for (;;) {
         if (At(at).firstChild != 0) {

@@ -1,5 +1,4 @@
-// Parsing: one pass over the text, without recursion. The element that is open is known by its index, the
-// way back out of it by its parent link.
+// Parsing: one pass over the text. Parent links replace recursion.
 
 #include "QxXmlParser.h"
 
@@ -20,30 +19,29 @@ constexpr std::wstring_view TagStartsWithQuote = L"Tag starts with quote";
 constexpr std::wstring_view AbruptEnd = L"Abrupt end within tag";
 constexpr std::wstring_view EndOfTagNotFound = L"End of tag not found";
 constexpr std::wstring_view EndTagNotFound = L"End tag of %s element not found";
+/// Contract: no document leads to this error.
 constexpr std::wstring_view ExpectingEndTag = L"Expecting end tag of element %s";
 constexpr std::wstring_view OtherEndTag = L"End tag does not correspond to %s";
 constexpr std::wstring_view EndTagNotCompleted = L"End tag not completed for element %s";
 
-/// From this length on the start tags are counted first: growing would map and copy large blocks.
+/// Longer texts have their start tags counted first: growing the array would map and copy large blocks.
 constexpr std::size_t LargeText = 65536;
-/// "<a/>": no element is shorter.
+/// "<a/>".
 constexpr std::size_t ShortestElement = 4;
 
 wchar_t CharacterAt(std::wstring_view text, std::int32_t offset) noexcept {
     return text[static_cast<std::size_t>(offset)];
 }
 
-/// The next "<". It mostly stands right there, and a branch that foresees this is faster than waiting for the
-/// outcome of a search.
+/// The next "<". Usually it is at from itself: a predicted branch is faster than the result of a search.
 std::int32_t NextTag(std::wstring_view text, std::int32_t from) noexcept {
     if (from < static_cast<std::int32_t>(text.size()) && CharacterAt(text, from) == L'<')
         return from;
     return Find(text, L'<', from);
 }
 
-/// Whether the end tag is just "</", the element's name and ">", as nearly every one is. Compares it with the
-/// start tag in place, and where it would end is known beforehand when the start tag has no attributes. False
-/// leaves the answer to the token rules.
+/// Fast path for an end tag that is exactly "</name>", as nearly all are. Compares it with the start tag in
+/// place; a start tag without attributes gives the length beforehand. False means: apply the token rules.
 bool IsPlainEndTag(std::wstring_view text, const ElemPos& element, std::int32_t& close) noexcept {
     const auto size = static_cast<std::int32_t>(text.size());
     const std::int32_t name = element.startTagOpen + 1;
@@ -60,7 +58,7 @@ bool IsPlainEndTag(std::wstring_view text, const ElemPos& element, std::int32_t&
     return QxXmlScan::WordLength(text, name) == same;
 }
 
-/// One parse. A class of this file, so that the compiler sees that it is used once and makes one loop of it.
+/// One parse. Local to this file, so that the compiler inlines everything into one loop.
 class DocumentParse {
 public:
     DocumentParse(std::wstring_view text, std::vector<ElemPos>& positions, QxString& error) noexcept
@@ -128,7 +126,7 @@ bool DocumentParse::Run() {
     }
 }
 
-/// Passes over a comment, a declaration, a CDATA section or a processing instruction: the offset of its
+/// Skips a comment, declaration, CDATA section or processing instruction. Returns the offset of its
 /// terminator, or the text's length.
 std::int32_t DocumentParse::SkipMarkup(std::int32_t open, std::int32_t first) const noexcept {
     const std::wstring_view token = m_text.substr(static_cast<std::size_t>(first), 2);
@@ -141,8 +139,7 @@ std::int32_t DocumentParse::SkipMarkup(std::int32_t open, std::int32_t first) co
     return QxXmlScan::FindTerminator(m_text, L">", open + 1);
 }
 
-/// Adds the entry of the element whose "<" is at open and links it. The start tag ends at the first ">",
-/// in quotes or not.
+/// Adds and links the element whose "<" is at open. Its start tag ends at the first ">", even in quotes.
 bool DocumentParse::OpenElement(std::int32_t open, std::int32_t parent, std::int32_t previous) {
     const std::int32_t close = Find(m_text, L'>', open + 1);
     if (close == m_length)
@@ -187,7 +184,7 @@ void DocumentParse::CompleteElement(ElemPos& element, std::int32_t endTagClose) 
     element.scanPos = NextTag(m_text, endTagClose + 1);
 }
 
-/// element is the one that the message names, 0 for a message without a name.
+/// element is named in the message; 0 if the message has no name.
 bool DocumentParse::Fail(std::wstring_view message, std::int32_t element) {
     const std::wstring_view name =
         element != 0 ? QxXmlScan::TagName(m_text, At(element).startTagOpen) : std::wstring_view();
@@ -220,7 +217,7 @@ bool QxXmlParser::SetDocument(std::wstring_view text) {
     return false;
 }
 
-/// Leaves entry 0 alone, with all fields 0.
+/// Leaves only entry 0, with all fields 0.
 void QxXmlParser::ClearElements() {
     m_positions.assign(1, ElemPos{});
 }

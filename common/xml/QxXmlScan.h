@@ -11,14 +11,14 @@
 #include <emmintrin.h>
 #endif
 
-/// The lowest level of the markup parser: characters and tokens of a text whose length fits 32 bits.
-/// A search that finds nothing gives the text's length.
+/// The parser's scanner: characters and tokens of a text whose length fits into 32 bits. A search that finds
+/// nothing returns the text's length.
 namespace QxXmlScan {
 
 inline constexpr std::wstring_view White = L" \t\n\r";
 inline constexpr std::wstring_view Specials = L"<>=\\/?!";
 
-/// For each ASCII character, whether it ends an unquoted token.
+/// The ASCII characters that end an unquoted token.
 constexpr std::array<bool, 128> MakeTokenEnds() {
     std::array<bool, 128> ends{};
     for (wchar_t character : White)
@@ -36,7 +36,7 @@ inline bool EndsToken(wchar_t character) noexcept {
 }
 
 struct Token {
-    std::int32_t start = 0; ///< first character, behind the quote of a quoted token
+    std::int32_t start = 0; ///< first character, after an opening quote
     std::int32_t end = -1;  ///< last character, inclusive; start - 1 for an empty quoted token
     std::int32_t next = 0;  ///< where the scan continues
     bool quoted = false;
@@ -49,7 +49,7 @@ struct Token {
     }
 };
 
-/// Blank, tab or line end.
+/// Blank, tab, CR or LF.
 inline bool IsSpace(wchar_t character) noexcept {
     return character == L' ' || character == L'\t' || character == L'\n' || character == L'\r';
 }
@@ -61,7 +61,7 @@ inline std::int32_t SkipSpace(std::wstring_view text, std::int32_t from) noexcep
     return from;
 }
 
-/// The length of the unquoted token at an offset; 0 at white space or a special character.
+/// Length of the unquoted token at from; 0 at white space or a special character.
 inline std::int32_t WordLength(std::wstring_view text, std::int32_t from) noexcept {
     const wchar_t* const begin = text.data() + from;
     const wchar_t* const end = text.data() + text.size();
@@ -71,18 +71,17 @@ inline std::int32_t WordLength(std::wstring_view text, std::int32_t from) noexce
     return static_cast<std::int32_t>(at - begin);
 }
 
-/// Finds a terminator: a part whose last character is its only ">".
+/// Finds a terminator. Its only ">" must be its last character.
 std::int32_t FindTerminator(std::wstring_view text, std::wstring_view terminator, std::int32_t from) noexcept;
-/// The number of "<" that can begin a start tag.
+/// Upper bound for the number of start tags.
 std::int32_t CountStartTags(std::wstring_view text) noexcept;
 
 /// The first token of the tag whose "<" is at open.
 std::wstring_view TagName(std::wstring_view text, std::int32_t open) noexcept;
-/// What a name is compared by: the part behind its namespace prefix.
+/// The name after its namespace prefix, as names are compared.
 std::wstring_view WithoutPrefix(std::wstring_view name) noexcept;
-/// Whether a name is one unquoted token without a namespace prefix.
+/// Whether the name is one unquoted token without a namespace prefix.
 bool IsPlainName(std::wstring_view name) noexcept;
-/// Length first, then the characters.
 inline bool Equal(std::wstring_view a, std::wstring_view b) noexcept {
     const std::size_t length = a.size();
     if (length != b.size())
@@ -109,15 +108,15 @@ inline bool Equal(std::wstring_view a, std::wstring_view b) noexcept {
     return at == length;
 }
 
-/// Whether the text begins with the word, and the word ends there.
+/// Whether the text begins with the word as a whole token.
 inline bool StartsWithWord(std::wstring_view text, std::wstring_view word) noexcept {
     const std::size_t length = word.size();
     return (text.size() > length ? EndsToken(text[length]) : text.size() == length) &&
            Equal(std::wstring_view(text.data(), length), word);
 }
 
-/// The offset of a character. Inline, because parsing spends its time here; the C library's wmemchr is
-/// several times slower on Windows.
+/// The offset of a character. The parser's hot spot, hence inline; wmemchr is several times slower on
+/// Windows.
 inline std::int32_t Find(std::wstring_view text, wchar_t sought, std::int32_t from) noexcept {
     const wchar_t* const characters = text.data();
     const auto length = static_cast<std::int32_t>(text.size());
@@ -138,8 +137,8 @@ inline std::int32_t Find(std::wstring_view text, wchar_t sought, std::int32_t fr
     return at;
 }
 
-/// Reads the token that begins at token.next or behind the white space there. False when only white space
-/// is left; a token that ends with the text is a token like any other.
+/// Reads the token at token.next, after white space. False at the end of the text. The end of the text also
+/// ends a token or a quote.
 inline bool NextToken(std::wstring_view text, Token& token) noexcept {
     const auto length = static_cast<std::int32_t>(text.size());
     token.start = SkipSpace(text, token.next);
@@ -160,8 +159,8 @@ inline bool NextToken(std::wstring_view text, Token& token) noexcept {
     return true;
 }
 
-/// Copies a text to where there is room for it; returns the end of the copy. Mostly a name or a short value,
-/// for which a call of the C library costs more than the copying.
+/// Copies a text and returns the end of the copy. Faster than a call of the C library for names and short
+/// values.
 inline wchar_t* Copy(wchar_t* to, std::wstring_view from) noexcept {
     const std::size_t length = from.size();
 #ifdef QX_XML_SCAN_SSE2
@@ -183,8 +182,7 @@ inline wchar_t* Copy(wchar_t* to, std::wstring_view from) noexcept {
     return to + length;
 }
 
-/// How many characters two places of the text have in common, up to a ">" or a quote. second is the later
-/// one.
+/// Number of equal characters at two offsets, up to a ">" or a quote. Requires first < second.
 inline std::int32_t CommonLength(std::wstring_view text, std::int32_t first, std::int32_t second) noexcept {
     const wchar_t* const a = text.data() + first;
     const wchar_t* const b = text.data() + second;
@@ -210,11 +208,11 @@ inline std::int32_t CommonLength(std::wstring_view text, std::int32_t first, std
     return at;
 }
 
-/// How an end tag ends, or what is wrong with it.
+/// Result of ReadEndTag.
 enum class EndTag { Complete, NotAnEndTag, OtherName, NotCompleted };
 
-/// Reads the end tag whose "<" is at open. Quoted tokens in it are passed over. close is set to the offset
-/// of its ">" when it is complete.
+/// Reads the end tag whose "<" is at open, skipping quoted tokens. Sets close to the offset of its ">" if it
+/// is complete.
 EndTag ReadEndTag(std::wstring_view text, std::int32_t open, std::wstring_view name,
                   std::int32_t& close) noexcept;
 

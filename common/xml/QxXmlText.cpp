@@ -16,10 +16,10 @@ struct Entity {
 
 constexpr std::array<Entity, 5> Entities{
     {{L'<', L"lt;"}, {L'&', L"amp;"}, {L'>', L"gt;"}, {L'\'', L"apos;"}, {L'"', L"quot;"}}};
-/// Only an attribute value escapes the entities behind these.
+/// Data escapes only the first three; an attribute value escapes all.
 constexpr std::size_t DataEntities = 3;
 
-/// For each ASCII character, the position of its entity; Entities.size() for a character without one.
+/// Index into Entities for each ASCII character; Entities.size() for none.
 constexpr std::array<unsigned char, 128> MakeEntityOf() {
     std::array<unsigned char, 128> entityOf{};
     entityOf.fill(Entities.size());
@@ -35,13 +35,13 @@ std::size_t FindEntity(wchar_t character) noexcept {
     return code < EntityOf.size() ? EntityOf[code] : Entities.size();
 }
 
-/// The first character from there on that is escaped, or the text's length.
+/// The offset of the next character to escape, or the text's length.
 std::size_t FindEscaped(std::wstring_view text, std::size_t from, QxXmlText::Escape kind) noexcept {
     std::size_t at = from;
 #ifdef QX_XML_SCAN_SSE2
     if constexpr (sizeof(wchar_t) == 2) {
-        // Blocks without any of the five characters are passed over, in data too. The last one overlaps the
-        // block before it.
+        // Skips blocks without any of the five characters, whatever the kind. The last block overlaps the one
+        // before it.
         for (; text.size() >= 8 && at < text.size(); at += 8) {
             at = std::min(at, text.size() - 8);
             const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
@@ -80,7 +80,7 @@ void QxXmlText::Append(std::wstring_view text) {
 }
 
 void QxXmlText::AppendEscaped(std::wstring_view text, Escape kind) {
-    // Escaping that costs a tenth, and one more entity, need no growing.
+    // Enough if escaping adds at most a tenth and one entity.
     Reserve(text.size() + text.size() / 10 + 7);
     std::size_t copied = 0;
     std::size_t at = FindEscaped(text, 0, kind);

@@ -4,17 +4,17 @@
 #include <memory>
 #include <string_view>
 
-/// Markup text under construction, in one growing buffer: escaping, and how an element and an attribute are
-/// written. Shared by the parser's edits and by the writer, so that both give the same characters.
+/// A growing buffer of XML text: escaping, elements, attributes. The parser's edits and the writer share it,
+/// so both produce the same characters.
 ///
-/// Failure: an append throws std::bad_alloc and leaves the text before it in place.
+/// An append that throws std::bad_alloc keeps the text before it.
 class QxXmlText {
 public:
     enum class Escape { Data, Attribute };
 
     explicit QxXmlText(std::size_t reserve = 0) { Reserve(reserve); }
 
-    /// Room for that many more characters; at least doubles the buffer when it grows.
+    /// Makes room for that many more characters; a growing buffer at least doubles.
     void Reserve(std::size_t length) {
         if (m_capacity - m_size < length)
             Grow(length);
@@ -27,16 +27,16 @@ public:
         Reserve(1);
         m_characters[m_size++] = character;
     }
-    /// With "<", "&", ">" escaped, and "'" and '"' too in an attribute value.
+    /// Escapes "<", "&" and ">", in an attribute value also "'" and '"'.
     void AppendEscaped(std::wstring_view text, Escape kind);
-    /// With the five entities decoded; any other "&" is copied. Numeric references stay as they are.
+    /// Decodes the five entities. Copies any other "&", numeric references included.
     void AppendUnescaped(std::wstring_view text);
 
-    /// "<name>data</name>", or "<name/>" when data is empty.
+    /// "<name>data</name>", or "<name/>" if data is empty.
     void AppendElement(std::wstring_view name, std::wstring_view data);
-    /// The same with data that has nothing to escape.
+    /// The same for data without anything to escape.
     void AppendPlainElement(std::wstring_view name, std::wstring_view data);
-    /// "<name", without its end.
+    /// "<name".
     void AppendStartTag(std::wstring_view name);
     /// "</name>".
     void AppendEndTag(std::wstring_view name);

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
-/// The name of an element: mostly a literal, whose length the compiler knows. Measuring it at each use would
-/// cost as much as comparing it.
+/// Name of an element or attribute. Takes a literal's length from its type: measuring it would cost as much
+/// as comparing it.
 class XmlName : public std::wstring_view {
 public:
     template<std::size_t Size>

@@ -1,4 +1,4 @@
 #pragma once
 
-/// The base URI of the "xmlns" attribute of all records; a record's path follows it.
+/// Base URI of every record's "xmlns"; the record appends its path.
 #define QX_XML_NAMESPACE_BASE L"http://schemas.corvane.example"
