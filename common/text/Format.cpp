@@ -38,10 +38,6 @@ std::wstring FormatTextV(const wchar_t* format, std::va_list arguments) {
 }
 
 std::wstring FormatText(const wchar_t* format, ...) {
-    struct ArgumentsEnd {
-        std::va_list& arguments;
-        ~ArgumentsEnd() { va_end(arguments); }
-    };
     std::va_list arguments;
     va_start(arguments, format);
     const ArgumentsEnd end{arguments};

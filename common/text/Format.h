@@ -7,3 +7,9 @@
 /// fails.
 std::wstring FormatTextV(const wchar_t* format, std::va_list arguments);
 std::wstring FormatText(const wchar_t* format, ...);
+
+/// Ends an argument list that va_start began, also if formatting throws.
+struct ArgumentsEnd {
+    std::va_list& arguments;
+    ~ArgumentsEnd() { va_end(arguments); }
+};
