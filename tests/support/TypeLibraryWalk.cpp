@@ -127,7 +127,7 @@ struct FuncDescRelease {
 } // namespace
 
 ComPtr<ITypeLib> loadLibraryUnderTest() {
-    wchar_t path[MAX_PATH]; // a Windows path, whatever form the build gave it
+    wchar_t path[MAX_PATH]; // converts the build's path to a Windows path
     REQUIRE(GetFullPathNameW(pathUnderTest().c_str(), MAX_PATH, path, nullptr) != 0);
     ComPtr<ITypeLib> library;
     REQUIRE(LoadTypeLibEx(path, REGKIND_NONE, library.Put()) == S_OK);
