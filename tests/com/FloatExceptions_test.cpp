@@ -87,7 +87,7 @@ constexpr std::uint64_t patterns[] = {
     0x43E0000000000000, 0xC3E0000000000000, // beyond 64-bit numbers
     0x41E0000000000000, 0xC1E0000000200000, // beyond 32-bit numbers
     0x4146924100000000, 0x41469240FFFFFFFF,
-    0x4146924080000000, // behind 31 December 9999, and its last instant
+    0x4146924080000000, // just after 31 December 9999, and its last instant
     0xC1241035FFFFFFFF, 0xC124103600000000,
     0xC124103400000000, // around 1 January 100
     0x3ED845C8A0CE5129, 0x3FF8000000000000,

@@ -110,8 +110,7 @@ std::string parametersOf(ITypeInfo& info, const FUNCDESC& function, const std::v
     return text.empty() ? "(none)" : text;
 }
 
-/// GetNames answers for the first function of a DISPID, which is the get: a put's parameters get no names
-/// here.
+/// GetNames describes the first function of a DISPID, which is the get, so a put's parameters have no names.
 std::vector<std::string> parameterNames(ITypeInfo& info, const FUNCDESC& function) {
     std::vector<std::string> names = namesOf(info, function.memid, function.cParams);
     if (function.invkind != INVOKE_FUNC && function.invkind != INVOKE_PROPERTYGET)
