@@ -6,13 +6,13 @@
 
 namespace {
 
-/// What the file is as a whole, before its markup is looked at.
+/// Checks the size and the encoding.
 void CheckFile(const TextFile& file, Findings& findings) {
     constexpr std::size_t mostBytes = 16 * 1024 * 1024;
     if (file.bytes > mostBytes)
         findings.FileError(L"the library refuses files of more than 16 MiB");
     if (const std::size_t at = file.text.find(L'\xFFFD'); at != std::wstring::npos)
-        findings.Error(at, L"what stands here is not UTF-8");
+        findings.Error(at, L"invalid UTF-8");
 }
 
 } // namespace
@@ -33,6 +33,6 @@ std::size_t LintCatalogueFile(const std::wstring& path) {
         return findings.Count();
     Console::Line(
         path + L": " + lint.Summary() + L"; " +
-        (findings.Count() == 0 ? L"nothing is wrong" : std::to_wstring(findings.Count()) + L" findings"));
+        (findings.Count() == 0 ? L"no problem found" : std::to_wstring(findings.Count()) + L" findings"));
     return findings.Count();
 }

@@ -3,6 +3,6 @@
 #include <cstddef>
 #include <string>
 
-/// Shows what is wrong with a catalogue file, and how much it holds. Returns the number of findings. Throws
-/// ToolError when the file cannot be read.
+/// Prints the findings and a summary. Returns the number of findings. Throws ToolError if the file is
+/// unreadable.
 std::size_t LintCatalogueFile(const std::wstring& path);

@@ -1,4 +1,4 @@
-// catalogue: the mistakes of a catalogue file, with their places.
+// catalogue: finds mistakes in catalogue files.
 
 #include "Catalogue.h"
 #include "Commands.h"

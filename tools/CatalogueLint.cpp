@@ -11,7 +11,7 @@ constexpr wchar_t PageSection[] = L"PageAttributes";
 constexpr wchar_t FinishingSection[] = L"FinishingAttributes";
 constexpr wchar_t PdlSection[] = L"Pdls";
 
-/// As the library compares words: A to Z only.
+/// Converts A to Z only, as the library does when it compares words.
 std::wstring LowerCase(std::wstring text) {
     for (wchar_t& c : text)
         if (c >= L'A' && c <= L'Z')
@@ -38,9 +38,9 @@ const XmlTree::Element* CatalogueLint::Children::Need(std::wstring_view name) {
     for (std::size_t i = 0; i < m_next; ++i) {
         const Element& child = m_lint.m_tree[m_parent.children[i]];
         if (child.name == name && !m_found[i]) {
-            m_lint.m_findings.Error(child.offset, child.name + L" stands too early and counts as missing");
+            m_lint.m_findings.Error(child.offset, child.name + L" is out of order and counts as missing");
             m_found[i] = true;
-            return &child; // for what else is wrong with it
+            return &child; // so that its content is checked too
         }
     }
     m_lint.m_findings.Error(m_parent.offset, std::wstring(name) + L" is missing in " + m_parent.name);
@@ -99,7 +99,7 @@ void CatalogueLint::PaperSize(const Element& size, std::int64_t& expectedCode) {
         PaperNames(*names);
     parts.ReportRest();
     if (m_paperNames == namesBefore) {
-        m_findings.Error(size.offset, L"a paper size without names is dropped, and the codes behind it move");
+        m_findings.Error(size.offset, L"a paper size without names is dropped, and the codes after it shift");
         return;
     }
     ++m_paperSizes;
@@ -108,10 +108,11 @@ void CatalogueLint::PaperSize(const Element& size, std::int64_t& expectedCode) {
         const auto [first, isNew] = m_paperCodes.try_emplace(*code, size.offset);
         if (!isNew)
             m_findings.Error(size.offset, L"code " + std::to_wstring(*code) +
-                                              L" is that of the paper size in line " + Line(first->second));
+                                              L" is already used by the paper size in line " +
+                                              Line(first->second));
         else if (*code != expectedCode)
             m_findings.Error(size.offset, L"code " + std::to_wstring(*code) + L" is out of order: " +
-                                              std::to_wstring(expectedCode) + L" is the next one");
+                                              std::to_wstring(expectedCode) + L" is expected");
         expectedCode = *code;
     }
     ++expectedCode;
@@ -124,7 +125,7 @@ void CatalogueLint::Dimensions(const Element& dimensions) {
         const auto value = side ? Number(*side, side->text, name) : std::nullopt;
         const bool isTolerance = std::wstring_view(name).size() > 1;
         if (value && (*value < 0 || (*value == 0 && !isTolerance)))
-            m_findings.Error(side->offset, std::wstring(name) + L" is no length: " + side->text);
+            m_findings.Error(side->offset, std::wstring(name) + L" is not a valid length: " + side->text);
     }
     sides.ReportRest();
 }
@@ -188,7 +189,7 @@ void CatalogueLint::Pdls(const Element& section) {
     while (const Element* word = list.Next(L"Pdl")) {
         defaults += IsDefault(*word) ? 1u : 0u;
         AddWord(*word, PdlSection);
-        // Names may share a code: PCL6 and PCLXL, say.
+        // Languages may share a code, such as PCL6 and PCLXL.
         if (const auto code = Code(*word); code && *code < 1)
             m_findings.Error(word->offset, L"code " + std::to_wstring(*code) + L" is below 1");
         ++m_pdls;
@@ -201,7 +202,7 @@ std::optional<std::int64_t> CatalogueLint::Number(const Element& element, const 
                                                   const std::wstring& what) {
     const std::size_t digits = text.starts_with(L'-') ? 1 : 0;
     if (text.size() == digits || text.find_first_not_of(L"0123456789", digits) != std::wstring::npos) {
-        m_findings.Error(element.offset, what + L" is no number: '" + text + L"'");
+        m_findings.Error(element.offset, what + L" is not a number: '" + text + L"'");
         return std::nullopt;
     }
     constexpr std::size_t longest = 11;
@@ -209,7 +210,7 @@ std::optional<std::int64_t> CatalogueLint::Number(const Element& element, const 
         text.size() <= longest ? std::stoll(text) : std::numeric_limits<std::int64_t>::max();
     if (value > std::numeric_limits<std::int32_t>::max() ||
         value < std::numeric_limits<std::int32_t>::min()) {
-        m_findings.Error(element.offset, what + L" is beyond 32 bits: " + text);
+        m_findings.Error(element.offset, what + L" does not fit in 32 bits: " + text);
         return std::nullopt;
     }
     return value;
@@ -218,7 +219,7 @@ std::optional<std::int64_t> CatalogueLint::Number(const Element& element, const 
 std::optional<std::int64_t> CatalogueLint::Code(const Element& element) {
     for (const XmlTree::Attribute& attribute : element.attributes)
         if (attribute.name == L"DbId" && !attribute.isRead) {
-            m_findings.Error(attribute.offset, L"DbId stands in single quotes and is not seen");
+            m_findings.Error(attribute.offset, L"DbId is in single quotes and is ignored");
             return std::nullopt;
         }
     const XmlTree::Attribute* code = element.Find(L"DbId");
@@ -238,14 +239,14 @@ void CatalogueLint::BitCode(const Element& element, std::map<std::int64_t, std::
     }
     const auto [first, isNew] = used.try_emplace(*code, element.offset);
     if (!isNew)
-        m_findings.Error(element.offset, L"bit " + std::to_wstring(*code) + L" is that of the word in line " +
+        m_findings.Error(element.offset, L"bit " + std::to_wstring(*code) + L" is already used in line " +
                                              Line(first->second));
 }
 
 bool CatalogueLint::IsDefault(const Element& element) {
     for (const XmlTree::Attribute& attribute : element.attributes)
         if (attribute.name == L"Default" && !attribute.isRead)
-            m_findings.Error(attribute.offset, L"Default stands in single quotes and is not seen");
+            m_findings.Error(attribute.offset, L"Default is in single quotes and is ignored");
     const XmlTree::Attribute* mark = element.Find(L"Default");
     if (!mark)
         return false;
@@ -262,33 +263,33 @@ void CatalogueLint::AddWord(const Element& element, const wchar_t* section) {
         return;
     }
     if (text.front() <= L' ' || text.back() <= L' ')
-        m_findings.Error(element.offset, L"'" + text + L"' begins or ends with a blank and is never found");
+        m_findings.Error(element.offset, L"'" + text + L"' begins or ends with a blank and never matches");
     if (text.find(L',') != std::wstring::npos)
-        m_findings.Error(element.offset, L"'" + text + L"' holds a comma and is never found");
+        m_findings.Error(element.offset, L"'" + text + L"' contains a comma and never matches");
     if (text.find(L"&#") != std::wstring::npos)
         m_findings.Warning(element.offset, L"'" + text + L"': numeric character references are not decoded");
     const auto [first, isNew] = m_words.try_emplace(LowerCase(text), Word{text, section, element.offset});
     if (isNew)
         return;
     if (first->second.section == section)
-        m_findings.Error(element.offset, L"'" + text + L"' is in line " + Line(first->second.offset) +
-                                             L" already; the later entry counts");
+        m_findings.Error(element.offset, L"'" + text + L"' duplicates line " + Line(first->second.offset) +
+                                             L"; the later entry counts");
     else
-        m_findings.Error(element.offset, L"'" + text + L"' is in " + first->second.section + L" too, line " +
+        m_findings.Error(element.offset, L"'" + text + L"' is also in " + first->second.section + L", line " +
                                              Line(first->second.offset));
 }
 
-// The records look for these words themselves, in exactly this case.
+// The records search for these words themselves, case-sensitively.
 void CatalogueLint::CheckPageAttribute(const Element& element) {
     for (const std::wstring_view own : {L"Color", L"B&W", L"Duplex"}) {
         if (element.text == own)
             continue;
         if (element.text.find(own) != std::wstring::npos)
-            m_findings.Error(element.offset, L"'" + element.text + L"' holds '" + std::wstring(own) +
-                                                 L"', which the records take for that word");
+            m_findings.Error(element.offset, L"'" + element.text + L"' contains '" + std::wstring(own) +
+                                                 L"' and is read as that word");
         else if (LowerCase(element.text) == LowerCase(std::wstring(own)))
-            m_findings.Error(element.offset, L"'" + element.text + L"' is only known to the records as '" +
-                                                 std::wstring(own) + L"'");
+            m_findings.Error(element.offset,
+                             L"'" + element.text + L"' is recognized only as '" + std::wstring(own) + L"'");
     }
 }
 
@@ -297,7 +298,7 @@ void CatalogueLint::CheckOneDefault(std::size_t count, const Element& parent, co
         m_findings.Error(parent.offset, L"no " + what + L" is marked as the default");
     else if (count > 1)
         m_findings.Error(parent.offset,
-                         std::to_wstring(count) + L" of them are marked as the default " + what);
+                         std::to_wstring(count) + L" entries are marked as the default " + what);
 }
 
 std::wstring CatalogueLint::Line(std::size_t offset) const {

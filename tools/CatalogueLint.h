@@ -10,28 +10,28 @@
 #include <string_view>
 #include <vector>
 
-/// Looks for what is wrong with a catalogue. It goes through the file in the library's way, each search going
-/// on behind what was found last, and keeps the place of everything.
+/// Finds mistakes in a catalogue. Searches like the library, which never looks back: each search starts after
+/// the last match.
 class CatalogueLint {
 public:
     CatalogueLint(const XmlTree& tree, Findings& findings) : m_tree(tree), m_findings(findings) {}
 
     void Run();
-    /// How many entries there are, in words.
+    /// The numbers of entries, as text.
     std::wstring Summary() const;
 
 private:
     using Element = XmlTree::Element;
 
-    /// The children of one element in the order in which the library looks for them.
+    /// The children of one element, searched in the library's order.
     class Children {
     public:
         Children(CatalogueLint& lint, const Element& parent) : m_lint(lint), m_parent(parent) {}
-        /// The next child of that name, behind the last one found.
+        /// The next child with that name after the last match; null if there is none.
         const Element* Next(std::wstring_view name);
-        /// The same for a child that must be there.
+        /// The same, but a missing child is an error. A misplaced one is an error too, and is returned.
         const Element* Need(std::wstring_view name);
-        /// Reports what the library has passed by.
+        /// Warns about the children that the library skips.
         void ReportRest();
 
     private:

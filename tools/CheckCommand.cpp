@@ -1,4 +1,4 @@
-// check: the state of the installed library, as a client meets it.
+// check: diagnoses the installed library as clients see it.
 
 #include "Catalogue.h"
 #include "Commands.h"
@@ -12,7 +12,7 @@
 #include "common/com/Bstr.h"
 #include "common/log/PlainFile.h"
 
-#include <initguid.h> // so that the header defines the type library's identifier
+#include <initguid.h> // makes the header define the LIBID
 #include "JobObjects.h"
 
 #include <algorithm>
@@ -41,7 +41,7 @@ private:
     std::size_t m_problems = 0;
 };
 
-/// "32-bit (x86)" from a program file's header; empty when it is none.
+/// "32-bit (x86)", from the PE header; empty if the file has none.
 std::wstring BitnessOf(const std::wstring& path) {
     const Handle file = OpenToRead(path);
     if (!file)
@@ -83,13 +83,13 @@ std::wstring VersionOf(const std::wstring& path) {
            std::to_wstring(LOWORD(info->dwFileVersionLS));
 }
 
-/// Compares a registered class with what it should be. The first one tells which file the library is.
+/// Checks one registered class. The first one sets `module`; the others must be in the same file.
 void CheckClass(Report& report, const std::wstring& className, const std::wstring& file,
                 std::wstring& module) {
     if (module.empty())
         module = file;
     else if (CompareStringOrdinal(file.c_str(), -1, module.c_str(), -1, TRUE) != CSTR_EQUAL)
-        report.Problem(L"Corvane." + className + L" is another file: " + file);
+        report.Problem(L"Corvane." + className + L" is registered with another file: " + file);
     const std::wstring model =
         ReadText(HKEY_CLASSES_ROOT, ServerKey(ClassIdText(className)), L"ThreadingModel").value_or(L"");
     if (model != L"Apartment")
@@ -101,7 +101,7 @@ std::wstring OfAllClasses(std::size_t count) {
     return std::to_wstring(count) + L" of " + std::to_wstring(ClassNames.size()) + L" classes";
 }
 
-/// All classes lead to one file. Returns it, or an empty path.
+/// Checks that all classes are registered with one file. Returns its path, or an empty one.
 std::wstring CheckClasses(Report& report) {
     std::wstring module;
     std::vector<std::wstring> missing;
@@ -114,7 +114,7 @@ std::wstring CheckClasses(Report& report) {
     }
     report.Item(L"Registered", OfAllClasses(ClassNames.size() - missing.size()));
     if (module.empty()) {
-        report.Problem(L"the library is not registered; \"regsvr32 Tarnwick.dll\" does it");
+        report.Problem(L"the library is not registered; run \"regsvr32 Tarnwick.dll\"");
         return module;
     }
     for (const std::wstring& className : missing)
@@ -126,7 +126,7 @@ void CheckModule(Report& report, const std::wstring& module) {
     report.Item(L"Library", module);
     const std::wstring bitness = BitnessOf(module);
     if (bitness.empty()) {
-        report.Problem(L"this is no library that can be read");
+        report.Problem(L"this file is not a readable library");
         return;
     }
     report.Item(L"Bitness", bitness);
@@ -147,7 +147,7 @@ void CheckObjects(Report& report) {
             report.Problem(error.Message());
         }
     }
-    report.Item(L"Objects", OfAllClasses(created) + L" can be created and write themselves");
+    report.Item(L"Objects", OfAllClasses(created) + L" can be created and write their XML");
 }
 
 void CheckTypeLibrary(Report& report) {
@@ -175,13 +175,13 @@ void CheckCatalogue(Report& report, const std::wstring& module) {
     }
 }
 
-/// Whether this account could write the log file.
+/// Checks that this account can write the log file.
 void CheckLogFile(Report& report, const std::wstring& file) {
     if (OpenPlainFile(file, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING))
         return;
     const DWORD reason = GetLastError();
     if (reason == ERROR_PATH_NOT_FOUND)
-        report.Problem(L"the folder of the log file is not there");
+        report.Problem(L"the folder of the log file does not exist");
     else if (reason != ERROR_FILE_NOT_FOUND) // the first line creates the file
         report.Problem(L"the log file cannot be written: " + PlainFileProblem(reason));
 }
@@ -189,13 +189,13 @@ void CheckLogFile(Report& report, const std::wstring& file) {
 void CheckLog(Report& report) {
     const std::wstring key = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects\\Log";
     if (!KeyExists(HKEY_LOCAL_MACHINE, key)) {
-        report.Item(L"Log", L"off: HKEY_LOCAL_MACHINE\\" + key + L" is not there");
+        report.Item(L"Log", L"off: HKEY_LOCAL_MACHINE\\" + key + L" does not exist");
         return;
     }
     const auto number = [&](const wchar_t* name) {
         const auto value = ReadNumber(HKEY_LOCAL_MACHINE, key, name);
         if (!value && ValueExists(HKEY_LOCAL_MACHINE, key, name))
-            report.Problem(std::wstring(L"log value ") + name + L" is no REG_DWORD and counts as missing");
+            report.Problem(std::wstring(L"log value ") + name + L" is not a REG_DWORD and counts as missing");
         return value.value_or(0);
     };
     const std::wstring file = ReadText(HKEY_LOCAL_MACHINE, key, L"FileName").value_or(L"");
@@ -208,7 +208,7 @@ void CheckLog(Report& report) {
          {L"Options", L"Filters", L"Categories", L"Types", L"MaxFileSize", L"MaxDataSize"})
         report.Item(std::wstring(L"  ") + name, std::to_wstring(number(name)));
     if (on && file.empty() && !trace)
-        report.Problem(L"the log is on, but neither a file nor the debugger output is named");
+        report.Problem(L"the log is on, but has neither a file nor debugger output");
     if (!file.empty())
         CheckLogFile(report, file);
 }

@@ -3,24 +3,23 @@
 #include <span>
 #include <string>
 
-/// What the tool ends with.
 enum ExitCode : int {
-    ExitOk = 0,       ///< nothing is wrong
-    ExitFindings = 1, ///< something is wrong with what was looked at
-    ExitUsage = 2,    ///< the command line is not understood
-    ExitCannotRun = 3 ///< the command could not do its work
+    ExitOk = 0,       ///< no problem found
+    ExitFindings = 1, ///< problems found
+    ExitUsage = 2,    ///< invalid command line
+    ExitCannotRun = 3 ///< the command failed
 };
 
 using Arguments = std::span<const std::wstring>;
 
-/// Runs a command on several files, on the others too when it cannot read one. Returns the worst result.
+/// Runs a command on each file, even after one fails. Returns the worst result.
 ExitCode ForEachFile(Arguments files, ExitCode (*command)(const std::wstring& path));
 
-/// Is the library registered, which file is it, and does it work?
+/// Checks that the library is registered and works.
 ExitCode Check(Arguments arguments);
-/// A record's XML as a table.
+/// Shows a record's XML as a table.
 ExitCode Show(Arguments arguments);
-/// Does the library read records' XML, and what does it not keep?
+/// Checks that the library reads records, and shows what it changes.
 ExitCode Validate(Arguments arguments);
-/// Are catalogues sound?
+/// Finds mistakes in catalogues.
 ExitCode Catalogue(Arguments arguments);

@@ -25,7 +25,7 @@ void Write(DWORD which, std::wstring_view text) {
         WriteFile(output, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
         return;
     }
-    // A console refuses very long texts in one call.
+    // WriteConsole fails for very long texts.
     constexpr std::size_t longest = 8192;
     for (; !text.empty(); text.remove_prefix(written)) {
         const auto length = static_cast<DWORD>(std::min(text.size(), longest));

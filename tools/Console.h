@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// A command that cannot do its work; the message goes to the error output.
+/// Ends a command. The message goes to standard error.
 class ToolError : public std::runtime_error {
 public:
     explicit ToolError(std::wstring message) : runtime_error("ToolError"), m_message(std::move(message)) {}
@@ -14,16 +14,16 @@ private:
     std::wstring m_message;
 };
 
-/// The tool's two outputs. A console shows every character; what is redirected is written as UTF-8.
+/// Standard output and standard error: Unicode on a console, UTF-8 when redirected.
 namespace Console {
 
 void Line(std::wstring_view text);
 void ErrorLine(std::wstring_view text);
 
-/// Tells on a console what a long work is at, in one line that the next one replaces. Writes nothing where
-/// the error output is redirected.
+/// Shows progress in one console line, which the next call overwrites. Does nothing if standard error is
+/// redirected.
 void Progress(std::wstring_view text);
-/// Takes the line away.
+/// Clears the progress line.
 void EndProgress();
 
 } // namespace Console

@@ -6,17 +6,17 @@
 #include <string_view>
 #include <vector>
 
-/// Collects what is found in a file and shows it in the file's order, one line each, as compilers do:
+/// Collects the findings of a file and prints them in the order of their places, like a compiler:
 /// "job.xml:3:17: warning: ...".
 class Findings {
 public:
     Findings(std::wstring file, const XmlTree& tree) : m_file(std::move(file)), m_tree(tree) {}
 
-    /// The library fails on it or takes it for something else than it says.
+    /// The library fails on it or misreads it.
     void Error(std::size_t offset, const std::wstring& message) { Add(offset, L": error: " + message); }
-    /// The library reads it; it is likely not what was meant.
+    /// The library reads it, but it is probably a mistake.
     void Warning(std::size_t offset, const std::wstring& message) { Add(offset, L": warning: " + message); }
-    /// About the file as a whole.
+    /// An error without a place in the file.
     void FileError(const std::wstring& message);
 
     std::size_t Count() const noexcept { return m_entries.size(); }

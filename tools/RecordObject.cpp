@@ -14,7 +14,7 @@ DISPID MemberOf(IDispatch* object, const wchar_t* name) {
     auto* names = const_cast<LPOLESTR>(name);
     const HRESULT result = object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &member);
     if (FAILED(result))
-        throw ToolError(std::wstring(L"the member ") + name + L" is not there: " + ErrorText(result));
+        throw ToolError(std::wstring(L"the member ") + name + L" does not exist: " + ErrorText(result));
     return member;
 }
 
@@ -35,7 +35,7 @@ RecordObject::RecordObject(const std::wstring& className) {
         result = CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, m_object.PutVoid());
     if (FAILED(result))
         throw ToolError(progId + L" cannot be created: " + ErrorText(result) +
-                        L"\r\nIs the library registered? \"jobobjects check\" tells.");
+                        L"\r\nTo diagnose the installation, run \"jobobjects check\".");
 }
 
 bool RecordObject::PutXml(std::wstring_view xml) {
@@ -51,7 +51,7 @@ std::wstring RecordObject::Xml() {
     VARIANT value;
     VariantInit(&value);
     if (FAILED(InvokeMember(Get(), MemberOf(Get(), L"Xml"), DISPATCH_PROPERTYGET, nullptr, &value, m_error)))
-        throw ToolError(L"the record does not write itself: " + m_error);
+        throw ToolError(L"the record cannot write its XML: " + m_error);
     std::wstring xml(BstrView(value.bstrVal));
     VariantClear(&value);
     return xml;

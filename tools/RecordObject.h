@@ -10,19 +10,19 @@
 
 #include <oaidl.h>
 
-/// A record of the registered library, used as scripts use it: by its programmatic identifier and by name.
+/// A record of the registered library, used as scripts do: by ProgID and member names.
 class RecordObject {
 public:
-    /// The class whose XML has this root element; empty when there is none.
+    /// The class whose XML has this root element; empty if there is none.
     static std::wstring ClassOfRoot(std::wstring_view root);
 
-    /// Throws ToolError when the object cannot be created.
+    /// Throws ToolError if the object cannot be created.
     explicit RecordObject(const std::wstring& className);
 
-    /// Assigns Xml. Returns false, with the reason in Error, when the library refuses the text.
+    /// Assigns Xml. If the library refuses the text, returns false and sets Error.
     bool PutXml(std::wstring_view xml);
     const std::wstring& Error() const noexcept { return m_error; }
-    /// Throws ToolError when the record cannot write itself.
+    /// Throws ToolError if the record cannot write its XML.
     std::wstring Xml();
 
     IDispatch* Get() const noexcept { return m_object.Get(); }
@@ -37,6 +37,6 @@ private:
 inline constexpr std::array ClassNames{JOBOBJECTS_CLASSES(JOBOBJECTS_NAME)};
 #undef JOBOBJECTS_NAME
 
-/// Calls a member by its identifier, with at most one argument. Returns the result, with the reason in error.
+/// Calls a member by DISPID, with at most one argument. On failure sets `error` to the reason.
 HRESULT InvokeMember(IDispatch* object, DISPID member, WORD flags, VARIANT* argument, VARIANT* result,
                      std::wstring& error);

@@ -13,7 +13,7 @@ bool ValueExists(HKEY root, const std::wstring& key, const wchar_t* name) {
 }
 
 std::optional<std::wstring> ReadText(HKEY root, const std::wstring& key, const wchar_t* name) {
-    // Environment variables stay as they are: the library does not expand them either.
+    // No expansion of environment variables: the library does none either.
     constexpr DWORD texts = RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND;
     DWORD size = 0;
     if (RegGetValueW(root, key.c_str(), name, texts, nullptr, nullptr, &size) != ERROR_SUCCESS)

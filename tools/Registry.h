@@ -5,10 +5,8 @@
 #include <optional>
 #include <string>
 
-// Reading the registry, for the check of the installation.
-
 bool KeyExists(HKEY root, const std::wstring& key);
 bool ValueExists(HKEY root, const std::wstring& key, const wchar_t* name);
-/// A text; nothing when it is missing or of another type. A null name is the key's default value.
+/// A text value; nothing if it is missing or of another type. A null name means the key's default value.
 std::optional<std::wstring> ReadText(HKEY root, const std::wstring& key, const wchar_t* name);
 std::optional<DWORD> ReadNumber(HKEY root, const std::wstring& key, const wchar_t* name);

@@ -1,5 +1,4 @@
-// show: a record as a table of its properties. The type information tells which there are, so that the table
-// needs no list of its own.
+// show: a record as a table of the properties that its type information lists.
 
 #include "Commands.h"
 #include "Console.h"
@@ -21,7 +20,7 @@ struct Property {
     std::wstring name;
 };
 
-/// A VARIANT that is released.
+/// Owns a VARIANT.
 struct Value : VARIANT {
     Value() noexcept { VariantInit(this); }
     Value(const Value&) = delete;
@@ -29,7 +28,7 @@ struct Value : VARIANT {
     ~Value() { VariantClear(this); }
 };
 
-/// Adds a property that can be read without arguments; the XML forms repeat what the others tell.
+/// Adds a property that can be read without arguments, except XML, which repeats the others.
 void AddProperty(ITypeInfo* info, const FUNCDESC& function, std::vector<Property>& properties) {
     if (function.invkind != INVOKE_PROPERTYGET || function.cParams > 0 ||
         (function.wFuncFlags & FUNCFLAG_FRESTRICTED))
@@ -73,7 +72,7 @@ std::wstring DateText(DATE date) {
     return {text, static_cast<std::size_t>(std::max(length, 0))};
 }
 
-/// One line, whatever the text holds.
+/// Escapes line breaks and tabs.
 std::wstring OneLine(std::wstring_view text) {
     std::wstring line;
     for (const wchar_t c : text) {
@@ -104,7 +103,7 @@ std::wstring ValueText(const VARIANT& value) {
     }
 }
 
-// NOLINTBEGIN(misc-no-recursion): the library's objects nest a few levels deep, whatever the text.
+// NOLINTBEGIN(misc-no-recursion): the library's objects nest only a few levels deep.
 class Table {
 public:
     void ShowObject(IDispatch* object, std::size_t depth) {
@@ -133,7 +132,7 @@ private:
         Value value;
         std::wstring error;
         if (FAILED(InvokeMember(object, property.member, DISPATCH_PROPERTYGET, nullptr, &value, error))) {
-            // A log target's value has a property for each type, and only that of its own can be read.
+            // Expected of a log target: only the property of its current type can be read.
             ShowLine(depth, property.name, width, L"(" + error + L")");
         } else if (value.vt != VT_DISPATCH && value.vt != VT_UNKNOWN) {
             ShowLine(depth, property.name, width, ValueText(value));

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// The system's text for an error code or HRESULT, with its number: "Access denied. (0x80070005)".
+/// The system's message for an HRESULT, with its number: "Access denied. (0x80070005)".
 std::wstring ErrorText(long result);
-/// "(0x80070005)" alone, for callers with a text of their own.
+/// The number alone: "(0x80070005)".
 std::wstring ErrorNumber(long result);

@@ -13,7 +13,7 @@ namespace {
     throw ToolError(path + L": " + ErrorText(HRESULT_FROM_WIN32(error)));
 }
 
-/// The offsets of a parsed text have 32 bits, and its characters need room beside the bytes.
+/// The parser's offsets have 32 bits, and both the bytes and the characters must fit in memory.
 constexpr LONGLONG LongestFile = 512LL * 1024 * 1024;
 constexpr DWORD Piece = 4 * 1024 * 1024;
 

@@ -11,11 +11,11 @@ struct CloseKernelHandle {
 };
 using Handle = std::unique_ptr<void, CloseKernelHandle>;
 
-/// Empty on a failure, with the reason as the last error.
+/// On failure empty, with the reason in GetLastError.
 Handle OpenToRead(const std::wstring& path);
 
-/// A file's text and size. A byte-order mark decides between UTF-8 and UTF-16 of either order; without one it
-/// is UTF-8. Throws ToolError when the file cannot be read or is too long for one text.
+/// A file's text and size. The encoding is UTF-8 or, with a byte-order mark, UTF-16 of either byte order.
+/// Throws ToolError if the file is unreadable or too long.
 struct TextFile {
     std::wstring text;
     std::size_t bytes;

@@ -1,5 +1,4 @@
-// validate: what the library makes of a record's XML. The text goes through the library and back; the two
-// trees are then compared element by element.
+// validate: the library reads a record's XML and writes it again; both trees are compared element by element.
 
 #include "Commands.h"
 #include "Console.h"
@@ -44,8 +43,8 @@ private:
         for (const XmlTree::Attribute& attribute : given.attributes) {
             const XmlTree::Attribute* back = written.Find(attribute.name);
             if (!attribute.isRead)
-                m_findings.Warning(attribute.offset, L"attribute " + attribute.name +
-                                                         L" stands in single quotes and is not seen");
+                m_findings.Warning(attribute.offset,
+                                   L"attribute " + attribute.name + L" is in single quotes and is ignored");
             else if (!back)
                 m_findings.Warning(attribute.offset, L"attribute " + attribute.name + L" does not come back");
             else if (back->value != attribute.value)
@@ -61,7 +60,7 @@ private:
                                                  Quoted(written.text));
     }
 
-    /// Elements of one name are matched in their order.
+    /// Matches elements of the same name in their order.
     void CompareChildren(const Element& given, const Element& written) {
         std::map<std::wstring, std::deque<std::size_t>> back;
         for (const std::size_t child : written.children)
@@ -97,7 +96,7 @@ private:
     std::vector<std::pair<std::size_t, std::size_t>> m_pending;
 };
 
-/// The class whose record the tree is; empty, with a finding, when there is none.
+/// The class of the record; if the root element is unknown, empty and an error.
 std::wstring ClassOf(const XmlTree& tree, Findings& findings) {
     const std::wstring& root = tree[XmlTree::Root].name;
     std::wstring className = RecordObject::ClassOfRoot(root);
@@ -106,7 +105,6 @@ std::wstring ClassOf(const XmlTree& tree, Findings& findings) {
     return className;
 }
 
-/// Lets the library read and write the text, and compares.
 void CompareWithLibrary(RecordObject& record, const std::wstring& text, const XmlTree& given,
                         Findings& findings) {
     Console::Progress(L"The library is reading");
@@ -121,7 +119,7 @@ void CompareWithLibrary(RecordObject& record, const std::wstring& text, const Xm
     if (written.Parse(writtenText))
         RoundTrip(given, written, findings).Compare();
     else
-        findings.FileError(L"what the library writes for it does not parse: " + written.Error());
+        findings.FileError(L"the XML that the library writes does not parse: " + written.Error());
 }
 
 ExitCode ValidateFile(const std::wstring& path) {

@@ -14,7 +14,7 @@ std::wstring_view WithoutPrefix(std::wstring_view name) {
     return name.substr(name.find(L':') + 1); // without a colon npos + 1, that is 0
 }
 
-/// The attributes of a start tag; the parser tells their values, but not which there are.
+/// The attributes of a start tag. The parser looks values up by name, but does not list the names.
 std::vector<XmlTree::Attribute> AttributesOf(const QxXmlParser& parser, std::wstring_view markup,
                                              bool isChild) {
     std::vector<XmlTree::Attribute> attributes;
@@ -74,7 +74,7 @@ bool XmlTree::Parse(std::wstring_view text) {
                           Root,
                           AttributesOf(parser, parser.GetSubDocument(), false),
                           {}});
-    // A walk instead of a recursion: texts may be nested deeply.
+    // Iterative, because input can nest deeply.
     for (std::size_t current = Root;;) {
         if (parser.FindChildElement()) {
             const std::wstring_view markup = parser.GetChildSubDocument();

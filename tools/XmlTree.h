@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-/// One XML text as a tree, seen as the library sees it: it is made with the library's own parser, so names
-/// have no prefixes, text is unescaped by its rules, and what it skips is not there.
+/// XML as a tree, parsed by the library's own parser: names have no prefixes, text is unescaped by its rules,
+/// and markup that it skips is absent.
 class XmlTree {
 public:
     struct Attribute {
@@ -17,9 +17,9 @@ public:
     };
     struct Element {
         std::wstring name;
-        std::wstring text; ///< empty when there are children
+        std::wstring text; ///< empty if there are children
         std::size_t offset;
-        std::size_t parent;                ///< of the root: the root
+        std::size_t parent;                ///< the root is its own parent
         std::vector<Attribute> attributes; ///< without namespace declarations
         std::vector<std::size_t> children;
 
@@ -30,7 +30,7 @@ public:
         std::size_t column;
     };
 
-    /// False, with the reason in Error, when the text does not parse.
+    /// Returns false and sets Error if the text does not parse.
     bool Parse(std::wstring_view text);
     const std::wstring& Error() const noexcept { return m_error; }
 
@@ -38,7 +38,7 @@ public:
     const Element& operator[](std::size_t element) const { return m_elements[element]; }
     std::size_t Count() const noexcept { return m_elements.size(); }
 
-    /// Line and column, from 1 on, of an offset into the text.
+    /// Line and column of an offset, counted from 1.
     Place PlaceOf(std::size_t offset) const noexcept;
 
 private:

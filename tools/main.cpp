@@ -1,5 +1,4 @@
-// jobobjects: looks at JobObjects, its records and its catalogue from the command line. A client of the
-// library like any other.
+// jobobjects: diagnoses installations, records and catalogues from the command line.
 
 #include "Commands.h"
 #include "Console.h"
@@ -22,40 +21,41 @@ struct Command {
 
 constexpr std::size_t AnyNumber = static_cast<std::size_t>(-1);
 
-constexpr wchar_t ExitCodes[] = L"Exit codes: 0 nothing is wrong, 1 something was found, 2 wrong usage,\r\n"
-                                L"3 the command could not run.";
+constexpr wchar_t ExitCodes[] =
+    L"Exit codes: 0 no problem found, 1 problems found, 2 invalid command line,\r\n"
+    L"3 the command failed.";
 
 const Command Commands[] = {
     {L"check", 0, 0, Check,
      L"jobobjects check\r\n\r\n"
-     L"Tells whether the library is registered, which file it is, whether its classes\r\n"
-     L"can be created and its type library be loaded, what is wrong with the catalogue\r\n"
-     L"beside it, and what the registry says about the log."},
+     L"Checks that the library is registered, that its classes can be created and that\r\n"
+     L"its type library loads, finds mistakes in the catalogue beside it, and shows the\r\n"
+     L"configuration of the log."},
     {L"show", 1, 1, Show,
      L"jobobjects show FILE\r\n\r\n"
      L"Reads a record's XML through the library and shows its properties as a table,\r\n"
-     L"records inside it indented. The roots: PrintJob, CopyJob, ScanJob, FaxJob,\r\n"
-     L"JobContents, JobCopyLines, CopyLine, LogicalPrinter, WindowsPrintInfo,\r\n"
+     L"with nested records indented. Root elements: PrintJob, CopyJob, ScanJob,\r\n"
+     L"FaxJob, JobContents, JobCopyLines, CopyLine, LogicalPrinter, WindowsPrintInfo,\r\n"
      L"PolicyResults."},
     {L"validate", 1, AnyNumber, Validate,
      L"jobobjects validate FILE...\r\n\r\n"
-     L"Lets the library read a record's XML and write it again. An error tells why it\r\n"
-     L"refuses the text; warnings tell what changes on the way: elements that do not\r\n"
-     L"come back, values that read as others, elements that get a default."},
+     L"The library reads a record's XML and writes it again. An error gives the reason\r\n"
+     L"why it refuses the text. Warnings list the changes: elements that do not come\r\n"
+     L"back, values that come back differently, and elements that get a default."},
     {L"catalogue", 0, AnyNumber, Catalogue,
      L"jobobjects catalogue [FILE...]\r\n\r\n"
-     L"Looks for mistakes in a catalogue (JobAttributes.xml): doubled words and codes,\r\n"
-     L"missing defaults, bits that are used twice, codes out of order. Without FILE it is\r\n"
-     L"the catalogue beside the registered library."},
+     L"Finds mistakes in catalogues (JobAttributes.xml): duplicate words and codes,\r\n"
+     L"missing defaults, bits that are used twice, codes out of order. Without FILE it\r\n"
+     L"checks the catalogue beside the registered library."},
 };
 
 constexpr wchar_t GeneralHelp[] =
     L"jobobjects COMMAND [FILE]\r\n\r\n"
-    L"  check             the state of the installed library\r\n"
-    L"  show FILE         a record's XML as a table\r\n"
-    L"  validate FILE...  whether the library reads a record's XML, and what it changes\r\n"
-    L"  catalogue [FILE]  mistakes in a catalogue\r\n\r\n"
-    L"  COMMAND --help    more about a command\r\n"
+    L"  check             checks that the library is registered and works\r\n"
+    L"  show FILE         shows a record's XML as a table\r\n"
+    L"  validate FILE...  checks that the library reads records, and shows what it changes\r\n"
+    L"  catalogue [FILE]  finds mistakes in catalogues\r\n\r\n"
+    L"  COMMAND --help    help for a command\r\n"
     L"  --version         the tool's version\r\n";
 
 ExitCode WrongUsage(const std::wstring& message) {
@@ -81,7 +81,7 @@ ExitCode RunCommand(const Command& command, Arguments arguments) {
 
 ExitCode Run(const std::vector<std::wstring>& arguments) {
     if (arguments.empty())
-        return WrongUsage(L"which command?");
+        return WrongUsage(L"no command given");
     if (arguments[0] == L"--help") {
         Console::Line(std::wstring(GeneralHelp) + L"\r\n" + ExitCodes);
         return ExitOk;

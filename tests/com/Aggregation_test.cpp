@@ -1,14 +1,14 @@
 #include "tests/support/ComClient.h"
 #include "tests/support/Library.h"
 
-// LogicalPrinter as part of an aggregate: clients see one object, the outer one.
+// LogicalPrinter in an aggregate: clients see the outer object only.
 
 namespace {
 
-/// An outer object that has IPersist itself and leaves every other interface to a logical printer.
+/// An outer object that implements IPersist and delegates every other interface to a logical printer.
 class Outer : public IPersist {
 public:
-    /// Counted by the test: the object itself lives on the test's stack.
+    /// The object is on the test's stack, so the count destroys nothing.
     Outer() {
         result = CoCreateInstance(__uuidof(LogicalPrinter), this, CLSCTX_INPROC_SERVER, IID_IUnknown,
                                   inner.PutVoid());
@@ -101,7 +101,7 @@ TEST_CASE("Aggregation_counts_references_in_the_outer_object") {
     CHECK(outer.references == 1);
 }
 
-TEST_CASE("Aggregation_counts_the_inner_IUnknown_apart") {
+TEST_CASE("Aggregation_counts_the_inner_IUnknown_separately") {
     Outer outer;
     REQUIRE_HR(outer.result, S_OK);
     CHECK(outer.inner->AddRef() == 2);
@@ -156,7 +156,7 @@ TEST_CASE("Aggregation_keeps_the_library_loaded_until_the_inner_object_goes") {
     CHECK_HR(library.CanUnloadNow(), S_OK);
 }
 
-TEST_CASE("Aggregation_ends_the_inner_object_with_its_last_own_reference") {
+TEST_CASE("Aggregation_destroys_the_inner_object_with_its_last_own_reference") {
     const Library library;
     Outer outer;
     REQUIRE_HR(outer.result, S_OK);

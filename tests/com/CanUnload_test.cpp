@@ -1,7 +1,7 @@
 #include "tests/support/ComClient.h"
 #include "tests/support/Library.h"
 
-// What keeps the library loaded: every live instance, every held class object, every lock.
+// Every live instance, class object and lock keeps the library loaded.
 
 namespace {
 
@@ -13,7 +13,7 @@ ComPtr<IClassFactory> ClassObject(const Library& library, const LibraryClass& of
 
 } // namespace
 
-TEST_CASE("CanUnload_of_a_library_just_loaded_is_granted") {
+TEST_CASE("CanUnload_of_a_newly_loaded_library_is_granted") {
     const Library library;
     CHECK_HR(library.CanUnloadNow(), S_OK);
     CHECK_HR(library.CanUnloadNow(), S_OK);

@@ -1,5 +1,5 @@
-// Children that cannot be created. A class object of the client's own, registered for this process, comes
-// before the library's: what it answers is what a job gets.
+// Children that cannot be created. COM prefers a class object that the process registers to the library's, so
+// the tests decide what a job gets.
 
 #include "tests/support/ForeignChild.h"
 #include "tests/support/RecordTest.h"
@@ -8,7 +8,7 @@ namespace {
 
 constexpr auto ownResult = static_cast<HRESULT>(0x8004FF05);
 
-/// Takes the place of a child's class as long as it lives: gives the child it is told to, or fails.
+/// Replaces a child's class object during its lifetime. Returns the given child or fails.
 class ClassSubstitute : public IClassFactory {
 public:
     explicit ClassSubstitute(REFCLSID classId) {
@@ -56,7 +56,7 @@ void CheckHoldsNone(const ComPtr<Job>& job, HRESULT (STDMETHODCALLTYPE Job::*get
 
 } // namespace
 
-TEST_CASE("ChildCreation_of_contents_comes_with_each_new_job") {
+TEST_CASE("ChildCreation_of_contents_is_part_of_each_new_job") {
     ClassSubstitute substitute(__uuidof(JobContents));
     ForeignChild child(__uuidof(IJobContents));
     child.xml = L"<Foreign/>";
@@ -78,7 +78,7 @@ TEST_CASE("ChildCreation_that_fails_fails_the_construction_with_its_result") {
     CheckConstructionFails<IFaxJob>(__uuidof(FaxJob), ownResult);
     CHECK(substitute.creations == 4);
     ForeignChild child(__uuidof(IJobContents));
-    child.queryResult = E_ACCESSDENIED; // created, but not with its interface
+    child.queryResult = E_ACCESSDENIED; // created, but without its interface
     substitute.child = &child;
     CheckConstructionFails<IPrintJob>(__uuidof(PrintJob), E_ACCESSDENIED);
     CHECK(child.references == 0);
@@ -99,7 +99,7 @@ TEST_CASE("ChildCreation_of_contents_that_fails_during_a_read_leaves_none") {
     BSTR xml = reinterpret_cast<BSTR>(0x5A5A5A5A);
     CHECK_HR(job->get_Xml(&xml), E_POINTER);
     CHECK(xml == nullptr);
-    const std::wstring description = TakeErrorDescription(); // the system's words
+    const std::wstring description = TakeErrorDescription(); // the system's message
     CHECK_FALSE(description.empty());
     CHECK(description != L"<none>");
 
@@ -107,7 +107,7 @@ TEST_CASE("ChildCreation_of_contents_that_fails_during_a_read_leaves_none") {
     CHECK_HAS(Text(job, &IPrintJob::get_Xml), L"<JobContents ");
 }
 
-TEST_CASE("ChildCreation_of_contents_is_made_up_for_by_a_read_that_brings_them") {
+TEST_CASE("ChildCreation_of_contents_is_repeated_by_a_read_that_contains_them") {
     const auto job = CreatePrintJob();
     {
         ClassSubstitute substitute(__uuidof(JobContents));
@@ -126,7 +126,7 @@ TEST_CASE("ChildCreation_of_page_counter_contents_that_fails_fails_the_read") {
                             L"<JobContents><JobCopyLines/></JobContents>"
                             L"<PageCounterInfo><JobContents/></PageCounterInfo>")),
              ownResult);
-    CHECK(substitute.creations == 1); // the job's own contents were held
+    CHECK(substitute.creations == 1); // the job already held its own contents
     CheckHoldsNone(job, &IPrintJob::get_PageCounterJobContents);
 }
 

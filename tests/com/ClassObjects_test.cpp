@@ -3,11 +3,10 @@
 
 #include <atomic>
 
-// Class objects: from the library's own entry point and through COM, from one thread and from many.
+// Class objects, from DllGetClassObject and through COM, on one thread and on many.
 
 namespace {
 
-/// What COM and the entry point hand out for an interface of a class object.
 ComPtr<IClassFactory> ClassObject(const Library& library, REFCLSID classId) {
     ComPtr<IClassFactory> factory;
     REQUIRE_HR(library.GetClassObject(classId, IID_IClassFactory, factory.PutVoid()), S_OK);
@@ -15,7 +14,7 @@ ComPtr<IClassFactory> ClassObject(const Library& library, REFCLSID classId) {
     return factory;
 }
 
-/// Calls with a pre-filled out-pointer and tells what became of it.
+/// Checks the result and that a garbage out-pointer becomes null.
 template<class Call>
 void CheckRefusal(HRESULT expected, Call&& call) {
     void* object = GarbagePointer();
@@ -23,7 +22,7 @@ void CheckRefusal(HRESULT expected, Call&& call) {
     CHECK(object == nullptr);
 }
 
-/// An outer object that nothing may come to hold.
+/// An outer object that nobody may reference.
 class UnusedOuter : public IUnknown {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
@@ -50,7 +49,7 @@ struct SharedStart {
     }
 };
 
-/// Runs a body on several threads that start it together. The body may not use assertions.
+/// Runs the body on several threads at once. The body must not use assertions.
 template<class Body>
 void RunOnThreads(unsigned count, Body body) {
     SharedStart<Body> start{body, CreateEventW(nullptr, TRUE, FALSE, nullptr)};
@@ -129,7 +128,7 @@ TEST_CASE("ClassObjects_of_an_unknown_class_are_refused") {
         });
 }
 
-TEST_CASE("ClassObjects_without_a_place_to_put_them_are_refused") {
+TEST_CASE("ClassObjects_with_a_null_out_pointer_are_refused") {
     const Library library;
     CHECK_HR(library.GetClassObject(CLSID{}, IID_IClassFactory, nullptr), E_POINTER);
     for (const LibraryClass& each : LibraryClasses())
@@ -173,7 +172,7 @@ TEST_CASE("ClassObjects_create_a_new_instance_of_their_class_each_time") {
     }
 }
 
-TEST_CASE("ClassObjects_create_no_instance_without_a_place_to_put_it") {
+TEST_CASE("ClassObjects_create_no_instance_with_a_null_out_pointer") {
     const Library library;
     UnusedOuter outer;
     for (const LibraryClass& each : LibraryClasses()) {
@@ -253,7 +252,7 @@ TEST_CASE("ClassObjects_first_asked_for_by_many_threads_at_once_are_one_object")
     const auto classes = LibraryClasses();
     for (int round = 0; round < 20; ++round) {
         CoFreeUnusedLibrariesEx(0, 0);
-        REQUIRE(GetModuleHandleW(L"Tarnwick.dll") == nullptr); // so that no class object is made yet
+        REQUIRE(GetModuleHandleW(L"Tarnwick.dll") == nullptr); // no class object exists yet
         const Library library;
         for (const LibraryClass& each : classes) {
             std::atomic<unsigned> next{0};

@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <set>
 
-// Walks the type library of the built module and calls every member of every interface, through its slot of
-// the virtual table and through IDispatch::Invoke. A member that is added is tested without being named here.
+// Calls every member that the module's type library lists, through its vtable slot and through
+// IDispatch::Invoke. New members are tested without a change here.
 
 namespace {
 
@@ -43,7 +43,7 @@ ComPtr<IUnknown> IdentityOf(IUnknown* object) {
     return identity;
 }
 
-/// Stands for a child whose query fails for a reason of its own.
+/// A child whose QueryInterface fails with an unusual code.
 class FailingChild : public IDispatch {
 public:
     static constexpr HRESULT failure = E_ACCESSDENIED;
@@ -68,7 +68,7 @@ public:
     ULONG references = 1;
 };
 
-/// Exercises the members of one class, each on an object of its own.
+/// Exercises the members of one class, each on a new object.
 class Exerciser {
 public:
     Exerciser(const LibraryClass& of, ITypeInfo& vtable) : m_class(of), m_members(MembersOf(vtable)) {}
@@ -156,7 +156,7 @@ private:
         CheckRefusedPuts(object.Get(), getter);
     }
 
-    /// No property is put by reference, and one without a putter is not put at all.
+    /// No property accepts a put by reference; a read-only property accepts no put.
     void CheckRefusedPuts(IDispatch* object, const Member& getter) {
         const VARTYPE type = getter.parameters[0].type;
         const Variant value = type == VT_DISPATCH ? Variant::Object(nullptr) : std::move(RangeOf(type)[0]);
@@ -186,7 +186,7 @@ private:
         }
     }
 
-    /// Both ways to get a property give the value.
+    /// Checks that both ways to get a property return the value.
     void CheckHolds(IDispatch* object, const Member& getter, const std::string& expected) {
         const GetResult slot = GetThroughSlot(object, getter);
         CHECK_HR(slot.result, S_OK);
@@ -196,7 +196,7 @@ private:
         CHECK(Show(invoked.value.value) == expected);
     }
 
-    /// A record reads what another one of its class has written.
+    /// Checks that a record reads what another one of its class wrote.
     void ExerciseXmlPut(const Member& putter) {
         const Member& getter = GetterOf(putter);
         const auto source = NewObject();
@@ -248,7 +248,7 @@ private:
         return {};
     }
 
-    /// The property hands back the very object, or null.
+    /// Checks that the property returns the same object, or null.
     void CheckChild(IDispatch* object, const Member& putter, IDispatch* child) {
         const GetResult slot = GetThroughSlot(object, GetterOf(putter));
         const InvokeResult invoked = Invoke(object, putter.id, get);
@@ -315,19 +315,19 @@ private:
         CHECK_HR(Invoke(NewObject().Get(), called.id, put, {VARIANT{}}).result, DISP_E_MEMBERNOTFOUND);
     }
 
-    /// Zeros, empty texts and places for the out-values.
+    /// Zeros, empty texts and variables for the out-values.
     static std::vector<VARIANT> NeutralArguments(const Member& called, std::vector<VARIANT>& places) {
         std::vector<VARIANT> arguments;
         for (std::size_t i = 0; i < called.parameters.size(); ++i) {
             const VARTYPE type = called.parameters[i].type;
             VARIANT argument{};
-            argument.vt = type; // zero, false and null, which is the empty text
+            argument.vt = type; // zero, false, or null as the empty text
             arguments.push_back(called.parameters[i].isOut ? ByReference(type, &places[i]) : argument);
         }
         return arguments;
     }
 
-    /// Nothing of the garbage is left, and both calls give the same. Frees the values.
+    /// Checks that no garbage is left and that both calls return the same values. Frees them.
     static void CheckOutValues(const Member& called, std::vector<VARIANT>& places,
                                std::vector<VARIANT>& latePlaces, bool succeeded) {
         for (std::size_t i = 0; i < called.parameters.size(); ++i) {

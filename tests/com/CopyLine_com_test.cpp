@@ -33,7 +33,7 @@ std::wstring Fields(const ComPtr<ICopyLine>& line) {
 
 } // namespace
 
-TEST_CASE("CopyLine_object_texts_keep_values_of_their_own") {
+TEST_CASE("CopyLine_object_texts_are_stored_independently") {
     const Property<ICopyLine, BSTR> texts[] = {
         PROPERTY(ICopyLine, PaperSize),
         PROPERTY(ICopyLine, PaperDimensions),
@@ -42,7 +42,7 @@ TEST_CASE("CopyLine_object_texts_keep_values_of_their_own") {
     CheckTextProperties(CreateCopyLine(), texts);
 }
 
-TEST_CASE("CopyLine_object_counts_keep_values_of_their_own") {
+TEST_CASE("CopyLine_object_counts_are_stored_independently") {
     const auto line = CreateCopyLine();
     LONG value = 3;
     for (const Count& count : counts)
@@ -104,7 +104,7 @@ TEST_CASE("CopyLine_object_database_codes_come_from_the_catalogue") {
     CHECK(mask(L"DUPLEX,color") == 10);
     CHECK(mask(L",,TonerSave,,unknown") == 16);
     CHECK(mask(L"unknown") == 0);
-    CHECK(mask(L"Mono") == 0); // lower-cased before the word is looked at
+    CHECK(mask(L"Mono") == 0); // compared in lower case
     CHECK(mask(L"") == 0);
 }
 

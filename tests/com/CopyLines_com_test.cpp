@@ -10,7 +10,7 @@ ComPtr<ICopyLines> CopyLinesFrom(std::wstring_view lines) {
     return collection;
 }
 
-/// A copy line element; the dimensions are "d" and the paper's name.
+/// A copy line element whose dimensions are "d" plus the paper's name.
 std::wstring Line(const std::wstring& paper, const std::wstring& attributes, int sheets, int pagesBW,
                   int pagesColor, int pagesBlank) {
     return L"<CopyLine><PaperSize>" + paper + L"</PaperSize><PaperDimensions>d" + paper +

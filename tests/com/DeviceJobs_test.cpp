@@ -1,4 +1,4 @@
-// Copy, scan and fax jobs. What they share is tested on each of them.
+// Copy, scan and fax jobs. Common behaviour is tested on each of them.
 
 #include "tests/support/RecordTest.h"
 
@@ -72,7 +72,7 @@ TEST_CASE("ScanJob_below_4_0_ignores_policy_results") {
     CheckIgnoresPolicyResults<IScanJob>();
 }
 
-/// One test case for each job: the body that follows is run with Job as its interface.
+/// Defines one test case per job from the body that follows; Job is the interface.
 #define TEST_EACH_JOB(name)                                                                                  \
     template<class Job>                                                                                      \
     static void name();                                                                                      \
@@ -99,7 +99,7 @@ TEST_EACH_JOB(new_record_has_new_contents) {
     CHECK_TEXT(Text(contents, &IJobContents::get_Xml), Text(CreateJobContents(), &IJobContents::get_Xml));
 }
 
-TEST_EACH_JOB(properties_keep_values_of_their_own) {
+TEST_EACH_JOB(properties_are_stored_independently) {
     constexpr Property<Job, BSTR> texts[] = {PROPERTY(Job, JobGuid), PROPERTY(Job, CustomerCode),
                                              PROPERTY(Job, IdentifierData)};
     constexpr Property<Job, LONG> numbers[] = {PROPERTY(Job, IdentifierType), PROPERTY(Job, DeviceId)};
@@ -233,7 +233,7 @@ TEST_EACH_JOB(without_contents_fails_after_its_fields_were_read) {
     CHECK(Value(job, &Job::get_DeviceId) == 7);
     CHECK_TEXT(DateText(Value(job, &Job::get_JobTimeLocal)), L"2010-03-04T00:00:00");
     CHECK(Held(job, &Job::get_JobContents));
-    CHECK(Held(job, &Job::get_PolicyResults)); // not yet looked for
+    CHECK(Held(job, &Job::get_PolicyResults)); // not read yet
 }
 
 TEST_EACH_JOB(reads_into_the_held_children) {

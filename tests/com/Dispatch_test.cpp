@@ -4,7 +4,7 @@
 
 #include <cwctype>
 
-// Late binding and identity, the same for every class.
+// Late binding and identity, for every class.
 
 namespace {
 
@@ -87,7 +87,7 @@ HRESULT InvokePut(IDispatch* object, DISPID id, VARIANT value) {
 
 } // namespace
 
-TEST_CASE("Dispatch_tells_of_one_type_information") {
+TEST_CASE("Dispatch_has_one_type_information") {
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);
         const auto object = CreateDispatch(each);
@@ -245,7 +245,7 @@ TEST_CASE("Dispatch_fills_the_exception_with_the_description_of_the_failure") {
 
 TEST_CASE("Dispatch_does_not_describe_a_failure_with_an_earlier_one") {
     const auto job = CreatePrintJob();
-    CHECK_HR(Put(job, &IPrintJob::put_Xml, L"<x/>"), E_FAIL); // leaves its description with the thread
+    CHECK_HR(Put(job, &IPrintJob::put_Xml, L"<x/>"), E_FAIL); // sets the thread's error information
     const auto lines = CreateCopyLines();
     Exception exception;
     CHECK_HR(

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <set>
 
-// The library as a file: what it exports and imports, its version and its string table.
+// The module file: exports, imports, version and string table.
 
 namespace {
 
@@ -87,7 +87,7 @@ TEST_CASE("Exports_are_the_four_entry_points_undecorated") {
         found.emplace_back(image.At<char>(names[i]));
     CHECK(found == std::vector<std::string>{"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer",
                                             "DllUnregisterServer"});
-    CHECK(exports->NumberOfFunctions == 4); // none by number alone
+    CHECK(exports->NumberOfFunctions == 4); // none by ordinal only
 }
 
 TEST_CASE("Imports_come_from_the_system_alone") {

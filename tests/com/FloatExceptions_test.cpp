@@ -1,5 +1,5 @@
-// A host that runs with floating-point exceptions unmasked, as the programs of some compilers do: no date
-// that it puts or gets may raise one in the library.
+// Some compilers' programs unmask floating-point exceptions. No date that such a host puts or gets may raise
+// one in the library.
 
 #include "tests/support/Library.h"
 #include "tests/support/Members.h"
@@ -14,8 +14,7 @@
 
 namespace {
 
-/// Unmasks invalid operation, division by zero and overflow, in both of the processor's units, while it
-/// lives.
+/// Unmasks invalid operation, division by zero and overflow in x87 and SSE during its lifetime.
 class Unmasked {
 public:
     Unmasked() : m_sse(_mm_getcsr()), m_x87(_control87(0, 0)) {
@@ -23,7 +22,7 @@ public:
         _mm_setcsr(sse);
     }
     ~Unmasked() {
-        _control87(m_x87, _MCW_EM); // also waits for an exception that is still pending
+        _control87(m_x87, _MCW_EM); // also waits for a pending exception
         _mm_setcsr(m_sse);
     }
     Unmasked(const Unmasked&) = delete;
@@ -36,8 +35,8 @@ private:
     unsigned m_x87;
 };
 
-/// The exceptions that were raised while it lives. Each is masked where it was raised, so that the program
-/// goes on.
+/// Counts the exceptions raised during its lifetime. Masks each one at the fault, so that the program
+/// continues.
 class RaisedExceptions {
 public:
     RaisedExceptions() : m_handler(AddVectoredExceptionHandler(1, Note)) { s_count = 0; }
@@ -45,7 +44,7 @@ public:
     RaisedExceptions(const RaisedExceptions&) = delete;
     RaisedExceptions& operator=(const RaisedExceptions&) = delete;
 
-    /// How many since the last call.
+    /// The count since the last call.
     int Take() { return std::exchange(s_count, 0); }
 
 private:
@@ -88,7 +87,7 @@ constexpr std::uint64_t patterns[] = {
     0x43E0000000000000, 0xC3E0000000000000, // beyond 64-bit numbers
     0x41E0000000000000, 0xC1E0000000200000, // beyond 32-bit numbers
     0x4146924100000000, 0x41469240FFFFFFFF,
-    0x4146924080000000, // behind 31 December 9999, and its last instant
+    0x4146924080000000, // just after 31 December 9999, and its last instant
     0xC1241035FFFFFFFF, 0xC124103600000000,
     0xC124103400000000, // around 1 January 100
     0x3ED845C8A0CE5129, 0x3FF8000000000000,
@@ -115,7 +114,7 @@ const Member* MemberWith(const std::vector<Member>& members, const std::string& 
     return nullptr;
 }
 
-/// The date properties of one class, and its text.
+/// The date properties and Xml of one class.
 class DateClass {
 public:
     DateClass(const LibraryClass& of, ITypeInfo& vtable) : m_members(MembersOf(vtable)) {
@@ -129,7 +128,7 @@ public:
 
     std::size_t Properties() const { return m_putters.size(); }
 
-    /// Each property keeps the bits, and the text is written and read again.
+    /// Checks that each property keeps the bits; writes and reads the XML.
     void Check(std::uint64_t bits) {
         for (const Member* putter : m_putters) {
             INFO(putter->name);
@@ -158,7 +157,7 @@ public:
         SysFreeString(xml);
     }
 
-    /// The same properties, late bound.
+    /// The same through late binding.
     void CheckLateBound(std::uint64_t bits) {
         ComPtr<IDispatch> object;
         REQUIRE_HR(m_object->QueryInterface(IID_IDispatch, object.PutVoid()), S_OK);
@@ -225,7 +224,7 @@ TEST_CASE("FloatExceptions_reach_the_handler_of_this_test") {
     CHECK(raised.Take() == 1);
 }
 
-TEST_CASE("FloatExceptions_are_raised_by_no_date") {
+TEST_CASE("FloatExceptions_are_never_raised_by_dates") {
     ComPtr<ITypeLib> library;
     REQUIRE_HR(LoadTypeLibEx(RegisteredLibraryPath().c_str(), REGKIND_NONE, library.Put()), S_OK);
     RaisedExceptions raised;

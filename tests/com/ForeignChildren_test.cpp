@@ -1,14 +1,15 @@
-// Jobs with children of the client's own making: what jobs ask of them, and how their failures come through.
+// Jobs with children that the client implements: what jobs require of them, and how their failures are
+// reported.
 
 #include "tests/support/ForeignChild.h"
 #include "tests/support/RecordTest.h"
 
 namespace {
 
-constexpr auto ownResult = static_cast<HRESULT>(0x8004FF05); // the system has no text for it
+constexpr auto ownResult = static_cast<HRESULT>(0x8004FF05); // without a system message
 constexpr auto foreignText = L"<Foreign>1 &lt; 2</Foreign>";
 
-/// Puts the children of one kind: the job's property and the element that is read into it.
+/// One kind of child: the property that sets it and its XML element.
 struct Kind {
     const char* name;
     IID interfaceId;
@@ -40,7 +41,7 @@ std::wstring TextWith(const Kind& kind) {
     return RecordText(L"PrintJob", L"7.26", kind.element);
 }
 
-/// The element that the child itself is given.
+/// The element that the child receives.
 std::wstring ChildText(const Kind& kind) {
     const std::wstring text = kind.element;
     const std::wstring counter = L"<PageCounterInfo>";
@@ -58,7 +59,7 @@ TEST_CASE("ForeignChild_is_held_and_released_by_the_job") {
             const auto job = CreatePrintJob();
             REQUIRE_HR(kind.put(job.Get(), child), S_OK);
             CHECK(child.references == 1);
-            REQUIRE_HR(kind.put(job.Get(), child), S_OK); // itself again
+            REQUIRE_HR(kind.put(job.Get(), child), S_OK); // the same child again
             CHECK(child.references == 1);
             ForeignChild other(kind.interfaceId);
             REQUIRE_HR(kind.put(job.Get(), other), S_OK);
@@ -71,7 +72,7 @@ TEST_CASE("ForeignChild_is_held_and_released_by_the_job") {
     }
 }
 
-TEST_CASE("ForeignChild_may_look_back_at_its_job_while_that_is_destroyed") {
+TEST_CASE("ForeignChild_may_use_its_job_during_the_job_s_destruction") {
     for (const Kind& kind : kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
@@ -103,10 +104,10 @@ TEST_CASE("ForeignChild_may_look_back_at_its_job_while_that_is_destroyed") {
     CHECK(looks == 1);
 }
 
-TEST_CASE("ForeignChild_text_stands_in_the_job_s_as_it_is") {
+TEST_CASE("ForeignChild_text_is_written_into_the_job_s_unchanged") {
     for (const Kind& kind : kinds) {
         INFO(kind.name);
-        // Also a text that no parser takes: jobs do not look into it.
+        // Includes malformed text, because jobs do not parse it.
         for (const wchar_t* text : {foreignText, L"", L"no markup < & at all", L"<a></b>"}) {
             ForeignChild child(kind.interfaceId);
             child.xml = text;
@@ -124,7 +125,7 @@ TEST_CASE("ForeignChild_text_stands_in_the_job_s_as_it_is") {
     }
 }
 
-TEST_CASE("ForeignChild_texts_stand_in_their_order") {
+TEST_CASE("ForeignChild_texts_are_written_in_their_order") {
     ForeignChild children[] = {ForeignChild(kinds[0].interfaceId), ForeignChild(kinds[1].interfaceId),
                                ForeignChild(kinds[2].interfaceId), ForeignChild(kinds[3].interfaceId)};
     const wchar_t* const texts[] = {L"<A/>", L"<B/>", L"<C/>", L"<D/>"};
@@ -138,7 +139,7 @@ TEST_CASE("ForeignChild_texts_stand_in_their_order") {
               L"<PageCounterResult/></PageCounterInfo><C/><D/></PrintJob>");
 }
 
-TEST_CASE("ForeignChild_is_given_its_element_when_the_job_is_read") {
+TEST_CASE("ForeignChild_receives_its_element_when_the_job_is_read") {
     for (const Kind& kind : kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
@@ -147,14 +148,14 @@ TEST_CASE("ForeignChild_is_given_its_element_when_the_job_is_read") {
         REQUIRE_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), S_OK);
         CHECK(child.puts == 1);
         CHECK_TEXT(child.xml, ChildText(kind));
-        CHECK(child.references == 1); // used again, not replaced
+        CHECK(child.references == 1); // reused, not replaced
         REQUIRE_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", L"7.26")), S_OK);
         CHECK(child.puts == 1);
         CHECK(child.references == 0); // the element is missing
     }
 }
 
-TEST_CASE("ForeignChild_failure_of_reading_comes_through_unchanged") {
+TEST_CASE("ForeignChild_failure_of_reading_is_returned_unchanged") {
     for (const Kind& kind : kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
@@ -170,7 +171,7 @@ TEST_CASE("ForeignChild_failure_of_reading_comes_through_unchanged") {
     }
 }
 
-TEST_CASE("ForeignChild_failure_of_writing_comes_through_unchanged") {
+TEST_CASE("ForeignChild_failure_of_writing_is_returned_unchanged") {
     for (const Kind& kind : kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
@@ -223,7 +224,7 @@ TEST_CASE("ForeignChild_failure_is_not_explained_by_an_earlier_one") {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
         child.ExplainFailures(L"about an earlier call");
-        child.explainsEachFailure = false; // it vouches for its interface and says nothing
+        child.explainsEachFailure = false; // supports error information, but sets none
         child.putResult = ownResult;
         child.getResult = ownResult;
         const auto job = CreatePrintJob();
@@ -238,7 +239,7 @@ TEST_CASE("ForeignChild_failure_is_not_explained_by_an_earlier_one") {
     }
 }
 
-TEST_CASE("ForeignChild_error_information_it_does_not_vouch_for_is_not_passed_on") {
+TEST_CASE("ForeignChild_error_information_without_declared_support_is_not_passed_on") {
     ForeignChild child(__uuidof(IJobContents));
     child.ExplainFailures(L"about something else");
     child.getResult = ownResult;
@@ -250,7 +251,7 @@ TEST_CASE("ForeignChild_error_information_it_does_not_vouch_for_is_not_passed_on
     CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
 }
 
-TEST_CASE("ForeignChild_is_given_the_white_space_behind_its_element_too") {
+TEST_CASE("ForeignChild_receives_the_white_space_after_its_element_too") {
     ForeignChild child(__uuidof(IJobContents));
     const auto job = CreatePrintJob();
     REQUIRE_HR(job->put_JobContents(child.As<IJobContents>()), S_OK);

@@ -1,5 +1,5 @@
-// The records' XML forms, to the character. Each file of data/golden was written by hand: what a record with
-// these values has to give, and what it has to keep when it reads it.
+// The records' exact XML. Each file of data/golden is written by hand: a record with these values must write
+// it, and keep it when it reads it.
 
 #include "tests/support/RecordTest.h"
 
@@ -21,7 +21,7 @@ void SetText(const ComPtr<Interface>& record, HRESULT (STDMETHODCALLTYPE Interfa
 }
 
 void FillJobContents(const ComPtr<IJobContents>& contents) {
-    // Copy lines enter by a text only; they come out ordered by paper size.
+    // Copy lines are set through XML only, and are written in the order of paper sizes.
     SetText(contents, &IJobContents::put_Xml,
             L"<JobContents><JobCopyLines>"
             L"<CopyLine><PaperSize>A4</PaperSize><PaperDimensions>2100,2970</PaperDimensions>"
@@ -116,7 +116,7 @@ void FillPrintJobScalars(const ComPtr<IPrintJob>& job) {
     SetText(job, &IPrintJob::put_PageCounterResult, L"partial");
 }
 
-/// Sets every field and every child, also those that the job's version does not write.
+/// Sets every field and child, even those that the job's version does not write.
 void FillPrintJob(const ComPtr<IPrintJob>& job) {
     FillPrintJobScalars(job);
     const auto contents = CreateJobContents();
@@ -127,7 +127,7 @@ void FillPrintJob(const ComPtr<IPrintJob>& job) {
     REQUIRE_HR(job->put_PolicyResults(FilledPolicyResults().Get()), S_OK);
 }
 
-/// The log target of each form, so that every type is written once at least.
+/// A log target for each version, so that every type is written at least once.
 void SetLogTarget(const ComPtr<IPrintJob>& job, const std::string& version) {
     if (version == "4.2")
         SetNumber(job, &IPrintJob::put_DeviceId, 42);
@@ -141,7 +141,7 @@ void SetLogTarget(const ComPtr<IPrintJob>& job, const std::string& version) {
         SetText(job, &IPrintJob::put_LogicalPrinterGuid, L"{7D9A1B52}");
 }
 
-/// A new record reads the file and gives it again, and so does one that held other values before.
+/// Checks that a new record, and one with other values, read the file and write it unchanged.
 template<class Interface>
 void CheckKeeps(ComPtr<Interface> (*create)(), const std::string& file) {
     INFO(file);
@@ -235,7 +235,7 @@ TEST_CASE("Golden_policy_results_are_written_and_kept_to_the_character") {
 
 namespace {
 
-/// What the device jobs have in common; each is filled whole, whatever its version writes.
+/// Sets the common fields of device jobs, even those that the version does not write.
 template<class Job>
 void FillDeviceJob(const ComPtr<Job>& job) {
     SetText(job, &Job::put_JobGuid, L"{3F2504E0-4F89-41D3-9A0C-0305E82C3301}");
@@ -250,7 +250,7 @@ void FillDeviceJob(const ComPtr<Job>& job) {
     REQUIRE_HR(job->put_PolicyResults(FilledPolicyResults().Get()), S_OK);
 }
 
-/// A new device job with a fixed time gives its file; then it is given a version and filled.
+/// Checks the file of a new device job with a fixed time, then sets a version and all fields.
 template<class Job>
 ComPtr<Job> FilledDeviceJob(ComPtr<Job> (*create)(), const wchar_t* root, const std::string& newFile,
                             const std::wstring& version) {
@@ -355,7 +355,7 @@ TEST_CASE("Golden_logical_printer_of_each_version_is_written_and_kept_to_the_cha
 }
 
 TEST_CASE("Golden_logical_printer_of_the_older_form_is_written_and_kept_to_the_character") {
-    // Half of its fields have no property: they come from a text. The others are then set again.
+    // Half of the fields have no property, so read them from XML; then set the others again.
     const auto printer = CreateLogicalPrinter();
     SetText(printer, &ILogicalPrinter::put_Xml, Golden("logical_printer_3.5.xml"));
     FillLogicalPrinter(printer);

@@ -1,7 +1,6 @@
 #include "tests/support/RecordTest.h"
 
-// Job contents from a page counter's report and from database codes, with the catalogue that is delivered
-// with the library.
+// Job contents from a page counter's report and from database codes, with the shipped catalogue.
 
 namespace {
 
@@ -139,7 +138,7 @@ TEST_CASE("GenerateCopyLineFromPageCounterInfo_defaults_can_be_left_out") {
     CHECK_TEXT(Lines(contents), L"A4 2100,2970 Draft 1 1 0 0");
 }
 
-TEST_CASE("GenerateGeneralContents_takes_all_but_the_paper") {
+TEST_CASE("GenerateGeneralContents_sets_everything_except_the_paper") {
     const auto contents = FromReport(L"A4", 1, 1, 5, 5);
     CHECK_TEXT(GenerateGeneral(contents, L"A3,Duplex,Color,PDF,XPS,Punch,staple,what", 4, 5, VARIANT_FALSE),
                L"Duplex,Color");

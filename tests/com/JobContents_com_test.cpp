@@ -17,7 +17,7 @@ ComPtr<ICopyLines> Lines(const ComPtr<IJobContents>& contents) {
 
 constexpr wchar_t invalidFragment[] = L"[CJobContentsImpl::put_Xml] Invalid Xml fragment";
 
-/// What MatchAttributes gives, over garbage.
+/// The results of MatchAttributes, from garbage out-values.
 struct Match {
     std::wstring paperSize, paperDimensions, jobPdl, jobFinishing, pageAttributes, unmatched;
     bool isColor = false;
@@ -57,7 +57,7 @@ TEST_CASE("JobContents_object_new_Xml_has_empty_copy_lines_as_its_first_child") 
     CHECK(xml.substr(start.size(), xml.size() - start.size() - rest.size()).find(L'"') == std::wstring::npos);
 }
 
-TEST_CASE("JobContents_object_properties_keep_values_of_their_own") {
+TEST_CASE("JobContents_object_properties_are_stored_independently") {
     const Property<IJobContents, BSTR> texts[] = {
         PROPERTY(IJobContents, JobPdl),
         PROPERTY(IJobContents, JobFinishing),
@@ -298,7 +298,7 @@ TEST_CASE("JobContents_object_MatchAttributes_leaves_a_second_word_of_a_pair_and
     CHECK_TEXT(Match(contents, L"A4,mono").unmatched, L"mono");
 }
 
-TEST_CASE("JobContents_object_DoAttributesMatch_tells_whether_words_are_left") {
+TEST_CASE("JobContents_object_DoAttributesMatch_is_false_with_unmatched_words") {
     const auto contents = CreateJobContents();
     const auto matches = [&](const wchar_t* attributes, const wchar_t* expectedLeft) {
         BSTR left = reinterpret_cast<BSTR>(0x1234);

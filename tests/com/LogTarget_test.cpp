@@ -1,4 +1,4 @@
-// What a print job is logged against: one value, seen through the property of its type.
+// The log target of a print job: one value, readable through the property of its type only.
 
 #include "tests/support/RecordTest.h"
 
@@ -19,7 +19,7 @@ std::wstring UnknownType(std::wstring_view name) {
     return text.append(name).append(L"' is not supported.");
 }
 
-/// The getters of the other types fail with their message and leave the out-value alone.
+/// Checks that the getters of the other types fail with their message and keep the out-value.
 void CheckOnlyPropertyOf(const ComPtr<IPrintJob>& job, LONG type, std::wstring_view typeName) {
     CHECK(Value(job, &IPrintJob::get_LogTargetType) == type);
     BSTR const untouched = reinterpret_cast<BSTR>(0x5A5A5A5A);
@@ -43,7 +43,7 @@ void CheckOnlyPropertyOf(const ComPtr<IPrintJob>& job, LONG type, std::wstring_v
     }
 }
 
-/// The value as it is written, from version 4.2 on.
+/// The written value, from version 4.2 on.
 void CheckWritten(const ComPtr<IPrintJob>& job, const wchar_t* element) {
     CHECK_HAS(Text(job, &IPrintJob::get_Xml), element);
 }

@@ -59,7 +59,7 @@ DATE Last(const ComPtr<ILogicalPrinter>& printer) {
 
 } // namespace
 
-TEST_CASE("LogicalPrinter_properties_keep_values_of_their_own") {
+TEST_CASE("LogicalPrinter_properties_are_stored_independently") {
     constexpr Property<ILogicalPrinter, BSTR> others[] = {PROPERTY(ILogicalPrinter, TrackerVersion),
                                                           PROPERTY(ILogicalPrinter, PrinterInfo)};
     constexpr Property<ILogicalPrinter, LONG> numbers[] = {PROPERTY(ILogicalPrinter, Attributes),
@@ -128,7 +128,7 @@ TEST_CASE("LogicalPrinter_version_that_is_not_valid_fails_with_its_message") {
         CHECK_HR(Read(printer, version, L"<PrinterName>new</PrinterName>"), E_FAIL);
         CHECK_TEXT(TakeErrorDescription(), L"Version is not valid.");
         CHECK_TEXT(Text(printer, &ILogicalPrinter::get_PrinterName), L"kept");
-        CHECK_TEXT(Text(printer, &ILogicalPrinter::get_Version), L"<invalid>"); // taken before the check
+        CHECK_TEXT(Text(printer, &ILogicalPrinter::get_Version), L"<invalid>"); // stored before the check
         REQUIRE_HR(Read(printer, L"7.0", L""), S_OK);
         CHECK_TEXT(Text(printer, &ILogicalPrinter::get_Version), L"7.0");
     }
@@ -178,7 +178,7 @@ TEST_CASE("LogicalPrinter_missing_numbers_and_flags_keep_their_values") {
     CHECK(Value(printer, &ILogicalPrinter::get_BuildNumber) == -8);
     CHECK(Value(printer, &ILogicalPrinter::get_Attributes) == 0);
     CHECK(Value(printer, &ILogicalPrinter::get_ColorCapable) == VARIANT_FALSE);
-    CHECK(Value(printer, &ILogicalPrinter::get_IsSecurePrint) == VARIANT_TRUE); // not of this version
+    CHECK(Value(printer, &ILogicalPrinter::get_IsSecurePrint) == VARIANT_TRUE); // not in this version
     CHECK_TEXT(Text(printer, &ILogicalPrinter::get_TrackerVersion), L"");
     REQUIRE_HR(Read(printer, L"6.0", L"<BuildNumber>9</BuildNumber><TrackerVersion>t</TrackerVersion>"),
                S_OK);
@@ -195,7 +195,7 @@ TEST_CASE("LogicalPrinter_fields_of_one_form_outlive_a_read_of_the_other") {
     CHECK_HAS_NOT(Xml(printer), L"PortConfig");
     CHECK_HAS_NOT(Xml(printer), L"PortHostName");
     REQUIRE_HR(Read(printer, L"3.5", L"<PortHostName>h2</PortHostName>"), S_OK);
-    CHECK_HAS_NOT(Xml(printer), L"PortConfig"); // missing in what was just read
+    CHECK_HAS_NOT(Xml(printer), L"PortConfig"); // missing in the last read
     CHECK_HAS_NOT(Xml(printer), L"Destination");
     CHECK_TEXT(Text(printer, &ILogicalPrinter::get_Destination), L"<Destination>d</Destination>");
     CHECK_TEXT(Text(printer, &ILogicalPrinter::get_PrinterInfo), L"<PrinterInfo/>");
@@ -207,7 +207,7 @@ TEST_CASE("LogicalPrinter_fragments_are_read_as_whole_markup") {
         L"<Destination>\n<x:A b='1'/><!-- c --></Destination> \n<PrinterInfo a=\"1\">&amp;</PrinterInfo>"
         L"<PrinterInfo>second</PrinterInfo>");
     CHECK_TEXT(Text(printer, &ILogicalPrinter::get_PrinterInfo), L"<PrinterInfo a=\"1\">&amp;</PrinterInfo>");
-    // With the white space behind it, so that copies keep their line ends.
+    // Includes the white space after it, so that copies keep their line breaks.
     CHECK_TEXT(Text(printer, &ILogicalPrinter::get_Destination),
                L"<Destination>\n<x:A b='1'/><!-- c --></Destination> \n");
     REQUIRE_HR(Read(printer, L"7.0", L""), S_OK);
@@ -215,7 +215,7 @@ TEST_CASE("LogicalPrinter_fragments_are_read_as_whole_markup") {
     CHECK_TEXT(Text(printer, &ILogicalPrinter::get_Destination), L"");
 }
 
-TEST_CASE("LogicalPrinter_printer_info_that_is_not_well_formed_is_kept_and_written_as_it_stands") {
+TEST_CASE("LogicalPrinter_printer_info_that_is_not_well_formed_is_written_unchanged") {
     const auto printer = CreateLogicalPrinter();
     REQUIRE_HR(Put(printer, &ILogicalPrinter::put_PrinterInfo, L"<a>& not <closed"), S_OK);
     CHECK_TEXT(Text(printer, &ILogicalPrinter::get_PrinterInfo), L"<a>& not <closed");
@@ -300,7 +300,7 @@ TEST_CASE("LogicalPrinter_last_date_is_never_before_the_first") {
     CHECK(normalized(6e-6, 7e-6) == std::pair(6e-6, 7e-6));
 }
 
-// Before 30 December 1899 the fraction is still the time of day, so that -1.75 is later than -1.25.
+// Before 30 December 1899 the fraction is still the time of day, so -1.75 is later than -1.25.
 TEST_CASE("LogicalPrinter_dates_before_1899_are_compared_as_points_in_time") {
     const auto printer = CreateLogicalPrinter();
     const auto normalized = [&](DATE first, DATE last) {

@@ -2,14 +2,14 @@
 #include "tests/support/Library.h"
 #include "tests/support/RegistryTree.h"
 
-// A library in a folder so deep that its path has 260 characters or more: objects can be made and used by
-// their virtual tables, but the type library, which is loaded by that path, is out of reach.
+// A module path of 260 characters or more: objects can be created and used through their vtables, but the
+// type library, which is loaded by this path, is unavailable.
 
 namespace {
 
 constexpr std::size_t firstTooLong = 260;
 
-/// A copy of the library whose path has so many characters, loaded.
+/// Loads a copy of the library from a path of the given length.
 class DeepCopy {
 public:
     explicit DeepCopy(std::size_t length) {
@@ -19,13 +19,13 @@ public:
         REQUIRE(GetTempFileNameW(temp, L"job", 0, folder) != 0);
         DeleteFileW(folder);
         AddFolder(folder);
-        // Names of folders may not be as long as a whole path.
+        // Folder names have a shorter limit than paths.
         constexpr std::size_t longestName = 100;
         const std::size_t total = length - std::wcslen(L"\\Tarnwick.dll");
         while (m_folders.back().size() < total) {
             std::size_t rest = total - m_folders.back().size() - 1;
             if (rest > longestName)
-                rest = std::min(longestName, rest - 2); // leaves a separator and a name for the next one
+                rest = std::min(longestName, rest - 2); // room for a separator and the next name
             AddFolder(m_folders.back() + L"\\" + std::wstring(rest, L'd'));
         }
         REQUIRE(Path().size() == length);
@@ -56,7 +56,7 @@ public:
     HRESULT Register() const { return Find<HRESULT(STDAPICALLTYPE*)()>("DllRegisterServer")(); }
 
 private:
-    /// Paths of any length are only taken with it.
+    /// Lifts the system's limit on path lengths.
     static inline const std::wstring prefix = L"\\\\?\\";
 
     void AddFolder(const std::wstring& path) {

@@ -3,12 +3,12 @@
 
 #include <cwctype>
 
-// Late binding finds a member by the library's own table of names. Whatever name it is given, it answers as
-// the type information of the interface does.
+// Late binding looks members up in the library's own name table. For any name the result must equal that of
+// the interface's type information.
 
 namespace {
 
-/// What a look-up answered, as text.
+/// The result of a lookup, as text.
 std::string Answer(HRESULT result, const std::vector<DISPID>& ids) {
     std::string text = std::to_string(result);
     for (const DISPID id : ids)
@@ -25,7 +25,7 @@ public:
         REQUIRE_HR(m_object->GetTypeInfo(0, LOCALE_USER_DEFAULT, m_info.Put()), S_OK);
     }
 
-    /// Looks the names up both ways.
+    /// Compares both lookups of the names.
     void CompareList(const std::vector<const wchar_t*>& names) const {
         auto** const list = const_cast<LPOLESTR*>(names.data());
         const auto count = static_cast<UINT>(names.size());
@@ -39,7 +39,7 @@ public:
     }
     void Compare(const std::wstring& name) const { CompareList({name.c_str()}); }
 
-    /// The names of every function with those of its arguments behind it.
+    /// The name of every function, followed by the names of its arguments.
     std::vector<std::vector<std::wstring>> Functions() const {
         std::vector<std::vector<std::wstring>> functions;
         TYPEATTR* attributes = nullptr;
@@ -79,12 +79,12 @@ std::vector<std::wstring> CaseVariants(const std::wstring& name) {
         variants[0][i] = static_cast<wchar_t>(std::towupper(name[i]));
         variants[1][i] = static_cast<wchar_t>(std::towlower(name[i]));
         variants[2][i] = variants[i % 2][i];
-        variants[3][i] = static_cast<wchar_t>(name[i] ^ 0x20); // both cases exchanged
+        variants[3][i] = static_cast<wchar_t>(name[i] ^ 0x20); // swaps upper and lower case
     }
     return variants;
 }
 
-/// The name with one character more, less or replaced by one that looks, sorts or is coded like it.
+/// The name with a character added, removed, or replaced by one with a similar look, sort order or code.
 std::vector<std::wstring> Misspellings(const std::wstring& name) {
     std::vector<std::wstring> variants{L" " + name,    name + L" ",    name + L"s",
                                        L"get_" + name, name.substr(1), name.substr(0, name.size() - 1)};
@@ -106,7 +106,7 @@ std::vector<std::wstring> Misspellings(const std::wstring& name) {
 
 } // namespace
 
-TEST_CASE("MemberNames_answer_as_the_type_information_does_in_any_letter_case") {
+TEST_CASE("MemberNames_in_any_letter_case_answer_as_the_type_information") {
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);
         const Interface dispatch(each);
@@ -120,7 +120,7 @@ TEST_CASE("MemberNames_answer_as_the_type_information_does_in_any_letter_case") 
     }
 }
 
-TEST_CASE("MemberNames_answer_as_the_type_information_does_to_a_misspelt_name") {
+TEST_CASE("MemberNames_misspelt_answer_as_the_type_information") {
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);
         const Interface dispatch(each);
@@ -131,14 +131,14 @@ TEST_CASE("MemberNames_answer_as_the_type_information_does_to_a_misspelt_name") 
     }
 }
 
-TEST_CASE("MemberNames_answer_as_the_type_information_does_to_the_names_of_arguments") {
+TEST_CASE("MemberNames_of_arguments_answer_as_the_type_information") {
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);
         const Interface dispatch(each);
         for (const auto& names : dispatch.Functions()) {
             std::vector<const wchar_t*> list;
             for (const std::wstring& name : names) {
-                dispatch.Compare(name); // an argument's name alone is no member's
+                dispatch.Compare(name); // an argument's name alone names no member
                 list.push_back(name.c_str());
                 dispatch.CompareList(list);
             }
@@ -149,7 +149,7 @@ TEST_CASE("MemberNames_answer_as_the_type_information_does_to_the_names_of_argum
     }
 }
 
-TEST_CASE("MemberNames_answer_as_the_type_information_does_to_what_is_no_name") {
+TEST_CASE("MemberNames_with_invalid_text_answer_as_the_type_information") {
     const std::wstring longName(70000, L'x');
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);

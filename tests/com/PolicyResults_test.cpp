@@ -97,7 +97,7 @@ TEST_CASE("PolicyResults_violations_are_removed_and_cleared") {
     CHECK(Value(results, &IPolicyResults::get_PolicyViolated) == VARIANT_FALSE);
     CHECK_TEXT(Violations(results), L"");
     CHECK_HR(results->ClearRuleViolations(), S_OK);
-    Violate(results, 2, L"Inform"); // the first action again
+    Violate(results, 2, L"Inform"); // the first action can be set again
     CHECK(Value(results, &IPolicyResults::get_InformOnlyViolations) == VARIANT_TRUE);
 }
 
@@ -127,7 +127,7 @@ TEST_CASE("PolicyResults_PolicyId_is_read_as_a_positive_value_or_zero") {
     CHECK(Value(ResultsFrom(L""), &IPolicyResults::get_PolicyId) == 0);
 }
 
-TEST_CASE("PolicyResults_HasRules_is_true_unless_its_attribute_tells_otherwise") {
+TEST_CASE("PolicyResults_HasRules_is_true_unless_its_attribute_is_another_value") {
     const auto hasRules = [](const wchar_t* elements) {
         return Value(ResultsFrom(elements), &IPolicyResults::get_HasRules) == VARIANT_TRUE;
     };
@@ -195,7 +195,7 @@ TEST_CASE("PolicyResults_version_has_no_default") {
     CHECK_HR(Put(results, &IPolicyResults::put_Xml, L"<PolicyResults Version=\"4.x\"/>"), E_FAIL);
     CHECK_TEXT(TakeErrorDescription(),
                L"A major, minor, build, or revision component is not a valid non-zero number.");
-    CHECK_TEXT(Violations(results), L"1"); // a failure this early leaves the old set
+    CHECK_TEXT(Violations(results), L"1"); // fails before the old violations are cleared
     CHECK_TEXT(Text(results, &IPolicyResults::get_Version), L"4.0");
 }
 

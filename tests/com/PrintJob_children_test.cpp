@@ -1,4 +1,4 @@
-// The children that a print job holds: by property, by reading, by writing.
+// The children of a print job: properties, reading and writing.
 
 #include "tests/support/RecordTest.h"
 
@@ -46,7 +46,7 @@ TEST_CASE("PrintJob_child_getters_give_the_held_object_itself") {
     REQUIRE_HR(job->put_PolicyResults(results.Get()), S_OK);
     CHECK(Held(job, &IPrintJob::get_PolicyResults).Get() == results.Get());
 
-    // A held child is live: what is set in it is written by the job.
+    // The job writes changes made through the child.
     REQUIRE_HR(Held(job, &IPrintJob::get_JobContents)->put_JobOriginals(7), S_OK);
     CHECK(Occurrences(Text(job, &IPrintJob::get_Xml), L"<JobOriginals>7</JobOriginals>") == 2);
 }
@@ -85,7 +85,7 @@ TEST_CASE("PrintJob_without_contents_gets_a_fresh_empty_child") {
     REQUIRE(after);
     CHECK(after.Get() != before.Get());
     CHECK(Value(after, &IJobContents::get_JobOriginals) == 0);
-    CHECK(Value(before, &IJobContents::get_JobOriginals) == 5); // the caller's from now on
+    CHECK(Value(before, &IJobContents::get_JobOriginals) == 5); // now owned by the caller only
 }
 
 TEST_CASE("PrintJob_page_counter_contents_are_created_kept_and_released_by_reading") {
@@ -121,7 +121,7 @@ TEST_CASE("PrintJob_page_counter_texts_are_read_inside_their_element_only") {
                  L"<WindowsPrintInfo><JobInfoPages>3</JobInfoPages></WindowsPrintInfo>");
     CHECK_TEXT(Text(job, &IPrintJob::get_PageCounterErrorMessage), L"e <");
     CHECK_TEXT(Text(job, &IPrintJob::get_PageCounterResult), L"r");
-    REQUIRE(Held(job, &IPrintJob::get_WindowsPrintInfo)); // reading goes on behind the element
+    REQUIRE(Held(job, &IPrintJob::get_WindowsPrintInfo)); // elements after it are read too
     Read(job, L"7.26", L"<PageCounterInfo/><PageCounterResult>outside</PageCounterResult>");
     CHECK_TEXT(Text(job, &IPrintJob::get_PageCounterErrorMessage), L"");
     CHECK_TEXT(Text(job, &IPrintJob::get_PageCounterResult), L"");
@@ -182,7 +182,7 @@ TEST_CASE("PrintJob_policy_results_are_created_kept_and_released_by_reading") {
     CHECK_FALSE(Held(job, &IPrintJob::get_PolicyResults));
     Read(job, L"7.26", element);
     REQUIRE(Held(job, &IPrintJob::get_PolicyResults));
-    Read(job, L"3.9", element); // not of this version
+    Read(job, L"3.9", element); // not in this version
     CHECK_FALSE(Held(job, &IPrintJob::get_PolicyResults));
 }
 
@@ -221,7 +221,7 @@ TEST_CASE("PrintJob_failing_child_keeps_what_was_read_before_it") {
     CHECK(Held(job, &IPrintJob::get_WindowsPrintInfo));
 }
 
-TEST_CASE("PrintJob_keeps_its_children_alive_and_lets_them_go_with_itself") {
+TEST_CASE("PrintJob_keeps_its_children_alive_until_its_own_end") {
     ComPtr<IJobContents> contents;
     {
         const auto job = CreatePrintJob();

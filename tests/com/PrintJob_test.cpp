@@ -50,11 +50,11 @@ TEST_CASE("PrintJob_new_record_writes_the_form_of_its_version") {
     CHECK_HAS_NOT(xml, L"PolicyResults");
 }
 
-TEST_CASE("PrintJob_text_properties_keep_values_of_their_own") {
+TEST_CASE("PrintJob_text_properties_are_stored_independently") {
     CheckTextProperties(CreatePrintJob(), texts);
 }
 
-TEST_CASE("PrintJob_number_properties_keep_values_of_their_own") {
+TEST_CASE("PrintJob_number_properties_are_stored_independently") {
     CheckNumberProperties(CreatePrintJob(), numbers);
 }
 
@@ -120,7 +120,7 @@ TEST_CASE("PrintJob_malformed_version_fails_with_its_message_and_changes_nothing
     }
 }
 
-TEST_CASE("PrintJob_error_information_tells_the_description_only") {
+TEST_CASE("PrintJob_error_information_has_the_description_only") {
     const auto job = CreatePrintJob();
     CHECK_HR(Put(job, &IPrintJob::put_Xml, L"<x/>"), E_FAIL);
     ComPtr<IErrorInfo> info;

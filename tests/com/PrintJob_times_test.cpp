@@ -1,4 +1,4 @@
-// The times of a print job: their text forms, the milliseconds, and the stamping of what was never set.
+// The times of a print job: text forms, milliseconds, and the stamping of unset times.
 
 #include "tests/support/RecordTest.h"
 

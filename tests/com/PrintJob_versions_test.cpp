@@ -1,4 +1,4 @@
-// What the version decides, and the steps of reading.
+// The effects of the version, and the order of reading.
 
 #include "tests/support/RecordTest.h"
 
@@ -28,7 +28,7 @@ ComPtr<IPrintJob> FilledJob(std::wstring_view version) {
     return job;
 }
 
-/// Version texts in rising order, the thresholds and their neighbours among them.
+/// Ascending versions, including each threshold and its neighbours.
 constexpr const wchar_t* versions[] = {L"3.5",   L"3.5.1", L"3.99",    L"4.0",   L"4.0.1",  L"4.1",
                                        L"4.1.9", L"4.2",   L"4.2.0.1", L"4.3",   L"4.9",    L"5.0.99",
                                        L"5.1",   L"5.9",   L"6.0",     L"7.0",   L"7.3.99", L"7.4",
@@ -294,7 +294,7 @@ TEST_CASE("PrintJob_text_of_an_older_peer_is_read_whatever_its_layout") {
     const auto job = PrintJobFrom(ReadTestFile("print_job_older_peer.xml"));
     CHECK_TEXT(Text(job, &IPrintJob::get_Version), L"4.3");
     CHECK_TEXT(Text(job, &IPrintJob::get_JobGuid), L"{3F2504E0}");
-    CHECK_TEXT(Text(job, &IPrintJob::get_CustomerCode), L"<C&A> &amp;"); // CDATA, taken as it is
+    CHECK_TEXT(Text(job, &IPrintJob::get_CustomerCode), L"<C&A> &amp;"); // CDATA is not unescaped
     CHECK_TEXT(Text(job, &IPrintJob::get_UserName), L" meyer ");
     CHECK_TEXT(Text(job, &IPrintJob::get_JobName), L"a & b &#65; c");
     CHECK_TEXT(Text(job, &IPrintJob::get_JobFileName), L"");
@@ -303,11 +303,11 @@ TEST_CASE("PrintJob_text_of_an_older_peer_is_read_whatever_its_layout") {
     CHECK_TEXT(DateText(Value(job, &IPrintJob::get_JobTimeUtc)), L"2009-01-02T00:00:00");
     CHECK(Value(job, &IPrintJob::get_JobSize) == 77);
     CHECK_TEXT(Text(job, &IPrintJob::get_DeviceAddress), L"10.0.0.7");
-    CHECK_TEXT(Text(job, &IPrintJob::get_MachineName), L""); // holds elements, so no text
+    CHECK_TEXT(Text(job, &IPrintJob::get_MachineName), L""); // contains elements, so has no text
     CHECK(Value(job, &IPrintJob::get_VpnConnected) == VARIANT_TRUE);
     CHECK(Value(job, &IPrintJob::get_TonerCoverage) == 3);
     CHECK(Value(job, &IPrintJob::get_TonerSaving) == 4);
-    CHECK_TEXT(Text(job, &IPrintJob::get_ApplicationDescription), L""); // not of this version
+    CHECK_TEXT(Text(job, &IPrintJob::get_ApplicationDescription), L""); // not in this version
     CHECK_TEXT(Text(job, &IPrintJob::get_PageCounterResult), L"ok");
     ComPtr<IJobContents> contents;
     REQUIRE_HR(job->get_JobContents(contents.Put()), S_OK);

@@ -3,7 +3,7 @@
 #include "tests/support/Library.h"
 #include "tests/support/RegistryTree.h"
 
-// Registration, key by key, in a classes root of the test's own.
+// Registration, key by key, in a private classes root.
 
 namespace {
 
@@ -14,7 +14,7 @@ struct RegisteredClass {
     const wchar_t* name;
     const wchar_t* classId;
 };
-/// In the order in which they are registered.
+/// In registration order.
 const RegisteredClass registeredClasses[] = {
     {L"CopyJob", L"{D0166F63-1697-4253-80C7-46CC2F5C08AE}"},
     {L"CopyLine", L"{B277E8AC-06C2-4643-A78C-34A04147E8D5}"},
@@ -75,14 +75,14 @@ RegistryTree ExpectedKeys(const std::wstring& modulePath) {
     return tree;
 }
 
-/// What the system itself writes for a type library: the keys below "TypeLib" and "Interface".
+/// The keys that the system writes for a type library, below "TypeLib" and "Interface".
 bool IsOfTypeLibrary(const std::wstring& key) {
     const std::wstring first = key.substr(0, key.find_first_of(L"\\|"));
     const RegistryTree systemKeys = {{L"TypeLib", L""}, {L"Interface", L""}};
     return systemKeys.count(first) == 1;
 }
 
-/// What the library writes itself.
+/// The keys that the library writes.
 RegistryTree OwnKeys(const PrivateClassesRoot& root) {
     RegistryTree own;
     for (const auto& [key, data] : ReadRegistryTree(root.Key()))
@@ -97,7 +97,7 @@ std::wstring ModulePath(const Library& library) {
     return path;
 }
 
-/// Sets the thread's locale to one that is not the system's and tells whether it is still set.
+/// Sets the thread's locale to one that differs from the system's, and checks that it stays set.
 class ForeignLocale {
 public:
     ForeignLocale() : m_before(GetThreadLocale()) {
@@ -153,7 +153,7 @@ TEST_CASE("Registration_run_twice_leaves_one_set_of_keys") {
     CHECK_KEYS(OwnKeys(root), ExpectedKeys(ModulePath(library)));
 }
 
-TEST_CASE("Registration_removes_what_an_older_one_left_below_the_class_keys") {
+TEST_CASE("Registration_removes_old_keys_below_the_class_keys") {
     const Library library;
     const PrivateClassesRoot root;
     for (const RegisteredClass& each : registeredClasses) {
@@ -240,7 +240,7 @@ TEST_CASE("Unregistration_reports_a_type_library_that_cannot_be_looked_up") {
 TEST_CASE("Registration_stops_at_the_first_write_that_fails") {
     const Library library;
     const PrivateClassesRoot root;
-    // A volatile key takes values but no lasting key below it.
+    // A volatile key accepts values but no non-volatile subkey.
     CreateRegistryKey(root.Key(), L"Corvane.CopyLine.1", REG_OPTION_VOLATILE);
     const ForeignLocale locale;
     CHECK_HR(library.RegisterServer(), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
@@ -251,10 +251,10 @@ TEST_CASE("Registration_stops_at_the_first_write_that_fails") {
     AddClass(expected, registeredClasses[0], ModulePath(library));
     expected[L"Corvane.CopyLine.1"];
     expected[L"Corvane.CopyLine.1|"] = L"CopyLine Class";
-    CHECK_KEYS(ReadRegistryTree(root.Key()), expected); // no later class, no type library
+    CHECK_KEYS(ReadRegistryTree(root.Key()), expected); // neither later classes nor the type library
 }
 
-TEST_CASE("Registration_without_a_place_to_write_to_fails") {
+TEST_CASE("Registration_without_a_classes_root_fails") {
     const Library library;
     PrivateClassesRoot root;
     root.Remove();
@@ -263,7 +263,7 @@ TEST_CASE("Registration_without_a_place_to_write_to_fails") {
     CHECK(locale.IsKept());
 }
 
-TEST_CASE("Unregistration_without_a_place_to_write_to_fails") {
+TEST_CASE("Unregistration_without_a_classes_root_fails") {
     const Library library;
     PrivateClassesRoot root;
     root.Remove();

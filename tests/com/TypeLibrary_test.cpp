@@ -1,5 +1,5 @@
-// Walks the built type library member by member against the table of TypeLibrary_expected.cpp.
-// Both views of a dual interface are walked: the virtual table, and the dispatch view that late binding uses.
+// Compares every member of the built type library with TypeLibrary_expected.cpp, in both views of a dual
+// interface: the vtable, and the dispatch view that late binding uses.
 
 #include "tests/support/TypeLibraryWalk.h"
 #include "tests/support/TypeLibrary_expected.h"
@@ -32,7 +32,7 @@ std::string prefixOf(const std::string& kind) {
     return kind == "method" ? "method " : "property ";
 }
 
-/// The row as the dispatch view has it: without a slot, the retval parameter being the result.
+/// The row for the dispatch view: no slot, and the retval parameter is the result.
 std::string dispatchRowOf(const std::string& row) {
     std::string parameters = column(row, 4), result = "void";
     const std::size_t retval = parameters.find("[out,retval] ");

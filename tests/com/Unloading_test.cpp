@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-// A host loads and unloads the library at will. The number of cycles can be given in the environment variable
-// UNLOAD_CYCLES.
+// A host may load and unload the library any number of times. The environment variable UNLOAD_CYCLES sets the
+// number.
 
 namespace {
 
@@ -31,7 +31,7 @@ int Cycles() {
 } // namespace
 
 TEST_CASE("Unloading_after_use_and_a_failing_call_leaves_nothing_behind") {
-    // COM and the system keep what they load on first use.
+    // Warm up: COM and the system cache what they load on first use.
     for (int i = 0; i < 20; ++i) {
         UseOnce();
         UnloadLibrary();

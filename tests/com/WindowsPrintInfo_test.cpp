@@ -24,7 +24,7 @@ constexpr Property<IWindowsPrintInfo, LONG> plainNumbers[] = {
     PROPERTY(IWindowsPrintInfo, AttributeInfoPageOrderFlags),
 };
 
-/// Properties with a lowest value.
+/// Properties with a minimum.
 constexpr Property<IWindowsPrintInfo, LONG> boundedNumbers[] = {
     PROPERTY(IWindowsPrintInfo, JobInfoPages),
     PROPERTY(IWindowsPrintInfo, JobInfoOriginals),
@@ -71,7 +71,7 @@ bool On(const ComPtr<IWindowsPrintInfo>& info,
 
 } // namespace
 
-TEST_CASE("WindowsPrintInfo_plain_numbers_keep_values_of_their_own") {
+TEST_CASE("WindowsPrintInfo_plain_numbers_are_stored_independently") {
     CheckNumberProperties(CreateWindowsPrintInfo(), plainNumbers);
 }
 
@@ -202,7 +202,7 @@ TEST_CASE("WindowsPrintInfo_without_its_root_fails_and_resets_the_record") {
         const auto info = CreateWindowsPrintInfo();
         REQUIRE_HR(Put(info, &IWindowsPrintInfo::put_Xml, ReadTestFile("golden/windows_print_info.xml")),
                    S_OK);
-        CHECK_HR(Put(CreatePrintJob(), &IPrintJob::put_Xml, L""), E_FAIL); // leaves a description
+        CHECK_HR(Put(CreatePrintJob(), &IPrintJob::put_Xml, L""), E_FAIL); // sets error information
         CHECK_HR(Put(info, &IWindowsPrintInfo::put_Xml, text), E_FAIL);
         CHECK_TEXT(TakeErrorDescription(), L"<none>");
         CHECK_TEXT(Text(info, &IWindowsPrintInfo::get_Xml),

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
-// A library that is loaded from another folder has its own catalogue, or none. Its objects come from its own
-// entry point: the registered library stays out of it.
+// A copy of the library in another folder uses the catalogue there, if any. The tests create objects through
+// its DllGetClassObject, not through the registered library.
 
 namespace {
 
@@ -38,7 +38,7 @@ std::wstring FileNotFoundText() {
     return std::wstring(text, length);
 }
 
-/// A copy of the library in the session's folder, loaded by its path.
+/// Loads a copy of the library from the session's folder.
 class LibraryCopy {
 public:
     explicit LibraryCopy(const LogSession& session)
@@ -84,7 +84,7 @@ private:
     HMODULE m_module = nullptr;
 };
 
-/// What is logged when the paper "Card" is looked up with this catalogue, and the code that is found.
+/// Looks the paper "Card" up with this catalogue. Returns the log and the code.
 std::wstring LookUp(const std::wstring& catalogue, LONG expectedCode) {
     LogSession session;
     session.Enable();
@@ -104,7 +104,7 @@ TEST_CASE("Log_catalogue_beside_the_library_is_the_one_that_counts") {
     CHECK_TEXT(LookUp(std::wstring(head) + papers + pairs + attributes + finishings + pdls + tail, 1), L"");
 }
 
-TEST_CASE("Log_missing_catalogue_is_told_at_each_call_and_read_once_it_is_there") {
+TEST_CASE("Log_missing_catalogue_is_logged_at_each_call_and_read_once_it_exists") {
     LogSession session;
     session.Enable();
     LibraryCopy library(session);
@@ -120,7 +120,7 @@ TEST_CASE("Log_missing_catalogue_is_told_at_each_call_and_read_once_it_is_there"
     CHECK(Value(line, &ICopyLine::get_DBPaperSize) == 1);
     CHECK_TEXT(session.TakeText(), L"");
 
-    // Read once: what happens to the file later has no effect in this process.
+    // Read once: later changes of the file have no effect in this process.
     library.WriteCatalogue(L"");
     CHECK(Value(line, &ICopyLine::get_DBPaperSize) == 1);
     CHECK_TEXT(session.TakeText(), L"");
@@ -139,7 +139,7 @@ TEST_CASE("Log_missing_section_of_the_catalogue_is_named") {
     std::wstring catalogue = head;
     CHECK_TEXT(LookUp(catalogue + pairs + attributes + finishings + pdls + tail, 0),
                missing(L"PaperSizes") + unresolved);
-    catalogue += papers; // stays in use, whatever follows
+    catalogue += papers; // used in spite of later errors
     CHECK_TEXT(LookUp(catalogue + tail, 1), missing(L"PageAttributePairs"));
     catalogue += pairs;
     CHECK_TEXT(LookUp(catalogue + tail, 1), missing(L"PageAttributes"));
@@ -201,7 +201,7 @@ TEST_CASE("Log_unresolved_words_and_codes_are_named") {
                L"Both attributes of a pair were present ('Simplex','Duplex'), using Default.\r\n");
 }
 
-TEST_CASE("Log_methods_that_take_words_leave_unknown_ones_out_silently") {
+TEST_CASE("Log_methods_that_take_words_skip_unknown_ones_silently") {
     LogSession session;
     session.Enable();
     const auto contents = CreateJobContents();
@@ -225,7 +225,7 @@ TEST_CASE("Log_methods_that_take_words_leave_unknown_ones_out_silently") {
     CHECK_HR(contents->DoAttributesMatch(words.Get(), texts[5].Put(), &flag), S_OK);
     CHECK_TEXT(texts[5].View(), words.View());
     CHECK(flag == VARIANT_FALSE);
-    // Unknown bits beside known ones are left out in the same way.
+    // Unknown bits next to known ones are skipped too.
     CHECK_HR(
         contents->GenerateContentsFromDBInfo(UniqueBstr(L"1,1,1,1,1073741825").Get(), 1, 1, 1, (1 << 30) | 1),
         S_OK);

@@ -5,7 +5,7 @@
 #include <ctime>
 #include <memory>
 
-// What the registry says about the log, seen in what the loaded library writes.
+// The effect of the log's registry values on the library's output.
 
 namespace {
 
@@ -45,7 +45,7 @@ std::wstring WithHeader(const std::wstring& header) {
     return L"[" + header + L"] " + failedOnce;
 }
 
-/// What one failing call writes to the file.
+/// The output of one failing call.
 std::wstring LoggedWith(std::uint32_t options) {
     LogSession session;
     session.Enable(options);
@@ -64,14 +64,14 @@ std::wstring Shape(std::wstring_view text) {
 
 } // namespace
 
-TEST_CASE("Log_test_that_was_cut_off_leaves_nothing_to_the_tests_after_the_next_one") {
+TEST_CASE("Log_configuration_left_by_an_interrupted_test_is_restored_by_the_next_one") {
     const bool before = LogSession::KeyIsThere();
     auto cutOff = std::make_unique<LogSession>();
     cutOff->Enable();
     {
         LogSession next;
         FailOnce();
-        CHECK_FALSE(FileExists(cutOff->Path())); // the next one starts without values
+        CHECK_FALSE(FileExists(cutOff->Path())); // the next test starts without values
     }
     CHECK(LogSession::KeyIsThere() == before);
 }
@@ -136,7 +136,7 @@ TEST_CASE("Log_lines_are_appended_to_what_the_file_holds") {
     CHECK_TEXT(session.TakeText(), std::wstring(failedOnce) + failedOnce);
 }
 
-TEST_CASE("Log_header_parts_stand_alone") {
+TEST_CASE("Log_header_shows_each_part_alone") {
     CHECK_TEXT(LoggedWith(0), failedOnce);
     CHECK_TEXT(LoggedWith(2), WithHeader(ProcessPart()));
     CHECK_TEXT(LoggedWith(4), WithHeader(ThreadPart()));
@@ -166,7 +166,7 @@ TEST_CASE("Log_header_time_is_the_local_time") {
 }
 
 TEST_CASE("Log_header_parts_keep_their_order_in_every_combination") {
-    // The time is left to a test of its own.
+    // The time has a separate test.
     const std::wstring parts[] = {ProcessPart(), ThreadPart(), L"CQxCom", L"e", L"JobObjects"};
     const std::uint32_t bits[] = {2, 4, 8, 16, 32};
     for (unsigned chosen = 1; chosen < 32; ++chosen) {
@@ -252,7 +252,7 @@ TEST_CASE("Log_filter_by_type_passes_errors_only_with_their_bit") {
     CHECK_TEXT(logged(3, 2), L"");
 }
 
-TEST_CASE("Log_level_takes_no_part") {
+TEST_CASE("Log_level_has_no_effect") {
     for (const std::uint32_t level : {0u, 1u, 0xFFFFFFFFu}) {
         LogSession session;
         session.Enable();
@@ -272,7 +272,7 @@ TEST_CASE("Log_only_errors_to_file_keeps_errors") {
     }
 }
 
-TEST_CASE("Log_values_of_the_wrong_type_are_left_out") {
+TEST_CASE("Log_values_of_the_wrong_type_are_ignored") {
     LogSession session;
     session.Enable();
     session.Put(L"Options", L"63");
@@ -352,7 +352,7 @@ TEST_CASE("Log_file_of_the_maximum_size_becomes_the_backup") {
     CHECK_TEXT(session.TakeText(), failedOnce);
     LogSession::Unload();
 
-    // An older backup gives way, even a write-protected one.
+    // An older backup is replaced, even a write-protected one.
     SetFileAttributesW(backup.c_str(), FILE_ATTRIBUTE_READONLY);
     fill(rest.size());
     FailOnce();

@@ -5,14 +5,14 @@
 #include <clocale>
 #include <functional>
 
-// The names under which the methods report. Components match them in the log, so they are compared to the
-// letter, the odd ones included.
+// The source names in the log. Other components match them, so the tests compare them exactly, odd ones
+// included.
 
 namespace {
 
-constexpr auto dispatchError5 = static_cast<HRESULT>(0x80040205); // has no text of the system's
+constexpr auto dispatchError5 = static_cast<HRESULT>(0x80040205); // without a system message
 
-/// What the call writes to the log.
+/// The log output of the call.
 std::wstring Logged(LogSession& session, HRESULT expected, const std::function<HRESULT()>& call) {
     session.TakeText();
     CHECK_HR(call(), expected);
@@ -23,7 +23,7 @@ std::wstring Exception(const std::wstring& source, const std::wstring& message) 
     return L"[" + source + L"] Exception: " + message + L"\r\n";
 }
 
-/// The system's text for a result, as reports show it.
+/// The system's message for a result, as the log shows it.
 std::wstring SystemText(HRESULT result) {
     wchar_t text[256];
     DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
@@ -39,9 +39,9 @@ std::wstring OutOfMemoryText() {
     return SystemText(E_OUTOFMEMORY);
 }
 
-// Replacements for what the library imports: one call fails, the others go on to the original.
+// Replacements for imported functions: one call fails, the others call the original.
 
-int callsUntilFailure = 0; ///< that still go well
+int callsUntilFailure = 0; ///< number of calls that still succeed
 bool failureIsDue = false;
 void* originalFunction = nullptr;
 
@@ -65,8 +65,8 @@ HRESULT WINAPI FailingCreateErrorInfo(ICreateErrorInfo** info) {
     return FailsNow() ? E_OUTOFMEMORY : reinterpret_cast<decltype(&CreateErrorInfo)>(originalFunction)(info);
 }
 
-/// The call's result while the library's call of a function fails, after this number of successful ones.
-/// happened tells whether there were that many.
+/// Makes one of the library's calls of a function fail, after `successes` others. `happened` is false if
+/// there were fewer calls.
 HRESULT WithFailing(const char* function, void* replacement, int successes, bool& happened,
                     const std::function<HRESULT()>& call) {
     const ImportPatch patch(GetModuleHandleW(L"Tarnwick.dll"), function, replacement);
@@ -79,7 +79,7 @@ HRESULT WithFailing(const char* function, void* replacement, int successes, bool
     return result;
 }
 
-/// The same with the first call, which must come.
+/// The same for the first call, which must happen.
 HRESULT WithFailing(const char* function, void* replacement, const std::function<HRESULT()>& call) {
     bool happened = false;
     const HRESULT result = WithFailing(function, replacement, 0, happened, call);
@@ -95,7 +95,7 @@ HRESULT WithoutMemory(const std::function<HRESULT()>& call) {
     return WithFailing("malloc", reinterpret_cast<void*>(FailingMalloc), call);
 }
 
-/// A text getter that finds no memory for its result reports under the source and gives no text.
+/// Checks that a text getter that runs out of memory logs the source and returns no text.
 template<class Interface>
 void CheckTextGetter(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::*getter)(BSTR*),
                      const wchar_t* source) {
@@ -149,7 +149,7 @@ TEST_CASE("Log_names_the_layers_of_an_invalid_fragment") {
         L"[CJobContentsImpl::put_Xml] Exception: [CJobContentsImpl::put_Xml] Invalid Xml fragment\r\n");
 }
 
-TEST_CASE("Log_invalid_print_info_is_told_by_the_log_alone") {
+TEST_CASE("Log_invalid_print_info_is_reported_in_the_log_only") {
     LogSession session;
     session.Enable();
     CHECK_TEXT(Logged(session, E_FAIL,
@@ -184,7 +184,7 @@ TEST_CASE("Log_names_the_writer_of_each_job_whose_child_fails") {
     CHECK_TEXT(
         logged(CreatePrintJob(), &IPrintJob::put_PageCounterJobContents, &IPrintJob::get_PageCounterInfoXml),
         Exception(L"CPrintJobImpl::get_PageCounterInfoXml", message));
-    // Once, under the name of the call.
+    // Once, with the name of the call.
     CHECK_TEXT(logged(CreatePrintJob(), &IPrintJob::put_PageCounterJobContents, &IPrintJob::get_Xml),
                Exception(L"CPrintJobImpl::get_Xml", message));
     CHECK(child.references == 0);
@@ -244,7 +244,7 @@ TEST_CASE("Log_names_the_destination_that_is_not_well_formed") {
         Exception(L"CLogicalPrinterImpl::put_Destination", L"Destination element is not well formed."));
 }
 
-TEST_CASE("Log_names_each_text_getter_that_finds_no_memory") {
+TEST_CASE("Log_names_each_text_getter_that_runs_out_of_memory") {
     LogSession session;
     session.Enable();
     const std::wstring text = OutOfMemoryText();
@@ -253,7 +253,7 @@ TEST_CASE("Log_names_each_text_getter_that_finds_no_memory") {
         CheckTextGetter(object, getter, source);
         CHECK_TEXT(session.TakeText(), Exception(source, text));
     };
-    // The two of a copy line report under each other's names.
+    // Two getters of a copy line report each other's names.
     check(CreateCopyLine(), &ICopyLine::get_Xml, L"CCopyLineImpl::put_Xml");
     check(CreateCopyLines(), &ICopyLines::get_Xml, L"CCopyLinesImpl::get_Xml");
     check(CreateJobContents(), &IJobContents::get_Xml, L"CJobContentsImpl::get_Xml");
@@ -269,14 +269,14 @@ TEST_CASE("Log_names_each_text_getter_that_finds_no_memory") {
     check(older, &ILogicalPrinter::get_Xml, L"CLogicalPrinterImpl::get_Xml35");
 }
 
-TEST_CASE("Log_names_the_methods_of_job_contents_that_find_no_memory") {
+TEST_CASE("Log_names_the_methods_of_job_contents_that_run_out_of_memory") {
     LogSession session;
     session.Enable();
     const auto contents = CreateJobContents();
     const UniqueBstr words(L"A4,Duplex,B&W,PostScript,Staple,and a word too long for any short text buffer");
     BSTR texts[6] = {};
     VARIANT_BOOL flag = 0x55;
-    // The catalogue is loaded first, so that what fails is the method's own work.
+    // Load the catalogue first, so that the failure is in the method itself.
     BSTR left = nullptr;
     REQUIRE_HR(contents->DoAttributesMatch(words.Get(), &left, &flag), S_OK);
     SysFreeString(left);
@@ -288,7 +288,7 @@ TEST_CASE("Log_names_the_methods_of_job_contents_that_find_no_memory") {
                    Exception(source, text));
         CHECK_TEXT(TakeErrorDescription(), text);
     };
-    // One name serves most of them.
+    // Most of them share one name.
     const wchar_t* general = L"CJobContentsImpl::GenerateGeneralContentsFromPageCounterInfo";
     check(general, [&] { return contents->GenerateContentsFromPageCounterInfo(words.Get(), 1, 1, 1, 1); });
     check(general, [&] {
@@ -318,7 +318,7 @@ TEST_CASE("Log_names_the_methods_of_job_contents_that_find_no_memory") {
     CHECK(flag == VARIANT_FALSE);
 }
 
-TEST_CASE("Log_each_text_that_finds_no_memory_leaves_no_out_value") {
+TEST_CASE("Log_each_text_that_runs_out_of_memory_leaves_no_out_value") {
     LogSession session;
     session.Enable();
     const auto contents = CreateJobContents();
@@ -340,10 +340,10 @@ TEST_CASE("Log_each_text_that_finds_no_memory_leaves_no_out_value") {
             SysFreeString(each);
         }
     }
-    CHECK(failures == 7); // one for each text, and the call that went well
+    CHECK(failures == 7); // one for each text, and the successful call
 }
 
-TEST_CASE("Log_names_the_readers_that_find_no_memory") {
+TEST_CASE("Log_names_the_readers_that_run_out_of_memory") {
     LogSession session;
     session.Enable();
     const std::wstring text = OutOfMemoryText();
@@ -378,7 +378,7 @@ TEST_CASE("Log_names_the_reader_of_the_older_printer_form") {
     LogSession session;
     session.Enable();
     const auto printer = CreateLogicalPrinter();
-    // Long enough to need memory of its own.
+    // Too long for a small-string buffer.
     const std::wstring name(500, L'n');
     const UniqueBstr xml(L"<LogicalPrinter Version=\"3.5\"><PrinterName>" + name +
                          L"</PrinterName></LogicalPrinter>");
@@ -403,7 +403,7 @@ TEST_CASE("Log_names_the_reader_of_the_older_printer_form") {
         readingFailures += logged == reading;
         CHECK((logged == opening || logged == reading));
     }
-    // The document is opened under the one name and read under the other.
+    // Opening and reading the document report different names.
     CHECK(openingFailures > 0);
     CHECK(readingFailures > 0);
     CHECK_TEXT(Text(printer, &ILogicalPrinter::get_PrinterName), name);
@@ -413,7 +413,7 @@ TEST_CASE("Log_line_is_written_even_when_there_is_no_error_information") {
     LogSession session;
     session.Enable();
     const auto job = CreateCopyJob();
-    CHECK_HR(Put(job, &ICopyJob::put_Xml, L"<x/>"), E_FAIL); // leaves a description that must not stay
+    CHECK_HR(Put(job, &ICopyJob::put_Xml, L"<x/>"), E_FAIL); // sets error information that must not stay
     CHECK_TEXT(Logged(session, E_FAIL,
                       [&] {
                           return WithFailing("CreateErrorInfo",

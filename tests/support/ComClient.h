@@ -11,20 +11,20 @@
 #include <string_view>
 #include <vector>
 
-// What the client tests share. They know the library by its interfaces and the registry alone; of its sources
-// they use only the owners of a BSTR and of a reference.
+// Helpers for client tests. These know the library through its interfaces and the registry only; from its
+// sources they use UniqueBstr and ComPtr alone.
 
-/// "0x80004005": results are compared as text, so that a failing test shows them readably.
+/// "0x80004005". Comparing results as text makes failures readable.
 std::string Hex(HRESULT result);
 #define REQUIRE_HR(call, expected) REQUIRE(Hex(call) == Hex(expected))
 #define CHECK_HR(call, expected) CHECK(Hex(call) == Hex(expected))
 
-/// UTF-8 for messages and comparisons: Catch shows no wide text.
+/// UTF-8, because Catch does not print wide text.
 std::string Narrow(std::wstring_view text);
 #define CHECK_TEXT(actual, expected) CHECK(Narrow(actual) == Narrow(expected))
 #define REQUIRE_TEXT(actual, expected) REQUIRE(Narrow(actual) == Narrow(expected))
 
-/// A new object of a class, by CoCreateInstance. The test fails if there is none.
+/// A new object from CoCreateInstance; fails the test on an error.
 template<class Interface>
 ComPtr<Interface> Create(REFCLSID classId) {
     ComPtr<Interface> object;
@@ -45,8 +45,8 @@ ComPtr<IScanJob> CreateScanJob();
 ComPtr<IFaxJob> CreateFaxJob();
 ComPtr<ILogicalPrinter> CreateLogicalPrinter();
 
-/// The value of a text property, S_OK required. For XML in which another component's text stands as it came,
-/// so that no schema describes it; for any other, see Text.
+/// The value of a text property, S_OK required. Only for XML that embeds another component's text, which no
+/// schema describes; otherwise use Text.
 template<class Interface>
 std::wstring UncheckedText(const ComPtr<Interface>& object,
                            HRESULT (STDMETHODCALLTYPE Interface::*getter)(BSTR*)) {
@@ -56,8 +56,8 @@ std::wstring UncheckedText(const ComPtr<Interface>& object,
     return std::wstring(value.View());
 }
 
-/// Leaves a record's XML where the test of the schemas looks for it: in the folder that ctest names in the
-/// environment, one file for each distinct text. Without a folder it does nothing.
+/// Saves a record's XML for the schema test: one file per distinct text, in the folder that ctest sets in the
+/// environment. Does nothing without a folder.
 void KeepForSchemas(std::wstring_view xml);
 
 template<class Interface>
@@ -72,7 +72,8 @@ bool GivesXml(HRESULT (STDMETHODCALLTYPE Interface::*getter)(BSTR*)) {
     return givesXml;
 }
 
-/// The value of a text property, S_OK required: Text(job, &IPrintJob::get_Xml). XML is left for the schemas.
+/// The value of a text property, S_OK required: Text(job, &IPrintJob::get_Xml). Saves XML for the schema
+/// test.
 template<class Interface>
 std::wstring Text(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::*getter)(BSTR*)) {
     std::wstring text = UncheckedText(object, getter);
@@ -85,7 +86,7 @@ std::wstring Text(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE In
 template<class Interface, class Type>
 Type Value(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::*getter)(Type*)) {
     Type value;
-    memset(&value, 0xCD, sizeof(value)); // garbage that the getter has to replace
+    memset(&value, 0xCD, sizeof(value)); // garbage that the getter must replace
     REQUIRE_HR((object.Get()->*getter)(&value), S_OK);
     return value;
 }
@@ -97,14 +98,14 @@ HRESULT Put(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interfac
     return (object.Get()->*putter)(UniqueBstr(text).Get());
 }
 
-/// Takes the description off the calling thread's error information; L"<none>" if there is none.
+/// Takes the calling thread's error information and returns its description; L"<none>" if there is none.
 std::wstring TakeErrorDescription();
 
 /// IDispatch::Invoke by name, with arguments in natural order. The result and the exception are optional.
 HRESULT InvokeByName(IDispatch* object, const wchar_t* name, WORD flags, std::vector<VARIANT> arguments = {},
                      VARIANT* result = nullptr, EXCEPINFO* exception = nullptr);
 
-/// The library's own unload test, asked directly; S_OK also when the library is not loaded.
+/// The result of DllCanUnloadNow; S_OK if the library is not loaded.
 HRESULT AskLibraryToUnload();
 
 /// A file of tests/data as text (UTF-8, no byte-order mark).

@@ -49,7 +49,7 @@ const std::map<std::string, Default> defaults = {
     {"ILogicalPrinter.Version", {Default::Exactly, "\"7.0\""}},
 };
 
-/// Numbers that are raised to a lowest value.
+/// Properties that raise lower numbers to a minimum.
 const std::map<std::string, LONG> minimums = {
     {"ICopyLine.Sheets", 0},
     {"ICopyLine.PagesBW", 0},
@@ -105,7 +105,7 @@ std::vector<Variant> RangeOf(VARTYPE type) {
     if (type == VT_BSTR)
         return Texts();
     if (type == VT_I4)
-        // A number that may be too low follows a higher one, so that it must be raised and not only refused.
+        // A number that may be too low follows a higher one: it must be raised, not ignored.
         for (const LONG number : {LONG{1}, LONG{-1}, std::numeric_limits<LONG>::max(),
                                   std::numeric_limits<LONG>::min(), LONG{17}, LONG{0}})
             values.push_back(Variant::Number(number));

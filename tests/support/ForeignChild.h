@@ -4,14 +4,14 @@
 
 #include <functional>
 
-/// How every record interface begins. Jobs ask no more of a child.
+/// The common beginning of all record interfaces. Jobs need no more of a child.
 struct RecordBeginning : IDispatch {
     virtual HRESULT STDMETHODCALLTYPE get_Xml(BSTR* value) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_Xml(BSTR value) = 0;
 };
 
-/// A child record of the client's own, which can stand for any kind of child. It lives on the stack of its
-/// test and counts the references that others hold.
+/// A client's implementation of any kind of child record. It is on the test's stack and counts the references
+/// that others hold.
 class ForeignChild : public RecordBeginning, public ISupportErrorInfo {
 public:
     explicit ForeignChild(REFIID childInterface) : m_interface(childInterface) {}
@@ -21,7 +21,7 @@ public:
         return reinterpret_cast<Interface*>(static_cast<RecordBeginning*>(this));
     }
 
-    /// Leaves this error information for the caller whenever Xml fails, and vouches for it.
+    /// Sets this error information whenever Xml fails, and reports support for it.
     void ExplainFailures(const wchar_t* description) {
         ComPtr<ICreateErrorInfo> creator;
         REQUIRE_HR(CreateErrorInfo(creator.Put()), S_OK);
@@ -31,19 +31,19 @@ public:
         REQUIRE_HR(creator->QueryInterface(IID_IErrorInfo, explanation.PutVoid()), S_OK);
     }
 
-    // What the test sets.
+    // Set by the test.
 
     HRESULT queryResult = S_OK; ///< of a query for the child's interface
     HRESULT getResult = S_OK;
     HRESULT putResult = S_OK;
-    HRESULT vouches = S_OK; ///< whether it answers for its error information
-    std::wstring xml;       ///< what Xml gives, and the text it was last given
+    HRESULT vouches = S_OK; ///< result of InterfaceSupportsErrorInfo
+    std::wstring xml;       ///< the value of Xml
     ComPtr<IErrorInfo> explanation;
     bool explainsEachFailure = true; ///< with the explanation
     std::function<void()> callBack;  ///< runs inside each access to Xml
     std::function<void()> released;  ///< runs inside the release of the last reference
 
-    // What the test looks at.
+    // Read by the test.
 
     int references = 0;
     int referencesAfterCallBack = 0;

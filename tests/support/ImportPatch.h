@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-/// Replaces one function that a loaded module imports, for that module alone and while it lives.
+/// Replaces one imported function of a loaded module, for this module only, during its lifetime.
 class ImportPatch {
 public:
     ImportPatch(HMODULE module, const char* function, void* replacement)
@@ -23,7 +23,7 @@ public:
     void* Original() const { return m_original; }
 
 private:
-    /// Where the module keeps the address of an imported function; null if it does not import it.
+    /// The import table slot of a function; null if the module does not import it.
     static void** FindSlot(HMODULE module, const char* function) {
         auto* const base = reinterpret_cast<BYTE*>(module);
         const auto* const dos = reinterpret_cast<IMAGE_DOS_HEADER*>(base);

@@ -3,7 +3,7 @@
 
 namespace {
 
-/// Fails any test that leaves an object, a class object or a lock behind: the library must be free to go.
+/// Fails any test that leaks an object, a class object or a lock: the library must be unloadable.
 struct LeakCheck : Catch::TestEventListenerBase {
     using TestEventListenerBase::TestEventListenerBase;
 

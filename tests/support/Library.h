@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// The library as a module and its classes as a list, for tests that go beneath CoCreateInstance.
+// The library's module and a list of its classes, for tests below the level of CoCreateInstance.
 
 /// The path under which the library is registered.
 std::wstring RegisteredLibraryPath();
@@ -21,7 +21,7 @@ public:
 
     HMODULE Module() const { return m_module; }
 
-    // The entry points. They hold no assertion: any thread may call them.
+    // The entry points. Without assertions, so any thread may call them.
     HRESULT GetClassObject(REFCLSID classId, REFIID iid, void** object) const {
         return m_getClassObject(classId, iid, object);
     }
@@ -51,7 +51,7 @@ struct LibraryClass {
 const std::vector<LibraryClass>& LibraryClasses();
 const LibraryClass& LibraryClassNamed(const std::string& name);
 
-/// A pointer value that a failing call has to replace.
+/// A pointer that a failing call must replace.
 inline void* GarbagePointer() {
     return reinterpret_cast<void*>(static_cast<ULONG_PTR>(0xCDCDCDCD));
 }

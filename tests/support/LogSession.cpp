@@ -4,12 +4,12 @@ namespace {
 
 constexpr wchar_t baseKey[] = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects";
 constexpr wchar_t logKey[] = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects\\Log";
-/// Holds the machine's own configuration while a test runs: its copy, or in a value of its own the topmost
-/// key that the test has to remove. It stays behind a test that is cut off, and the next one takes it over.
+/// Saves the machine's configuration during a test: a copy, or a value with the topmost key that the test
+/// must remove. After an interrupted test it remains, and the next test restores from it.
 constexpr wchar_t savedKey[] = L"SOFTWARE\\Corvane.SavedByLogTests";
 constexpr wchar_t newKeyValue[] = L"NewKey";
 
-/// Copies a key with all below it. False if there is no such key.
+/// Copies a key with its subkeys. False if it does not exist.
 bool CopyKey(const wchar_t* from, const wchar_t* to) {
     HKEY source = nullptr, target = nullptr;
     if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, from, 0, KEY_READ, &source) != ERROR_SUCCESS)
@@ -33,7 +33,7 @@ bool KeyExists(const wchar_t* name) {
     return true;
 }
 
-/// The topmost key of the log's path that is not there yet; empty if all are.
+/// The topmost missing key of the log's path; empty if none is missing.
 std::wstring FirstMissingKey() {
     for (const wchar_t* key : {L"SOFTWARE\\Corvane", L"SOFTWARE\\Corvane\\PrintAgent", baseKey, logKey})
         if (!KeyExists(key))
@@ -54,7 +54,7 @@ void SaveMachinesOwn() {
 
 void RestoreMachinesOwn() {
     if (!KeyExists(savedKey))
-        return; // another test has done it
+        return; // already saved by an interrupted test
     wchar_t newKey[128];
     DWORD size = sizeof(newKey);
     const bool isNew = RegGetValueW(HKEY_LOCAL_MACHINE, savedKey, newKeyValue, RRF_RT_REG_SZ, nullptr, newKey,

@@ -5,9 +5,9 @@
 
 #include <string>
 
-/// One test of the log: the log's key, empty at first, and a folder for the log's file. The library reads the
-/// key when it is loaded, so it is unloaded before and afterwards. The key is put back as it was,
-/// by the next test where one was cut off.
+/// One test of the log: an empty configuration key and a folder for the log file. Unloads the library before
+/// and after, because it reads the key when it is loaded. The destructor restores the key; after an
+/// interrupted test the next one does.
 class LogSession {
 public:
     LogSession();
@@ -17,14 +17,14 @@ public:
 
     void Put(const wchar_t* name, std::uint32_t number);
     void Put(const wchar_t* name, const std::wstring& text, DWORD type = REG_SZ);
-    /// The log is on and writes to the session's file, with these parts of the header.
+    /// Turns the log on, with the session's file and these header parts.
     void Enable(std::uint32_t options = 0);
 
     const TestFolder& Folder() const { return m_folder; }
     std::wstring Path() const { return m_folder.File(L"a.log"); }
-    /// What the file holds beyond what was taken before; empty as long as there is no file.
+    /// The text added to the file since the last call; empty if there is no file.
     std::wstring TakeText();
-    /// Whether the machine has a key of the log's.
+    /// Whether the log's key exists.
     static bool KeyIsThere();
     /// Unloads the library; the next created object loads it again. Fails while an object lives.
     static void Unload();
@@ -37,5 +37,5 @@ private:
 
 /// A call that fails with the one line "[CCopyJobImpl::put_Xml] Exception: CopyJob element is missing.".
 void FailOnce();
-/// The call's line, as it stands in the file.
+/// The line of this call in the file.
 constexpr wchar_t failedOnce[] = L"[CCopyJobImpl::put_Xml] Exception: CopyJob element is missing.\r\n";

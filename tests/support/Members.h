@@ -2,7 +2,7 @@
 
 #include "tests/support/ComClient.h"
 
-// The members of an interface as its type library tells them, and both ways to call them.
+// The members of an interface, from its type library, and both ways to call them.
 
 /// Owns a VARIANT of one of the types that the interfaces use.
 class Variant {
@@ -20,7 +20,7 @@ public:
     static Variant Date(DATE date);
     static Variant Text(std::wstring_view text);
     static Variant NullText();
-    /// Adds a reference; null gives a null object.
+    /// Adds a reference. Null is a null object.
     static Variant Object(IDispatch* object);
 
     VARIANT value;
@@ -54,7 +54,7 @@ HRESULT CallSlot(IUnknown* object, const Member& member, std::vector<VARIANT> ar
 
 /// An argument that passes a pointer to the place of a value; null passes a null pointer.
 VARIANT ByReference(VARTYPE type, VARIANT* place);
-/// Fills the place of an out-value with garbage.
+/// Fills an out-value with garbage.
 VARIANT Garbage();
 bool IsGarbage(const VARIANT& place, VARTYPE type);
 
@@ -66,7 +66,7 @@ struct GetResult {
 GetResult GetThroughSlot(IUnknown* object, const Member& getter);
 HRESULT PutThroughSlot(IUnknown* object, const Member& putter, const Variant& value);
 
-/// What a late-bound call came to.
+/// The outcome of a late-bound call.
 struct InvokeResult {
     HRESULT result;
     HRESULT exceptionCode; ///< S_OK unless the result is DISP_E_EXCEPTION

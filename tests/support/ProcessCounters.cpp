@@ -27,9 +27,9 @@ void CountHeaps(ProcessCounters& counters) {
         CountHeap(heaps[i], counters);
 }
 
-/// Tries each value where the system does not count: handles are multiples of 4, and the lowest free one is
-/// taken. The table of all processes' handles (SystemHandleInformation) is not read, because Wine's server
-/// can crash on it while other processes start or end, and takes every program with it.
+/// Where the system has no count, tries each value: handles are multiples of 4, and the lowest free one is
+/// used. SystemHandleInformation is no alternative: it can crash Wine's server, and every program with it,
+/// while other processes start or end.
 std::size_t CountHandles() {
     DWORD counted = 0;
     if (GetProcessHandleCount(GetCurrentProcess(), &counted) && counted > 0)

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-/// What a process holds at one moment: to be compared before and after work that should leave nothing behind.
+/// The resources of a process, for comparison before and after work that must not leak.
 struct ProcessCounters {
     std::size_t heapBlocks; ///< allocated blocks of all heaps
     std::size_t heapBytes;
@@ -13,7 +13,7 @@ struct ProcessCounters {
     static ProcessCounters Now();
 };
 
-/// "heap blocks 1 -> 2, ...": what there was before and is after.
+/// "heap blocks 1 -> 2, ...": the counts before and after.
 std::string Growth(const ProcessCounters& before, const ProcessCounters& after);
 
 #define CHECK_NO_GROWTH(before, after)                                                                       \

@@ -6,12 +6,10 @@
 
 #include <windows.h>
 
-// The counters have to see what they are trusted with.
-
-TEST_CASE("ProcessCounters_see_a_handle_a_block_and_a_TLS_slot_come_and_go") {
-    ProcessCounters::Now(); // what counting itself needs once
+TEST_CASE("ProcessCounters_count_new_and_freed_handles_blocks_and_TLS_slots") {
+    ProcessCounters::Now(); // warm up
     const ProcessCounters before = ProcessCounters::Now();
-    constexpr std::size_t handleCount = 600; // more than a gap in which the count would end
+    constexpr std::size_t handleCount = 600; // more than the gap at which counting stops
     std::unique_ptr<HANDLE[]> handles(new HANDLE[handleCount]);
     for (std::size_t i = 0; i < handleCount; ++i)
         handles[i] = CreateEventW(nullptr, TRUE, FALSE, nullptr);

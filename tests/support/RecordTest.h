@@ -2,20 +2,20 @@
 
 #include "tests/support/ComClient.h"
 
-// What the tests of the records share beside the client's ground.
+// Helpers for the tests of the records.
 
 /// "<PrintJob Version="4.1">elements</PrintJob>": a record of a chosen version begins with such a document.
 std::wstring RecordText(std::wstring_view root, std::wstring_view version, std::wstring_view elements = {});
 
 /// A new record that has read the text, S_OK required.
 ComPtr<IPrintJob> PrintJobFrom(std::wstring_view xml);
-/// A print job of a version, with these elements alone. An empty JobContents is created for it.
+/// A print job of a version with these elements and an empty JobContents.
 ComPtr<IPrintJob> PrintJobOfVersion(std::wstring_view version, std::wstring_view elements = {});
 
 DATE MakeDate(WORD year, WORD month, WORD day, WORD hour = 0, WORD minute = 0, WORD second = 0);
 /// "2010-03-04T05:06:07".
 std::wstring DateText(DATE date);
-/// Whether a date lies within some seconds of the clock.
+/// Whether a date is within some seconds of the clock.
 bool IsLocalNow(DATE date);
 bool IsUtcNow(DATE date);
 
@@ -41,7 +41,7 @@ struct Property {
 #define PROPERTY(Interface, Name)                                                                            \
     { L"" #Name, &Interface::get_##Name, &Interface::put_##Name }
 
-/// Every text property keeps a value of its own.
+/// Checks that the text properties are stored independently.
 template<class Interface, std::size_t count>
 void CheckTextProperties(const ComPtr<Interface>& record,
                          const Property<Interface, BSTR> (&properties)[count]) {
@@ -53,7 +53,7 @@ void CheckTextProperties(const ComPtr<Interface>& record,
     }
 }
 
-/// Every number property keeps a value of its own.
+/// Checks that the number properties are stored independently.
 template<class Interface, std::size_t count>
 void CheckNumberProperties(const ComPtr<Interface>& record,
                            const Property<Interface, LONG> (&properties)[count]) {

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Of this process alone: tests run side by side.
+/// Private to this process, because tests run in parallel.
 const std::wstring privateRoot = L"Software\\JobObjectsTestClasses" + std::to_wstring(GetCurrentProcessId());
 
 void ReadValues(HKEY key, const std::wstring& path, RegistryTree& tree) {
@@ -92,11 +92,11 @@ void SetRegistryText(HKEY root, const std::wstring& path, const wchar_t* name, c
 }
 
 PrivateClassesRoot::PrivateClassesRoot() {
-    RegDeleteTreeW(HKEY_CURRENT_USER, privateRoot.c_str()); // left over from a run that was interrupted
+    RegDeleteTreeW(HKEY_CURRENT_USER, privateRoot.c_str()); // left by an interrupted run
     REQUIRE(RegCreateKeyExW(HKEY_CURRENT_USER, privateRoot.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
                             &m_key, nullptr) == ERROR_SUCCESS);
     REQUIRE(RegOverridePredefKey(HKEY_CLASSES_ROOT, m_key) == ERROR_SUCCESS);
-    REQUIRE_FALSE(RegistryKeyExists(HKEY_CLASSES_ROOT, L"CLSID")); // the override is in force
+    REQUIRE_FALSE(RegistryKeyExists(HKEY_CLASSES_ROOT, L"CLSID")); // the override is active
 }
 
 PrivateClassesRoot::~PrivateClassesRoot() {

@@ -5,8 +5,8 @@
 #include <map>
 #include <string>
 
-/// The keys and values below one registry key, for comparison: "key" for each key and "key|value name" with
-/// its data for each value, "key|" being the default value. Names compare without regard to letter case.
+/// The keys and values below a registry key, for comparison: "key" for each key, and "key|value name" with
+/// its data for each value; "key|" is the default value. Names are case-insensitive.
 struct RegistryNameLess {
     bool operator()(const std::wstring& left, const std::wstring& right) const;
 };
@@ -14,18 +14,17 @@ using RegistryTree = std::map<std::wstring, std::wstring, RegistryNameLess>;
 
 /// Reads the tree below a key; data other than texts is shown as "type n".
 RegistryTree ReadRegistryTree(HKEY root);
-/// What distinguishes two trees, as lines "missing: ...", "unexpected: ..." and "differs: ..."; empty if
-/// nothing does.
+/// The differences as lines "missing: ...", "unexpected: ..." and "differs: ..."; empty if there are none.
 std::string Difference(const RegistryTree& actual, const RegistryTree& expected);
 #define CHECK_KEYS(actual, expected) CHECK(Difference(actual, expected) == "")
 
 bool RegistryKeyExists(HKEY root, const std::wstring& path);
-/// Creates a key with everything above it; the options are those of RegCreateKeyEx.
+/// Creates a key and its parents, with the options of RegCreateKeyEx.
 void CreateRegistryKey(HKEY root, const std::wstring& path, DWORD options = REG_OPTION_NON_VOLATILE);
 void SetRegistryText(HKEY root, const std::wstring& path, const wchar_t* name, const std::wstring& text);
 
-/// Makes this process see an empty key of the test's own in place of HKEY_CLASSES_ROOT, so that a test can
-/// register and unregister without touching what other programs rely on.
+/// Overrides HKEY_CLASSES_ROOT of this process with an empty key, so that tests can register and unregister
+/// without affecting other programs.
 class PrivateClassesRoot {
 public:
     PrivateClassesRoot();

@@ -110,8 +110,7 @@ std::string parametersOf(ITypeInfo& info, const FUNCDESC& function, const std::v
     return text.empty() ? "(none)" : text;
 }
 
-/// GetNames answers for the first function of a DISPID, which is the get: a put's parameters get no names
-/// here.
+/// GetNames describes the first function of a DISPID, which is the get, so a put's parameters have no names.
 std::vector<std::string> parameterNames(ITypeInfo& info, const FUNCDESC& function) {
     std::vector<std::string> names = namesOf(info, function.memid, function.cParams);
     if (function.invkind != INVOKE_FUNC && function.invkind != INVOKE_PROPERTYGET)
@@ -127,7 +126,7 @@ struct FuncDescRelease {
 } // namespace
 
 ComPtr<ITypeLib> loadLibraryUnderTest() {
-    wchar_t path[MAX_PATH]; // a Windows path, whatever form the build gave it
+    wchar_t path[MAX_PATH]; // converts the build's path to a Windows path
     REQUIRE(GetFullPathNameW(pathUnderTest().c_str(), MAX_PATH, path, nullptr) != 0);
     ComPtr<ITypeLib> library;
     REQUIRE(LoadTypeLibEx(path, REGKIND_NONE, library.Put()) == S_OK);

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// Reads a type library member by member and puts what it finds into comparable text.
-/// Every function reports a failing call as a failed assertion of the running test.
+/// Reads a type library member by member into comparable text.
+/// A failing call is a failed assertion of the running test.
 
 /// The library under test: the file named by the environment variable JOBOBJECTS_TLB, or else the module
 /// "Tarnwick.dll" beside the test program. It is not registered by this.
@@ -19,7 +19,7 @@ ComPtr<ITypeInfo> typeNamed(ITypeLib& library, const std::string& name);
 /// The virtual-table view of a dual interface, of which ITypeLib hands out the dispatch view.
 ComPtr<ITypeInfo> vtableView(ITypeInfo& dispatchView);
 
-/// A copy of the attributes; its pointers are not to be followed.
+/// A copy of the attributes; its pointers are dangling.
 TYPEATTR attributesOf(ITypeInfo& info);
 TLIBATTR attributesOf(ITypeLib& library);
 std::string guidText(const GUID& guid);

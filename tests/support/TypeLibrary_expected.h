@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-/// What the type library must hold. Written down separately, not derived from the interface definition, so
-/// that an accidental change of the binary contract fails a test.
+/// The expected type library, written independently of the interface definition, so that an accidental change
+/// of the binary contract fails a test.
 
 /// One interface. A member row reads
 ///     slot | DISPID | get, put or method | name | parameters or "(none)"

@@ -21,7 +21,7 @@ echo exit %ERRORLEVEL%
 %1 catalogue
 echo exit %ERRORLEVEL%
 
-echo == with a log that goes nowhere
+echo == with a log without a target
 set LOG=HKLM\SOFTWARE\Corvane\PrintAgent\JobObjects\Log
 reg add %LOG% /v Enabled /t REG_DWORD /d 1 /f >nul
 reg add %LOG% /v Options /t REG_SZ /d 63 /f >nul
