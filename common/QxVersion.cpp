@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr std::size_t MinComponents = 2, maxComponents = 4;
+constexpr std::size_t MinComponents = 2, MaxComponents = 4;
 
 /// Logs and throws the message.
 [[noreturn]] void Fail(const wchar_t* method, const wchar_t* message) {
@@ -28,16 +28,16 @@ std::wstring_view NextComponent(std::wstring_view& text) noexcept {
 
 QxVersion::QxVersion(std::wstring_view text, OnError onError) {
     try {
-        std::wstring_view components[maxComponents];
+        std::wstring_view components[MaxComponents];
         std::size_t count = 0;
         for (auto next = NextComponent(text); !next.empty(); next = NextComponent(text)) {
-            if (count < maxComponents)
+            if (count < MaxComponents)
                 components[count] = next;
             ++count;
         }
-        if (count < MinComponents || count > maxComponents)
+        if (count < MinComponents || count > MaxComponents)
             Fail(L"QxVersion", L"Version has fewer than two components or more than four components.");
-        std::int32_t numbers[maxComponents] = {-1, -1, -1, -1};
+        std::int32_t numbers[MaxComponents] = {-1, -1, -1, -1};
         for (std::size_t i = 0; i < count; ++i)
             numbers[i] = ParseVersionComponent(components[i]);
         *this = QxVersion(numbers[0], numbers[1], numbers[2], numbers[3]);
@@ -57,7 +57,7 @@ QxString QxVersion::AsString(std::uint16_t fieldCount) const {
         return L"<invalid>";
     const std::int32_t components[] = {m_major, m_minor, m_build, m_revision};
     const bool defined = fieldCount < 3 || (m_build >= 0 && (fieldCount < 4 || m_revision >= 0));
-    if (fieldCount > maxComponents || !defined)
+    if (fieldCount > MaxComponents || !defined)
         Fail(L"AsString",
              L"FieldCount is less than 0, or more than 4, or FieldCount is more than the number of "
              L"components defined in the current QxVersion object.");

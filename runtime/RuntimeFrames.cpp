@@ -82,7 +82,8 @@ struct Section {
 
 } // namespace
 
-// Names of the linker and the runtime. NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// Names of the linker and the runtime.
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming)
 extern "C" {
 
 extern const std::uint8_t __ImageBase[]; // the library's first byte
@@ -150,6 +151,6 @@ const Record* _Unwind_Find_FDE(const void* address, FunctionBases* bases) noexce
 }
 
 } // extern "C"
-// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming)
 
 #endif
