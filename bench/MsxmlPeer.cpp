@@ -3,6 +3,9 @@
 #include "RecordForm.h"
 #include "Table.h"
 
+#include "common/text/Numbers.h"
+#include "common/text/Text.h"
+
 namespace {
 
 QxString NodeText(IXMLDOMNode* node) {

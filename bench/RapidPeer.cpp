@@ -1,6 +1,9 @@
 #include "Peers.h"
 #include "RecordForm.h"
 
+#include "common/text/Numbers.h"
+#include "common/text/Text.h"
+
 #include <rapidxml.hpp>
 
 #include <vector>
