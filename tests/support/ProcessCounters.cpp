@@ -28,7 +28,7 @@ void CountHeaps(ProcessCounters& counters) {
 }
 
 /// Where the system has no count, tries each value: handles are multiples of 4, and the lowest free one is
-/// used. SystemHandleInformation is no alternative: it can crash Wine's server, and every program with it,
+/// used. SystemHandleInformation cannot replace it: it can crash Wine's server, and every program with it,
 /// while other processes start or end.
 std::size_t CountHandles() {
     DWORD counted = 0;
