@@ -1,8 +1,7 @@
 #include "Catalogue.h"
 
 #include "CatalogueLint.h"
-#include "Console.h"
-#include "TextFile.h"
+#include "Escaping.h"
 
 namespace {
 
@@ -11,13 +10,16 @@ void CheckFile(const TextFile& file, Findings& findings) {
     constexpr std::size_t mostBytes = 16 * 1024 * 1024;
     if (file.bytes > mostBytes)
         findings.FileError(L"the library refuses files of more than 16 MiB");
-    if (const std::size_t at = file.text.find(L'\xFFFD'); at != std::wstring::npos)
-        findings.Error(at, L"invalid UTF-8");
+    if (file.isMarkMissing)
+        findings.FileError(std::wstring(L"this is ") + file.encoding +
+                           L", without a byte-order mark: the library reads it as UTF-8");
+    else
+        findings.Encoding(file);
 }
 
 } // namespace
 
-std::size_t LintCatalogueFile(const std::wstring& path) {
+CatalogueResult LintCatalogueFile(const std::wstring& path, FindingsOutput* output) {
     const TextFile file = ReadTextFile(path);
     XmlTree tree;
     Findings findings(path, tree);
@@ -27,12 +29,14 @@ std::size_t LintCatalogueFile(const std::wstring& path) {
     if (parsed)
         lint.Run();
     else
-        findings.FileError(tree.Error());
-    findings.Show();
-    if (!parsed)
-        return findings.Count();
-    Console::Line(
-        path + L": " + lint.Summary() + L"; " +
-        (findings.Count() == 0 ? L"no problem found" : std::to_wstring(findings.Count()) + L" findings"));
-    return findings.Count();
+        findings.ParseError(file);
+    CatalogueResult result{findings.Problems(), parsed ? lint.Summary() : L""};
+    if (output) {
+        findings.Show(*output);
+        if (parsed)
+            output->Result(findings.File(), result.summary + L"; " +
+                                                (result.problems == 0 ? L"no problem found"
+                                                                      : Count(result.problems, L"problem")));
+    }
+    return result;
 }

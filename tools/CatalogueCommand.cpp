@@ -5,13 +5,14 @@
 #include "Console.h"
 #include "Installation.h"
 
-ExitCode Catalogue(Arguments arguments) {
-    const auto lint = [](const std::wstring& path) {
-        return LintCatalogueFile(path) == 0 ? ExitOk : ExitFindings;
+ExitCode Catalogue(const Options& options) {
+    FindingsOutput output(options.format);
+    const auto lint = [&](const std::wstring& path) {
+        return LintCatalogueFile(path, &output).problems == 0 ? ExitOk : ExitFindings;
     };
-    if (!arguments.empty())
-        return ForEachFile(arguments, lint);
-    const std::wstring module = RegisteredModule(L"JobContents");
+    if (!options.files.empty())
+        return ForEachFile(options, lint);
+    const std::wstring module = RegisteredModule();
     if (module.empty())
         throw ToolError(L"the library is not registered: name a catalogue file");
     return lint(CatalogueBeside(module));

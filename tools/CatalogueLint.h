@@ -26,19 +26,20 @@ private:
     /// The children of one element, searched in the library's order.
     class Children {
     public:
-        Children(CatalogueLint& lint, const Element& parent) : m_lint(lint), m_parent(parent) {}
-        /// The next child with that name after the last match; null if there is none.
-        const Element* Next(std::wstring_view name);
+        Children(CatalogueLint& lint, Element parent);
+        /// The next child with that name after the last match; none if there is none.
+        Element Next(std::wstring_view name);
         /// The same, but a missing child is an error. A misplaced one is an error too, and is returned.
-        const Element* Need(std::wstring_view name);
+        Element Need(std::wstring_view name);
         /// Warns about the children that the library skips.
         void ReportRest();
 
     private:
         CatalogueLint& m_lint;
-        const Element& m_parent;
+        Element m_parent;
+        std::vector<Element> m_children;
+        std::vector<bool> m_found;
         std::size_t m_next = 0;
-        std::vector<bool> m_found = std::vector<bool>(m_parent.children.size());
     };
 
     struct Word {
@@ -47,22 +48,21 @@ private:
         std::size_t offset;
     };
 
-    void PaperSizes(const Element& section);
-    void PaperSize(const Element& size, std::int64_t& expectedCode);
-    void Dimensions(const Element& dimensions);
-    void PaperNames(const Element& names);
-    void Pairs(const Element& section);
-    void List(const Element& section, const wchar_t* item, const wchar_t* sectionName);
-    void Pdls(const Element& section);
+    void PaperSizes(Element section);
+    void PaperSize(Element size, std::int64_t& expectedCode);
+    void Dimensions(Element dimensions);
+    void PaperNames(Element names);
+    void Pairs(Element section);
+    void List(Element section, const wchar_t* item, const wchar_t* sectionName);
+    void Pdls(Element section);
 
-    std::optional<std::int64_t> Number(const Element& element, const std::wstring& text,
-                                       const std::wstring& what);
-    std::optional<std::int64_t> Code(const Element& element);
-    void BitCode(const Element& element, std::map<std::int64_t, std::size_t>& used);
-    bool IsDefault(const Element& element);
-    void AddWord(const Element& element, const wchar_t* section);
-    void CheckPageAttribute(const Element& element);
-    void CheckOneDefault(std::size_t count, const Element& parent, const std::wstring& what);
+    std::optional<std::int64_t> Number(Element element, const std::wstring& text, const std::wstring& what);
+    std::optional<std::int64_t> Code(Element element);
+    void BitCode(Element element, std::map<std::int64_t, std::size_t>& used);
+    bool IsDefault(Element element);
+    void AddWord(Element element, const wchar_t* section);
+    void CheckPageAttribute(Element element);
+    void CheckOneDefault(std::size_t count, Element parent, const std::wstring& what);
     std::wstring Line(std::size_t offset) const;
 
     const XmlTree& m_tree;

@@ -1,231 +1,266 @@
-// check: diagnoses the installed library as clients see it.
+// check: diagnoses the library as clients see it. Of problems with one cause, only the cause is reported.
 
+#include "ActivationContext.h"
 #include "Catalogue.h"
+#include "CheckLog.h"
+#include "CheckReport.h"
 #include "Commands.h"
 #include "Console.h"
+#include "Escaping.h"
 #include "Installation.h"
 #include "RecordObject.h"
-#include "Registry.h"
 #include "SystemError.h"
-#include "TextFile.h"
 
+#include "common/QxVersion.h"
 #include "common/com/Bstr.h"
-#include "common/log/PlainFile.h"
 
 #include <initguid.h> // makes the header define the LIBID
 #include "JobObjects.h"
 
 #include <algorithm>
-#include <vector>
+#include <array>
 
 namespace {
 
 constexpr LCID LibraryLocale = 0x0409;
+constexpr wchar_t AssemblyManifest[] = L"JobObjects.manifest";
 
-class Report {
-public:
-    void Item(const std::wstring& label, const std::wstring& value) {
-        constexpr std::size_t width = 18;
-        std::wstring line = label;
-        line.resize(std::max(width, line.size() + 1), L' ');
-        Console::Line(line + value);
-    }
-    void Problem(const std::wstring& message) {
-        ++m_problems;
-        Console::Line(L"  problem: " + message);
-    }
-    void AddProblems(std::size_t count) { m_problems += count; }
-    std::size_t Problems() const noexcept { return m_problems; }
-
-private:
-    std::size_t m_problems = 0;
-};
-
-/// "32-bit (x86)", from the PE header; empty if the file has none.
-std::wstring BitnessOf(const std::wstring& path) {
-    const Handle file = OpenToRead(path);
-    if (!file)
-        return L"";
-    IMAGE_DOS_HEADER dos{};
-    struct {
-        DWORD signature;
-        IMAGE_FILE_HEADER header;
-    } nt{};
-    DWORD read = 0;
-    if (!ReadFile(file.get(), &dos, sizeof(dos), &read, nullptr) || read != sizeof(dos) ||
-        dos.e_magic != IMAGE_DOS_SIGNATURE ||
-        SetFilePointer(file.get(), dos.e_lfanew, nullptr, FILE_BEGIN) == INVALID_SET_FILE_POINTER ||
-        !ReadFile(file.get(), &nt, sizeof(nt), &read, nullptr) || read != sizeof(nt) ||
-        nt.signature != IMAGE_NT_SIGNATURE)
-        return L"";
-    switch (nt.header.Machine) {
-    case IMAGE_FILE_MACHINE_I386:
-        return L"32-bit (x86)";
-    case IMAGE_FILE_MACHINE_AMD64:
-        return L"64-bit (x64)";
-    default:
-        return L"machine type " + std::to_wstring(nt.header.Machine);
-    }
-}
-
-std::wstring VersionOf(const std::wstring& path) {
-    DWORD unused = 0;
-    std::string block(GetFileVersionInfoSizeW(path.c_str(), &unused), '\0');
-    VS_FIXEDFILEINFO* info = nullptr;
-    UINT size = 0;
-    if (block.empty() ||
-        !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()) ||
-        !VerQueryValueW(block.data(), L"\\", reinterpret_cast<void**>(&info), &size))
-        return L"unknown";
-    return std::to_wstring(HIWORD(info->dwFileVersionMS)) + L"." +
-           std::to_wstring(LOWORD(info->dwFileVersionMS)) + L"." +
-           std::to_wstring(HIWORD(info->dwFileVersionLS)) + L"." +
-           std::to_wstring(LOWORD(info->dwFileVersionLS));
-}
-
-/// Checks one registered class. The first one sets `module`; the others must be in the same file.
-void CheckClass(Report& report, const std::wstring& className, const std::wstring& file,
-                std::wstring& module) {
-    if (module.empty())
-        module = file;
-    else if (CompareStringOrdinal(file.c_str(), -1, module.c_str(), -1, TRUE) != CSTR_EQUAL)
-        report.Problem(L"Corvane." + className + L" is registered with another file: " + file);
-    const std::wstring model =
-        ReadText(HKEY_CLASSES_ROOT, ServerKey(ClassIdText(className)), L"ThreadingModel").value_or(L"");
-    if (model != L"Apartment")
-        report.Problem(L"Corvane." + className + L" has the threading model '" + model +
-                       L"', not 'Apartment'");
-}
-
-std::wstring OfAllClasses(std::size_t count) {
+std::wstring AllClasses(std::size_t count) {
     return std::to_wstring(count) + L" of " + std::to_wstring(ClassNames.size()) + L" classes";
 }
 
-/// Checks that all classes are registered with one file. Returns its path, or an empty one.
-std::wstring CheckClasses(Report& report) {
-    std::wstring module;
-    std::vector<std::wstring> missing;
-    for (const std::wstring className : ClassNames) {
-        const std::wstring file = RegisteredModule(className);
-        if (file.empty())
-            missing.push_back(className);
-        else
-            CheckClass(report, className, file, module);
-    }
-    report.Item(L"Registered", OfAllClasses(ClassNames.size() - missing.size()));
-    if (module.empty()) {
-        report.Problem(L"the library is not registered; run \"regsvr32 Tarnwick.dll\"");
-        return module;
-    }
-    for (const std::wstring& className : missing)
-        report.Problem(L"Corvane." + className + L" is not registered");
-    return module;
+/// Each bitness has its own regsvr32. On 64-bit Windows, the 32-bit one is not on the path.
+std::wstring Regsvr32() {
+    std::array<wchar_t, MAX_PATH> folder{};
+    const bool isOther = OwnBitness == Bitness::Bits32 && SystemHasBoth() &&
+                         GetSystemWow64DirectoryW(folder.data(), static_cast<UINT>(folder.size())) > 0;
+    return (isOther ? std::wstring(folder.data()) + L"\\" : L"") + L"regsvr32.exe";
 }
 
-void CheckModule(Report& report, const std::wstring& module) {
-    report.Item(L"Library", module);
-    const std::wstring bitness = BitnessOf(module);
-    if (bitness.empty()) {
-        report.Problem(L"this file is not a readable library");
-        return;
-    }
-    report.Item(L"Bitness", bitness);
-    report.Item(L"Version", VersionOf(module));
-    report.Item(L"Threading model",
-                ReadText(HKEY_CLASSES_ROOT, ServerKey(ClassIdText(ClassNames[0])), L"ThreadingModel")
-                    .value_or(L"none"));
+/// A command that registers a library.
+std::wstring Register(const std::wstring& module) {
+    return L"run as administrator: " + Regsvr32() + L" \"" + module + L"\"";
 }
 
-void CheckObjects(Report& report) {
+std::wstring RegisterAgain(const std::wstring& module) {
+    return L"repair the installation, or " + Register(module);
+}
+
+class Checkup {
+public:
+    explicit Checkup(Format format) : m_report(format) {}
+    ExitCode Run(const Options& options);
+
+private:
+    bool SelectProgram(const std::wstring& program);
+    bool SelectLibrary();
+    bool SelectRegistered();
+    bool NotRegistered();
+    void ShowRegistration(Bitness bitness, const std::vector<ClassRegistration>& classes);
+    bool CheckFile(const std::wstring& module);
+    bool CheckRegistration(const std::vector<ClassRegistration>& classes);
+    bool CheckObjects();
+    void CheckVersion(const std::wstring& module);
+    void CheckTypeLibrary(const std::wstring& module);
+    void CheckCatalogue(const std::wstring& module);
+    bool Cause(const std::wstring& problem, const std::wstring& remedy) {
+        m_report.Problem(problem, remedy);
+        return false;
+    }
+
+    CheckReport m_report;
+    ActivationContext m_context;
+    bool m_isRegistered = false; ///< found in the registry, not through a manifest
+};
+
+ExitCode Checkup::Run(const Options& options) {
+    m_report.Item(L"Tool", std::wstring(PROJECT_VERSION) + L", " + Name(OwnBitness));
+    if ((options.files.empty() || SelectProgram(FullPath(options.files[0]))) && SelectLibrary() &&
+        CheckObjects()) {
+        const std::wstring module = LoadedLibrary();
+        m_report.Item(L"Library", module);
+        CheckVersion(module);
+        if (m_isRegistered)
+            CheckTypeLibrary(module);
+        CheckCatalogue(module);
+    }
+    CheckLog(m_report);
+    m_report.Summary();
+    return m_report.Problems() == 0 ? ExitOk : ExitFindings;
+}
+
+bool Checkup::SelectProgram(const std::wstring& program) {
+    m_report.Item(L"Program", program);
+    const auto bitness = BitnessOf(program);
+    if (!bitness)
+        return Cause(L"this is not a program that can be read", L"name the program's .exe file");
+    if (*bitness != OwnBitness)
+        return Cause(std::wstring(L"the program is ") + Name(*bitness) + L", this tool is " +
+                         Name(OwnBitness),
+                     std::wstring(L"use the ") + Name(*bitness) + L" tool");
+    if (m_context.OfProgram(program) == ActivationContext::Result::Failed)
+        return Cause(L"the program's manifest cannot be used: " +
+                         ErrorText(HRESULT_FROM_WIN32(GetLastError())),
+                     std::wstring(L"put ") + AssemblyManifest +
+                         L" and Tarnwick.dll beside the program; sxstrace shows what is missing");
+    return true;
+}
+
+/// Sets how objects are created. Reports why they cannot be.
+bool Checkup::SelectLibrary() {
+    if (ActivationContext::SelectsLibrary()) {
+        m_report.Item(L"Found through", L"the program's manifest");
+        return true;
+    }
+    if (!RegisteredModule().empty())
+        return SelectRegistered();
+    const std::wstring manifest = FolderOf(ToolPath()) + AssemblyManifest;
+    if (!FileExists(manifest))
+        return NotRegistered();
+    m_report.Item(L"Found through", manifest);
+    const std::wstring module = FolderOf(manifest) + L"Tarnwick.dll";
+    if (!FileExists(module))
+        return Cause(L"the manifest's library does not exist: " + module,
+                     L"put Tarnwick.dll beside the manifest");
+    if (!m_context.OfFile(manifest))
+        return Cause(L"the manifest cannot be used: " + ErrorText(HRESULT_FROM_WIN32(GetLastError())),
+                     L"put Tarnwick.dll beside it; sxstrace shows what is missing");
+    return true;
+}
+
+bool Checkup::NotRegistered() {
+    const std::wstring other = SystemHasBoth() ? RegisteredModule(Other(OwnBitness)) : L"";
+    ShowRegistration(OwnBitness, RegisteredClasses(OwnBitness));
+    if (!other.empty()) {
+        const std::wstring name = Name(Other(OwnBitness));
+        return Cause(L"the library is registered for " + name + L" programs only: " + other,
+                     L"to check it, use the " + name + L" tool; for " + Name(OwnBitness) +
+                         L" programs, register the " + Name(OwnBitness) + L" library with " + Regsvr32());
+    }
+    const std::wstring beside = FolderOf(ToolPath()) + L"Tarnwick.dll";
+    return Cause(L"the library is not registered",
+                 FileExists(beside) ? Register(beside)
+                                    : L"install it, or run as administrator in its folder: " + Regsvr32() +
+                                          L" Tarnwick.dll");
+}
+
+bool Checkup::SelectRegistered() {
+    m_isRegistered = true;
+    const auto classes = RegisteredClasses(OwnBitness);
+    m_report.Item(L"Found through", L"the registry");
+    ShowRegistration(OwnBitness, classes);
+    if (SystemHasBoth())
+        ShowRegistration(Other(OwnBitness), RegisteredClasses(Other(OwnBitness)));
+    return CheckFile(RegisteredModule()) && CheckRegistration(classes);
+}
+
+void Checkup::ShowRegistration(Bitness bitness, const std::vector<ClassRegistration>& classes) {
+    const auto count = std::count_if(classes.begin(), classes.end(), [](const ClassRegistration& each) {
+        return each.hasProgId && !each.file.empty();
+    });
+    const std::wstring module = RegisteredModule(bitness);
+    m_report.Item(std::wstring(Name(bitness)) + L" programs",
+                  AllClasses(static_cast<std::size_t>(count)) + (module.empty() ? L"" : L", " + module));
+}
+
+bool Checkup::CheckFile(const std::wstring& module) {
+    if (!FileExists(module))
+        return Cause(L"the registered library does not exist: " + module,
+                     L"repair the installation, or run as administrator in the library's folder: " +
+                         Regsvr32() + L" Tarnwick.dll");
+    const auto bitness = BitnessOf(module);
+    if (!bitness)
+        return Cause(L"the registered file is not a library: " + module, L"install the library again");
+    if (*bitness != OwnBitness)
+        return Cause(std::wstring(L"the registered library is ") + Name(*bitness) + L", this tool is " +
+                         Name(OwnBitness) + L": " + module,
+                     std::wstring(L"register the ") + Name(OwnBitness) + L" library with " + Regsvr32());
+    const HMODULE loaded = LoadLibraryExW(module.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    if (!loaded)
+        return Cause(L"the registered library cannot be loaded: " +
+                         ErrorText(HRESULT_FROM_WIN32(GetLastError())),
+                     L"install the library again");
+    FreeLibrary(loaded);
+    return true;
+}
+
+bool Checkup::CheckRegistration(const std::vector<ClassRegistration>& classes) {
+    const std::wstring module = RegisteredModule();
+    std::wstring details;
+    for (const ClassRegistration& each : classes) {
+        std::wstring detail;
+        if (each.file.empty() || !each.hasProgId)
+            detail = L" is missing";
+        else if (CompareStringOrdinal(each.file.c_str(), -1, module.c_str(), -1, TRUE) != CSTR_EQUAL)
+            detail = L" has another file, " + each.file;
+        else if (each.threadingModel != L"Apartment")
+            detail = L" has the threading model " + Quoted(each.threadingModel);
+        if (!detail.empty())
+            details += (details.empty() ? L"" : L"; ") + each.name + detail;
+    }
+    return details.empty() || Cause(L"the registration is damaged: " + details, RegisterAgain(module));
+}
+
+/// Creates all objects. Their failures have one cause.
+bool Checkup::CheckObjects() {
     std::size_t created = 0;
+    std::wstring failure;
     for (const wchar_t* className : ClassNames) {
         try {
-            RecordObject record(className);
-            record.Xml();
+            RecordObject(className).Xml();
             ++created;
         } catch (const ToolError& error) {
-            report.Problem(error.Message());
+            failure = failure.empty() ? error.Message() : failure;
         }
     }
-    report.Item(L"Objects", OfAllClasses(created) + L" can be created and write their XML");
+    m_report.Item(L"Objects", AllClasses(created) + L" can be created and write their XML");
+    return failure.empty() ||
+           Cause(failure, m_isRegistered ? RegisterAgain(RegisteredModule())
+                                         : L"put " + std::wstring(Name(OwnBitness)) +
+                                               L" Tarnwick.dll beside the manifest that names it");
 }
 
-void CheckTypeLibrary(Report& report) {
+void Checkup::CheckVersion(const std::wstring& module) {
+    const std::wstring version = VersionOf(module);
+    m_report.Item(L"Version", version.empty() ? L"unknown" : version);
+    if (QxVersion(version) < QxVersion(PROJECT_VERSION))
+        m_report.Problem(L"the library is older than this tool, version " PROJECT_VERSION,
+                         std::wstring(L"install version ") + PROJECT_VERSION +
+                             L" of the library, or use its own tool");
+}
+
+void Checkup::CheckTypeLibrary(const std::wstring& module) {
     UniqueBstr path;
     HRESULT result = QueryPathOfRegTypeLib(LIBID_JobObjectsLib, 1, 0, LibraryLocale, path.Put());
-    if (FAILED(result)) {
-        report.Item(L"Type library", L"not registered");
-        report.Problem(L"clients in other apartments and early-bound scripts need it: " + ErrorText(result));
-        return;
-    }
-    report.Item(L"Type library", std::wstring(path.View().data()));
+    m_report.Item(L"Type library", SUCCEEDED(result) ? std::wstring(path.View().data()) : L"not registered");
     ComPtr<ITypeLib> library;
-    result = LoadRegTypeLib(LIBID_JobObjectsLib, 1, 0, LibraryLocale, library.Put());
+    if (SUCCEEDED(result))
+        result = LoadRegTypeLib(LIBID_JobObjectsLib, 1, 0, LibraryLocale, library.Put());
     if (FAILED(result))
-        report.Problem(L"it cannot be loaded: " + ErrorText(result));
+        m_report.Problem(
+            L"clients in other apartments and early-bound scripts cannot load the type library: " +
+                ErrorText(result),
+            RegisterAgain(module));
 }
 
-void CheckCatalogue(Report& report, const std::wstring& module) {
+void Checkup::CheckCatalogue(const std::wstring& module) {
     const std::wstring path = CatalogueBeside(module);
-    report.Item(L"Catalogue", path);
+    m_report.Item(L"Catalogue", path);
     try {
-        report.AddProblems(LintCatalogueFile(path));
+        const CatalogueResult result = LintCatalogueFile(path, nullptr);
+        if (!result.summary.empty())
+            m_report.Item(L"Catalogue entries", result.summary);
+        if (result.problems > 0)
+            m_report.Problem(L"the catalogue has " + Count(result.problems, L"mistake"),
+                             L"run: jobobjects catalogue \"" + path + L"\"");
     } catch (const ToolError& error) {
-        report.Problem(error.Message());
+        m_report.Problem(L"the catalogue cannot be read: " + error.Message(),
+                         L"put JobAttributes.xml beside the library");
     }
-}
-
-/// Checks that this account can write the log file.
-void CheckLogFile(Report& report, const std::wstring& file) {
-    if (OpenPlainFile(file, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING))
-        return;
-    const DWORD reason = GetLastError();
-    if (reason == ERROR_PATH_NOT_FOUND)
-        report.Problem(L"the folder of the log file does not exist");
-    else if (reason != ERROR_FILE_NOT_FOUND) // the first line creates the file
-        report.Problem(L"the log file cannot be written: " + PlainFileProblem(reason));
-}
-
-void CheckLog(Report& report) {
-    const std::wstring key = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects\\Log";
-    if (!KeyExists(HKEY_LOCAL_MACHINE, key)) {
-        report.Item(L"Log", L"off: HKEY_LOCAL_MACHINE\\" + key + L" does not exist");
-        return;
-    }
-    const auto number = [&](const wchar_t* name) {
-        const auto value = ReadNumber(HKEY_LOCAL_MACHINE, key, name);
-        if (!value && ValueExists(HKEY_LOCAL_MACHINE, key, name))
-            report.Problem(std::wstring(L"log value ") + name + L" is not a REG_DWORD and counts as missing");
-        return value.value_or(0);
-    };
-    const std::wstring file = ReadText(HKEY_LOCAL_MACHINE, key, L"FileName").value_or(L"");
-    const bool on = number(L"Enabled") != 0;
-    const bool trace = number(L"TraceLog") != 0;
-    report.Item(L"Log", on ? L"on" : L"off");
-    report.Item(L"  file", file.empty() ? L"none" : file);
-    report.Item(L"  debugger output", trace ? L"on" : L"off");
-    for (const wchar_t* name :
-         {L"Options", L"Filters", L"Categories", L"Types", L"MaxFileSize", L"MaxDataSize"})
-        report.Item(std::wstring(L"  ") + name, std::to_wstring(number(name)));
-    if (on && file.empty() && !trace)
-        report.Problem(L"the log is on, but has neither a file nor debugger output");
-    if (!file.empty())
-        CheckLogFile(report, file);
 }
 
 } // namespace
 
-ExitCode Check(Arguments) {
-    Report report;
-    const std::wstring module = CheckClasses(report);
-    if (!module.empty()) {
-        CheckModule(report, module);
-        CheckObjects(report);
-        CheckTypeLibrary(report);
-        CheckCatalogue(report, module);
-    }
-    CheckLog(report);
-    Console::Line(report.Problems() == 0 ? L"No problem found."
-                                         : std::to_wstring(report.Problems()) + L" problems found.");
-    return report.Problems() == 0 ? ExitOk : ExitFindings;
+ExitCode Check(const Options& options) {
+    return Checkup(options.format).Run(options);
 }

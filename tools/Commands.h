@@ -1,25 +1,35 @@
 #pragma once
 
-#include <span>
+#include "Rows.h"
+
+#include <functional>
 #include <string>
+#include <vector>
 
 enum ExitCode : int {
-    ExitOk = 0,       ///< no problem found
-    ExitFindings = 1, ///< problems found
-    ExitUsage = 2,    ///< invalid command line
-    ExitCannotRun = 3 ///< the command failed
+    ExitOk = 0,        ///< no problem found
+    ExitFindings = 1,  ///< problems found
+    ExitUsage = 2,     ///< invalid command line
+    ExitCannotRun = 3, ///< the command failed
+    ExitRefused = 4,   ///< the library refuses the record
+    ExitNoRecord = 5   ///< not a record: malformed, or another root element
 };
 
-using Arguments = std::span<const std::wstring>;
+struct Options {
+    Format format = Format::Text;
+    bool listDefaults = false;
+    std::vector<std::wstring> files; ///< wildcards are expanded
+};
 
 /// Runs a command on each file, even after one fails. Returns the worst result.
-ExitCode ForEachFile(Arguments files, ExitCode (*command)(const std::wstring& path));
+ExitCode ForEachFile(const Options& options,
+                     const std::function<ExitCode(const std::wstring& path)>& command);
 
-/// Checks that the library is registered and works.
-ExitCode Check(Arguments arguments);
-/// Shows a record's XML as a table.
-ExitCode Show(Arguments arguments);
+/// Checks that the library can be used and works.
+ExitCode Check(const Options& options);
+/// Shows records.
+ExitCode Show(const Options& options);
 /// Checks that the library reads records, and shows what it changes.
-ExitCode Validate(Arguments arguments);
+ExitCode Validate(const Options& options);
 /// Finds mistakes in catalogues.
-ExitCode Catalogue(Arguments arguments);
+ExitCode Catalogue(const Options& options);

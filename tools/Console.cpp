@@ -1,5 +1,7 @@
 #include "Console.h"
 
+#include "Escaping.h"
+
 #include <windows.h>
 
 namespace {
@@ -11,9 +13,10 @@ bool IsConsole(HANDLE output) {
 
 std::string Utf8(std::wstring_view text) {
     const int length = static_cast<int>(text.size());
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), size, nullptr, nullptr);
+    std::string bytes(3 * text.size(), '\0'); // the most that one UTF-16 unit takes
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(),
+                                         static_cast<int>(bytes.size()), nullptr, nullptr);
+    bytes.resize(static_cast<std::size_t>(size));
     return bytes;
 }
 
@@ -28,23 +31,53 @@ void Write(DWORD which, std::wstring_view text) {
     // WriteConsole fails for very long texts.
     constexpr std::size_t longest = 8192;
     for (; !text.empty(); text.remove_prefix(written)) {
-        const auto length = static_cast<DWORD>(std::min(text.size(), longest));
+        const auto length = static_cast<DWORD>(Escaping::Beginning(text, longest).size());
         if (!WriteConsoleW(output, text.data(), length, &written, nullptr) || written == 0)
             return;
     }
 }
 
+/// A write costs much more than its text.
+constexpr std::size_t BufferSize = 65536;
+std::wstring pendingOutput;
+
 std::size_t shownProgress = 0;
+std::size_t shownPercentage = 101;
 
 } // namespace
 
 void Console::Line(std::wstring_view text) {
-    Write(STD_OUTPUT_HANDLE, std::wstring(text) + L"\r\n");
+    if (Escaping::IsPlain(text))
+        pendingOutput += text;
+    else
+        pendingOutput += Escaping::Plain(text);
+    Text(L"\r\n");
+}
+
+void Console::Text(std::wstring_view text) {
+    pendingOutput += text;
+    if (pendingOutput.size() >= BufferSize)
+        Flush();
+}
+
+void Console::Flush() {
+    if (pendingOutput.empty())
+        return;
+    EndProgress();
+    Write(STD_OUTPUT_HANDLE, pendingOutput);
+    pendingOutput.clear();
 }
 
 void Console::ErrorLine(std::wstring_view text) {
+    Flush();
     EndProgress();
-    Write(STD_ERROR_HANDLE, std::wstring(text) + L"\r\n");
+    Write(STD_ERROR_HANDLE, Escaping::Plain(text) + L"\r\n");
+}
+
+void Console::ErrorLine(const ToolError& error) {
+    ErrorLine(L"jobobjects: " + error.Message());
+    if (!error.Hint().empty())
+        ErrorLine(error.Hint());
 }
 
 void Console::Progress(std::wstring_view text) {
@@ -53,6 +86,14 @@ void Console::Progress(std::wstring_view text) {
     EndProgress();
     Write(STD_ERROR_HANDLE, text);
     shownProgress = text.size();
+}
+
+void Console::Progress(std::wstring_view text, std::size_t done, std::size_t all) {
+    const auto percentage = static_cast<std::size_t>(done * 100ULL / (all == 0 ? 1 : all));
+    if (percentage == shownPercentage)
+        return;
+    shownPercentage = percentage;
+    Progress(std::wstring(text) + L": " + std::to_wstring(percentage) + L" %");
 }
 
 void Console::EndProgress() {

@@ -3,8 +3,6 @@
 #include "Console.h"
 #include "SystemError.h"
 
-#include "common/com/Bstr.h"
-
 #include <algorithm>
 
 namespace {
@@ -34,26 +32,28 @@ RecordObject::RecordObject(const std::wstring& className) {
     if (SUCCEEDED(result))
         result = CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, m_object.PutVoid());
     if (FAILED(result))
-        throw ToolError(progId + L" cannot be created: " + ErrorText(result) +
-                        L"\r\nTo diagnose the installation, run \"jobobjects check\".");
+        throw ToolError(progId + L" cannot be created: " + ErrorText(result),
+                        L"To find out why, run \"jobobjects check\".");
+    m_xml = MemberOf(Get(), L"Xml");
 }
 
-bool RecordObject::PutXml(std::wstring_view xml) {
-    const UniqueBstr text(xml);
+RecordObject::RecordObject(IDispatch* object) : m_object(object), m_xml(MemberOf(object, L"Xml")) {
+}
+
+bool RecordObject::PutXml(const UniqueBstr& xml) {
     VARIANT argument;
     argument.vt = VT_BSTR;
-    argument.bstrVal = text.Get();
-    return SUCCEEDED(
-        InvokeMember(Get(), MemberOf(Get(), L"Xml"), DISPATCH_PROPERTYPUT, &argument, nullptr, m_error));
+    argument.bstrVal = xml.Get();
+    return SUCCEEDED(InvokeMember(Get(), m_xml, DISPATCH_PROPERTYPUT, &argument, nullptr, m_error));
 }
 
-std::wstring RecordObject::Xml() {
+UniqueBstr RecordObject::Xml() {
     VARIANT value;
     VariantInit(&value);
-    if (FAILED(InvokeMember(Get(), MemberOf(Get(), L"Xml"), DISPATCH_PROPERTYGET, nullptr, &value, m_error)))
+    if (FAILED(InvokeMember(Get(), m_xml, DISPATCH_PROPERTYGET, nullptr, &value, m_error)))
         throw ToolError(L"the record cannot write its XML: " + m_error);
-    std::wstring xml(BstrView(value.bstrVal));
-    VariantClear(&value);
+    UniqueBstr xml;
+    *xml.Put() = value.bstrVal;
     return xml;
 }
 
@@ -72,7 +72,7 @@ HRESULT InvokeMember(IDispatch* object, DISPID member, WORD flags, VARIANT* argu
         if (told && FAILED(exception.scode))
             outcome = exception.scode;
         error = told && exception.bstrDescription
-                    ? std::wstring(BstrView(exception.bstrDescription)) + L" " + ErrorNumber(outcome)
+                    ? WithErrorNumber(std::wstring(BstrView(exception.bstrDescription)), outcome)
                     : ErrorText(outcome);
     }
     SysFreeString(exception.bstrSource);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/com/Bstr.h"
 #include "common/com/ComPtr.h"
 
 #include "JobObjectClasses.h"
@@ -18,17 +19,20 @@ public:
 
     /// Throws ToolError if the object cannot be created.
     explicit RecordObject(const std::wstring& className);
+    /// Another reference to an object that exists.
+    explicit RecordObject(IDispatch* object);
 
     /// Assigns Xml. If the library refuses the text, returns false and sets Error.
-    bool PutXml(std::wstring_view xml);
+    bool PutXml(const UniqueBstr& xml);
     const std::wstring& Error() const noexcept { return m_error; }
     /// Throws ToolError if the record cannot write its XML.
-    std::wstring Xml();
+    UniqueBstr Xml();
 
     IDispatch* Get() const noexcept { return m_object.Get(); }
 
 private:
     ComPtr<IDispatch> m_object;
+    DISPID m_xml = DISPID_UNKNOWN;
     std::wstring m_error;
 };
 

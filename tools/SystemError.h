@@ -2,7 +2,8 @@
 
 #include <string>
 
-/// The system's message for an HRESULT, with its number: "Access denied. (0x80070005)".
+/// The system's message for an HRESULT, with its number: "Access denied. (error 0x80070005)"; without a
+/// message "error 0x80070005".
 std::wstring ErrorText(long result);
-/// The number alone: "(0x80070005)".
-std::wstring ErrorNumber(long result);
+/// A text with the number of an HRESULT: "text (error 0x80070005)".
+std::wstring WithErrorNumber(const std::wstring& text, long result);

@@ -3,25 +3,34 @@
 
     run_transcript.py TRANSCRIPT [--write] PROGRAM...
 
-A command is a line "$ jobobjects ARGUMENT...". Its output follows, with "! " before lines of the error output, then
-"exit CODE". In an expected line " * " matches any text, such as a system message. Commands run in the transcript's
-folder; "*" in an argument matches files there. --write updates the transcript.
+A command is a line "$ jobobjects ARGUMENT... [< FILE]". Its output follows, with "! " before lines of the error output,
+then "exit CODE". In an expected line " * " matches any text, such as a system message. Commands run in the transcript's
+folder, with FILE as standard input. The output must contain no control character. --write updates the transcript.
 """
+import os
 import re
 import shlex
 import subprocess
 import sys
+import unicodedata
 from pathlib import Path
 
 
+def decoded(output):
+    text = output.decode("utf-8").replace("\r\n", "\n")
+    control = [character for character in text if unicodedata.category(character) == "Cc" and character != "\n"]
+    if control:
+        sys.exit(f"control characters in the output: {control}")
+    return text.splitlines()
+
+
 def run(line, program, folder):
-    arguments = []
-    for word in shlex.split(line.removeprefix("$ jobobjects")):
-        arguments += sorted(path.relative_to(folder).as_posix() for path in folder.glob(word)) if "*" in word else [word]
-    done = subprocess.run([*program, *arguments], cwd=folder, capture_output=True, timeout=60, check=False)
-    output = done.stdout.decode("utf-8").splitlines()
-    errors = done.stderr.decode("utf-8").splitlines()
-    return [line, *output, *(f"! {error}" for error in errors), f"exit {done.returncode}"]
+    arguments, _, source = line.removeprefix("$ jobobjects").partition(" < ")
+    with open(folder / source if source else os.devnull, "rb") as standard_input:
+        done = subprocess.run([*program, *shlex.split(arguments)], cwd=folder, stdin=standard_input,
+                              capture_output=True, timeout=60, check=False)
+    errors = decoded(done.stderr)
+    return [line, *decoded(done.stdout), *(f"! {error}" for error in errors), f"exit {done.returncode}"]
 
 
 def matches(actual, expected):

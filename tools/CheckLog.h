@@ -1,0 +1,6 @@
+#pragma once
+
+#include "CheckReport.h"
+
+/// Checks the log's configuration.
+void CheckLog(CheckReport& report);

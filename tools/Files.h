@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// Replaces names with wildcards by the files that match, sorted; cmd.exe leaves that to programs. A pattern
+/// that matches nothing stays, and fails when it is opened.
+std::vector<std::wstring> ExpandWildcards(const std::vector<std::wstring>& names);
+/// Whether a name has "*" or "?" in its last component.
+bool HasWildcard(const std::wstring& name);
