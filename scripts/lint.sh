@@ -1,34 +1,49 @@
 #!/usr/bin/env bash
-# Lints sources with clang-tidy, configured by .clang-tidy and tests/.clang-tidy:
+# Lints sources with clang-tidy, configured by the .clang-tidy files:
 #
-#   lint.sh                  product and tools, with the headers that they include
-#   lint.sh --all            tests, benchmarks and samples too; not clean yet
+#   lint.sh                  all sources of the builds, with the headers that they include
+#   lint.sh --since commit   the files changed since the commit, committed or not
 #   lint.sh file...          the named files; a header is linted through a source that includes it
-#   lint.sh --since commit   product and tool files changed since the commit, committed or not
 #
-# Uses the flags of the build that a file belongs to, windows or native. JOBS sets the number of parallel jobs. Fails on
+# The benchmarks are linted by name only, because their peers have to be fetched: lint.sh bench/*.cpp
+#
+# Uses the flags of the first build that a file belongs to: windows, windows-64 or native. JOBS sets the number of parallel jobs. Fails on
 # any finding.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 # Clang derives the target from the compiler's name but does not find its C++ headers.
-compiler=i686-w64-mingw32-g++-win32
-headers=$(dirname "$("$compiler" -print-libgcc-file-name)")/include/c++
-export windows_arguments="--extra-arg=-isystem$headers --extra-arg=-isystem$headers/i686-w64-mingw32"
+header_arguments() {
+    local headers
+    headers=$(dirname "$("$1-g++-win32" -print-libgcc-file-name)")/include/c++
+    echo "--extra-arg=-isystem$headers --extra-arg=-isystem$headers/$1"
+}
+windows_arguments=$(header_arguments i686-w64-mingw32)
+windows_64_arguments=$(header_arguments x86_64-w64-mingw32)
+export windows_arguments windows_64_arguments
 
 # Separate builds, because clang cannot read GCC's precompiled headers.
-for preset in windows native; do
+for preset in windows windows-64 native; do
     cmake --preset "$preset" -B "build/lint/$preset" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
 done
+# An option that clang does not know.
+sed -i 's/ -mpreferred-stack-boundary=2//' build/lint/windows/compile_commands.json
 # Generated sources and headers.
-cmake --build build/lint/windows --target jobobjects_typelib >/dev/null
+for preset in windows windows-64; do
+    cmake --build "build/lint/$preset" --target jobobjects_typelib >/dev/null
+done
 
 lint_one() {
-    local number=$1 total=$2 file=$3 build=build/lint/windows arguments=$windows_arguments
-    if ! grep -q "\"file\": \".*/$file\"" "$build/compile_commands.json"; then
-        build=build/lint/native
-        arguments=
-    fi
+    local number=$1 total=$2 file=$3 preset build arguments
+    for preset in windows windows-64 native; do
+        build=build/lint/$preset
+        grep -q "\"file\": \".*/$file\"" "$build/compile_commands.json" && break
+    done
+    case $preset in
+    windows) arguments=$windows_arguments ;;
+    windows-64) arguments=$windows_64_arguments ;;
+    *) arguments= ;;
+    esac
     echo "[$number/$total] $file"
     # The build turns off some GCC warnings that clang does not know.
     # shellcheck disable=SC2086
@@ -36,47 +51,54 @@ lint_one() {
 }
 export -f lint_one
 
-# Keeps the input files that must be clean.
-required() {
-    grep -E '^(common|JobObjects|runtime|tools)/' || true
+built=$(cat build/lint/*/compile_commands.json |
+    sed -n "s|^ *\"file\": \"$PWD/\(.*\.cpp\)\"|\1|p" | grep -v '^build/' | sort -u)
+
+# Prints a built source for the file: a source itself, for a header the source of the same name, else one that includes
+# the header, directly or through other headers. Fails if there is none.
+source_of() {
+    local include user
+    case $1 in
+    *.cpp) grep -xF "$1" <<<"$built" ;;
+    *.h)
+        include="#include \"\(.*/\)\?$(basename "$1")\""
+        for user in "${1%.h}.cpp" $(git grep -l "$include" -- '*.cpp') $(git grep -l "$include" -- '*.h'); do
+            source_of "$user" && return
+        done
+        return 1
+        ;;
+    *) return 1 ;;
+    esac
 }
 
-built_sources() {
-    cat build/lint/*/compile_commands.json |
-        sed -n "s|^ *\"file\": \"$PWD/\(.*\.cpp\)\"|\1|p" | grep -v '^build/' | sort -u
-}
-
-# Maps the input files to sources: a header to the source of the same name, else to one that includes it.
-sources_of() {
+sources_of_input() {
     local file
     while read -r file; do
-        case $file in
-        *.cpp) echo "$file" ;;
-        *.h)
-            if [ -e "${file%.h}.cpp" ]; then
-                echo "${file%.h}.cpp"
-            else
-                git grep -l "#include \"\(.*/\)\?$(basename "$file")\"" -- '*.cpp' | head -n 1
-            fi
-            ;;
-        esac
+        source_of "$file" || true
     done | sort -u
 }
 
+without_benchmarks() {
+    grep -v '^bench/' || true
+}
+
 if [ $# = 0 ]; then
-    wanted=$(built_sources | required)
-elif [ "$1" = --all ]; then
-    wanted=$(built_sources)
+    selected=$(without_benchmarks <<<"$built")
 elif [ "$1" = --since ]; then
-    wanted=$({ git diff --name-only --diff-filter=d "$2"; git ls-files --others --exclude-standard; } | required | sources_of | required)
+    changed=$(git diff --name-only --diff-filter=d "$2")
+    new=$(git ls-files --others --exclude-standard)
+    selected=$(printf '%s\n' "$changed" "$new" | sources_of_input | without_benchmarks)
 else
-    wanted=$(printf '%s\n' "$@" | sources_of)
+    selected=$(printf '%s\n' "$@" | sources_of_input)
 fi
-mapfile -t files < <(comm -12 <(echo "$wanted" | sort -u) <(built_sources))
-if [ ${#files[@]} = 0 ]; then
+if [ -z "$selected" ]; then
     echo "lint: no file to lint"
     exit 0
 fi
+if grep -q '^bench/' <<<"$selected"; then
+    bench/fetch_peers.sh "$PWD/build/lint/windows/bench/peers"
+fi
+mapfile -t files <<<"$selected"
 for i in "${!files[@]}"; do
     printf '%s\0' $((i + 1)) ${#files[@]} "${files[i]}"
 done | xargs -0 -n 3 -P "${JOBS:-$(nproc)}" bash -c 'lint_one "$@"' lint

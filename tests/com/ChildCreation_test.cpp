@@ -1,12 +1,12 @@
-// Children that cannot be created. COM prefers a class object that the process registers to the library's, so
-// the tests decide what a job gets.
+// Children that cannot be created. COM prefers a class object that the process registers over the
+// library's, so the tests decide what a job gets.
 
 #include "tests/support/ForeignChild.h"
 #include "tests/support/RecordTest.h"
 
 namespace {
 
-constexpr auto ownResult = static_cast<HRESULT>(0x8004FF05);
+constexpr auto OwnResult = static_cast<HRESULT>(0x8004FF05);
 
 /// Replaces a child's class object during its lifetime. Returns the given child or fails.
 class ClassSubstitute : public IClassFactory {
@@ -20,7 +20,7 @@ public:
     ClassSubstitute(const ClassSubstitute&) = delete;
     ClassSubstitute& operator=(const ClassSubstitute&) = delete;
 
-    ForeignChild* child = nullptr; ///< null: creation fails with ownResult
+    ForeignChild* child = nullptr; ///< null: creation fails with OwnResult
     int creations = 0;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -32,7 +32,7 @@ public:
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID iid, void** object) override {
         ++creations;
         *object = nullptr;
-        return child ? child->QueryInterface(iid, object) : ownResult;
+        return child ? child->QueryInterface(iid, object) : OwnResult;
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
@@ -72,10 +72,10 @@ TEST_CASE("ChildCreation_of_contents_is_part_of_each_new_job") {
 
 TEST_CASE("ChildCreation_that_fails_fails_the_construction_with_its_result") {
     ClassSubstitute substitute(__uuidof(JobContents));
-    CheckConstructionFails<IPrintJob>(__uuidof(PrintJob), ownResult);
-    CheckConstructionFails<ICopyJob>(__uuidof(CopyJob), ownResult);
-    CheckConstructionFails<IScanJob>(__uuidof(ScanJob), ownResult);
-    CheckConstructionFails<IFaxJob>(__uuidof(FaxJob), ownResult);
+    CheckConstructionFails<IPrintJob>(__uuidof(PrintJob), OwnResult);
+    CheckConstructionFails<ICopyJob>(__uuidof(CopyJob), OwnResult);
+    CheckConstructionFails<IScanJob>(__uuidof(ScanJob), OwnResult);
+    CheckConstructionFails<IFaxJob>(__uuidof(FaxJob), OwnResult);
     CHECK(substitute.creations == 4);
     ForeignChild child(__uuidof(IJobContents));
     child.queryResult = E_ACCESSDENIED; // created, but without its interface
@@ -90,7 +90,7 @@ TEST_CASE("ChildCreation_of_contents_that_fails_during_a_read_leaves_none") {
         ClassSubstitute substitute(__uuidof(JobContents));
         CHECK_HR(Put(job, &IPrintJob::put_Xml,
                      RecordText(L"PrintJob", L"7.26", L"<JobName>read before</JobName>")),
-                 ownResult);
+                 OwnResult);
         CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
     }
     CHECK_TEXT(Text(job, &IPrintJob::get_JobName), L"read before");
@@ -111,7 +111,7 @@ TEST_CASE("ChildCreation_of_contents_is_repeated_by_a_read_that_contains_them") 
     const auto job = CreatePrintJob();
     {
         ClassSubstitute substitute(__uuidof(JobContents));
-        CHECK_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", L"7.26")), ownResult);
+        CHECK_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", L"7.26")), OwnResult);
     }
     const std::wstring contents = L"<JobContents><JobCopyLines/><JobPdl>PDF</JobPdl></JobContents>";
     REQUIRE_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", L"7.26", contents)), S_OK);
@@ -125,7 +125,7 @@ TEST_CASE("ChildCreation_of_page_counter_contents_that_fails_fails_the_read") {
                  RecordText(L"PrintJob", L"7.26",
                             L"<JobContents><JobCopyLines/></JobContents>"
                             L"<PageCounterInfo><JobContents/></PageCounterInfo>")),
-             ownResult);
+             OwnResult);
     CHECK(substitute.creations == 1); // the job already held its own contents
     CheckHoldsNone(job, &IPrintJob::get_PageCounterJobContents);
 }
@@ -155,7 +155,7 @@ TEST_CASE("ChildCreation_of_policy_results_that_fails_fails_a_device_job_s_read"
     CHECK_HR(
         Put(job, &ICopyJob::put_Xml,
             RecordText(L"CopyJob", L"4.0", L"<JobContents><JobCopyLines/></JobContents><PolicyResults/>")),
-        ownResult);
+        OwnResult);
     CHECK(substitute.creations == 1);
     CheckHoldsNone(job, &ICopyJob::get_PolicyResults);
 }

@@ -22,7 +22,7 @@ void CheckRefusal(HRESULT expected, Call&& call) {
     CHECK(object == nullptr);
 }
 
-/// An outer object that nobody may reference.
+/// An outer object that must not be referenced.
 class UnusedOuter : public IUnknown {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
@@ -68,7 +68,7 @@ void RunOnThreads(unsigned count, Body body) {
 
 } // namespace
 
-TEST_CASE("ClassObjects_asked_for_twice_are_the_same_object") {
+TEST_CASE("ClassObjects_requested_twice_are_the_same_object") {
     const Library library;
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);
@@ -78,7 +78,7 @@ TEST_CASE("ClassObjects_asked_for_twice_are_the_same_object") {
     }
 }
 
-TEST_CASE("ClassObjects_released_and_asked_for_again_are_the_same_object") {
+TEST_CASE("ClassObjects_released_and_requested_again_are_the_same_object") {
     const Library library;
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);
@@ -195,7 +195,7 @@ TEST_CASE("ClassObjects_create_no_instance_for_an_interface_it_lacks") {
     }
 }
 
-TEST_CASE("ClassObjects_refuse_an_outer_object_but_for_the_logical_printer") {
+TEST_CASE("ClassObjects_refuse_an_outer_object_except_for_the_logical_printer") {
     const Library library;
     UnusedOuter outer;
     int refusing = 0;
@@ -247,9 +247,9 @@ TEST_CASE("ClassObjects_held_and_released_by_many_threads_leave_the_library_free
     CHECK_HR(library.CanUnloadNow(), S_OK);
 }
 
-TEST_CASE("ClassObjects_first_asked_for_by_many_threads_at_once_are_one_object") {
+TEST_CASE("ClassObjects_first_requested_by_many_threads_are_one_object") {
     constexpr unsigned threads = 16;
-    const auto classes = LibraryClasses();
+    const auto& classes = LibraryClasses();
     for (int round = 0; round < 20; ++round) {
         CoFreeUnusedLibrariesEx(0, 0);
         REQUIRE(GetModuleHandleW(L"Tarnwick.dll") == nullptr); // no class object exists yet

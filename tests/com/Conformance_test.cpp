@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr WORD get = DISPATCH_PROPERTYGET, put = DISPATCH_PROPERTYPUT, putRef = DISPATCH_PROPERTYPUTREF,
-               method = DISPATCH_METHOD;
+constexpr WORD Get = DISPATCH_PROPERTYGET, Put = DISPATCH_PROPERTYPUT, PutRef = DISPATCH_PROPERTYPUTREF,
+               Method = DISPATCH_METHOD;
 
 void CheckDefault(const Default& expected, const VARIANT& value) {
     INFO(Show(value));
@@ -46,12 +46,12 @@ ComPtr<IUnknown> IdentityOf(IUnknown* object) {
 /// A child whose QueryInterface fails with an unusual code.
 class FailingChild : public IDispatch {
 public:
-    static constexpr HRESULT failure = E_ACCESSDENIED;
+    static constexpr HRESULT Failure = E_ACCESSDENIED;
 
     virtual ~FailingChild() = default;
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
         *object = nullptr;
-        return failure;
+        return Failure;
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
     ULONG STDMETHODCALLTYPE Release() override { return --references; }
@@ -137,17 +137,17 @@ private:
 
         const GetResult slot = GetThroughSlot(object.Get(), getter);
         if (expected.kind == Default::Refused) {
-            CHECK_HR(slot.result, wrongLogTargetType);
+            CHECK_HR(slot.result, WrongLogTargetType);
             CHECK(slot.isUntouched);
         } else {
             CHECK_HR(slot.result, S_OK);
             CheckDefault(expected, slot.value.value);
         }
-        for (const WORD flags : {get, static_cast<WORD>(get | method)}) {
+        for (const WORD flags : {Get, static_cast<WORD>(Get | Method)}) {
             const InvokeResult invoked = Invoke(object.Get(), getter.id, flags);
             if (expected.kind == Default::Refused) {
                 CHECK_HR(invoked.result, DISP_E_EXCEPTION);
-                CHECK_HR(invoked.exceptionCode, wrongLogTargetType);
+                CHECK_HR(invoked.exceptionCode, WrongLogTargetType);
             } else {
                 CHECK_HR(invoked.result, S_OK);
                 CHECK(Show(invoked.value.value) == Show(slot.value.value));
@@ -160,9 +160,9 @@ private:
     void CheckRefusedPuts(IDispatch* object, const Member& getter) {
         const VARTYPE type = getter.parameters[0].type;
         const Variant value = type == VT_DISPATCH ? Variant::Object(nullptr) : std::move(RangeOf(type)[0]);
-        CHECK_HR(Invoke(object, getter.id, putRef, {value.value}).result, DISP_E_MEMBERNOTFOUND);
+        CHECK_HR(Invoke(object, getter.id, PutRef, {value.value}).result, DISP_E_MEMBERNOTFOUND);
         if (!Find(getter.id, INVOKE_PROPERTYPUT))
-            CHECK_HR(Invoke(object, getter.id, put, {value.value}).result, DISP_E_MEMBERNOTFOUND);
+            CHECK_HR(Invoke(object, getter.id, Put, {value.value}).result, DISP_E_MEMBERNOTFOUND);
     }
 
     void ExerciseValuePut(const Member& putter) {
@@ -177,7 +177,7 @@ private:
             INFO("put " << Show(value.value));
             const bool accepted = IsAccepted(name, value.value);
             CHECK_HR(PutThroughSlot(object.Get(), putter, value), accepted ? S_OK : E_FAIL);
-            CHECK_HR(Invoke(late.Get(), putter.id, put, {value.value}).result,
+            CHECK_HR(Invoke(late.Get(), putter.id, Put, {value.value}).result,
                      accepted ? S_OK : DISP_E_EXCEPTION);
             if (accepted)
                 last = Stored(name, value.value);
@@ -191,7 +191,7 @@ private:
         const GetResult slot = GetThroughSlot(object, getter);
         CHECK_HR(slot.result, S_OK);
         CHECK(Show(slot.value.value) == expected);
-        const InvokeResult invoked = Invoke(object, getter.id, get);
+        const InvokeResult invoked = Invoke(object, getter.id, Get);
         CHECK_HR(invoked.result, S_OK);
         CHECK(Show(invoked.value.value) == expected);
     }
@@ -206,13 +206,13 @@ private:
         CHECK_HR(PutThroughSlot(object.Get(), putter, xml.value), S_OK);
         CheckHolds(object.Get(), getter, Show(xml.value.value));
         const auto late = NewObject();
-        CHECK_HR(Invoke(late.Get(), putter.id, put, {xml.value.value}).result, S_OK);
+        CHECK_HR(Invoke(late.Get(), putter.id, Put, {xml.value.value}).result, S_OK);
         CheckHolds(late.Get(), getter, Show(xml.value.value));
 
         for (const Variant& wrong : RangeOf(VT_BSTR)) {
             INFO("put " << Show(wrong.value));
             CHECK_HR(PutThroughSlot(object.Get(), putter, wrong), E_FAIL);
-            const InvokeResult invoked = Invoke(object.Get(), putter.id, put, {wrong.value});
+            const InvokeResult invoked = Invoke(object.Get(), putter.id, Put, {wrong.value});
             CHECK_HR(invoked.result, DISP_E_EXCEPTION);
             CHECK_HR(invoked.exceptionCode, E_FAIL);
         }
@@ -224,7 +224,7 @@ private:
         CHECK_HR(PutThroughSlot(object.Get(), putter, child), S_OK);
         CheckChild(object.Get(), putter, child.value.pdispVal);
         const Variant second = NewChild(putter.parameters.at(0).interfaceId);
-        CHECK_HR(Invoke(object.Get(), putter.id, put, {second.value}).result, S_OK);
+        CHECK_HR(Invoke(object.Get(), putter.id, Put, {second.value}).result, S_OK);
         CheckChild(object.Get(), putter, second.value.pdispVal);
         IsRequiredChild(Name(putter)) ? CheckRequiredChild(object.Get(), putter, child)
                                       : CheckOptionalChild(object.Get(), putter, child);
@@ -235,7 +235,7 @@ private:
         VariantInit(&argument);
         argument.vt = VT_DISPATCH;
         argument.pdispVal = &failing;
-        CHECK_HR(CallSlot(object.Get(), putter, {argument}), FailingChild::failure);
+        CHECK_HR(CallSlot(object.Get(), putter, {argument}), FailingChild::Failure);
         CHECK(failing.references == 1);
         CheckChild(object.Get(), putter, child.value.pdispVal);
     }
@@ -251,7 +251,7 @@ private:
     /// Checks that the property returns the same object, or null.
     void CheckChild(IDispatch* object, const Member& putter, IDispatch* child) {
         const GetResult slot = GetThroughSlot(object, GetterOf(putter));
-        const InvokeResult invoked = Invoke(object, putter.id, get);
+        const InvokeResult invoked = Invoke(object, putter.id, Get);
         CHECK_HR(slot.result, S_OK);
         CHECK_HR(invoked.result, S_OK);
         for (const VARIANT* got : {&slot.value.value, &invoked.value.value}) {
@@ -266,7 +266,7 @@ private:
         CHECK_HR(PutThroughSlot(object, putter, child), S_OK);
         CHECK_HR(PutThroughSlot(object, putter, null), E_POINTER);
         CheckChild(object, putter, child.value.pdispVal);
-        const InvokeResult invoked = Invoke(object, putter.id, put, {null.value});
+        const InvokeResult invoked = Invoke(object, putter.id, Put, {null.value});
         CHECK_HR(invoked.result, DISP_E_EXCEPTION);
         CHECK_HR(invoked.exceptionCode, E_POINTER);
         CheckChild(object, putter, child.value.pdispVal);
@@ -279,7 +279,7 @@ private:
         CHECK_HR(PutThroughSlot(object, putter, null), S_OK);
         CheckChild(object, putter, nullptr);
         CHECK_HR(PutThroughSlot(object, putter, child), S_OK);
-        CHECK_HR(Invoke(object, putter.id, put, {null.value}).result, S_OK);
+        CHECK_HR(Invoke(object, putter.id, Put, {null.value}).result, S_OK);
         CheckChild(object, putter, nullptr);
         CHECK_HR(PutThroughSlot(object, putter, child), S_OK);
         CHECK_HR(PutThroughSlot(object, putter, stranger), S_OK);
@@ -306,13 +306,13 @@ private:
         const bool hasResult = count > 0 && called.parameters.back().isResult;
         if (hasResult)
             arguments.pop_back();
-        InvokeResult invoked = Invoke(NewObject().Get(), called.id, method, arguments);
+        InvokeResult invoked = Invoke(NewObject().Get(), called.id, Method, arguments);
         CHECK_HR(invoked.result, SUCCEEDED(expected) ? S_OK : DISP_E_EXCEPTION);
         CHECK_HR(invoked.exceptionCode, expected);
         if (hasResult && SUCCEEDED(invoked.result))
             std::swap(latePlaces.back(), invoked.value.value);
         CheckOutValues(called, places, latePlaces, SUCCEEDED(expected));
-        CHECK_HR(Invoke(NewObject().Get(), called.id, put, {VARIANT{}}).result, DISP_E_MEMBERNOTFOUND);
+        CHECK_HR(Invoke(NewObject().Get(), called.id, Put, {VARIANT{}}).result, DISP_E_MEMBERNOTFOUND);
     }
 
     /// Zeros, empty texts and variables for the out-values.
@@ -356,13 +356,13 @@ private:
             used.insert(member.id);
         const auto object = NewObject();
         for (MEMBERID id = -1; id <= *used.rbegin() + 2; ++id) {
-            if (used.count(id) > 0)
+            if (used.contains(id))
                 continue;
             INFO("I" << m_class.name << " DISPID " << id);
-            CHECK_HR(Invoke(object.Get(), id, get).result, DISP_E_MEMBERNOTFOUND);
-            CHECK_HR(Invoke(object.Get(), id, method).result, DISP_E_MEMBERNOTFOUND);
+            CHECK_HR(Invoke(object.Get(), id, Get).result, DISP_E_MEMBERNOTFOUND);
+            CHECK_HR(Invoke(object.Get(), id, Method).result, DISP_E_MEMBERNOTFOUND);
             const Variant value = Variant::Number(1);
-            CHECK_HR(Invoke(object.Get(), id, put, {value.value}).result, DISP_E_MEMBERNOTFOUND);
+            CHECK_HR(Invoke(object.Get(), id, Put, {value.value}).result, DISP_E_MEMBERNOTFOUND);
         }
     }
 

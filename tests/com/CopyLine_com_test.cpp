@@ -8,7 +8,7 @@ struct Count {
     HRESULT (STDMETHODCALLTYPE ICopyLine::*put)(LONG);
 };
 
-constexpr Count counts[] = {
+constexpr Count Counts[] = {
     PROPERTY(ICopyLine, Sheets),
     PROPERTY(ICopyLine, PagesBW),
     PROPERTY(ICopyLine, PagesColor),
@@ -26,7 +26,7 @@ std::wstring Fields(const ComPtr<ICopyLine>& line) {
     std::wstring text = Text(line, &ICopyLine::get_PaperSize) + L"|" +
                         Text(line, &ICopyLine::get_PaperDimensions) + L"|" +
                         Text(line, &ICopyLine::get_Attributes);
-    for (const Count& count : counts)
+    for (const Count& count : Counts)
         text += L"|" + std::to_wstring(Value(line, count.get));
     return text;
 }
@@ -45,7 +45,7 @@ TEST_CASE("CopyLine_object_texts_are_stored_independently") {
 TEST_CASE("CopyLine_object_counts_are_stored_independently") {
     const auto line = CreateCopyLine();
     LONG value = 3;
-    for (const Count& count : counts)
+    for (const Count& count : Counts)
         CHECK_HR((line.Get()->*count.put)(value++), S_OK);
     CHECK_TEXT(Fields(line), L"|||3|4|5|6");
 }

@@ -54,7 +54,7 @@ TEST_CASE("CopyLines_object_contains_duplex_as_soon_as_one_line_does") {
           VARIANT_FALSE);
 }
 
-TEST_CASE("CopyLines_object_Item_gives_the_lines_in_their_order") {
+TEST_CASE("CopyLines_object_Item_returns_the_lines_in_order") {
     const auto lines =
         CopyLinesFrom(Line(L"Letter", L"Duplex,B&amp;W", 1, 2, 3, 4) + Line(L"A4", L"Color", 5, 6, 7, 8));
     const std::wstring expected[] = {Line(L"A4", L"Color", 5, 6, 7, 8),

@@ -7,41 +7,41 @@
 
 namespace {
 
-const std::wstring contentsElement = L"<JobContents><JobCopyLines/></JobContents>";
-const std::wstring resultsElement = L"<PolicyResults Version=\"4.0\"><PolicyId>5</PolicyId></PolicyResults>";
+const std::wstring ContentsElement = L"<JobContents><JobCopyLines/></JobContents>";
+const std::wstring ResultsElement = L"<PolicyResults Version=\"4.0\"><PolicyId>5</PolicyId></PolicyResults>";
 
 /// The names and constants of each job.
 template<class Job>
 struct Form;
 template<>
 struct Form<ICopyJob> {
-    static constexpr const wchar_t* root = L"CopyJob";
-    static constexpr const wchar_t* version = L"4.0";
+    static constexpr const wchar_t* Root = L"CopyJob";
+    static constexpr const wchar_t* Version = L"4.0";
     static ComPtr<ICopyJob> Create() { return CreateCopyJob(); }
 };
 template<>
 struct Form<IScanJob> {
-    static constexpr const wchar_t* root = L"ScanJob";
-    static constexpr const wchar_t* version = L"4.0";
+    static constexpr const wchar_t* Root = L"ScanJob";
+    static constexpr const wchar_t* Version = L"4.0";
     static ComPtr<IScanJob> Create() { return CreateScanJob(); }
 };
 template<>
 struct Form<IFaxJob> {
-    static constexpr const wchar_t* root = L"FaxJob";
-    static constexpr const wchar_t* version = L"4.2";
+    static constexpr const wchar_t* Root = L"FaxJob";
+    static constexpr const wchar_t* Version = L"4.2";
     static ComPtr<IFaxJob> Create() { return CreateFaxJob(); }
 };
 
 template<class Job>
 HRESULT Read(const ComPtr<Job>& job, std::wstring_view version, std::wstring_view elements) {
-    return Put(job, &Job::put_Xml, RecordText(Form<Job>::root, version, elements));
+    return Put(job, &Job::put_Xml, RecordText(Form<Job>::Root, version, elements));
 }
 
 template<class Job>
 ComPtr<Job> JobFrom(std::wstring_view elements) {
     auto job = Form<Job>::Create();
     INFO(Narrow(elements));
-    REQUIRE_HR(Read(job, Form<Job>::version, std::wstring(elements) + contentsElement), S_OK);
+    REQUIRE_HR(Read(job, Form<Job>::Version, std::wstring(elements) + ContentsElement), S_OK);
     return job;
 }
 
@@ -56,7 +56,7 @@ template<class Job>
 void CheckIgnoresPolicyResults() {
     const auto job = Form<Job>::Create();
     REQUIRE_HR(job->put_PolicyResults(CreatePolicyResults().Get()), S_OK);
-    REQUIRE_HR(Read(job, L"3.5", contentsElement + resultsElement), S_OK);
+    REQUIRE_HR(Read(job, L"3.5", ContentsElement + ResultsElement), S_OK);
     CHECK_TEXT(Text(job, &Job::get_Version), L"3.5");
     CHECK_FALSE(Held(job, &Job::get_PolicyResults));
     REQUIRE_HR(job->put_PolicyResults(CreatePolicyResults().Get()), S_OK);
@@ -126,32 +126,32 @@ TEST_EACH_JOB(without_its_root_fails_with_its_message) {
     const auto job = Form<Job>::Create();
     for (const wchar_t* text : {L"", L"<x/>", L"<PrintJob Version=\"4.2\"/>", L"<CopyJob", L"x"}) {
         CHECK_HR(Put(job, &Job::put_Xml, text), E_FAIL);
-        CHECK_TEXT(TakeErrorDescription(), std::wstring(Form<Job>::root) + L" element is missing.");
+        CHECK_TEXT(TakeErrorDescription(), std::wstring(Form<Job>::Root) + L" element is missing.");
     }
 }
 
 TEST_EACH_JOB(version_has_no_default) {
     const auto job = Form<Job>::Create();
-    const std::wstring root = Form<Job>::root;
+    const std::wstring root = Form<Job>::Root;
     for (const std::wstring attribute : {L"", L" Version=\"\"", L" Version=\"4\""}) {
         CHECK_HR(
-            Put(job, &Job::put_Xml, L"<" + root + attribute + L">" + contentsElement + L"</" + root + L">"),
+            Put(job, &Job::put_Xml, L"<" + root + attribute + L">" + ContentsElement + L"</" + root + L">"),
             E_FAIL);
         CHECK_TEXT(TakeErrorDescription(),
                    L"Version has fewer than two components or more than four components.");
     }
-    CHECK_HR(Read(job, L"4.x", contentsElement), E_FAIL);
+    CHECK_HR(Read(job, L"4.x", ContentsElement), E_FAIL);
     CHECK_TEXT(TakeErrorDescription(),
                L"A major, minor, build, or revision component is not a valid non-zero number.");
-    CHECK_TEXT(Text(job, &Job::get_Version), Form<Job>::version);
+    CHECK_TEXT(Text(job, &Job::get_Version), Form<Job>::Version);
 }
 
 TEST_EACH_JOB(version_is_kept_with_its_components) {
     const auto job = Form<Job>::Create();
     for (const wchar_t* version : {L"4.2", L"4.2.0", L"7.26", L"9.8.7.6"}) {
-        REQUIRE_HR(Read(job, version, contentsElement), S_OK);
+        REQUIRE_HR(Read(job, version, ContentsElement), S_OK);
         CHECK_TEXT(Text(job, &Job::get_Version), version);
-        const std::wstring root = Form<Job>::root;
+        const std::wstring root = Form<Job>::Root;
         CHECK_HAS(Text(job, &Job::get_Xml), L"<" + root +
                                                 L" xmlns=\"http://schemas.corvane.example/OutputManagement/" +
                                                 root + L"\" Version=\"" + version + L"\"><JobGuid/>");
@@ -163,11 +163,11 @@ TEST_CASE("DeviceJob_older_version_is_raised_for_a_fax_only") {
     const auto scan = CreateScanJob();
     const auto fax = CreateFaxJob();
     for (const wchar_t* version : {L"0.0", L"3.5", L"4.0", L"4.1.9"}) {
-        REQUIRE_HR(Read(copy, version, contentsElement), S_OK);
+        REQUIRE_HR(Read(copy, version, ContentsElement), S_OK);
         CHECK_TEXT(Text(copy, &ICopyJob::get_Version), version);
-        REQUIRE_HR(Read(scan, version, contentsElement), S_OK);
+        REQUIRE_HR(Read(scan, version, ContentsElement), S_OK);
         CHECK_TEXT(Text(scan, &IScanJob::get_Version), version);
-        REQUIRE_HR(Read(fax, version, contentsElement + resultsElement), S_OK);
+        REQUIRE_HR(Read(fax, version, ContentsElement + ResultsElement), S_OK);
         CHECK_TEXT(Text(fax, &IFaxJob::get_Version), L"4.2");
         CHECK(Held(fax, &IFaxJob::get_PolicyResults)); // of the raised version
     }
@@ -186,7 +186,7 @@ TEST_EACH_JOB(elements_are_read_in_any_order_and_default_when_missing) {
     CHECK(Value(job, &Job::get_IdentifierType) == 3);
     CHECK(Value(job, &Job::get_DeviceId) == 12);
     CHECK_TEXT(DateText(Value(job, &Job::get_JobTimeLocal)), L"2010-03-04T05:06:07");
-    REQUIRE_HR(Read(job, Form<Job>::version, contentsElement), S_OK);
+    REQUIRE_HR(Read(job, Form<Job>::Version, ContentsElement), S_OK);
     CHECK_TEXT(Text(job, &Job::get_JobGuid), L"");
     CHECK_TEXT(Text(job, &Job::get_CustomerCode), L"");
     CHECK_TEXT(Text(job, &Job::get_IdentifierData), L"");
@@ -209,7 +209,7 @@ TEST_EACH_JOB(time_is_not_stamped) {
     const auto job = Form<Job>::Create();
     for (const wchar_t* text : {L"", L"x", L"2010-13-01", L"00:00:00"}) {
         REQUIRE_HR(
-            Read(job, L"4.2", L"<JobTimeLocal>" + std::wstring(text) + L"</JobTimeLocal>" + contentsElement),
+            Read(job, L"4.2", L"<JobTimeLocal>" + std::wstring(text) + L"</JobTimeLocal>" + ContentsElement),
             S_OK);
         CHECK_HAS(Text(job, &Job::get_Xml), L"<JobTimeLocal/>");
         CHECK(Value(job, &Job::get_JobTimeLocal) == 0);
@@ -240,17 +240,17 @@ TEST_EACH_JOB(reads_into_the_held_children) {
     const auto job = Form<Job>::Create();
     const auto contents = Held(job, &Job::get_JobContents);
     REQUIRE_HR(Read(job, L"4.2",
-                    L"<JobContents><JobCopyLines/><JobCopies>3</JobCopies></JobContents>" + resultsElement),
+                    L"<JobContents><JobCopyLines/><JobCopies>3</JobCopies></JobContents>" + ResultsElement),
                S_OK);
     CHECK(Held(job, &Job::get_JobContents).Get() == contents.Get());
     CHECK(Value(contents, &IJobContents::get_JobCopies) == 3);
     const auto results = Held(job, &Job::get_PolicyResults);
     REQUIRE(results);
     CHECK(Value(results, &IPolicyResults::get_PolicyId) == 5);
-    REQUIRE_HR(Read(job, L"4.2", contentsElement + L"<PolicyResults Version=\"4.0\"/>"), S_OK);
+    REQUIRE_HR(Read(job, L"4.2", ContentsElement + L"<PolicyResults Version=\"4.0\"/>"), S_OK);
     CHECK(Held(job, &Job::get_PolicyResults).Get() == results.Get());
     CHECK(Value(results, &IPolicyResults::get_PolicyId) == 0);
-    REQUIRE_HR(Read(job, L"4.2", contentsElement), S_OK);
+    REQUIRE_HR(Read(job, L"4.2", ContentsElement), S_OK);
     CHECK_FALSE(Held(job, &Job::get_PolicyResults));
 }
 
@@ -258,7 +258,7 @@ TEST_EACH_JOB(child_that_cannot_be_read_fails_with_its_own_message) {
     const auto job = Form<Job>::Create();
     CHECK_HR(Read(job, L"4.2", L"<JobContents/>"), E_FAIL);
     CHECK_TEXT(TakeErrorDescription(), L"[CJobContentsImpl::put_Xml] Invalid Xml fragment");
-    CHECK_HR(Read(job, L"4.2", contentsElement + L"<PolicyResults Version=\"4.x\"/>"), E_FAIL);
+    CHECK_HR(Read(job, L"4.2", ContentsElement + L"<PolicyResults Version=\"4.x\"/>"), E_FAIL);
     CHECK_TEXT(TakeErrorDescription(),
                L"A major, minor, build, or revision component is not a valid non-zero number.");
 }
@@ -276,7 +276,7 @@ TEST_CASE("ScanJob_own_properties_are_kept_and_read") {
     CHECK_TEXT(Text(read, &IScanJob::get_Destination), L"d");
     CHECK(Value(read, &IScanJob::get_Duration) == 61);
     REQUIRE_HR(
-        Read(read, L"4.0", L"<Duration>-3</Duration><DestinationType>x</DestinationType>" + contentsElement),
+        Read(read, L"4.0", L"<Duration>-3</Duration><DestinationType>x</DestinationType>" + ContentsElement),
         S_OK);
     CHECK(Value(read, &IScanJob::get_DestinationType) == 0);
     CHECK_TEXT(Text(read, &IScanJob::get_Destination), L"");
@@ -295,7 +295,7 @@ TEST_CASE("FaxJob_own_properties_are_kept_and_read") {
     CHECK_TEXT(Text(read, &IFaxJob::get_PhoneNumber), L"+49");
     CHECK_TEXT(Text(read, &IFaxJob::get_RemoteStationId), L"r");
     CHECK(Value(read, &IFaxJob::get_Duration) == 61);
-    REQUIRE_HR(Read(read, L"4.2", L"<Duration>-3</Duration>" + contentsElement), S_OK);
+    REQUIRE_HR(Read(read, L"4.2", L"<Duration>-3</Duration>" + ContentsElement), S_OK);
     CHECK_TEXT(Text(read, &IFaxJob::get_PhoneNumber), L"");
     CHECK_TEXT(Text(read, &IFaxJob::get_RemoteStationId), L"");
     CHECK(Value(read, &IFaxJob::get_Duration) == 0);

@@ -72,7 +72,7 @@ public:
     EXCEPINFO info{};
 };
 
-constexpr DISPID printJobXml = 1, printJobSize = 6;
+constexpr DISPID PrintJobXml = 1, PrintJobSize = 6;
 
 HRESULT Invoke(IDispatch* object, DISPID id, WORD flags, DISPPARAMS& parameters, VARIANT* result = nullptr,
                REFIID iid = IID_NULL) {
@@ -98,7 +98,7 @@ TEST_CASE("Dispatch_has_one_type_information") {
     }
 }
 
-TEST_CASE("Dispatch_gives_the_type_information_of_the_own_interface") {
+TEST_CASE("Dispatch_returns_the_type_information_of_its_interface") {
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);
         const auto object = CreateDispatch(each);
@@ -163,7 +163,7 @@ TEST_CASE("Dispatch_refuses_unknown_names") {
     }
 }
 
-TEST_CASE("Dispatch_refuses_name_lists_that_are_null") {
+TEST_CASE("Dispatch_refuses_null_name_lists") {
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);
         const auto object = CreateDispatch(each);
@@ -199,8 +199,8 @@ TEST_CASE("Dispatch_refuses_null_parameters") {
 TEST_CASE("Dispatch_needs_neither_result_nor_exception_nor_argument_error") {
     const auto job = CreatePrintJob();
     DISPPARAMS none{};
-    CHECK_HR(Invoke(job.Get(), printJobXml, DISPATCH_PROPERTYGET, none), S_OK);
-    CHECK_HR(InvokePut(job.Get(), printJobXml, TextVariant(UniqueBstr(L"<x/>"))), DISP_E_EXCEPTION);
+    CHECK_HR(Invoke(job.Get(), PrintJobXml, DISPATCH_PROPERTYGET, none), S_OK);
+    CHECK_HR(InvokePut(job.Get(), PrintJobXml, TextVariant(UniqueBstr(L"<x/>"))), DISP_E_EXCEPTION);
 }
 
 TEST_CASE("Dispatch_refuses_a_call_with_too_few_arguments") {
@@ -215,14 +215,14 @@ TEST_CASE("Dispatch_refuses_a_call_with_too_few_arguments") {
 
 TEST_CASE("Dispatch_converts_arguments_and_refuses_what_it_cannot_convert") {
     const auto job = CreatePrintJob();
-    CHECK_HR(InvokePut(job.Get(), printJobSize, TextVariant(UniqueBstr(L"42"))), S_OK);
+    CHECK_HR(InvokePut(job.Get(), PrintJobSize, TextVariant(UniqueBstr(L"42"))), S_OK);
     CHECK(Value(job, &IPrintJob::get_JobSize) == 42);
-    CHECK_HR(InvokePut(job.Get(), printJobSize, TextVariant(UniqueBstr(L"many"))), DISP_E_TYPEMISMATCH);
+    CHECK_HR(InvokePut(job.Get(), PrintJobSize, TextVariant(UniqueBstr(L"many"))), DISP_E_TYPEMISMATCH);
     CHECK(Value(job, &IPrintJob::get_JobSize) == 42);
     VARIANT wide = NumberVariant(0);
     wide.vt = VT_R8;
     wide.dblVal = 1e12;
-    CHECK_HR(InvokePut(job.Get(), printJobSize, wide), DISP_E_OVERFLOW);
+    CHECK_HR(InvokePut(job.Get(), PrintJobSize, wide), DISP_E_OVERFLOW);
     CHECK(Value(job, &IPrintJob::get_JobSize) == 42);
 }
 
@@ -261,14 +261,14 @@ TEST_CASE("Dispatch_and_the_virtual_table_reach_the_same_state") {
     VARIANT value;
     VariantInit(&value);
     DISPPARAMS none{};
-    CHECK_HR(Invoke(job.Get(), printJobSize, DISPATCH_PROPERTYGET, none, &value), S_OK);
+    CHECK_HR(Invoke(job.Get(), PrintJobSize, DISPATCH_PROPERTYGET, none, &value), S_OK);
     CHECK(value.vt == VT_I4);
     CHECK(value.lVal == 7);
-    CHECK_HR(InvokePut(job.Get(), printJobSize, NumberVariant(8)), S_OK);
+    CHECK_HR(InvokePut(job.Get(), PrintJobSize, NumberVariant(8)), S_OK);
     CHECK(Value(job, &IPrintJob::get_JobSize) == 8);
 }
 
-TEST_CASE("ErrorInfo_is_supported_for_the_own_interface_only") {
+TEST_CASE("ErrorInfo_is_supported_for_the_object_s_interface_only") {
     for (const LibraryClass& each : LibraryClasses()) {
         const auto object = CreateDispatch(each);
         ComPtr<ISupportErrorInfo> support;

@@ -16,7 +16,7 @@ public:
     explicit Image(HMODULE module) : m_base(reinterpret_cast<const BYTE*>(module)) {
         const auto* dos = At<IMAGE_DOS_HEADER>(0);
         REQUIRE(dos->e_magic == IMAGE_DOS_SIGNATURE);
-        m_headers = At<IMAGE_NT_HEADERS32>(static_cast<DWORD>(dos->e_lfanew));
+        m_headers = At<IMAGE_NT_HEADERS>(static_cast<DWORD>(dos->e_lfanew));
         REQUIRE(m_headers->Signature == IMAGE_NT_SIGNATURE);
     }
 
@@ -24,14 +24,14 @@ public:
     const Type* At(DWORD address) const {
         return reinterpret_cast<const Type*>(m_base + address);
     }
-    const IMAGE_NT_HEADERS32& Headers() const { return *m_headers; }
+    const IMAGE_NT_HEADERS& Headers() const { return *m_headers; }
     const IMAGE_DATA_DIRECTORY& Directory(unsigned index) const {
         return m_headers->OptionalHeader.DataDirectory[index];
     }
 
 private:
     const BYTE* m_base;
-    const IMAGE_NT_HEADERS32* m_headers;
+    const IMAGE_NT_HEADERS* m_headers;
 };
 
 std::string LowerCase(std::string text) {
@@ -44,7 +44,7 @@ std::set<std::string> ImportedModules(const Image& image) {
     std::set<std::string> modules;
     const DWORD start = image.Directory(IMAGE_DIRECTORY_ENTRY_IMPORT).VirtualAddress;
     REQUIRE(start != 0);
-    for (auto* entry = image.At<IMAGE_IMPORT_DESCRIPTOR>(start); entry->Name; ++entry)
+    for (const auto* entry = image.At<IMAGE_IMPORT_DESCRIPTOR>(start); entry->Name; ++entry)
         modules.insert(LowerCase(image.At<char>(entry->Name)));
     return modules;
 }
@@ -104,10 +104,14 @@ TEST_CASE("Imports_come_from_the_system_alone") {
     CHECK(image.Directory(IMAGE_DIRECTORY_ENTRY_DELAY_IMPORT).VirtualAddress == 0);
 }
 
-TEST_CASE("Image_is_a_relocatable_32_bit_library") {
+TEST_CASE("Image_is_a_relocatable_library_of_the_bitness_of_its_build") {
     const Library library;
-    const IMAGE_NT_HEADERS32& headers = Image(library.Module()).Headers();
+    const IMAGE_NT_HEADERS& headers = Image(library.Module()).Headers();
+#ifdef _WIN64
+    CHECK(headers.FileHeader.Machine == IMAGE_FILE_MACHINE_AMD64);
+#else
     CHECK(headers.FileHeader.Machine == IMAGE_FILE_MACHINE_I386);
+#endif
     CHECK((headers.FileHeader.Characteristics & IMAGE_FILE_DLL) != 0);
     CHECK((headers.FileHeader.Characteristics & IMAGE_FILE_RELOCS_STRIPPED) == 0);
 }
@@ -142,7 +146,7 @@ TEST_CASE("StringTable_holds_four_texts_and_no_other") {
     const std::set<UINT> used = {100, 101, 103, 104};
     for (UINT id = 1; id < 1000; ++id) {
         INFO(id);
-        CHECK(StringResource(library, id).empty() == (used.count(id) == 0));
+        CHECK(StringResource(library, id).empty() == (!used.contains(id)));
     }
 }
 

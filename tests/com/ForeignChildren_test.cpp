@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr auto ownResult = static_cast<HRESULT>(0x8004FF05); // without a system message
-constexpr auto foreignText = L"<Foreign>1 &lt; 2</Foreign>";
+constexpr auto OwnResult = static_cast<HRESULT>(0x8004FF05); // without a system message
+constexpr auto ForeignText = L"<Foreign>1 &lt; 2</Foreign>";
 
 /// One kind of child: the property that sets it and its XML element.
 struct Kind {
@@ -18,7 +18,7 @@ struct Kind {
     bool required;
 };
 
-const Kind kinds[] = {
+const Kind Kinds[] = {
     {"JobContents", __uuidof(IJobContents),
      [](IPrintJob* job, ForeignChild& child) { return job->put_JobContents(child.As<IJobContents>()); },
      L"<JobContents a=\"1\">x</JobContents>", true},
@@ -52,7 +52,7 @@ std::wstring ChildText(const Kind& kind) {
 } // namespace
 
 TEST_CASE("ForeignChild_is_held_and_released_by_the_job") {
-    for (const Kind& kind : kinds) {
+    for (const Kind& kind : Kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
         {
@@ -73,7 +73,7 @@ TEST_CASE("ForeignChild_is_held_and_released_by_the_job") {
 }
 
 TEST_CASE("ForeignChild_may_use_its_job_during_the_job_s_destruction") {
-    for (const Kind& kind : kinds) {
+    for (const Kind& kind : Kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
         int looks = 0;
@@ -105,10 +105,10 @@ TEST_CASE("ForeignChild_may_use_its_job_during_the_job_s_destruction") {
 }
 
 TEST_CASE("ForeignChild_text_is_written_into_the_job_s_unchanged") {
-    for (const Kind& kind : kinds) {
+    for (const Kind& kind : Kinds) {
         INFO(kind.name);
         // Includes malformed text, because jobs do not parse it.
-        for (const wchar_t* text : {foreignText, L"", L"no markup < & at all", L"<a></b>"}) {
+        for (const wchar_t* text : {ForeignText, L"", L"no markup < & at all", L"<a></b>"}) {
             ForeignChild child(kind.interfaceId);
             child.xml = text;
             const auto job = CreatePrintJob();
@@ -126,13 +126,13 @@ TEST_CASE("ForeignChild_text_is_written_into_the_job_s_unchanged") {
 }
 
 TEST_CASE("ForeignChild_texts_are_written_in_their_order") {
-    ForeignChild children[] = {ForeignChild(kinds[0].interfaceId), ForeignChild(kinds[1].interfaceId),
-                               ForeignChild(kinds[2].interfaceId), ForeignChild(kinds[3].interfaceId)};
+    ForeignChild children[] = {ForeignChild(Kinds[0].interfaceId), ForeignChild(Kinds[1].interfaceId),
+                               ForeignChild(Kinds[2].interfaceId), ForeignChild(Kinds[3].interfaceId)};
     const wchar_t* const texts[] = {L"<A/>", L"<B/>", L"<C/>", L"<D/>"};
     const auto job = CreatePrintJob();
     for (int i = 0; i < 4; ++i) {
         children[i].xml = texts[i];
-        REQUIRE_HR(kinds[i].put(job.Get(), children[i]), S_OK);
+        REQUIRE_HR(Kinds[i].put(job.Get(), children[i]), S_OK);
     }
     CHECK_HAS(UncheckedText(job, &IPrintJob::get_Xml),
               L"</JobContentsDiscardCount><A/><PageCounterInfo><B/><PageCounterErrorMessage/>"
@@ -140,7 +140,7 @@ TEST_CASE("ForeignChild_texts_are_written_in_their_order") {
 }
 
 TEST_CASE("ForeignChild_receives_its_element_when_the_job_is_read") {
-    for (const Kind& kind : kinds) {
+    for (const Kind& kind : Kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
         const auto job = CreatePrintJob();
@@ -156,14 +156,14 @@ TEST_CASE("ForeignChild_receives_its_element_when_the_job_is_read") {
 }
 
 TEST_CASE("ForeignChild_failure_of_reading_is_returned_unchanged") {
-    for (const Kind& kind : kinds) {
+    for (const Kind& kind : Kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
         child.ExplainFailures(L"The child does not like it.");
-        child.putResult = ownResult;
+        child.putResult = OwnResult;
         const auto job = CreatePrintJob();
         REQUIRE_HR(kind.put(job.Get(), child), S_OK);
-        CHECK_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), ownResult);
+        CHECK_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), OwnResult);
         ComPtr<IErrorInfo> info;
         REQUIRE_HR(GetErrorInfo(0, info.Put()), S_OK);
         CHECK(info.Get() == child.explanation.Get());
@@ -172,15 +172,15 @@ TEST_CASE("ForeignChild_failure_of_reading_is_returned_unchanged") {
 }
 
 TEST_CASE("ForeignChild_failure_of_writing_is_returned_unchanged") {
-    for (const Kind& kind : kinds) {
+    for (const Kind& kind : Kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
         child.ExplainFailures(L"The child has nothing to say.");
-        child.getResult = ownResult;
+        child.getResult = OwnResult;
         const auto job = CreatePrintJob();
         REQUIRE_HR(kind.put(job.Get(), child), S_OK);
         UniqueBstr xml;
-        CHECK_HR(job->get_Xml(xml.Put()), ownResult);
+        CHECK_HR(job->get_Xml(xml.Put()), OwnResult);
         CHECK(xml.Get() == nullptr);
         ComPtr<IErrorInfo> info;
         REQUIRE_HR(GetErrorInfo(0, info.Put()), S_OK);
@@ -194,24 +194,24 @@ TEST_CASE("ForeignChild_failure_of_writing_is_returned_unchanged") {
 TEST_CASE("ForeignChild_failure_of_the_page_counter_contents_fails_their_own_text_too") {
     ForeignChild child(__uuidof(IJobContents));
     child.ExplainFailures(L"The child has nothing to say.");
-    child.getResult = ownResult;
+    child.getResult = OwnResult;
     const auto job = CreatePrintJob();
     REQUIRE_HR(job->put_PageCounterJobContents(child.As<IJobContents>()), S_OK);
     BSTR text = reinterpret_cast<BSTR>(0x5A5A5A5A);
-    CHECK_HR(job->get_PageCounterInfoXml(&text), ownResult);
+    CHECK_HR(job->get_PageCounterInfoXml(&text), OwnResult);
     CHECK(text == nullptr);
     CHECK_TEXT(TakeErrorDescription(), L"The child has nothing to say.");
 }
 
 TEST_CASE("ForeignChild_failure_without_error_information_gets_the_text_of_its_result") {
-    for (const Kind& kind : kinds) {
+    for (const Kind& kind : Kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
-        child.putResult = ownResult;
+        child.putResult = OwnResult;
         child.getResult = static_cast<HRESULT>(0x80040200);
         const auto job = CreatePrintJob();
         REQUIRE_HR(kind.put(job.Get(), child), S_OK);
-        CHECK_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), ownResult);
+        CHECK_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), OwnResult);
         CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
         UniqueBstr xml;
         CHECK_HR(job->get_Xml(xml.Put()), child.getResult);
@@ -220,21 +220,21 @@ TEST_CASE("ForeignChild_failure_without_error_information_gets_the_text_of_its_r
 }
 
 TEST_CASE("ForeignChild_failure_is_not_explained_by_an_earlier_one") {
-    for (const Kind& kind : kinds) {
+    for (const Kind& kind : Kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
         child.ExplainFailures(L"about an earlier call");
         child.explainsEachFailure = false; // supports error information, but sets none
-        child.putResult = ownResult;
-        child.getResult = ownResult;
+        child.putResult = OwnResult;
+        child.getResult = OwnResult;
         const auto job = CreatePrintJob();
         REQUIRE_HR(kind.put(job.Get(), child), S_OK);
         SetErrorInfo(0, child.explanation.Get());
-        CHECK_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), ownResult);
+        CHECK_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), OwnResult);
         CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
         SetErrorInfo(0, child.explanation.Get());
         UniqueBstr xml;
-        CHECK_HR(job->get_Xml(xml.Put()), ownResult);
+        CHECK_HR(job->get_Xml(xml.Put()), OwnResult);
         CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
     }
 }
@@ -242,12 +242,12 @@ TEST_CASE("ForeignChild_failure_is_not_explained_by_an_earlier_one") {
 TEST_CASE("ForeignChild_error_information_without_declared_support_is_not_passed_on") {
     ForeignChild child(__uuidof(IJobContents));
     child.ExplainFailures(L"about something else");
-    child.getResult = ownResult;
+    child.getResult = OwnResult;
     child.vouches = S_FALSE;
     const auto job = CreatePrintJob();
     REQUIRE_HR(job->put_JobContents(child.As<IJobContents>()), S_OK);
     UniqueBstr xml;
-    CHECK_HR(job->get_Xml(xml.Put()), ownResult);
+    CHECK_HR(job->get_Xml(xml.Put()), OwnResult);
     CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
 }
 
@@ -264,7 +264,7 @@ TEST_CASE("ForeignChild_receives_the_white_space_after_its_element_too") {
 }
 
 TEST_CASE("ForeignChild_without_the_interface_clears_an_optional_child") {
-    for (const Kind& kind : kinds) {
+    for (const Kind& kind : Kinds) {
         INFO(kind.name);
         ForeignChild held(kind.interfaceId);
         ForeignChild child(kind.interfaceId);
@@ -277,15 +277,15 @@ TEST_CASE("ForeignChild_without_the_interface_clears_an_optional_child") {
     }
 }
 
-TEST_CASE("ForeignChild_that_fails_its_query_otherwise_leaves_the_held_child_alone") {
-    for (const Kind& kind : kinds) {
+TEST_CASE("ForeignChild_whose_query_fails_with_another_code_does_not_replace_the_held_child") {
+    for (const Kind& kind : Kinds) {
         INFO(kind.name);
         ForeignChild held(kind.interfaceId);
         ForeignChild child(kind.interfaceId);
-        child.queryResult = ownResult;
+        child.queryResult = OwnResult;
         const auto job = CreatePrintJob();
         REQUIRE_HR(kind.put(job.Get(), held), S_OK);
-        CHECK_HR(kind.put(job.Get(), child), ownResult);
+        CHECK_HR(kind.put(job.Get(), child), OwnResult);
         CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
         CHECK(held.references == 1);
         CHECK(child.references == 0);
@@ -310,39 +310,39 @@ TEST_CASE("ForeignChild_of_a_device_job_follows_the_same_rules") {
     CHECK_TEXT(results.xml, L"<PolicyResults>p</PolicyResults>");
 
     results.ExplainFailures(L"The results do not like it.");
-    results.putResult = ownResult;
-    CHECK_HR(Put(job, &IFaxJob::put_Xml, text), ownResult);
+    results.putResult = OwnResult;
+    CHECK_HR(Put(job, &IFaxJob::put_Xml, text), OwnResult);
     CHECK_TEXT(TakeErrorDescription(), L"The results do not like it.");
     contents.putResult = E_ACCESSDENIED;
     CHECK_HR(Put(job, &IFaxJob::put_Xml, text), E_ACCESSDENIED);
     contents.ExplainFailures(L"The contents have nothing to say.");
-    contents.getResult = ownResult;
+    contents.getResult = OwnResult;
     UniqueBstr xml;
-    CHECK_HR(job->get_Xml(xml.Put()), ownResult);
+    CHECK_HR(job->get_Xml(xml.Put()), OwnResult);
     CHECK_TEXT(TakeErrorDescription(), L"The contents have nothing to say.");
 
     CHECK(contents.references == 1);
     CHECK(results.references == 1);
-    contents.queryResult = ownResult;
+    contents.queryResult = OwnResult;
     results.queryResult = E_NOINTERFACE;
-    CHECK_HR(job->put_JobContents(contents.As<IJobContents>()), ownResult);
+    CHECK_HR(job->put_JobContents(contents.As<IJobContents>()), OwnResult);
     CHECK_HR(job->put_PolicyResults(results.As<IPolicyResults>()), S_OK);
     CHECK(contents.references == 1);
     CHECK(results.references == 0);
 }
 
 TEST_CASE("ForeignChild_replaced_from_inside_its_own_call_lives_until_the_call_ends") {
-    for (const Kind& kind : kinds) {
+    for (const Kind& kind : Kinds) {
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
         ForeignChild other(kind.interfaceId);
         const auto job = CreatePrintJob();
         child.callBack = [&] { CHECK_HR(kind.put(job.Get(), other), S_OK); };
-        child.xml = foreignText;
-        other.xml = foreignText;
+        child.xml = ForeignText;
+        other.xml = ForeignText;
 
         REQUIRE_HR(kind.put(job.Get(), child), S_OK);
-        CHECK_HAS(UncheckedText(job, &IPrintJob::get_Xml), foreignText);
+        CHECK_HAS(UncheckedText(job, &IPrintJob::get_Xml), ForeignText);
         CHECK(child.referencesAfterCallBack == 1);
         CHECK(child.references == 0);
 

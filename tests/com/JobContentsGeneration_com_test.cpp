@@ -62,7 +62,7 @@ std::wstring GenerateGeneral(const ComPtr<IJobContents>& contents, const wchar_t
                                                                     copies, stripColor, &result),
                S_OK);
     REQUIRE(result != nullptr);
-    const std::wstring text(result, SysStringLen(result));
+    std::wstring text(result, SysStringLen(result));
     SysFreeString(result);
     return text;
 }

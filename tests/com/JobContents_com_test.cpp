@@ -15,7 +15,7 @@ ComPtr<ICopyLines> Lines(const ComPtr<IJobContents>& contents) {
     return lines;
 }
 
-constexpr wchar_t invalidFragment[] = L"[CJobContentsImpl::put_Xml] Invalid Xml fragment";
+constexpr wchar_t InvalidFragment[] = L"[CJobContentsImpl::put_Xml] Invalid Xml fragment";
 
 /// The results of MatchAttributes, from garbage out-values.
 struct Match {
@@ -167,11 +167,11 @@ TEST_CASE("JobContents_object_Xml_without_its_element_fails_with_the_layers_text
     for (const wchar_t* xml : {L"", L"<x/>", L"<jobcontents/>", L"<JobContents>"}) {
         INFO(Narrow(xml));
         CHECK_HR(Put(contents, &IJobContents::put_Xml, xml), E_FAIL);
-        CHECK_TEXT(TakeErrorDescription(), invalidFragment);
+        CHECK_TEXT(TakeErrorDescription(), InvalidFragment);
         CHECK_TEXT(Text(contents, &IJobContents::get_JobPdl), L"p");
     }
     CHECK_HR(contents->put_Xml(nullptr), E_FAIL);
-    CHECK_TEXT(TakeErrorDescription(), invalidFragment);
+    CHECK_TEXT(TakeErrorDescription(), InvalidFragment);
 }
 
 TEST_CASE("JobContents_object_Xml_without_copy_lines_fails_after_reading_the_rest") {
@@ -181,7 +181,7 @@ TEST_CASE("JobContents_object_Xml_without_copy_lines_fails_after_reading_the_res
         Put(contents, &IJobContents::put_Xml,
             L"<JobContents Version=\"4.1\"><JobOriginals>2</JobOriginals><JobPdl>p</JobPdl></JobContents>"),
         E_FAIL);
-    CHECK_TEXT(TakeErrorDescription(), invalidFragment);
+    CHECK_TEXT(TakeErrorDescription(), InvalidFragment);
     CHECK_TEXT(Text(contents, &IJobContents::get_Version), L"4.1");
     CHECK(Value(contents, &IJobContents::get_JobOriginals) == 2);
     CHECK_TEXT(Text(contents, &IJobContents::get_JobPdl), L"p");
@@ -286,7 +286,7 @@ TEST_CASE("JobContents_object_MatchAttributes_adds_default_sides_only_with_the_f
     CHECK_TEXT(Match(contents, L"A4,Draft").pageAttributes, L"Simplex,B&W,Draft");
 }
 
-TEST_CASE("JobContents_object_MatchAttributes_leaves_a_second_word_of_a_pair_and_knows_Mono") {
+TEST_CASE("JobContents_object_MatchAttributes_returns_the_second_word_of_a_pair_and_reads_Mono") {
     const auto contents = CreateJobContents();
     const Match twice(contents, L"A4,Duplex,duplex");
     CHECK_TEXT(twice.pageAttributes, L"Duplex,B&W");

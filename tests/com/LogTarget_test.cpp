@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr auto notOfThisType = static_cast<HRESULT>(0x800710DD);
+constexpr auto NotOfThisType = static_cast<HRESULT>(0x800710DD);
 
 std::wstring NotSupported(std::wstring_view property, std::wstring_view type) {
     std::wstring text = L"The ";
@@ -25,19 +25,19 @@ void CheckOnlyPropertyOf(const ComPtr<IPrintJob>& job, LONG type, std::wstring_v
     BSTR const untouched = reinterpret_cast<BSTR>(0x5A5A5A5A);
     if (type != 1) {
         BSTR text = untouched;
-        CHECK_HR(job->get_LogicalPrinterGuid(&text), notOfThisType);
+        CHECK_HR(job->get_LogicalPrinterGuid(&text), NotOfThisType);
         CHECK(text == untouched);
         CHECK_TEXT(TakeErrorDescription(), NotSupported(L"LogicalPrinterGuid", typeName));
     }
     if (type != 2) {
         LONG number = 0x5A5A5A5A;
-        CHECK_HR(job->get_DeviceId(&number), notOfThisType);
+        CHECK_HR(job->get_DeviceId(&number), NotOfThisType);
         CHECK(number == 0x5A5A5A5A);
         CHECK_TEXT(TakeErrorDescription(), NotSupported(L"DeviceId", typeName));
     }
     if (type != 3) {
         BSTR text = untouched;
-        CHECK_HR(job->get_DeviceAddress(&text), notOfThisType);
+        CHECK_HR(job->get_DeviceAddress(&text), NotOfThisType);
         CHECK(text == untouched);
         CHECK_TEXT(TakeErrorDescription(), NotSupported(L"DeviceAddress", typeName));
     }
@@ -120,7 +120,7 @@ TEST_CASE("LogTarget_reset_clears_type_and_value_and_keeps_the_version") {
     CheckWritten(older, L"<LogicalPrinterGuid/>");
 }
 
-TEST_CASE("LogTarget_device_types_raise_an_older_version_and_lower_none") {
+TEST_CASE("LogTarget_device_types_raise_an_older_version_and_never_lower_one") {
     const struct {
         const wchar_t* before;
         const wchar_t* after;
@@ -144,7 +144,7 @@ TEST_CASE("LogTarget_device_types_raise_an_older_version_and_lower_none") {
 TEST_CASE("LogTarget_failing_getter_changes_nothing") {
     const auto job = PrintJobOfVersion(L"3.5", L"<LogicalPrinterGuid>{7D9A}</LogicalPrinterGuid>");
     LONG number = 0;
-    CHECK_HR(job->get_DeviceId(&number), notOfThisType);
+    CHECK_HR(job->get_DeviceId(&number), NotOfThisType);
     CHECK_TEXT(Text(job, &IPrintJob::get_LogicalPrinterGuid), L"{7D9A}");
     CHECK_TEXT(Text(job, &IPrintJob::get_Version), L"3.5");
 }

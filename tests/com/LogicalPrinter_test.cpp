@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr Property<ILogicalPrinter, BSTR> texts[] = {
+constexpr Property<ILogicalPrinter, BSTR> Texts[] = {
     PROPERTY(ILogicalPrinter, LogicalPrinterGuid),
     PROPERTY(ILogicalPrinter, CustomerCode),
     PROPERTY(ILogicalPrinter, MachineGuid),
@@ -65,7 +65,7 @@ TEST_CASE("LogicalPrinter_properties_are_stored_independently") {
     constexpr Property<ILogicalPrinter, LONG> numbers[] = {PROPERTY(ILogicalPrinter, Attributes),
                                                            PROPERTY(ILogicalPrinter, BuildNumber)};
     const auto printer = CreateLogicalPrinter();
-    CheckTextProperties(printer, texts);
+    CheckTextProperties(printer, Texts);
     CheckTextProperties(printer, others);
     CheckNumberProperties(printer, numbers);
     for (const DATE date : {40000.25, 0.0, -1.5, 1e300}) {
@@ -148,7 +148,7 @@ TEST_CASE("LogicalPrinter_Xml_without_its_root_fails_with_its_message") {
 }
 
 TEST_CASE("LogicalPrinter_each_text_is_written_and_read_under_its_name") {
-    for (const auto& property : texts)
+    for (const auto& property : Texts)
         for (const wchar_t* version : {L"3.5", L"7.0"}) {
             INFO(Narrow(property.name));
             const auto printer = PrinterOfVersion(version, Element(property.name, L"a &lt; b"));

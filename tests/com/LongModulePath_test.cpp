@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::size_t firstTooLong = 260;
+constexpr std::size_t FirstTooLong = 260;
 
 /// Loads a copy of the library from a path of the given length.
 class DeepCopy {
@@ -29,17 +29,17 @@ public:
             AddFolder(m_folders.back() + L"\\" + std::wstring(rest, L'd'));
         }
         REQUIRE(Path().size() == length);
-        REQUIRE(CopyFileW(RegisteredLibraryPath().c_str(), (prefix + Path()).c_str(), TRUE));
-        m_module = LoadLibraryW((prefix + Path()).c_str());
+        REQUIRE(CopyFileW(RegisteredLibraryPath().c_str(), (Prefix + Path()).c_str(), TRUE));
+        m_module = LoadLibraryW((Prefix + Path()).c_str());
         REQUIRE(m_module != nullptr);
     }
     DeepCopy(const DeepCopy&) = delete;
     DeepCopy& operator=(const DeepCopy&) = delete;
     ~DeepCopy() {
         FreeLibrary(m_module);
-        DeleteFileW((prefix + Path()).c_str());
-        for (auto folder = m_folders.rbegin(); folder != m_folders.rend(); ++folder)
-            RemoveDirectoryW((prefix + *folder).c_str());
+        DeleteFileW((Prefix + Path()).c_str());
+        for (; !m_folders.empty(); m_folders.pop_back())
+            RemoveDirectoryW((Prefix + m_folders.back()).c_str());
     }
 
     std::wstring Path() const { return m_folders.back() + L"\\Tarnwick.dll"; }
@@ -57,11 +57,11 @@ public:
 
 private:
     /// Lifts the system's limit on path lengths.
-    static inline const std::wstring prefix = L"\\\\?\\";
+    static inline const std::wstring Prefix = L"\\\\?\\";
 
     void AddFolder(const std::wstring& path) {
         INFO(Narrow(path));
-        REQUIRE(CreateDirectoryW((prefix + path).c_str(), nullptr));
+        REQUIRE(CreateDirectoryW((Prefix + path).c_str(), nullptr));
         m_folders.push_back(path);
     }
     template<class Function>
@@ -86,7 +86,7 @@ HRESULT AskForXml(ICopyLine* line) {
 
 TEST_CASE("ModulePath_of_260_characters_is_too_long_for_late_binding_and_registration") {
     constexpr auto insufficientBuffer = static_cast<HRESULT>(0x8007007A);
-    for (const std::size_t length : {firstTooLong, firstTooLong + 1, firstTooLong + 140}) {
+    for (const std::size_t length : {FirstTooLong, FirstTooLong + 1, FirstTooLong + 140}) {
         INFO(length << " characters");
         const DeepCopy copy(length);
         const auto line = copy.NewCopyLine();
@@ -102,8 +102,8 @@ TEST_CASE("ModulePath_of_260_characters_is_too_long_for_late_binding_and_registr
     }
 }
 
-TEST_CASE("ModulePath_one_character_shorter_serves_late_binding") {
-    const DeepCopy copy(firstTooLong - 1);
+TEST_CASE("ModulePath_of_259_characters_allows_late_binding") {
+    const DeepCopy copy(FirstTooLong - 1);
     const auto line = copy.NewCopyLine();
     CHECK_HR(AskForXml(line.Get()), S_OK);
 }

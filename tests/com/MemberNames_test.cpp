@@ -89,10 +89,10 @@ std::vector<std::wstring> Misspellings(const std::wstring& name) {
     std::vector<std::wstring> variants{L" " + name,    name + L" ",    name + L"s",
                                        L"get_" + name, name.substr(1), name.substr(0, name.size() - 1)};
     for (std::size_t i = 0; i < name.size(); ++i) {
-        const wchar_t fullWidth = static_cast<wchar_t>(name[i] - L'!' + 0xFF01);
-        const wchar_t otherPlane = static_cast<wchar_t>(name[i] + 0x100);
-        const wchar_t control = static_cast<wchar_t>(name[i] & 0x1F);
-        const wchar_t neighbour = static_cast<wchar_t>(name[i] ^ 1);
+        const auto fullWidth = static_cast<wchar_t>(name[i] - L'!' + 0xFF01);
+        const auto otherPlane = static_cast<wchar_t>(name[i] + 0x100);
+        const auto control = static_cast<wchar_t>(name[i] & 0x1F);
+        const auto neighbour = static_cast<wchar_t>(name[i] ^ 1);
         for (const wchar_t other :
              {fullWidth, otherPlane, control, neighbour, L'\x0130', L'\x0131', L'\x017F', L'\x212A', L'0'}) {
             variants.push_back(name);
@@ -106,7 +106,7 @@ std::vector<std::wstring> Misspellings(const std::wstring& name) {
 
 } // namespace
 
-TEST_CASE("MemberNames_in_any_letter_case_answer_as_the_type_information") {
+TEST_CASE("MemberNames_in_any_letter_case_resolve_as_in_the_type_information") {
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);
         const Interface dispatch(each);
@@ -120,7 +120,7 @@ TEST_CASE("MemberNames_in_any_letter_case_answer_as_the_type_information") {
     }
 }
 
-TEST_CASE("MemberNames_misspelt_answer_as_the_type_information") {
+TEST_CASE("MemberNames_misspelt_resolve_as_in_the_type_information") {
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);
         const Interface dispatch(each);
@@ -131,7 +131,7 @@ TEST_CASE("MemberNames_misspelt_answer_as_the_type_information") {
     }
 }
 
-TEST_CASE("MemberNames_of_arguments_answer_as_the_type_information") {
+TEST_CASE("MemberNames_of_arguments_resolve_as_in_the_type_information") {
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);
         const Interface dispatch(each);
@@ -149,7 +149,7 @@ TEST_CASE("MemberNames_of_arguments_answer_as_the_type_information") {
     }
 }
 
-TEST_CASE("MemberNames_with_invalid_text_answer_as_the_type_information") {
+TEST_CASE("MemberNames_with_invalid_text_resolve_as_in_the_type_information") {
     const std::wstring longName(70000, L'x');
     for (const LibraryClass& each : LibraryClasses()) {
         INFO(each.name);

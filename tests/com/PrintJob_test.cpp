@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr Property<IPrintJob, BSTR> texts[] = {
+constexpr Property<IPrintJob, BSTR> Texts[] = {
     PROPERTY(IPrintJob, JobGuid),
     PROPERTY(IPrintJob, CustomerCode),
     PROPERTY(IPrintJob, UserName),
@@ -19,7 +19,7 @@ constexpr Property<IPrintJob, BSTR> texts[] = {
     PROPERTY(IPrintJob, PageCounterResult),
 };
 
-constexpr Property<IPrintJob, LONG> numbers[] = {
+constexpr Property<IPrintJob, LONG> Numbers[] = {
     PROPERTY(IPrintJob, JobTimeLocalMsec),
     PROPERTY(IPrintJob, JobSize),
     PROPERTY(IPrintJob, TonerCoverage),
@@ -29,7 +29,7 @@ constexpr Property<IPrintJob, LONG> numbers[] = {
     PROPERTY(IPrintJob, JobContentsDiscardCount),
 };
 
-constexpr Property<IPrintJob, VARIANT_BOOL> flags[] = {
+constexpr Property<IPrintJob, VARIANT_BOOL> Flags[] = {
     PROPERTY(IPrintJob, FromSystemUser),
     PROPERTY(IPrintJob, VpnConnected),
 };
@@ -51,11 +51,11 @@ TEST_CASE("PrintJob_new_record_writes_the_form_of_its_version") {
 }
 
 TEST_CASE("PrintJob_text_properties_are_stored_independently") {
-    CheckTextProperties(CreatePrintJob(), texts);
+    CheckTextProperties(CreatePrintJob(), Texts);
 }
 
 TEST_CASE("PrintJob_number_properties_are_stored_independently") {
-    CheckNumberProperties(CreatePrintJob(), numbers);
+    CheckNumberProperties(CreatePrintJob(), Numbers);
 }
 
 TEST_CASE("PrintJob_null_pointer_clears_an_earlier_error") {
@@ -67,11 +67,11 @@ TEST_CASE("PrintJob_null_pointer_clears_an_earlier_error") {
 
 TEST_CASE("PrintJob_plain_putters_never_raise_the_version") {
     const auto job = PrintJobOfVersion(L"3.5");
-    for (const auto& property : texts)
+    for (const auto& property : Texts)
         CHECK_HR(Put(job, property.put, L"text"), S_OK);
-    for (const auto& property : numbers)
+    for (const auto& property : Numbers)
         CHECK_HR((job.Get()->*property.put)(1), S_OK);
-    for (const auto& property : flags)
+    for (const auto& property : Flags)
         CHECK_HR((job.Get()->*property.put)(VARIANT_TRUE), S_OK);
     CHECK_HR(job->put_JobTimeLocal(40000), S_OK);
     CHECK_HR(job->put_JobTimeUtc(40000), S_OK);

@@ -29,14 +29,14 @@ ComPtr<IPrintJob> FilledJob(std::wstring_view version) {
 }
 
 /// Ascending versions, including each threshold and its neighbours.
-constexpr const wchar_t* versions[] = {L"3.5",   L"3.5.1", L"3.99",    L"4.0",   L"4.0.1",  L"4.1",
+constexpr const wchar_t* Versions[] = {L"3.5",   L"3.5.1", L"3.99",    L"4.0",   L"4.0.1",  L"4.1",
                                        L"4.1.9", L"4.2",   L"4.2.0.1", L"4.3",   L"4.9",    L"5.0.99",
                                        L"5.1",   L"5.9",   L"6.0",     L"7.0",   L"7.3.99", L"7.4",
                                        L"7.25",  L"7.26",  L"7.26.1",  L"7.100", L"10.0"};
 
 int RankOf(std::wstring_view version) {
-    for (int rank = 0; rank < static_cast<int>(std::size(versions)); ++rank)
-        if (version == versions[rank])
+    for (int rank = 0; rank < static_cast<int>(std::size(Versions)); ++rank)
+        if (version == Versions[rank])
             return rank;
     FAIL("not in the list of versions");
     return -1;
@@ -57,7 +57,7 @@ TEST_CASE("PrintJob_elements_are_written_from_their_version_on") {
         {L"<DesktopUserName>DN</DesktopUserName>", L"7.26"},
         {L"<DesktopUserDomainName>DD</DesktopUserDomainName>", L"7.26"},
     };
-    for (const wchar_t* version : versions) {
+    for (const wchar_t* version : Versions) {
         const std::wstring xml = Text(FilledJob(version), &IPrintJob::get_Xml);
         INFO(Narrow(xml));
         for (const auto& element : elements) {
@@ -72,7 +72,7 @@ TEST_CASE("PrintJob_elements_are_written_from_their_version_on") {
 }
 
 TEST_CASE("PrintJob_version_is_kept_with_its_components") {
-    for (const wchar_t* version : versions) {
+    for (const wchar_t* version : Versions) {
         const auto job = PrintJobOfVersion(version);
         CHECK_TEXT(Text(job, &IPrintJob::get_Version), version);
         CHECK_HAS(Text(job, &IPrintJob::get_Xml), L"/PrintJob\" Version=\"" + std::wstring(version) + L"\">");
@@ -126,7 +126,7 @@ TEST_CASE("PrintJob_other_fields_fall_back_to_their_defaults_below_their_version
         L"<ApplicationDescription>AD</ApplicationDescription><DataSource>7</DataSource>"
         L"<FromSystemUser>true</FromSystemUser>";
     const auto job = CreatePrintJob();
-    for (const wchar_t* version : versions) {
+    for (const wchar_t* version : Versions) {
         INFO(Narrow(version));
         REQUIRE_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", L"7.26", elements)), S_OK);
         REQUIRE_HR(Put(job, &IPrintJob::put_Xml, RecordText(L"PrintJob", version, elements)), S_OK);
@@ -290,7 +290,7 @@ TEST_CASE("PrintJob_read_that_fails_at_the_log_target_keeps_the_flag_of_the_syst
     }
 }
 
-TEST_CASE("PrintJob_text_of_an_older_peer_is_read_whatever_its_layout") {
+TEST_CASE("PrintJob_text_of_an_older_peer_is_read_in_any_layout") {
     const auto job = PrintJobFrom(ReadTestFile("print_job_older_peer.xml"));
     CHECK_TEXT(Text(job, &IPrintJob::get_Version), L"4.3");
     CHECK_TEXT(Text(job, &IPrintJob::get_JobGuid), L"{3F2504E0}");

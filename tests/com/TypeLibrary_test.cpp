@@ -13,8 +13,8 @@
 
 namespace {
 
-constexpr int kInheritedSlots = 7; // IUnknown and IDispatch
-constexpr MEMBERID kFirstInheritedId = 0x60000000;
+constexpr int InheritedSlots = 7; // IUnknown and IDispatch
+constexpr MEMBERID FirstInheritedId = 0x60000000;
 
 /// One column of an expected row.
 std::string column(const std::string& row, int index) {
@@ -49,7 +49,7 @@ std::string dispatchRowOf(const std::string& row) {
 std::vector<Function> ownFunctions(ITypeInfo& dispatchView) {
     std::vector<Function> own;
     for (Function& function : functionsOf(dispatchView))
-        if (function.id < kFirstInheritedId)
+        if (function.id < FirstInheritedId)
             own.push_back(std::move(function));
     return own;
 }
@@ -81,7 +81,7 @@ void checkVtableView(ITypeInfo& info, const ExpectedInterface& expected) {
     CHECK(attributes.typekind == TKIND_INTERFACE);
     CHECK(attributes.wTypeFlags == (TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE));
     CHECK(attributes.cFuncs == expected.entries);
-    CHECK(attributes.cbSizeVft == (kInheritedSlots + expected.entries) * sizeof(void*));
+    CHECK(attributes.cbSizeVft == (InheritedSlots + expected.entries) * sizeof(void*));
     CHECK(attributes.cImplTypes == 1);
     checkBaseIsIDispatch(info);
 
@@ -160,7 +160,7 @@ TEST_CASE("TypeLibrary_itself_has_the_published_identity") {
     CHECK(attributes.wMajorVerNum == 1);
     CHECK(attributes.wMinorVerNum == 0);
     CHECK(attributes.lcid == 0x0409);
-    CHECK(attributes.syskind == SYS_WIN32);
+    CHECK(attributes.syskind == (sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32));
     CHECK((attributes.wLibFlags & (LIBFLAG_FRESTRICTED | LIBFLAG_FCONTROL | LIBFLAG_FHIDDEN)) == 0);
 
     const Documentation documentation = documentationOf(*library.Get());
@@ -189,7 +189,7 @@ TEST_CASE("TypeLibrary_types_are_the_ten_interfaces_and_the_ten_classes") {
     CHECK(found == expected);
 }
 
-TEST_CASE("TypeLibrary_members_are_as_many_as_in_the_tables") {
+TEST_CASE("TypeLibrary_has_as_many_members_as_the_tables") {
     const ComPtr<ITypeLib> library = loadLibraryUnderTest();
     std::size_t stored = 0, rows = 0, entries = 0;
     for (const ExpectedInterface& each : expectedInterfaces()) {
@@ -281,7 +281,7 @@ TEST_CASE("TypeLibrary_dispids_in_a_gap_name_no_member") {
         const auto own = gaps.find(expected.name);
         const MEMBERID last = highestId(expected);
         for (MEMBERID id = 0; id <= last + 1; ++id) {
-            const bool isGap = id == 0 || id > last || (own != gaps.end() && own->second.count(id) > 0);
+            const bool isGap = id == 0 || id > last || (own != gaps.end() && own->second.contains(id));
             INFO(expected.name << " DISPID " << id);
             CHECK(hasMember(*info.Get(), id) == !isGap);
         }

@@ -25,7 +25,7 @@ void UnloadLibrary() {
 
 int Cycles() {
     const char* text = std::getenv("UNLOAD_CYCLES");
-    return text ? std::atoi(text) : 500;
+    return text ? static_cast<int>(std::strtol(text, nullptr, 10)) : 500;
 }
 
 } // namespace

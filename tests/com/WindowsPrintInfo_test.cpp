@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr Property<IWindowsPrintInfo, LONG> plainNumbers[] = {
+constexpr Property<IWindowsPrintInfo, LONG> PlainNumbers[] = {
     PROPERTY(IWindowsPrintInfo, DevModeOrientation),
     PROPERTY(IWindowsPrintInfo, DevModePaperSize),
     PROPERTY(IWindowsPrintInfo, DevModePaperLength),
@@ -25,7 +25,7 @@ constexpr Property<IWindowsPrintInfo, LONG> plainNumbers[] = {
 };
 
 /// Properties with a minimum.
-constexpr Property<IWindowsPrintInfo, LONG> boundedNumbers[] = {
+constexpr Property<IWindowsPrintInfo, LONG> BoundedNumbers[] = {
     PROPERTY(IWindowsPrintInfo, JobInfoPages),
     PROPERTY(IWindowsPrintInfo, JobInfoOriginals),
     PROPERTY(IWindowsPrintInfo, DevModeFields),
@@ -72,11 +72,11 @@ bool On(const ComPtr<IWindowsPrintInfo>& info,
 } // namespace
 
 TEST_CASE("WindowsPrintInfo_plain_numbers_are_stored_independently") {
-    CheckNumberProperties(CreateWindowsPrintInfo(), plainNumbers);
+    CheckNumberProperties(CreateWindowsPrintInfo(), PlainNumbers);
 }
 
 TEST_CASE("WindowsPrintInfo_each_element_is_written_and_read_under_its_name") {
-    for (const auto& property : plainNumbers) {
+    for (const auto& property : PlainNumbers) {
         std::wstring name = property.name;
         if (name == L"DevModeTTOption")
             name = L"DevModeTtOption";
@@ -85,7 +85,7 @@ TEST_CASE("WindowsPrintInfo_each_element_is_written_and_read_under_its_name") {
         CHECK_HAS(Text(info, &IWindowsPrintInfo::get_Xml), Element(name, -17));
         CHECK(Value(InfoFrom(Element(name, -17)), property.get) == -17);
     }
-    for (const auto& property : boundedNumbers) {
+    for (const auto& property : BoundedNumbers) {
         const auto info = CreateWindowsPrintInfo();
         REQUIRE_HR((info.Get()->*property.put)(17), S_OK);
         CHECK_HAS(Text(info, &IWindowsPrintInfo::get_Xml), Element(property.name, 17));
@@ -106,7 +106,7 @@ TEST_CASE("WindowsPrintInfo_option_under_the_property_s_spelling_is_not_read") {
     CHECK(Value(info, &IWindowsPrintInfo::get_DevModeTTOption) == 0);
 }
 
-TEST_CASE("WindowsPrintInfo_first_match_of_an_element_counts_whatever_its_layout") {
+TEST_CASE("WindowsPrintInfo_first_match_of_an_element_counts_in_any_layout") {
     const auto info = InfoFrom(L"<Unknown><DevModeScale>1</DevModeScale></Unknown><!-- x -->"
                                L"<AttributeInfoPageOrderFlags>2</AttributeInfoPageOrderFlags>"
                                L"<p:DevModeScale> 50 percent</p:DevModeScale><DevModeScale>60</DevModeScale>"

@@ -17,7 +17,7 @@ enum class FaultMode {
 
 /// How an imported function fails, and the effect on the library's caller.
 struct Failure {
-    DWORD value;            ///< the function's return value
+    ULONG_PTR value;        ///< the function's return value
     DWORD lastError;        ///< 0: last error unchanged
     HRESULT surfacesAs;     ///< result of the interface method; S_OK: the library absorbs the failure
     const char* absorption; ///< why the library may absorb the failure

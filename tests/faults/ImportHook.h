@@ -3,7 +3,7 @@
 #include "FaultInjector.h"
 
 #include <cstdio>
-#include <cstring>
+#include <type_traits>
 
 // Replacements for imported functions in a library's import table.
 
@@ -28,15 +28,6 @@ struct Import {
 
 namespace ImportHooks {
 
-template<class Result>
-Result ResultFrom(DWORD value) noexcept {
-    // Pointers, handles and numbers fit a register.
-    static_assert(sizeof(Result) <= sizeof(value));
-    Result result;
-    std::memcpy(&result, &value, sizeof(result));
-    return result;
-}
-
 /// Calls the function or simulates its failure.
 template<class Function, class... Arguments>
 auto CallOrFail(const char* name, const Failure& failure, Function original, Arguments... arguments) {
@@ -47,7 +38,10 @@ auto CallOrFail(const char* name, const Failure& failure, Function original, Arg
         original(arguments...);
     if (failure.lastError)
         SetLastError(failure.lastError);
-    return ResultFrom<Result>(failure.value);
+    if constexpr (std::is_pointer_v<Result>)
+        return reinterpret_cast<Result>(failure.value);
+    else
+        return static_cast<Result>(failure.value);
 }
 
 template<ImportName name, class Function>

@@ -24,17 +24,17 @@ Failure RegistryFails(LSTATUS status) {
 Failure ReturnsZero(DWORD lastError, HRESULT surfacesAs) {
     return {0, lastError, surfacesAs, "", false};
 }
-Failure Absorbed(DWORD value, DWORD lastError, const char* why) {
+Failure Absorbed(ULONG_PTR value, DWORD lastError, const char* why) {
     return {value, lastError, S_OK, why, false};
 }
 /// A release that succeeds but reports failure.
-Failure GiveBackFails(DWORD value, DWORD lastError) {
-    return {value, lastError, S_OK, "the released resource is no longer used", true};
+Failure GiveBackFails(ULONG_PTR value, DWORD lastError) {
+    return {value, lastError, S_OK, "the caller does not use the resource again", true};
 }
 
-constexpr char logOnly[] = "only the log needs it, and the log never disturbs its caller";
-constexpr char catalogueOnly[] = "a catalogue that cannot be read is logged and tried again";
-constexpr DWORD none = 0;
+constexpr char LogOnly[] = "only the log needs it, and the log never disturbs its caller";
+constexpr char CatalogueOnly[] = "a catalogue that cannot be read is logged and tried again";
+constexpr DWORD None = 0;
 
 // The C runtime's memory, counted in the ledger.
 
@@ -99,8 +99,8 @@ void WINAPI FreeText(BSTR text) {
 // A full disk: the first half of the data is written.
 
 decltype(&WriteFile) originalWriteFile;
-Failure shortWrite = Absorbed(TRUE, none, logOnly);
-Failure refusedWrite = Absorbed(FALSE, ERROR_DISK_FULL, logOnly);
+Failure shortWrite = Absorbed(TRUE, None, LogOnly);
+Failure refusedWrite = Absorbed(FALSE, ERROR_DISK_FULL, LogOnly);
 
 BOOL WINAPI WriteToFile(HANDLE file, const void* data, DWORD size, DWORD* written, OVERLAPPED* position) {
     if (FaultInjector::Strikes("WriteFile, half of it", shortWrite))
@@ -115,7 +115,7 @@ BOOL WINAPI WriteToFile(HANDLE file, const void* data, DWORD size, DWORD* writte
 // Never fails for kernel32.dll, which is in every process.
 
 decltype(&GetModuleHandleW) originalGetModuleHandle;
-Failure moduleNotFound = Absorbed(0, ERROR_MOD_NOT_FOUND, catalogueOnly);
+Failure moduleNotFound = Absorbed(0, ERROR_MOD_NOT_FOUND, CatalogueOnly);
 
 HMODULE WINAPI GetModule(const wchar_t* name) {
     if (wcscmp(name, L"kernel32.dll") != 0 && FaultInjector::Strikes("GetModuleHandleW", moduleNotFound)) {
@@ -136,31 +136,31 @@ const std::vector<Import>& FallibleImports() {
         {"WriteFile", Address(WriteToFile), Set<&originalWriteFile>, refusedWrite, ""},
         {"GetModuleHandleW", Address(GetModule), Set<&originalGetModuleHandle>, moduleNotFound, ""},
 
-        FAILS(RegCloseKey, GiveBackFails(ERROR_INVALID_HANDLE, none)),
+        FAILS(RegCloseKey, GiveBackFails(ERROR_INVALID_HANDLE, None)),
         FAILS(RegCreateKeyExW, RegistryFails(ERROR_NO_SYSTEM_RESOURCES)),
         FAILS(RegDeleteTreeW, RegistryFails(ERROR_KEY_HAS_CHILDREN)),
-        FAILS(RegOpenKeyExW, Absorbed(ERROR_ACCESS_DENIED, none, logOnly)),
-        FAILS(RegQueryValueExW, Absorbed(ERROR_NOT_ENOUGH_MEMORY, none, logOnly)),
+        FAILS(RegOpenKeyExW, Absorbed(ERROR_ACCESS_DENIED, None, LogOnly)),
+        FAILS(RegQueryValueExW, Absorbed(ERROR_NOT_ENOUGH_MEMORY, None, LogOnly)),
         FAILS(RegSetValueExW, RegistryFails(ERROR_REGISTRY_IO_FAILED)),
 
         FAILS(CloseHandle, GiveBackFails(FALSE, ERROR_INVALID_HANDLE)),
-        FAILS(CreateFileW, Absorbed(static_cast<DWORD>(-1), ERROR_TOO_MANY_OPEN_FILES, logOnly)),
-        FAILS(FlushFileBuffers, Absorbed(FALSE, ERROR_DISK_FULL, logOnly)),
+        FAILS(CreateFileW, Absorbed(static_cast<ULONG_PTR>(-1), ERROR_TOO_MANY_OPEN_FILES, LogOnly)),
+        FAILS(FlushFileBuffers, Absorbed(FALSE, ERROR_DISK_FULL, LogOnly)),
         FAILS(FormatMessageW, Absorbed(0, ERROR_MR_MID_NOT_FOUND, "a substitute text is used")),
-        FAILS(GetFileAttributesW, Absorbed(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED, logOnly)),
-        FAILS(GetFileInformationByHandle, Absorbed(FALSE, ERROR_INVALID_HANDLE, logOnly)),
-        FAILS(GetFileInformationByHandleEx, Absorbed(FALSE, ERROR_INVALID_HANDLE, logOnly)),
-        FAILS(GetFileSizeEx, Absorbed(FALSE, ERROR_INVALID_HANDLE, logOnly)),
+        FAILS(GetFileAttributesW, Absorbed(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED, LogOnly)),
+        FAILS(GetFileInformationByHandle, Absorbed(FALSE, ERROR_INVALID_HANDLE, LogOnly)),
+        FAILS(GetFileInformationByHandleEx, Absorbed(FALSE, ERROR_INVALID_HANDLE, LogOnly)),
+        FAILS(GetFileSizeEx, Absorbed(FALSE, ERROR_INVALID_HANDLE, LogOnly)),
         FAILS(GetModuleFileNameW,
               ReturnsZero(ERROR_NOT_ENOUGH_MEMORY, HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY))),
         FAILS(LocalFree, GiveBackFails(1, ERROR_INVALID_HANDLE)),
-        FAILS(LockFileEx, Absorbed(FALSE, ERROR_NOT_SUPPORTED, logOnly)),
-        FAILS(MoveFileExW, Absorbed(FALSE, ERROR_SHARING_VIOLATION, logOnly)),
-        FAILS(ReadFile, Absorbed(FALSE, ERROR_READ_FAULT, catalogueOnly)),
-        FAILS(SetEndOfFile, Absorbed(FALSE, ERROR_DISK_FULL, logOnly)),
-        FAILS(SetFileAttributesW, Absorbed(FALSE, ERROR_ACCESS_DENIED, logOnly)),
-        FAILS(SetFilePointerEx, Absorbed(FALSE, ERROR_INVALID_HANDLE, logOnly)),
-        FAILS(UnlockFileEx, Absorbed(FALSE, ERROR_NOT_LOCKED, logOnly)),
+        FAILS(LockFileEx, Absorbed(FALSE, ERROR_NOT_SUPPORTED, LogOnly)),
+        FAILS(MoveFileExW, Absorbed(FALSE, ERROR_SHARING_VIOLATION, LogOnly)),
+        FAILS(ReadFile, Absorbed(FALSE, ERROR_READ_FAULT, CatalogueOnly)),
+        FAILS(SetEndOfFile, Absorbed(FALSE, ERROR_DISK_FULL, LogOnly)),
+        FAILS(SetFileAttributesW, Absorbed(FALSE, ERROR_ACCESS_DENIED, LogOnly)),
+        FAILS(SetFilePointerEx, Absorbed(FALSE, ERROR_INVALID_HANDLE, LogOnly)),
+        FAILS(UnlockFileEx, Absorbed(FALSE, ERROR_NOT_LOCKED, LogOnly)),
         FAILS(SetThreadLocale,
               Absorbed(FALSE, ERROR_INVALID_PARAMETER, "the keys do not depend on the locale")),
         FAILS(DisableThreadLibraryCalls,
@@ -169,11 +169,11 @@ const std::vector<Import>& FallibleImports() {
         FAILS(CLSIDFromProgID, FailsWith(REGDB_E_READREGDB)),
         FAILS(CoCreateInstance, FailsWith(CO_E_DLLNOTFOUND)),
         FAILS(OleRun, FailsWith(CO_E_SERVER_EXEC_FAILURE)),
-        FAILS(CreateErrorInfo, Absorbed(static_cast<DWORD>(E_OUTOFMEMORY), none,
+        FAILS(CreateErrorInfo, Absorbed(static_cast<DWORD>(E_OUTOFMEMORY), None,
                                         "the caller gets the failure without a description")),
         FAILS(GetErrorInfo,
-              Absorbed(S_FALSE, none, "the caller gets a child's failure without its description")),
-        FAILS(SetErrorInfo, Absorbed(static_cast<DWORD>(E_OUTOFMEMORY), none,
+              Absorbed(S_FALSE, None, "the caller gets a child's failure without its description")),
+        FAILS(SetErrorInfo, Absorbed(static_cast<DWORD>(E_OUTOFMEMORY), None,
                                      "the caller gets the failure without a description")),
 
         FAILS(LoadTypeLibEx, FailsWith(TYPE_E_IOERROR)),
@@ -192,6 +192,7 @@ const std::vector<Import>& InfallibleImports() {
     static constexpr char reader[] = "reads the state of the process";
     static constexpr char compute[] = "depends only on its arguments";
     static constexpr char giveBack[] = "releases and reports nothing";
+    static constexpr char unwinder[] = "works on the stack and reports nothing";
     static const std::vector<Import> imports = {
         {"free", Address(Free), Set<&originalFree>, {}, giveBack},
         {"SysFreeString", Address(FreeText), Set<&originalFreeText>, {}, giveBack},
@@ -208,6 +209,8 @@ const std::vector<Import>& InfallibleImports() {
         CannotFail("_unlock", lock),
         CannotFail("DecodePointer", compute),
         CannotFail("EncodePointer", compute),
+        CannotFail("GetCurrentProcess", reader),
+        CannotFail("IsWow64Process", reader),
         CannotFail("GetCurrentProcessId", reader),
         CannotFail("GetCurrentThreadId", reader),
         CannotFail("GetLastError", reader),
@@ -228,6 +231,15 @@ const std::vector<Import>& InfallibleImports() {
         CannotFail("SysStringLen", reader),
         CannotFail("__mb_cur_max", "a variable"),
         CannotFail("_iob", "a variable"),
+        // In 64 bits, variables of the C runtime are functions, and the system unwinds exceptions.
+        CannotFail("___mb_cur_max_func", reader),
+        CannotFail("___lc_codepage_func", reader),
+        CannotFail("__iob_func", reader),
+        CannotFail("RaiseException", unwinder),
+        CannotFail("RtlCaptureContext", unwinder),
+        CannotFail("RtlLookupFunctionEntry", unwinder),
+        CannotFail("RtlUnwindEx", unwinder),
+        CannotFail("RtlVirtualUnwind", unwinder),
         CannotFail("_errno", "a thread variable that exists from the thread's start"),
         CannotFail("_initterm", "runs constructors"),
         CannotFail("localeconv", reader),

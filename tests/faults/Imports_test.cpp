@@ -26,7 +26,7 @@ TEST_CASE("FaultTables_contain_every_import_of_the_library") {
     REQUIRE(imports.size() > 50);
     std::vector<std::string> unknown;
     for (const std::string& import : imports) {
-        if (known.count(import) == 0)
+        if (!known.contains(import))
             unknown.push_back(import);
         fallible.erase(import);
     }

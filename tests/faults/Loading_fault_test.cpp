@@ -86,7 +86,7 @@ TEST_CASE("Faults_in_the_first_late_bound_call_are_survived") {
             object = Create<IDispatch>(each.classId);
         };
         const auto call = [&]() -> HRESULT {
-            LPOLESTR name = const_cast<LPOLESTR>(L"Xml");
+            auto* name = const_cast<LPOLESTR>(L"Xml");
             DISPID id = DISPID_UNKNOWN;
             const HRESULT result = object->GetIDsOfNames(IID_NULL, &name, 1, 0x0409, &id);
             if (FAILED(result))

@@ -9,15 +9,15 @@
 
 namespace {
 
-constexpr std::size_t megabyte = 1024 * 1024;
-constexpr std::wstring_view line = L"[CCopyJobImpl::put_Xml] Exception: CopyJob element is missing.\r\n";
+constexpr std::size_t Megabyte = 1024 * 1024;
+constexpr std::wstring_view Line = L"[CCopyJobImpl::put_Xml] Exception: CopyJob element is missing.\r\n";
 
 /// Fills the file up to the point where the next line reaches the maximum size.
 void FillFile(const std::wstring& path) {
     const QxKernelHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                           nullptr, CREATE_ALWAYS, 0, nullptr));
     REQUIRE(file.IsOpen());
-    std::wstring text(megabyte / sizeof(wchar_t) - 10, L'x');
+    std::wstring text(Megabyte / sizeof(wchar_t) - 10, L'x');
     text.replace(text.size() - 2, 2, L"\r\n");
     DWORD written = 0;
     REQUIRE(WriteFile(file.Get(), text.data(), static_cast<DWORD>(text.size() * sizeof(wchar_t)), &written,
@@ -31,9 +31,9 @@ std::wstring LinesOf(const std::wstring& path) {
 }
 
 /// The lines that may be in the log: the failing call, out of memory in it, and the two lines written when
-/// there is no memory for formatting.
-constexpr std::wstring_view wholeLines[] = {
-    line,
+/// formatting runs out of memory.
+constexpr std::wstring_view WholeLines[] = {
+    Line,
     L"[CCopyJobImpl::put_Xml] Exception: Out of memory.\r\n",
     L"[QxMisc::FormatStringV] Caught a general exception\r\n",
     L"[%ls] Exception: %ls\r\n",
@@ -42,9 +42,9 @@ constexpr std::wstring_view wholeLines[] = {
 bool IsWholeLines(std::wstring_view text) {
     while (!text.empty()) {
         const auto* const whole =
-            std::find_if(std::begin(wholeLines), std::end(wholeLines),
+            std::find_if(std::begin(WholeLines), std::end(WholeLines),
                          [&](std::wstring_view each) { return text.starts_with(each); });
-        if (whole == std::end(wholeLines))
+        if (whole == std::end(WholeLines))
             return false;
         text.remove_prefix(whole->size());
     }
@@ -86,7 +86,7 @@ std::size_t FailLoggedCalls(bool rotates, bool opens) {
         INFO(Narrow(written));
         CHECK(IsWholeLines(LinesOf(backup)));
         CHECK(IsWholeLines(LinesOf(session.Path())));
-        CHECK(written.find(line) != std::wstring::npos); // at least the retry's line
+        CHECK(written.find(Line) != std::wstring::npos); // at least the retry's line
         if (rotates && !run.struck)
             CHECK(FileExists(backup));
     };

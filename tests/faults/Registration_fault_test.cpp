@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr LCID callersLocale = 0x0407; // not the system's
+constexpr LCID ForeignLocale = 0x0407; // not the system's
 
 /// The quick tier skips most of the calls: there are thousands.
 std::size_t Stride(std::size_t everyDay) {
@@ -20,7 +20,7 @@ void CheckIsWhole(const PrivateClassesRoot& root, const RegistryTree& whole) {
 
 /// Sets a thread locale that the library must restore after each run.
 struct CallersLocale {
-    CallersLocale() : before(GetThreadLocale()) { SetThreadLocale(callersLocale); }
+    CallersLocale() : before(GetThreadLocale()) { SetThreadLocale(ForeignLocale); }
     ~CallersLocale() { SetThreadLocale(before); }
     CallersLocale(const CallersLocale&) = delete;
     CallersLocale& operator=(const CallersLocale&) = delete;
@@ -28,8 +28,8 @@ struct CallersLocale {
     /// SetThreadLocale itself may be the failing call.
     static void Check(const FaultRun& run) {
         if (run.name != "SetThreadLocale" && run.mode == FaultMode::One)
-            CHECK(GetThreadLocale() == callersLocale);
-        SetThreadLocale(callersLocale);
+            CHECK(GetThreadLocale() == ForeignLocale);
+        SetThreadLocale(ForeignLocale);
     }
     LCID before;
 };

@@ -29,8 +29,8 @@ bool Is(std::wstring_view token, bool quoted, wchar_t character) {
 }
 
 std::wstring_view WithoutPrefix(std::wstring_view name) {
-    const auto colon = std::find(name.begin(), name.end(), L':');
-    return colon == name.end() ? name : name.substr(static_cast<std::size_t>(colon - name.begin()) + 1);
+    const std::size_t colon = name.find(L':');
+    return colon == std::wstring_view::npos ? name : name.substr(colon + 1);
 }
 
 bool StartsWith(std::wstring_view text, std::wstring_view part) {
@@ -52,9 +52,8 @@ ReferenceParse::ReferenceParse(std::wstring_view text) : m_text(text), m_positio
 
 /// Offset of the part at or after `from`; the text's length if there is none.
 std::int32_t ReferenceParse::Find(std::wstring_view part, std::int32_t from) const {
-    const auto found = std::search(m_text.begin() + std::min<std::ptrdiff_t>(from, std::ssize(m_text)),
-                                   m_text.end(), part.begin(), part.end());
-    return static_cast<std::int32_t>(found - m_text.begin());
+    return static_cast<std::int32_t>(
+        std::min(m_text.find(part, static_cast<std::size_t>(from)), m_text.size()));
 }
 
 /// Reads the token at an offset and advances past it. False at the end of the text.
@@ -197,9 +196,10 @@ std::wstring ReferenceParse::Unescape(std::wstring_view text) {
         {L"&lt;", L'<'}, {L"&amp;", L'&'}, {L"&gt;", L'>'}, {L"&apos;", L'\''}, {L"&quot;", L'"'}};
     std::wstring result;
     while (!text.empty()) {
-        const auto entity = std::find_if(std::begin(entities), std::end(entities), [&](const auto& each) {
-            return text.front() == L'&' && StartsWith(text, each.first);
-        });
+        const auto* const entity =
+            std::find_if(std::begin(entities), std::end(entities), [&](const auto& each) {
+                return text.front() == L'&' && StartsWith(text, each.first);
+            });
         result.push_back(entity == std::end(entities) ? text.front() : entity->second);
         text.remove_prefix(entity == std::end(entities) ? 1 : entity->first.size());
     }

@@ -4,8 +4,11 @@
 
 #include <catch2/catch.hpp>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <set>
 #include <string>
 #include <vector>
@@ -14,38 +17,60 @@
 
 namespace {
 
-const wchar_t libraryPath[] = L"" LIBRARY_PATH;
+const wchar_t LibraryPath[] = L"" LIBRARY_PATH;
 
 /// The imported functions and whether each was called. Plain memory, because Note must not call anything.
-constexpr std::size_t maxImports = 512;
-const char* importNames[maxImports];
-bool called[maxImports];
+constexpr std::size_t MaxImports = 512;
+const char* importNames[MaxImports];
+bool called[MaxImports];
 std::size_t importCount = 0;
 
 void __cdecl Note(std::size_t index) {
     called[index] = true;
 }
 
-void PutAddress(BYTE*& code, const void* target) {
-    const auto distance =
-        reinterpret_cast<std::uintptr_t>(target) - (reinterpret_cast<std::uintptr_t>(code) + 4);
-    std::memcpy(code, &distance, 4);
-    code += 4;
-}
+class CodeWriter {
+public:
+    explicit CodeWriter(BYTE* code) : m_code(code) {}
 
-/// Writes code that notes the call and jumps to the target with all registers preserved.
+    void Put(std::initializer_list<BYTE> bytes) { m_code = std::copy(bytes.begin(), bytes.end(), m_code); }
+    template<class Value>
+    void PutValue(Value value) {
+        std::memcpy(m_code, &value, sizeof(value));
+        m_code += sizeof(value);
+    }
+    void PutDistance(const void* target) {
+        PutValue(static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(target) -
+                                            (reinterpret_cast<std::uintptr_t>(m_code) + 4)));
+    }
+
+private:
+    BYTE* m_code;
+};
+
+/// Writes code that notes the call and jumps to the target with all argument registers preserved.
 void WriteThunk(BYTE* code, std::size_t index, const void* target) {
-    *code++ = 0x60; // pushad
-    *code++ = 0x9C; // pushfd
-    *code++ = 0x68; // push index
-    std::memcpy(code, &index, 4);
-    code += 4;
-    *code++ = 0xE8; // call
-    PutAddress(code, reinterpret_cast<const void*>(&Note));
-    constexpr BYTE rest[] = {0x83, 0xC4, 0x04, 0x9D, 0x61, 0xE9}; // add esp, 4; popfd; popad; jmp
-    std::memcpy(code, rest, sizeof(rest));
-    code += sizeof(rest);
-    PutAddress(code, target);
+    CodeWriter writer(code);
+    const auto* const note = reinterpret_cast<const void*>(&Note);
+#ifdef _WIN64
+    // push rax, rcx, rdx, r8 to r11; pushfq; sub rsp, 40; mov ecx, index
+    writer.Put({0x50, 0x51, 0x52, 0x41, 0x50, 0x41, 0x51, 0x41, 0x52, 0x41, 0x53, 0x9C});
+    writer.Put({0x48, 0x83, 0xEC, 0x28, 0xB9});
+    writer.PutValue(static_cast<std::uint32_t>(index));
+    writer.Put({0x48, 0xB8}); // mov rax, note
+    writer.PutValue(note);
+    // call rax; add rsp, 40; popfq; pop r11 to r8, rdx, rcx, rax; jmp [rip]
+    writer.Put({0xFF, 0xD0, 0x48, 0x83, 0xC4, 0x28, 0x9D, 0x41, 0x5B, 0x41, 0x5A, 0x41, 0x59});
+    writer.Put({0x41, 0x58, 0x5A, 0x59, 0x58, 0xFF, 0x25, 0x00, 0x00, 0x00, 0x00});
+    writer.PutValue(target);
+#else
+    writer.Put({0x60, 0x9C, 0x68}); // pushad; pushfd; push index
+    writer.PutValue(index);
+    writer.Put({0xE8}); // call note
+    writer.PutDistance(note);
+    writer.Put({0x83, 0xC4, 0x04, 0x9D, 0x61, 0xE9}); // add esp, 4; popfd; popad; jmp target
+    writer.PutDistance(target);
+#endif
 }
 
 bool IsCode(const void* address) {
@@ -58,13 +83,13 @@ bool IsCode(const void* address) {
 /// The library, mapped by the loader without resolved imports; its entry point has not run.
 class MappedLibrary {
 public:
-    MappedLibrary() : m_module(LoadLibraryExW(libraryPath, nullptr, DONT_RESOLVE_DLL_REFERENCES)) {
+    MappedLibrary() : m_module(LoadLibraryExW(LibraryPath, nullptr, DONT_RESOLVE_DLL_REFERENCES)) {
         REQUIRE(m_module != nullptr);
         m_base = reinterpret_cast<BYTE*>(m_module);
         m_headers = reinterpret_cast<IMAGE_NT_HEADERS*>(
             m_base + reinterpret_cast<IMAGE_DOS_HEADER*>(m_base)->e_lfanew);
         m_thunks = static_cast<BYTE*>(
-            VirtualAlloc(nullptr, maxImports * thunkSize, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
+            VirtualAlloc(nullptr, MaxImports * ThunkSize, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
         REQUIRE(m_thunks != nullptr);
         ResolveImports();
     }
@@ -83,7 +108,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t thunkSize = 32;
+    static constexpr std::size_t ThunkSize = 64;
 
     void ResolveImports() {
         const IMAGE_DATA_DIRECTORY& table =
@@ -113,9 +138,9 @@ private:
         REQUIRE(target != nullptr);
         if (!IsCode(target)) // a variable of the C runtime
             return target;
-        REQUIRE(importCount < maxImports);
+        REQUIRE(importCount < MaxImports);
         importNames[importCount] = name;
-        BYTE* thunk = m_thunks + importCount * thunkSize;
+        BYTE* thunk = m_thunks + importCount * ThunkSize;
         WriteThunk(thunk, importCount++, target);
         return thunk;
     }
@@ -136,7 +161,7 @@ std::set<std::string> CalledImports() {
 }
 
 // The only functions that may be called during attach.
-const std::set<std::string> allowed{
+const std::set<std::string> Allowed{
     // the log's configuration and the resource strings with its location
     "FindResourceW", "LoadResource", "LockResource", "SizeofResource", "RegOpenKeyExW", "RegQueryValueExW",
     "RegCloseKey", "AcquireSRWLockExclusive", "ReleaseSRWLockExclusive", "GetCurrentThreadId",
@@ -165,14 +190,14 @@ TEST_CASE("Attach_calls_what_the_log_configuration_needs_and_nothing_else") {
     CHECK(names.count("RegOpenKeyExW") == 1);
     for (const std::string& name : names) {
         INFO(name);
-        CHECK(allowed.count(name) == 1);
+        CHECK(Allowed.count(name) == 1);
     }
 }
 
 TEST_CASE("Attach_adds_at_most_64_KB_to_the_heap") {
-    FreeLibrary(LoadLibraryW(libraryPath)); // its dependencies remain loaded
+    FreeLibrary(LoadLibraryW(LibraryPath)); // its dependencies remain loaded
     const ProcessCounters before = ProcessCounters::Now();
-    const HMODULE library = LoadLibraryW(libraryPath);
+    const HMODULE library = LoadLibraryW(LibraryPath);
     REQUIRE(library != nullptr);
     const ProcessCounters after = ProcessCounters::Now();
     std::printf("attach: %s\n", Growth(before, after).c_str());

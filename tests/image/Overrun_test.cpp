@@ -51,14 +51,14 @@ Outcome RunDebugged(const std::wstring& commandLine) {
     return outcome;
 }
 
-constexpr DWORD overrun = 0xC0000409; // STATUS_STACK_BUFFER_OVERRUN
+constexpr DWORD Overrun = 0xC0000409; // STATUS_STACK_BUFFER_OVERRUN
 
 } // namespace
 
 TEST_CASE("Overrun_of_a_stack_buffer_is_reported_as_a_crash") {
     const Outcome outcome = RunDebugged(L"\"" OVERRUN_PROGRAM "\" overrun");
-    CHECK(outcome.unhandled == std::vector<DWORD>{overrun});
-    CHECK(outcome.exitCode == overrun);
+    CHECK(outcome.unhandled == std::vector<DWORD>{Overrun});
+    CHECK(outcome.exitCode == Overrun);
 }
 
 TEST_CASE("Overrun_program_without_an_overrun_returns_0") {

@@ -10,10 +10,12 @@ import sys
 import tempfile
 
 MAX_SIZE = 700_000  # bytes without symbols
-DLL_FLAGS = {"loads at any address": 0x0040, "data is not executable": 0x0100, "no exception handlers": 0x0400}
+DLL_FLAGS = {"loads at any address": 0x0040, "data is not executable": 0x0100}
+DLL_FLAGS_32 = {"no exception handlers": 0x0400}
+DLL_FLAGS_64 = {"loads above 4 GB": 0x0020}
 RELOCATIONS_STRIPPED = 0x0001
 EXECUTE, WRITE = 0x20000000, 0x80000000
-IMPORT_DIRECTORY, RELOCATION_DIRECTORY = 1, 5
+IMPORT_DIRECTORY, EXCEPTION_DIRECTORY, RELOCATION_DIRECTORY = 1, 3, 5
 # Encodings of a function's start in the unwind tables that runtime/RuntimeFrames.cpp supports.
 ABSOLUTE, RELATIVE_TO_FIELD = 0x00, 0x1B
 EXPORTS = ["DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"]
@@ -22,7 +24,7 @@ LIBRARIES = ["advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut3
 
 
 class Image:
-    """The headers of a 32-bit PE file."""
+    """The headers of a PE file."""
 
     def __init__(self, data):
         self.data = data
@@ -32,12 +34,15 @@ class Image:
         machine, count = struct.unpack_from("<HH", data, header + 4)
         optional_size, self.characteristics = struct.unpack_from("<HH", data, header + 20)
         optional = header + 24
-        if machine != 0x14C or self.number("<H", optional) != 0x10B:
-            raise ValueError("not a file for 32-bit Windows")
-        self.base = self.number("<I", optional + 28)
+        kind = machine, self.number("<H", optional)
+        if kind not in ((0x14C, 0x10B), (0x8664, 0x20B)):
+            raise ValueError("not a file for Windows on 32-bit or 64-bit x86")
+        self.is_64_bit = machine == 0x8664
+        self.base = self.number("<Q", optional + 24) if self.is_64_bit else self.number("<I", optional + 28)
         self.dll_flags = self.number("<H", optional + 70)
-        self.directories = [struct.unpack_from("<II", data, optional + 96 + 8 * i)
-                            for i in range(self.number("<I", optional + 92))]
+        directories = optional + (108 if self.is_64_bit else 92)
+        self.directories = [struct.unpack_from("<II", data, directories + 4 + 8 * i)
+                            for i in range(self.number("<I", directories))]
         symbols, symbol_count = struct.unpack_from("<II", data, header + 12)
         self.long_names = symbols + 18 * symbol_count
         self.sections = [self.section(optional + optional_size + 40 * i) for i in range(count)]
@@ -76,7 +81,7 @@ class Image:
 
 
 class Frames:
-    """The unwind tables of an image."""
+    """The unwind tables of a 32-bit image."""
 
     def __init__(self, image):
         self.image = image
@@ -111,9 +116,17 @@ class Frames:
         return values[{"zR": 0, "zPR": 5, "zPLR": 6}[letters]] if letters else ABSOLUTE
 
 
+def system_frames(image):
+    """Start, size and encoding of each function in the system's unwind table of a 64-bit image."""
+    address, size = image.directories[EXCEPTION_DIRECTORY]
+    offset = image.offset(address)
+    for start, end, _ in struct.iter_unpack("<III", image.data[offset:offset + size]):
+        yield start, end - start, ABSOLUTE
+
+
 def frame_findings(image):
     text, text_size = next((start, size) for name, start, size, _, _ in image.sections if name == ".text")
-    functions = list(Frames(image).functions())
+    functions = list(system_frames(image) if image.is_64_bit else Frames(image).functions())
     print(f"{len(functions)} functions in the unwind tables")
     if len(functions) < 1000:
         yield f"the unwind tables describe only {len(functions)} functions"
@@ -125,7 +138,7 @@ def frame_findings(image):
 
 
 def findings(image, size):
-    for what, flag in DLL_FLAGS.items():
+    for what, flag in (DLL_FLAGS | (DLL_FLAGS_64 if image.is_64_bit else DLL_FLAGS_32)).items():
         if not image.dll_flags & flag:
             yield f"flag {flag:#06x} is not set: {what}"
     if image.characteristics & RELOCATIONS_STRIPPED or not image.directories[RELOCATION_DIRECTORY][1]:

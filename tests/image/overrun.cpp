@@ -19,6 +19,6 @@ void Overrun(std::size_t excess) {
 } // namespace
 
 int main(int count, char**) {
-    Overrun(count > 1 ? 8 : 0); // any argument requests the overrun
+    Overrun(count > 1 ? 32 : 0); // any argument requests the overrun
     return 0;
 }

@@ -6,8 +6,8 @@
 // for a faulty log to tear.
 
 /// Semaphore and event on which writers wait for a common start. Both are optional.
-constexpr wchar_t writersReady[] = L"log_writers_ready";
-constexpr wchar_t writersStart[] = L"log_writers_start";
+constexpr wchar_t WritersReady[] = L"log_writers_ready";
+constexpr wchar_t WritersStart[] = L"log_writers_start";
 
 /// "<writer>.<number>:" followed by up to `padding` letters; the count varies from line to line.
 inline std::wstring LineMark(const std::wstring& writer, int number, int padding) {

@@ -7,17 +7,17 @@
 
 namespace {
 
-constexpr wchar_t head[] = L"<JobAttributes>";
-constexpr wchar_t papers[] = L"<PaperSizes><PaperSize DbId=\"1\" Default=\"true\"><PaperDimensions><X>10</X>"
+constexpr wchar_t Head[] = L"<JobAttributes>";
+constexpr wchar_t Papers[] = L"<PaperSizes><PaperSize DbId=\"1\" Default=\"true\"><PaperDimensions><X>10</X>"
                              L"<Y>20</Y></PaperDimensions><PaperNames><PaperName Default=\"true\">Card"
                              L"</PaperName></PaperNames></PaperSize></PaperSizes>";
-constexpr wchar_t pairs[] = L"<PageAttributePairs><PageAttributePair><First DbId=\"1\" Default=\"true\">One"
+constexpr wchar_t Pairs[] = L"<PageAttributePairs><PageAttributePair><First DbId=\"1\" Default=\"true\">One"
                             L"</First><Second DbId=\"2\" Default=\"false\">Two</Second></PageAttributePair>"
                             L"</PageAttributePairs>";
-constexpr wchar_t attributes[] = L"<PageAttributes/>";
-constexpr wchar_t finishings[] = L"<FinishingAttributes/>";
-constexpr wchar_t pdls[] = L"<Pdls><Pdl DbId=\"7\" Default=\"true\">Raster</Pdl></Pdls>";
-constexpr wchar_t tail[] = L"</JobAttributes>";
+constexpr wchar_t Attributes[] = L"<PageAttributes/>";
+constexpr wchar_t Finishings[] = L"<FinishingAttributes/>";
+constexpr wchar_t Pdls[] = L"<Pdls><Pdl DbId=\"7\" Default=\"true\">Raster</Pdl></Pdls>";
+constexpr wchar_t Tail[] = L"</JobAttributes>";
 
 std::wstring RegisteredFile() {
     wchar_t path[MAX_PATH];
@@ -96,12 +96,12 @@ std::wstring LookUp(const std::wstring& catalogue, LONG expectedCode) {
     return session.TakeText();
 }
 
-const std::wstring unresolved = L"Could not resolve PaperSize entry for 'card'.\r\n";
+const std::wstring Unresolved = L"Could not resolve PaperSize entry for 'card'.\r\n";
 
 } // namespace
 
-TEST_CASE("Log_catalogue_beside_the_library_is_the_one_that_counts") {
-    CHECK_TEXT(LookUp(std::wstring(head) + papers + pairs + attributes + finishings + pdls + tail, 1), L"");
+TEST_CASE("Log_catalogue_in_the_library_s_folder_is_used") {
+    CHECK_TEXT(LookUp(std::wstring(Head) + Papers + Pairs + Attributes + Finishings + Pdls + Tail, 1), L"");
 }
 
 TEST_CASE("Log_missing_catalogue_is_logged_at_each_call_and_read_once_it_exists") {
@@ -114,9 +114,9 @@ TEST_CASE("Log_missing_catalogue_is_logged_at_each_call_and_read_once_it_exists"
                                 L"'. " + FileNotFoundText() + L"\r\n";
     for (int i = 0; i < 2; ++i) {
         CHECK(Value(line, &ICopyLine::get_DBPaperSize) == 0);
-        CHECK_TEXT(session.TakeText(), failed + unresolved);
+        CHECK_TEXT(session.TakeText(), failed + Unresolved);
     }
-    library.WriteCatalogue(std::wstring(head) + papers + pairs + attributes + finishings + pdls + tail);
+    library.WriteCatalogue(std::wstring(Head) + Papers + Pairs + Attributes + Finishings + Pdls + Tail);
     CHECK(Value(line, &ICopyLine::get_DBPaperSize) == 1);
     CHECK_TEXT(session.TakeText(), L"");
 
@@ -128,42 +128,42 @@ TEST_CASE("Log_missing_catalogue_is_logged_at_each_call_and_read_once_it_exists"
 
 TEST_CASE("Log_broken_catalogue_is_corrupt") {
     CHECK_TEXT(LookUp(L"<JobAttributes><PaperSizes>", 0),
-               L"Job attributes xml file is corrupt.\r\n" + unresolved);
-    CHECK_TEXT(LookUp(L"no markup", 0), L"Job attributes xml file is corrupt.\r\n" + unresolved);
+               L"Job attributes xml file is corrupt.\r\n" + Unresolved);
+    CHECK_TEXT(LookUp(L"no markup", 0), L"Job attributes xml file is corrupt.\r\n" + Unresolved);
 }
 
 TEST_CASE("Log_missing_section_of_the_catalogue_is_named") {
     const auto missing = [](const wchar_t* name) {
         return L"Missing '" + std::wstring(name) + L"' xml element.\r\n";
     };
-    std::wstring catalogue = head;
-    CHECK_TEXT(LookUp(catalogue + pairs + attributes + finishings + pdls + tail, 0),
-               missing(L"PaperSizes") + unresolved);
-    catalogue += papers; // used in spite of later errors
-    CHECK_TEXT(LookUp(catalogue + tail, 1), missing(L"PageAttributePairs"));
-    catalogue += pairs;
-    CHECK_TEXT(LookUp(catalogue + tail, 1), missing(L"PageAttributes"));
-    catalogue += attributes;
-    CHECK_TEXT(LookUp(catalogue + tail, 1), missing(L"FinishingAttributes"));
-    catalogue += finishings;
-    CHECK_TEXT(LookUp(catalogue + tail, 1), missing(L"Pdls"));
-    CHECK_TEXT(LookUp(std::wstring(head) + pdls + papers + pairs + attributes + finishings + tail, 1),
+    std::wstring catalogue = Head;
+    CHECK_TEXT(LookUp(catalogue + Pairs + Attributes + Finishings + Pdls + Tail, 0),
+               missing(L"PaperSizes") + Unresolved);
+    catalogue += Papers; // used despite later errors
+    CHECK_TEXT(LookUp(catalogue + Tail, 1), missing(L"PageAttributePairs"));
+    catalogue += Pairs;
+    CHECK_TEXT(LookUp(catalogue + Tail, 1), missing(L"PageAttributes"));
+    catalogue += Attributes;
+    CHECK_TEXT(LookUp(catalogue + Tail, 1), missing(L"FinishingAttributes"));
+    catalogue += Finishings;
+    CHECK_TEXT(LookUp(catalogue + Tail, 1), missing(L"Pdls"));
+    CHECK_TEXT(LookUp(std::wstring(Head) + Pdls + Papers + Pairs + Attributes + Finishings + Tail, 1),
                missing(L"Pdls"));
 }
 
 TEST_CASE("Log_incomplete_paper_sizes_of_the_catalogue_are_named") {
-    const std::wstring rest = std::wstring(pairs) + attributes + finishings + pdls + tail;
-    CHECK_TEXT(LookUp(std::wstring(head) +
+    const std::wstring rest = std::wstring(Pairs) + Attributes + Finishings + Pdls + Tail;
+    CHECK_TEXT(LookUp(std::wstring(Head) +
                           L"<PaperSizes><PaperSize DbId=\"3\"><PaperNames><PaperName>Card</PaperName>"
                           L"</PaperNames></PaperSize></PaperSizes>" +
                           rest,
                       3),
                L"Missing 'PaperDimensions' xml element.\r\n");
-    CHECK_TEXT(LookUp(std::wstring(head) +
+    CHECK_TEXT(LookUp(std::wstring(Head) +
                           L"<PaperSizes><PaperSize DbId=\"3\"><PaperDimensions/></PaperSize></PaperSizes>" +
                           rest,
                       0),
-               L"Missing 'PaperNames' xml element.\r\n" + unresolved);
+               L"Missing 'PaperNames' xml element.\r\n" + Unresolved);
 }
 
 TEST_CASE("Log_unresolved_words_and_codes_are_named") {

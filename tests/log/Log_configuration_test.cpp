@@ -22,10 +22,10 @@ void FailWithGeneralLines() {
     SetErrorInfo(0, nullptr);
 }
 
-constexpr wchar_t versionMessage[] =
+constexpr wchar_t VersionMessage[] =
     L"Version has fewer than two components or more than four components.\r\n";
-const std::wstring utilityLine = std::wstring(L"[QxVersion::QxVersion] ") + versionMessage;
-const std::wstring comLine = std::wstring(L"[CPrintJobImpl::put_Xml] Exception: ") + versionMessage;
+const std::wstring UtilityLine = std::wstring(L"[QxVersion::QxVersion] ") + VersionMessage;
+const std::wstring ComLine = std::wstring(L"[CPrintJobImpl::put_Xml] Exception: ") + VersionMessage;
 
 std::wstring Format(const wchar_t* format, DWORD number) {
     wchar_t text[32];
@@ -42,7 +42,7 @@ std::wstring ThreadPart() {
 
 /// The line of FailOnce with this header.
 std::wstring WithHeader(const std::wstring& header) {
-    return L"[" + header + L"] " + failedOnce;
+    return L"[" + header + L"] " + FailedOnce;
 }
 
 /// The output of one failing call.
@@ -113,7 +113,7 @@ TEST_CASE("Log_enabled_is_read_as_a_flag") {
     LogSession::Unload();
     session.Put(L"Enabled", 0x80000000u);
     FailOnce();
-    CHECK_TEXT(session.TakeText(), failedOnce);
+    CHECK_TEXT(session.TakeText(), FailedOnce);
 }
 
 TEST_CASE("Log_is_configured_when_the_library_is_loaded_and_not_later") {
@@ -121,10 +121,10 @@ TEST_CASE("Log_is_configured_when_the_library_is_loaded_and_not_later") {
     session.Enable();
     const auto job = CreateCopyJob(); // keeps the library loaded
     FailOnce();
-    CHECK_TEXT(session.TakeText(), failedOnce);
+    CHECK_TEXT(session.TakeText(), FailedOnce);
     session.Put(L"Enabled", 0u);
     FailOnce();
-    CHECK_TEXT(session.TakeText(), failedOnce);
+    CHECK_TEXT(session.TakeText(), FailedOnce);
 }
 
 TEST_CASE("Log_lines_are_appended_to_what_the_file_holds") {
@@ -133,11 +133,11 @@ TEST_CASE("Log_lines_are_appended_to_what_the_file_holds") {
     FailOnce();
     LogSession::Unload();
     FailOnce();
-    CHECK_TEXT(session.TakeText(), std::wstring(failedOnce) + failedOnce);
+    CHECK_TEXT(session.TakeText(), std::wstring(FailedOnce) + FailedOnce);
 }
 
 TEST_CASE("Log_header_shows_each_part_alone") {
-    CHECK_TEXT(LoggedWith(0), failedOnce);
+    CHECK_TEXT(LoggedWith(0), FailedOnce);
     CHECK_TEXT(LoggedWith(2), WithHeader(ProcessPart()));
     CHECK_TEXT(LoggedWith(4), WithHeader(ThreadPart()));
     CHECK_TEXT(LoggedWith(8), WithHeader(L"CQxCom"));
@@ -162,7 +162,7 @@ TEST_CASE("Log_header_time_is_the_local_time") {
     CHECK_TEXT(Shape(text.substr(0, 22)), L"[dddd/dd/dd dd:dd:dd] ");
     CHECK(text.substr(1, 19) >= before);
     CHECK(text.substr(1, 19) <= after);
-    CHECK_TEXT(text.substr(22), failedOnce);
+    CHECK_TEXT(text.substr(22), FailedOnce);
 }
 
 TEST_CASE("Log_header_parts_keep_their_order_in_every_combination") {
@@ -192,7 +192,7 @@ TEST_CASE("Log_header_shows_the_category_of_each_layer") {
     LogSession session;
     session.Enable(8);
     FailWithUtilityLine();
-    CHECK_TEXT(session.TakeText(), L"[CQx] " + utilityLine + L"[CQxCom] " + comLine);
+    CHECK_TEXT(session.TakeText(), L"[CQx] " + UtilityLine + L"[CQxCom] " + ComLine);
     FailWithGeneralLines();
     CHECK_TEXT(session.TakeText(), L"[] [CCopyLine::put_Xml] Invalid Xml fragment\r\n"
                                    L"[] [CCopyLineImpl::put_Xml] Invalid Xml fragment\r\n"
@@ -222,11 +222,11 @@ TEST_CASE("Log_filter_by_category_passes_common_bits") {
                                  L"[CCopyLineImpl::put_Xml] Invalid Xml fragment\r\n";
     const std::wstring com = L"[CCopyLineImpl::get_Xml] Exception: "
                              L"[CCopyLineImpl::put_Xml] Invalid Xml fragment\r\n";
-    const std::wstring all = utilityLine + comLine + general + com;
+    const std::wstring all = UtilityLine + ComLine + general + com;
     CHECK_TEXT(logged(0, 0), all);
     CHECK_TEXT(logged(1, 0), L"");
-    CHECK_TEXT(logged(1, 0x10000), utilityLine);
-    CHECK_TEXT(logged(1, 0x20000), comLine + com);
+    CHECK_TEXT(logged(1, 0x10000), UtilityLine);
+    CHECK_TEXT(logged(1, 0x20000), ComLine + com);
     CHECK_TEXT(logged(1, 1), general);
     CHECK_TEXT(logged(1, 0x30001), all);
     CHECK_TEXT(logged(1, 0xFFFCFFFE), L"");
@@ -245,10 +245,10 @@ TEST_CASE("Log_filter_by_type_passes_errors_only_with_their_bit") {
     };
     CHECK_TEXT(logged(2, 0), L"");
     CHECK_TEXT(logged(2, 0xFFFFFFFE), L"");
-    CHECK_TEXT(logged(2, 1), failedOnce);
-    CHECK_TEXT(logged(2, 0xF), failedOnce);
-    CHECK_TEXT(logged(0, 0), failedOnce);
-    CHECK_TEXT(logged(3, 1), failedOnce);
+    CHECK_TEXT(logged(2, 1), FailedOnce);
+    CHECK_TEXT(logged(2, 0xF), FailedOnce);
+    CHECK_TEXT(logged(0, 0), FailedOnce);
+    CHECK_TEXT(logged(3, 1), FailedOnce);
     CHECK_TEXT(logged(3, 2), L"");
 }
 
@@ -258,7 +258,7 @@ TEST_CASE("Log_level_has_no_effect") {
         session.Enable();
         session.Put(L"Level", level);
         FailOnce();
-        CHECK_TEXT(session.TakeText(), failedOnce);
+        CHECK_TEXT(session.TakeText(), FailedOnce);
     }
 }
 
@@ -268,7 +268,7 @@ TEST_CASE("Log_only_errors_to_file_keeps_errors") {
         session.Enable();
         session.Put(L"OnlyErrorsToFile", only);
         FailOnce();
-        CHECK_TEXT(session.TakeText(), failedOnce);
+        CHECK_TEXT(session.TakeText(), FailedOnce);
     }
 }
 
@@ -280,7 +280,7 @@ TEST_CASE("Log_values_of_the_wrong_type_are_ignored") {
     session.Put(L"MaxFileSize", L"1", REG_EXPAND_SZ);
     session.Put(L"TraceLog", L"1");
     FailOnce();
-    CHECK_TEXT(session.TakeText(), failedOnce);
+    CHECK_TEXT(session.TakeText(), FailedOnce);
 
     LogSession::Unload();
     session.Put(L"Enabled", L"1");
@@ -303,17 +303,17 @@ TEST_CASE("Log_file_name_of_the_expandable_type_is_taken_as_stored") {
     session.Enable();
     session.Put(L"FileName", session.Path(), REG_EXPAND_SZ);
     FailOnce();
-    CHECK_TEXT(session.TakeText(), failedOnce);
+    CHECK_TEXT(session.TakeText(), FailedOnce);
 
     LogSession::Unload();
     SetEnvironmentVariableW(L"LOG_TEST_NAME", L"expanded");
     session.Put(L"FileName", session.Folder().File(L"%LOG_TEST_NAME%.log"), REG_EXPAND_SZ);
     FailOnce();
     CHECK_FALSE(FileExists(session.Folder().File(L"expanded.log")));
-    CHECK_TEXT(FileText(session.Folder().File(L"%LOG_TEST_NAME%.log")), failedOnce);
+    CHECK_TEXT(FileText(session.Folder().File(L"%LOG_TEST_NAME%.log")), FailedOnce);
 }
 
-TEST_CASE("Log_file_that_cannot_be_written_leaves_the_caller_undisturbed") {
+TEST_CASE("Log_file_that_cannot_be_written_does_not_affect_the_caller") {
     LogSession session;
     session.Enable();
     session.Put(L"FileName", session.Folder().File(L"missing\\a.log"));
@@ -330,7 +330,7 @@ TEST_CASE("Log_file_of_the_maximum_size_becomes_the_backup") {
     session.Put(L"MaxFileSize", 1u);
     const std::wstring backup = session.Path() + L".bak";
     // The file is one line short of the limit of 1,048,576 bytes.
-    const std::wstring rest(1048576 / sizeof(wchar_t) - std::wcslen(failedOnce), L'x');
+    const std::wstring rest(1048576 / sizeof(wchar_t) - std::wcslen(FailedOnce), L'x');
     const auto fill = [&](std::size_t characters) {
         std::FILE* file = _wfopen(session.Path().c_str(), L"wb");
         REQUIRE(file != nullptr);
@@ -346,10 +346,10 @@ TEST_CASE("Log_file_of_the_maximum_size_becomes_the_backup") {
     FailOnce();
     CHECK_FALSE(FileExists(session.Path()));
     REQUIRE(FileExists(backup));
-    CHECK(FileText(backup) == rest + failedOnce);
+    CHECK(FileText(backup) == rest + FailedOnce);
 
     FailOnce();
-    CHECK_TEXT(session.TakeText(), failedOnce);
+    CHECK_TEXT(session.TakeText(), FailedOnce);
     LogSession::Unload();
 
     // An older backup is replaced, even a write-protected one.
@@ -357,7 +357,7 @@ TEST_CASE("Log_file_of_the_maximum_size_becomes_the_backup") {
     fill(rest.size());
     FailOnce();
     CHECK_FALSE(FileExists(session.Path()));
-    CHECK(FileText(backup) == rest + failedOnce);
+    CHECK(FileText(backup) == rest + FailedOnce);
     CHECK((GetFileAttributesW(backup.c_str()) & FILE_ATTRIBUTE_READONLY) == 0);
 }
 
@@ -372,10 +372,10 @@ TEST_CASE("Log_maximum_size_0_never_makes_a_backup") {
     std::fclose(file);
     FailOnce();
     CHECK_FALSE(FileExists(session.Path() + L".bak"));
-    CHECK(FileText(session.Path()).size() == large.size() / 2 + std::wcslen(failedOnce));
+    CHECK(FileText(session.Path()).size() == large.size() / 2 + std::wcslen(FailedOnce));
 }
 
-TEST_CASE("Log_trace_gets_each_line_without_its_end") {
+TEST_CASE("Log_trace_output_omits_line_ends") {
     LogSession session;
     DebuggerOutput debugger;
     session.Put(L"Enabled", 1u);
@@ -397,7 +397,7 @@ TEST_CASE("Log_trace_and_file_get_the_same_lines") {
     session.Put(L"OnlyErrorsToFile", 1u);
     FailOnce();
     CHECK(debugger.lines.size() == 1);
-    CHECK_TEXT(session.TakeText(), failedOnce);
+    CHECK_TEXT(session.TakeText(), FailedOnce);
     LogSession::Unload();
     session.Put(L"TraceLog", 0u);
     FailOnce();

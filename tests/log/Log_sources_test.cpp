@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr auto dispatchError5 = static_cast<HRESULT>(0x80040205); // without a system message
+constexpr auto DispatchError5 = static_cast<HRESULT>(0x80040205); // without a system message
 
 /// The log output of the call.
 std::wstring Logged(LogSession& session, HRESULT expected, const std::function<HRESULT()>& call) {
@@ -163,12 +163,11 @@ TEST_CASE("Log_names_the_writer_of_each_job_whose_child_fails") {
     LogSession session;
     session.Enable();
     ForeignChild child(__uuidof(IJobContents));
-    child.getResult = dispatchError5;
+    child.getResult = DispatchError5;
     const auto logged = [&](auto&& job, auto putChild, auto getter) {
         REQUIRE_HR((job.Get()->*putChild)(child.As<IJobContents>()), S_OK);
         BSTR value = reinterpret_cast<BSTR>(0x1234);
-        const std::wstring text =
-            Logged(session, dispatchError5, [&] { return (job.Get()->*getter)(&value); });
+        std::wstring text = Logged(session, DispatchError5, [&] { return (job.Get()->*getter)(&value); });
         CHECK(value == nullptr);
         return text;
     };
@@ -194,12 +193,12 @@ TEST_CASE("Log_failure_that_explains_itself_is_a_com_exception") {
     LogSession session;
     session.Enable(8);
     ForeignChild child(__uuidof(IJobContents));
-    child.getResult = dispatchError5;
+    child.getResult = DispatchError5;
     child.ExplainFailures(L"the child's own text");
     const auto job = CreateCopyJob();
     REQUIRE_HR(job->put_JobContents(child.As<IJobContents>()), S_OK);
     BSTR value = nullptr;
-    CHECK_TEXT(Logged(session, dispatchError5, [&] { return job->get_Xml(&value); }),
+    CHECK_TEXT(Logged(session, DispatchError5, [&] { return job->get_Xml(&value); }),
                L"[CQxCom] [CCopyJobImpl::get_Xml] COM exception: IDispatch error #5\r\n");
     ComPtr<IErrorInfo> info;
     REQUIRE_HR(GetErrorInfo(0, info.Put()), S_OK);
@@ -409,7 +408,7 @@ TEST_CASE("Log_names_the_reader_of_the_older_printer_form") {
     CHECK_TEXT(Text(printer, &ILogicalPrinter::get_PrinterName), name);
 }
 
-TEST_CASE("Log_line_is_written_even_when_there_is_no_error_information") {
+TEST_CASE("Log_line_is_written_even_without_error_information") {
     LogSession session;
     session.Enable();
     const auto job = CreateCopyJob();
@@ -420,7 +419,7 @@ TEST_CASE("Log_line_is_written_even_when_there_is_no_error_information") {
                                              reinterpret_cast<void*>(FailingCreateErrorInfo),
                                              [&] { return Put(job, &ICopyJob::put_Xml, L"<x/>"); });
                       }),
-               failedOnce);
+               FailedOnce);
     CHECK_TEXT(TakeErrorDescription(), L"<none>");
 }
 
@@ -434,7 +433,7 @@ TEST_CASE("Log_and_texts_do_not_depend_on_the_locale_that_a_host_sets") {
     REQUIRE_HR(job->put_JobSize(1234567), S_OK);
     REQUIRE_HR(job->put_JobTimeLocal(40000.25), S_OK);
     ForeignChild child(__uuidof(IPolicyResults));
-    child.putResult = dispatchError5;
+    child.putResult = DispatchError5;
     const auto texts = [&] {
         std::wstring all = Text(job, &IPrintJob::get_Xml);
         CHECK(Value(line, &ICopyLine::get_DBPaperSize) == 0);
@@ -443,7 +442,7 @@ TEST_CASE("Log_and_texts_do_not_depend_on_the_locale_that_a_host_sets") {
         CHECK_HR(Put(reader, &IPrintJob::put_Xml,
                      L"<PrintJob "
                      L"Version=\"7.26\"><FromSystemUser>TRUE</FromSystemUser><PolicyResults/></PrintJob>"),
-                 dispatchError5);
+                 DispatchError5);
         CHECK(Value(reader, &IPrintJob::get_FromSystemUser) == VARIANT_TRUE);
         return all + TakeErrorDescription() + session.TakeText();
     };

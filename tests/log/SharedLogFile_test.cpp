@@ -37,14 +37,14 @@ public:
     }
 
     /// Waits for the process. Returns its longest call in milliseconds.
-    int LongestCall() {
+    int LongestCall() const {
         REQUIRE(WaitForSingleObject(m_process.hProcess, 300000) == WAIT_OBJECT_0);
         DWORD code = 0;
         REQUIRE(GetExitCodeProcess(m_process.hProcess, &code));
         return static_cast<int>(code);
     }
     bool IsRunning() const { return WaitForSingleObject(m_process.hProcess, 0) == WAIT_TIMEOUT; }
-    void Kill() {
+    void Kill() const {
         TerminateProcess(m_process.hProcess, 1);
         WaitForSingleObject(m_process.hProcess, 60000);
     }
@@ -67,8 +67,8 @@ public:
     }
 
 private:
-    HANDLE m_ready = CreateSemaphoreW(nullptr, 0, 10000, writersReady);
-    HANDLE m_start = CreateEventW(nullptr, TRUE, FALSE, writersStart);
+    HANDLE m_ready = CreateSemaphoreW(nullptr, 0, 10000, WritersReady);
+    HANDLE m_start = CreateEventW(nullptr, TRUE, FALSE, WritersStart);
 };
 
 /// Durations of the calls of one or more rounds, in milliseconds.
@@ -180,6 +180,7 @@ FoundLines WithTornLinesApart(const FoundLines& found) {
 void WriteTogether(int processes, int threads, int lines, int padding, CallTimes& times) {
     StartingLine line;
     std::vector<std::unique_ptr<WriterProcess>> writers;
+    writers.reserve(static_cast<std::size_t>(processes));
     for (int i = 0; i < processes; ++i)
         writers.push_back(std::make_unique<WriterProcess>("p" + std::to_string(i), threads, lines, padding));
     line.Start(processes * threads);
@@ -194,7 +195,7 @@ void WriteTogether(int processes, int threads, int lines, int padding, CallTimes
 }
 
 /// One steady writer with two threads at a time, next to the victims.
-constexpr int steadyThreads = 2, steadyLines = 100, killPadding = 6000;
+constexpr int SteadyThreads = 2, SteadyLines = 100, KillPadding = 6000;
 
 struct Killing {
     std::vector<std::string> steady;
@@ -207,10 +208,10 @@ Killing KillWriters(int kills) {
     Killing killing;
     while (static_cast<int>(killing.victims.size()) < kills) {
         killing.steady.push_back("steady" + std::to_string(killing.steady.size()));
-        WriterProcess writer(killing.steady.back(), steadyThreads, steadyLines, killPadding);
+        WriterProcess writer(killing.steady.back(), SteadyThreads, SteadyLines, KillPadding);
         do {
             killing.victims.push_back({"victim" + std::to_string(killing.victims.size())});
-            KillWhileItWrites(killing.victims.back(), killPadding, random.Below(40));
+            KillWhileItWrites(killing.victims.back(), KillPadding, random.Below(40));
         } while (writer.IsRunning() && static_cast<int>(killing.victims.size()) < kills);
         const int time = writer.LongestCall();
         REQUIRE(time >= 0);
@@ -224,7 +225,7 @@ void TakeTornLines(FoundLines& found, const std::vector<Victim>& victims) {
     for (const Victim& victim : victims) {
         const auto piece =
             std::find_if(found.strangers.begin(), found.strangers.end(),
-                         [&](const std::wstring& line) { return IsTornLineOf(victim, line, killPadding); });
+                         [&](const std::wstring& line) { return IsTornLineOf(victim, line, KillPadding); });
         if (piece != found.strangers.end())
             found.strangers.erase(piece);
     }
@@ -271,11 +272,11 @@ TEST_CASE("Log_file_of_killed_writers_keeps_the_lines_of_the_others") {
     found.Add(FileText(session.Path()));
     found = WithTornLinesApart(found);
     for (const std::string& name : killing.steady)
-        for (int thread = 0; thread < steadyThreads; ++thread)
-            TakeEachOnce(found, name, thread, steadyLines, killPadding);
+        for (int thread = 0; thread < SteadyThreads; ++thread)
+            TakeEachOnce(found, name, thread, SteadyLines, KillPadding);
     int written = 0, writing = 0;
     for (Victim& victim : killing.victims) {
-        TakeLinesOfVictim(found, victim, killPadding);
+        TakeLinesOfVictim(found, victim, KillPadding);
         written += victim.lines;
         writing += victim.lines > 0;
     }
@@ -287,7 +288,7 @@ TEST_CASE("Log_file_of_killed_writers_keeps_the_lines_of_the_others") {
         "%zu writers killed, %d of them after %d lines, with %zu torn lines; %zu others wrote %zu lines, "
         "longest call %d ms\n",
         killing.victims.size(), writing, written, torn, killing.steady.size(),
-        killing.steady.size() * steadyThreads * steadyLines, killing.longestCall);
+        killing.steady.size() * SteadyThreads * SteadyLines, killing.longestCall);
     CHECK(writing > 0);
     CHECK(killing.longestCall <= longestWait + patience);
 }

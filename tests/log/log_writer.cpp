@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr int failed = -1;
+constexpr int Failed = -1;
 
 struct Writer {
     std::wstring name;
@@ -26,19 +26,19 @@ struct Writer {
     int longestCall;
 };
 
-/// Writes one line. Returns its time in milliseconds, or `failed`.
+/// Writes one line. Returns its time in milliseconds, or `Failed`.
 int WriteLine(IPrintJob* job, const std::wstring& mark) {
     const UniqueBstr xml(L"<PrintJob Version=\"7.26\"><LogTarget Type=\"" + mark + L"\"/></PrintJob>");
     const DWORD start = GetTickCount();
     const HRESULT result = job->put_Xml(xml.Get());
     const DWORD end = GetTickCount();
-    return result == E_FAIL ? static_cast<int>(end - start) : failed;
+    return result == E_FAIL ? static_cast<int>(end - start) : Failed;
 }
 
 /// Waits for the common start, if there is one.
 void WaitForStart() {
-    const HANDLE ready = OpenSemaphoreW(SEMAPHORE_MODIFY_STATE, FALSE, writersReady);
-    const HANDLE start = OpenEventW(SYNCHRONIZE, FALSE, writersStart);
+    const HANDLE ready = OpenSemaphoreW(SEMAPHORE_MODIFY_STATE, FALSE, WritersReady);
+    const HANDLE start = OpenEventW(SYNCHRONIZE, FALSE, WritersStart);
     if (ready && start) {
         ReleaseSemaphore(ready, 1, nullptr);
         WaitForSingleObject(start, INFINITE);
@@ -59,14 +59,14 @@ int WriteLines(const Writer& writer) {
     ComPtr<IPrintJob> job;
     if (FAILED(CoCreateInstance(__uuidof(PrintJob), nullptr, CLSCTX_INPROC_SERVER, __uuidof(IPrintJob),
                                 job.PutVoid())))
-        return failed;
+        return Failed;
     WaitForStart();
     SignalWriting(writer.name);
     int longest = 0;
     for (int i = 0; writer.lines == 0 || i < writer.lines; ++i) {
         const int time = WriteLine(job.Get(), LineMark(writer.name, i, writer.padding));
-        if (time == failed)
-            return failed;
+        if (time == Failed)
+            return Failed;
         longest = std::max(longest, time);
     }
     SetErrorInfo(0, nullptr);
@@ -86,23 +86,26 @@ std::wstring Wide(const char* text) {
     return std::wstring(text, text + std::char_traits<char>::length(text));
 }
 
+int Number(const char* text) {
+    return static_cast<int>(std::strtol(text, nullptr, 10));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     if (argc != 5)
-        return failed;
-    std::vector<Writer> writers(static_cast<std::size_t>(std::atoi(argv[2])));
+        return Failed;
+    std::vector<Writer> writers(static_cast<std::size_t>(Number(argv[2])));
     std::vector<HANDLE> threads;
     for (std::size_t i = 0; i < writers.size(); ++i) {
-        writers[i] = {Wide(argv[1]) + L"." + std::to_wstring(i), std::atoi(argv[3]), std::atoi(argv[4]),
-                      failed};
+        writers[i] = {Wide(argv[1]) + L"." + std::to_wstring(i), Number(argv[3]), Number(argv[4]), Failed};
         threads.push_back(CreateThread(nullptr, 0, RunWriter, &writers[i], 0, nullptr));
     }
-    int longest = writers.empty() ? failed : 0;
+    int longest = writers.empty() ? Failed : 0;
     for (std::size_t i = 0; i < writers.size(); ++i) {
         if (!threads[i] || WaitForSingleObject(threads[i], INFINITE) != WAIT_OBJECT_0 ||
-            writers[i].longestCall == failed)
-            return failed;
+            writers[i].longestCall == Failed)
+            return Failed;
         longest = std::max(longest, writers[i].longestCall);
     }
     return longest;

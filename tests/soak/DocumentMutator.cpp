@@ -6,13 +6,13 @@
 
 namespace {
 
-constexpr std::size_t longestDocument = 100000;
+constexpr std::size_t LongestDocument = 100000;
 
-const wchar_t oddCharacters[] = {
+const wchar_t OddCharacters[] = {
     L'<',  L'>',   L'&',    L'"',    L'\'',     L'/',      L'=',      L';',      L'!',     L'?', L'-',
     L'[',  L']',   L'#',    L':',    L' ',      L'\t',     L'\n',     L'0',      L'-',     L'9', L'a',
     L'\0', L'\x1', L'\x7F', L'\xE9', L'\x2028', L'\xD83D', L'\xDE00', L'\xFEFF', L'\xFFFF'};
-const std::wstring_view tokens[] = {L"<",
+const std::wstring_view Tokens[] = {L"<",
                                     L">",
                                     L"/>",
                                     L"</",
@@ -56,7 +56,7 @@ const std::wstring_view tokens[] = {L"<",
                                     L"9999-12-31T23:59:59",
                                     L"0100-01-01T00:00:00",
                                     L"4294967296.4294967296"};
-const std::wstring_view numbers[] = {L"0",
+const std::wstring_view Numbers[] = {L"0",
                                      L"-1",
                                      L"2147483647",
                                      L"2147483648",
@@ -99,7 +99,7 @@ Piece SomeName(Random& random, const std::wstring& text) {
 
 void ChangeCharacters(Random& random, std::wstring& text) {
     for (std::uint32_t i = random.Below(4) + 1; i > 0 && !text.empty(); --i)
-        text[random.Below(text.size())] = random.Of(oddCharacters);
+        text[random.Below(text.size())] = random.Of(OddCharacters);
 }
 
 void ChangeBit(Random& random, std::wstring& text) {
@@ -115,7 +115,7 @@ void DeletePiece(Random& random, std::wstring& text) {
 void RepeatPiece(Random& random, std::wstring& text) {
     const Piece piece = SomePiece(random, text);
     const std::wstring copy = text.substr(piece.start, piece.length);
-    for (std::uint32_t i = random.OneIn(8) ? 50 : 1; i > 0 && text.size() < longestDocument; --i)
+    for (std::uint32_t i = random.OneIn(8) ? 50 : 1; i > 0 && text.size() < LongestDocument; --i)
         text.insert(piece.start, copy);
 }
 
@@ -147,11 +147,11 @@ void ChangeNumber(Random& random, std::wstring& text) {
     if (start == std::wstring::npos)
         return;
     const std::size_t end = std::min(text.find_first_not_of(L"0123456789", start), text.size());
-    text.replace(start, end - start, random.Of(numbers));
+    text.replace(start, end - start, random.Of(Numbers));
 }
 
 void InsertToken(Random& random, std::wstring& text) {
-    text.insert(random.Below(text.size() + 1), random.Of(tokens));
+    text.insert(random.Below(text.size() + 1), random.Of(Tokens));
 }
 
 /// Nests a piece, sometimes the whole text, deep inside elements, which may lack their end tags.
@@ -171,7 +171,7 @@ void Nest(Random& random, std::wstring& text) {
 using Mutation = void (*)(Random&, std::wstring&);
 /// The parser refuses most damage to markup at once. Damaged numbers reach the records, so their mutations
 /// are more frequent.
-constexpr Mutation mutations[] = {ChangeNumber, ChangeNumber, ChangeNumber, ChangeCharacters,
+constexpr Mutation Mutations[] = {ChangeNumber, ChangeNumber, ChangeNumber, ChangeCharacters,
                                   ChangeBit,    DeletePiece,  RepeatPiece,  MovePiece,
                                   SwapTags,     SwapTags,     ChangeNumber, ChangeNumber,
                                   InsertToken,  InsertToken,  Truncate,     Nest};
@@ -211,8 +211,8 @@ std::wstring DocumentMutator::Document(int number) const {
         text += other.substr(random.Below(other.size() + 1));
     }
     for (std::uint32_t i = random.OneIn(4) ? random.Below(6) + 2 : 1; i > 0; --i)
-        random.Of(mutations)(random, text);
-    if (text.size() > longestDocument)
-        text.resize(longestDocument);
+        random.Of(Mutations)(random, text);
+    if (text.size() > LongestDocument)
+        text.resize(LongestDocument);
     return text;
 }

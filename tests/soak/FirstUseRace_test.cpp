@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int threadCount = 64;
+constexpr int ThreadCount = 64;
 
 /// Shared by the threads of one round. They must not assert, because assertions are not thread-safe.
 struct Round {
@@ -80,18 +80,18 @@ void RunRound() {
     const Library library;
     Round round{library, CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     REQUIRE(round.start != nullptr);
-    Racer racers[threadCount];
-    HANDLE threads[threadCount];
-    for (int i = 0; i < threadCount; ++i) {
+    Racer racers[ThreadCount];
+    HANDLE threads[ThreadCount];
+    for (int i = 0; i < ThreadCount; ++i) {
         racers[i] = {&round, i};
         threads[i] =
             CreateThread(nullptr, 256 * 1024, Race, &racers[i], STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
         REQUIRE(threads[i] != nullptr);
     }
-    while (round.ready < threadCount)
+    while (round.ready < ThreadCount)
         Sleep(1);
     SetEvent(round.start);
-    const DWORD waited = WaitForMultipleObjects(threadCount, threads, TRUE, 60000);
+    const DWORD waited = WaitForMultipleObjects(ThreadCount, threads, TRUE, 60000);
     if (waited == WAIT_TIMEOUT) {
         std::fputs("64 threads hang in their first use\n", stderr);
         std::fflush(stderr);
@@ -115,5 +115,5 @@ TEST_CASE("Sixty_four_threads_at_first_use_get_the_same_class_objects_and_a_comp
         REQUIRE(GetModuleHandleW(L"Tarnwick.dll") == nullptr);
         RunRound();
     }
-    std::printf("%d loads of the library, each with %d threads at its first use\n", rounds, threadCount);
+    std::printf("%d loads of the library, each with %d threads at its first use\n", rounds, ThreadCount);
 }

@@ -11,12 +11,12 @@
 
 namespace {
 
-constexpr std::size_t paperDigits = 8;
+constexpr std::size_t PaperDigits = 8;
 
 /// Each copy line has its own paper size, because equal ones would be merged.
 std::wstring CopyLine(std::size_t number) {
     std::wstring paper = std::to_wstring(number);
-    paper.insert(0, paperDigits - paper.size(), L'0');
+    paper.insert(0, PaperDigits - paper.size(), L'0');
     return L"<CopyLine><PaperSize>P" + paper +
            L"</PaperSize><PaperDimensions>2100,2970</PaperDimensions><Attributes>Duplex,B&amp;W</Attributes>"
            L"<Sheets>12</Sheets><PagesBW>24</PagesBW><PagesColor>0</PagesColor><PagesBlank>0</PagesBlank></"
@@ -28,9 +28,9 @@ struct Form {
     std::wstring begin;
     std::wstring end;
 };
-const Form copyLines{L"CopyLines", L"<JobCopyLines>", L"</JobCopyLines>"};
-const Form jobContents{L"JobContents", L"<JobContents Version=\"4.0\"><JobCopyLines>",
-                       L"</JobCopyLines><JobOriginals>3</JobOriginals></JobContents>"};
+const Form CopyLinesForm{L"CopyLines", L"<JobCopyLines>", L"</JobCopyLines>"};
+const Form JobContentsForm{L"JobContents", L"<JobContents Version=\"4.0\"><JobCopyLines>",
+                           L"</JobCopyLines><JobOriginals>3</JobOriginals></JobContents>"};
 
 const RecordClass& ClassNamed(std::wstring_view name) {
     for (const RecordClass& each : RecordClasses())
@@ -60,7 +60,7 @@ class ScarceMemory {
 public:
     explicit ScarceMemory(std::size_t left) {
         m_blocks.reserve(8192);
-        while (void* block = VirtualAlloc(nullptr, blockSize, MEM_RESERVE, PAGE_NOACCESS))
+        while (void* block = VirtualAlloc(nullptr, BlockSize, MEM_RESERVE, PAGE_NOACCESS))
             m_blocks.push_back(block);
         for (; left > 0 && !m_blocks.empty(); --left)
             GiveOneBack();
@@ -73,7 +73,7 @@ public:
     ScarceMemory& operator=(const ScarceMemory&) = delete;
 
 private:
-    static constexpr std::size_t blockSize = 1 << 20;
+    static constexpr std::size_t BlockSize = 1 << 20;
 
     void GiveOneBack() {
         VirtualFree(m_blocks.back(), 0, MEM_RELEASE);
@@ -164,7 +164,7 @@ UniqueBstr DeepDocument(const RecordClass& of, IUnknown* record, std::size_t dep
 
 TEST_CASE("Xml_of_a_hundred_megabytes_is_read_or_fails_with_out_of_memory") {
     const auto bytes = static_cast<std::size_t>(SoakCount("SOAK_MEGABYTES", 4)) * 1000000;
-    for (const Form* form : {&copyLines, &jobContents}) {
+    for (const Form* form : {&CopyLinesForm, &JobContentsForm}) {
         CheckLargeDocument(*form, 1000000); // COM and the system keep what they load on first use
         const ProcessCounters before = ProcessCounters::Now();
         CheckLargeDocument(*form, bytes);
@@ -174,10 +174,10 @@ TEST_CASE("Xml_of_a_hundred_megabytes_is_read_or_fails_with_out_of_memory") {
 }
 
 TEST_CASE("Xml_beyond_the_free_memory_fails_with_out_of_memory_and_leaves_the_object_usable") {
-    const RecordClass& of = ClassNamed(copyLines.className);
+    const RecordClass& of = ClassNamed(CopyLinesForm.className);
     const auto record = CreateRecord(of);
-    CheckUsable(of, copyLines, record.Get());
-    const UniqueBstr document = DocumentOf(copyLines, 32000000);
+    CheckUsable(of, CopyLinesForm, record.Get());
+    const UniqueBstr document = DocumentOf(CopyLinesForm, 32000000);
     int refused = 0, taken = 0;
     for (const std::size_t left : {8u, 40u, 80u, 400u}) {
         INFO("with " << left << " MiB");
@@ -189,7 +189,7 @@ TEST_CASE("Xml_beyond_the_free_memory_fails_with_out_of_memory_and_leaves_the_ob
         ++(put == E_OUTOFMEMORY ? refused : taken);
         if (put != S_OK)
             CHECK_HR(put, E_OUTOFMEMORY);
-        CheckUsable(of, copyLines, record.Get());
+        CheckUsable(of, CopyLinesForm, record.Get());
     }
     SetErrorInfo(0, nullptr);
     CHECK(refused > 0);

@@ -5,7 +5,7 @@
 
 namespace {
 
-const std::wstring_view texts[] = {L"",
+const std::wstring_view Texts[] = {L"",
                                    L"A4",
                                    L"A4,Duplex,B&W,PostScript",
                                    L",,,;;;",
@@ -23,9 +23,9 @@ const std::wstring_view texts[] = {L"",
                                    L"<&\"'>",
                                    L"\xD83D",
                                    std::wstring_view(L"a\0b", 3)};
-const LONG longs[] = {
+const LONG Longs[] = {
     0, 1, 2, -1, 3, 7, 100, 65536, std::numeric_limits<LONG>::max(), std::numeric_limits<LONG>::min()};
-const double doubles[] = {0.0,
+const double Doubles[] = {0.0,
                           1.0,
                           -1.0,
                           40241.25,
@@ -41,7 +41,7 @@ const double doubles[] = {0.0,
                           std::numeric_limits<double>::quiet_NaN(),
                           std::numeric_limits<double>::infinity(),
                           -std::numeric_limits<double>::infinity()};
-const VARTYPE types[] = {VT_EMPTY,    VT_NULL,     VT_I1,      VT_UI1,  VT_I2,   VT_UI2,   VT_I4,
+const VARTYPE Types[] = {VT_EMPTY,    VT_NULL,     VT_I1,      VT_UI1,  VT_I2,   VT_UI2,   VT_I4,
                          VT_UI4,      VT_I8,       VT_UI8,     VT_INT,  VT_UINT, VT_R4,    VT_R8,
                          VT_CY,       VT_DATE,     VT_BSTR,    VT_BSTR, VT_BOOL, VT_ERROR, VT_DECIMAL,
                          VT_DISPATCH, VT_DISPATCH, VT_UNKNOWN, VT_ARRAY};
@@ -58,7 +58,7 @@ VARIANT SomeText(ArgumentSource& source) {
     if (source.random.OneIn(8))
         return value; // a null BSTR
     value.bstrVal =
-        UniqueBstr(source.random.OneIn(4) ? std::wstring_view(source.document) : source.random.Of(texts))
+        UniqueBstr(source.random.OneIn(4) ? std::wstring_view(source.document) : source.random.Of(Texts))
             .Detach();
     return value;
 }
@@ -89,17 +89,17 @@ VARIANT SomeValue(ArgumentSource& source, VARTYPE type) {
     case VT_ARRAY:
         return SomeArray(random);
     case VT_BOOL:
-        value.boolVal = static_cast<VARIANT_BOOL>(random.OneIn(2) ? VARIANT_TRUE : random.Of(longs));
+        value.boolVal = static_cast<VARIANT_BOOL>(random.OneIn(2) ? VARIANT_TRUE : random.Of(Longs));
         break;
     case VT_R4:
-        value.fltVal = static_cast<float>(random.Of(doubles));
+        value.fltVal = static_cast<float>(random.Of(Doubles));
         break;
     case VT_R8:
     case VT_DATE:
-        value.dblVal = random.Of(doubles);
+        value.dblVal = random.Of(Doubles);
         break;
     case VT_DECIMAL:
-        VarDecFromI4(random.Of(longs), &value.decVal);
+        VarDecFromI4(random.Of(Longs), &value.decVal);
         value.vt = VT_DECIMAL; // vt overlaps the decimal's first bytes
         break;
     case VT_ERROR:
@@ -110,7 +110,7 @@ VARIANT SomeValue(ArgumentSource& source, VARTYPE type) {
     case VT_NULL:
         break;
     default: // integers
-        value.llVal = random.OneIn(2) ? random.Of(longs) : static_cast<LONG>(random.Next());
+        value.llVal = random.OneIn(2) ? random.Of(Longs) : static_cast<LONG>(random.Next());
     }
     return value;
 }
@@ -145,7 +145,7 @@ void RandomArguments::AddByReference(const VARIANT& value) {
 
 void RandomArguments::AddAny(ArgumentSource& source) {
     constexpr std::uint32_t byValue = 5;
-    const VARIANT value = SomeValue(source, source.random.Of(types));
+    const VARIANT value = SomeValue(source, source.random.Of(Types));
     // Wine's type information leaks a reference to an object of the wrong type unless it is passed as
     // VT_DISPATCH by value.
     const std::uint32_t way = value.vt == VT_DISPATCH ? byValue : source.random.Below(byValue + 1);

@@ -15,7 +15,7 @@
 namespace {
 
 /// Permitted results of a late-bound call, from the library or from the type information.
-const HRESULT properResults[] = {S_OK,
+const HRESULT ProperResults[] = {S_OK,
                                  E_POINTER,
                                  E_INVALIDARG,
                                  E_NOINTERFACE,
@@ -34,7 +34,7 @@ const HRESULT properResults[] = {S_OK,
                                  DISP_E_UNKNOWNINTERFACE,
                                  DISP_E_UNKNOWNNAME};
 /// Permitted failures of the members.
-const HRESULT properFailures[] = {E_FAIL, E_POINTER, E_INVALIDARG, E_NOINTERFACE,
+const HRESULT ProperFailures[] = {E_FAIL, E_POINTER, E_INVALIDARG, E_NOINTERFACE,
                                   HRESULT_FROM_WIN32(ERROR_INVALID_OPERATION)};
 
 template<class Range>
@@ -77,7 +77,7 @@ public:
         // One object per class, and a null.
         m_objects.resize(m_subjects.size() + 1);
         // Allocates all entries now, because the heap is compared later.
-        for (const HRESULT result : properResults)
+        for (const HRESULT result : ProperResults)
             m_results[result] = 0;
     }
 
@@ -102,7 +102,7 @@ private:
 
 void Caller::Note(HRESULT result) {
     ++m_results[result];
-    if (!Contains(properResults, result))
+    if (!Contains(ProperResults, result))
         FAIL_CHECK("the call returns " << Hex(result));
 }
 
@@ -122,7 +122,7 @@ void Caller::Invoke(IDispatch* object, DISPID id, WORD flags, RandomArguments& a
         flags, &parameters, wantsResult ? &result : nullptr, wantsException ? &exception : nullptr,
         m_random.OneIn(8) ? nullptr : &badArgument);
     Note(invoked);
-    if (wantsException && invoked == DISP_E_EXCEPTION && !Contains(properFailures, exception.scode))
+    if (wantsException && invoked == DISP_E_EXCEPTION && !Contains(ProperFailures, exception.scode))
         FAIL_CHECK("the exception has the code " << Hex(exception.scode));
     if (VariantClear(&result) != S_OK)
         FAIL_CHECK("the result is not a valid VARIANT");
@@ -179,6 +179,7 @@ void Caller::AskForNames(IDispatch* object, const Subject& subject) {
                 static_cast<wchar_t>(1u << m_random.Below(16));
     }
     std::vector<LPOLESTR> names;
+    names.reserve(texts.size());
     for (std::wstring& text : texts)
         names.push_back(text.data());
     std::vector<DISPID> ids(names.size(), 4711);

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr DWORD longestStep = 120000;
+constexpr DWORD LongestStep = 120000;
 
 const char* runningTest = "";
 unsigned long runningSeed = 0;
@@ -24,7 +24,7 @@ std::atomic<unsigned> stepCount{0};
 
 DWORD WINAPI Watch(void* end) {
     unsigned seen = stepCount;
-    while (WaitForSingleObject(end, longestStep) == WAIT_TIMEOUT) {
+    while (WaitForSingleObject(end, LongestStep) == WAIT_TIMEOUT) {
         if (stepCount == seen)
             GiveUp("no end", 250);
         seen = stepCount;

@@ -1,17 +1,17 @@
 #!/usr/bin/env bash
 # Runs the tests of this folder, and others with a count, in full, and prints the figures in docs/reliability.md.
-# Takes about twenty minutes. SOAK_SEED selects other random documents and calls. With arguments, runs only the tests
-# of these names.
+# Takes about twenty minutes. SOAK_SEED selects other random documents and calls, PRESET=windows-64 the 64-bit build.
+# With arguments, runs only the tests of these names.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
 scripts/setup.sh
 source scripts/wine-session.sh
 start_wine
-cmake --preset windows >/dev/null
-cmake --build --preset windows --target soak_tests log_tests unload_tests reach_tests
-tests=$PWD/build/windows/tests
-"$wine" regsvr32 /s "$(windows_path "$PWD/build/windows/JobObjects/Tarnwick.dll")"
+cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset" --target soak_tests log_tests unload_tests reach_tests
+tests=$PWD/build/$preset/tests
+"$wine" regsvr32 /s "$(windows_path "$PWD/build/$preset/JobObjects/Tarnwick.dll")"
 
 export OANOCACHE=1 # a cache of freed BSTRs would hide leaks
 export SOAK_DOCUMENTS=200000 SOAK_INVOKES=1000000

@@ -6,6 +6,14 @@
 #include <string_view>
 #include <vector>
 
+/// The log's current settings.
+inline LogSettings CurrentSettings() {
+    LogSettings settings;
+    QxLogger::Instance().Change(
+        [&settings](const LogConfiguration& configuration) { settings = configuration.settings; });
+    return settings;
+}
+
 /// Keeps every text written to it.
 class CapturingSink final : public QxLog {
 public:

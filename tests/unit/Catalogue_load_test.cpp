@@ -9,19 +9,19 @@ using Lines = std::vector<std::wstring>;
 
 namespace {
 
-const std::wstring pairs = L"<PageAttributePairs/>";
-const std::wstring attributes = L"<PageAttributes/>";
-const std::wstring finishing = L"<FinishingAttributes/>";
-const std::wstring pdls = L"<Pdls><Pdl DbId='9'/><Pdl DbId=\"7\" Default=\"1\">Raw</Pdl></Pdls>";
+const std::wstring Pairs = L"<PageAttributePairs/>";
+const std::wstring Attributes = L"<PageAttributes/>";
+const std::wstring Finishing = L"<FinishingAttributes/>";
+const std::wstring Pdls = L"<Pdls><Pdl DbId='9'/><Pdl DbId=\"7\" Default=\"1\">Raw</Pdl></Pdls>";
 
 /// A catalogue with these paper sizes and otherwise minimal sections.
 std::wstring WithPaperSizes(const std::wstring& sizes) {
-    return L"<c><PaperSizes>" + sizes + L"</PaperSizes>" + pairs + attributes + finishing + pdls + L"</c>";
+    return L"<c><PaperSizes>" + sizes + L"</PaperSizes>" + Pairs + Attributes + Finishing + Pdls + L"</c>";
 }
 
 std::wstring WithPairs(const std::wstring& content) {
-    return L"<c><PaperSizes/><PageAttributePairs>" + content + L"</PageAttributePairs>" + attributes +
-           finishing + pdls + L"</c>";
+    return L"<c><PaperSizes/><PageAttributePairs>" + content + L"</PageAttributePairs>" + Attributes +
+           Finishing + Pdls + L"</c>";
 }
 
 /// Loads the text and returns the log lines.
@@ -68,7 +68,7 @@ TEST_CASE("EnsureLoaded_malformed_file_is_logged_as_corrupt") {
 }
 
 TEST_CASE("EnsureLoaded_without_PaperSizes_fails_and_tries_again") {
-    CatalogueStub file(L"<c>" + pairs + attributes + finishing + pdls + L"</c>");
+    CatalogueStub file(L"<c>" + Pairs + Attributes + Finishing + Pdls + L"</c>");
     JobAttributeCatalogue catalogue;
     CapturedLog log;
     catalogue.EnsureLoaded();
@@ -80,30 +80,30 @@ TEST_CASE("EnsureLoaded_without_PaperSizes_fails_and_tries_again") {
 
 TEST_CASE("EnsureLoaded_missing_section_is_named") {
     const std::wstring sizes = L"<PaperSizes/>";
-    CHECK(LoadLog(L"<c>" + sizes + attributes + finishing + pdls + L"</c>") ==
+    CHECK(LoadLog(L"<c>" + sizes + Attributes + Finishing + Pdls + L"</c>") ==
           Lines{L"Missing 'PageAttributePairs' xml element."});
-    CHECK(LoadLog(L"<c>" + sizes + pairs + finishing + pdls + L"</c>") ==
+    CHECK(LoadLog(L"<c>" + sizes + Pairs + Finishing + Pdls + L"</c>") ==
           Lines{L"Missing 'PageAttributes' xml element."});
-    CHECK(LoadLog(L"<c>" + sizes + pairs + attributes + pdls + L"</c>") ==
+    CHECK(LoadLog(L"<c>" + sizes + Pairs + Attributes + Pdls + L"</c>") ==
           Lines{L"Missing 'FinishingAttributes' xml element."});
-    CHECK(LoadLog(L"<c>" + sizes + pairs + attributes + finishing + L"</c>") ==
+    CHECK(LoadLog(L"<c>" + sizes + Pairs + Attributes + Finishing + L"</c>") ==
           Lines{L"Missing 'Pdls' xml element."});
-    CHECK(LoadLog(L"<c>" + sizes + pairs + attributes + finishing + pdls + L"</c>") == Lines{});
+    CHECK(LoadLog(L"<c>" + sizes + Pairs + Attributes + Finishing + Pdls + L"</c>") == Lines{});
     CHECK(LoadLog(L"<c/>") == Lines{L"Missing 'PaperSizes' xml element."});
 }
 
 TEST_CASE("EnsureLoaded_section_out_of_order_counts_as_missing") {
     const std::wstring sizes = L"<PaperSizes/>";
-    CHECK(LoadLog(L"<c>" + pdls + sizes + pairs + attributes + finishing + L"</c>") ==
+    CHECK(LoadLog(L"<c>" + Pdls + sizes + Pairs + Attributes + Finishing + L"</c>") ==
           Lines{L"Missing 'Pdls' xml element."});
-    CHECK(LoadLog(L"<c>" + pairs + sizes + attributes + finishing + pdls + L"</c>") ==
+    CHECK(LoadLog(L"<c>" + Pairs + sizes + Attributes + Finishing + Pdls + L"</c>") ==
           Lines{L"Missing 'PageAttributePairs' xml element."});
 }
 
 TEST_CASE("EnsureLoaded_element_names_are_exact_and_prefixes_are_dropped") {
-    CHECK(LoadLog(L"<c><papersizes/>" + pairs + attributes + finishing + pdls + L"</c>") ==
+    CHECK(LoadLog(L"<c><papersizes/>" + Pairs + Attributes + Finishing + Pdls + L"</c>") ==
           Lines{L"Missing 'PaperSizes' xml element."});
-    CHECK(LoadLog(L"<c><v:PaperSizes/>" + pairs + attributes + finishing + pdls + L"</c>") == Lines{});
+    CHECK(LoadLog(L"<c><v:PaperSizes/>" + Pairs + Attributes + Finishing + Pdls + L"</c>") == Lines{});
 }
 
 TEST_CASE("EnsureLoaded_partly_read_tables_are_used_until_a_load_succeeds") {
@@ -127,7 +127,7 @@ TEST_CASE("EnsureLoaded_partly_read_tables_are_used_until_a_load_succeeds") {
         CHECK(catalogue.PaperDbIdFromName(L"P") == 0);
     }
     SECTION("a complete file replaces partly read tables") {
-        file.SetText(L"<c>" + size + pairs + attributes + L"<FinishingAttributes/></c>");
+        file.SetText(L"<c>" + size + Pairs + Attributes + L"<FinishingAttributes/></c>");
         catalogue.EnsureLoaded();
         file.SetText(CatalogueStub::DefaultText());
         CHECK(catalogue.PaperDbIdFromName(L"A4") == 1);
@@ -227,10 +227,10 @@ TEST_CASE("ReadPageAttributePairs_second_before_first_is_missing") {
 }
 
 TEST_CASE("ReadList_duplicate_name_replaces_the_earlier_entry") {
-    CatalogueStub file(L"<c><PaperSizes/>" + pairs + attributes +
+    CatalogueStub file(L"<c><PaperSizes/>" + Pairs + Attributes +
                        L"<FinishingAttributes><FinishingAttribute DbId=\"1\">Staple</FinishingAttribute>"
                        L"<FinishingAttribute DbId=\"2\">STAPLE</FinishingAttribute></FinishingAttributes>" +
-                       pdls + L"</c>");
+                       Pdls + L"</c>");
     JobAttributeCatalogue catalogue;
     CHECK(catalogue.FinishingMaskFromNames(L"staple") == 2);
     CHECK(catalogue.FinishingNamesFromMask(3) == L"STAPLE");
@@ -238,7 +238,7 @@ TEST_CASE("ReadList_duplicate_name_replaces_the_earlier_entry") {
 
 TEST_CASE("ReadList_attributes_follow_the_rules_of_the_parser") {
     // A value in single quotes is not found; codes are signed decimal numbers.
-    CatalogueStub file(L"<c><PaperSizes/>" + pairs + attributes + finishing +
+    CatalogueStub file(L"<c><PaperSizes/>" + Pairs + Attributes + Finishing +
                        L"<Pdls><Pdl DbId='9'>Single</Pdl><Pdl DbId=\"3000000000\">Big</Pdl>"
                        L"<Pdl DbId=\"-1\">Minus</Pdl><Pdl DbId=\"0x10\">Hex</Pdl>"
                        L"<Pdl Default=\"True\" DbId=\" 12a\">Digits</Pdl></Pdls></c>");

@@ -25,8 +25,8 @@ CCopyLine Read(std::wstring_view xml) {
     return line;
 }
 
-constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t Highest = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t Lowest = std::numeric_limits<std::int32_t>::min();
 
 } // namespace
 
@@ -42,7 +42,7 @@ TEST_CASE("CopyLine_new_line_is_empty") {
 }
 
 TEST_CASE("CopyLine_counts_below_zero_are_stored_as_zero") {
-    for (const std::int32_t value : {-1, 0, 1, highest, lowest}) {
+    for (const std::int32_t value : {-1, 0, 1, Highest, Lowest}) {
         CCopyLine line;
         line.SetPagesBW(7);
         line.SetPagesBW(value);
@@ -63,9 +63,9 @@ TEST_CASE("CopyLine_PagesTotal_adds_all_three_counts_and_wraps") {
     line.SetPagesBW(20);
     line.SetPagesBlank(300);
     CHECK(line.PagesTotal() == 321);
-    line.SetPagesBW(highest);
+    line.SetPagesBW(Highest);
     line.SetPagesBlank(0);
-    CHECK(line.PagesTotal() == lowest);
+    CHECK(line.PagesTotal() == Lowest);
 }
 
 TEST_CASE("CopyLine_IsColor_needs_color_pages") {
@@ -113,7 +113,7 @@ TEST_CASE("CopyLine_Xml_round_trip_keeps_every_value") {
     line.SetSheets(4);
     line.SetPagesBW(5);
     line.SetPagesColor(6);
-    line.SetPagesBlank(highest);
+    line.SetPagesBlank(Highest);
     const std::wstring xml = Xml(line);
     CHECK(xml == L"<CopyLine><PaperSize>A4 &lt;\"&amp;\"&gt;</PaperSize>"
                  L"<PaperDimensions>2100,2970</PaperDimensions><Attributes>Duplex,B&amp;W</Attributes>"

@@ -35,7 +35,7 @@ std::wstring LineXml(const wchar_t* paper, int bw) {
            L"</PagesBW></CopyLine>";
 }
 
-constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t Highest = std::numeric_limits<std::int32_t>::max();
 
 } // namespace
 
@@ -59,7 +59,7 @@ TEST_CASE("CopyLines_totals_add_up_all_lines") {
 
 TEST_CASE("CopyLines_totals_wrap_around_at_32_bits") {
     CCopyLines lines;
-    lines.Append(Line(L"A4", highest, highest));
+    lines.Append(Line(L"A4", Highest, Highest));
     lines.Append(Line(L"A3", 1, 2));
     CHECK(lines.TotalPagesBW() == std::numeric_limits<std::int32_t>::min());
     CHECK(lines.TotalPagesColor() == std::numeric_limits<std::int32_t>::min() + 1);
@@ -122,8 +122,8 @@ TEST_CASE("CopyLines_Consolidate_compares_paper_sizes_case_sensitively_and_order
 
 TEST_CASE("CopyLines_Consolidate_sum_that_wraps_below_one_is_stored_as_zero") {
     CCopyLines lines;
-    lines.Append(Line(L"A4", highest, 1, highest, highest));
-    lines.Append(Line(L"A4", 1, 1, highest, 2));
+    lines.Append(Line(L"A4", Highest, 1, Highest, Highest));
+    lines.Append(Line(L"A4", 1, 1, Highest, 2));
     lines.Append(Line(L"A4", 5, 1, 5, 0));
     lines.Consolidate();
     REQUIRE(lines.Count() == 1);
@@ -193,7 +193,7 @@ TEST_CASE("CopyLines_DBText_writes_five_numbers_per_line") {
     CCopyLines lines;
     lines.Append(Line(L"Letter", 3, 7, 2, 6, L"Duplex,Color"));
     CHECK(lines.DBText() == L"2,5,7,6,10");
-    lines.Append(Line(L"Napkin", highest, 0, 1, 1, L"Simplex"));
+    lines.Append(Line(L"Napkin", Highest, 0, 1, 1, L"Simplex"));
     CapturedLog log;
     CHECK(lines.DBText() == L"2,5,7,6,10;0,-2147483648,0,1,1");
     CHECK(log.TakeLines() == Lines{L"Could not resolve PaperSize entry for 'Napkin'."});

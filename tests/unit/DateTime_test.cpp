@@ -29,10 +29,10 @@ std::wstring Again(std::wstring_view text) {
 
 bool IsRejected(std::wstring_view text) {
     const QxDateTime time = QxDateTime::Parse(text);
-    return time.GetStatus() == Status::Invalid && time.Value() == 0;
+    return Text(time) == L"Invalid DateTime" && time.Value() == 0;
 }
 
-constexpr double second = 1.0 / 86400;
+constexpr double Second = 1.0 / 86400;
 
 } // namespace
 
@@ -50,7 +50,7 @@ TEST_CASE("DateTime_date_alone_is_midnight") {
 
 TEST_CASE("DateTime_time_alone_is_on_day_zero") {
     const QxDateTime time = QxDateTime::Parse(L"05:06:07");
-    CHECK(time.Value() == Approx((5 * 3600 + 6 * 60 + 7) * second));
+    CHECK(time.Value() == Approx((5 * 3600 + 6 * 60 + 7) * Second));
     CHECK(Text(time) == L"05:06:07");
 }
 
@@ -125,15 +125,15 @@ TEST_CASE("DateTime_fraction_before_day_zero_is_a_positive_time") {
 }
 
 TEST_CASE("DateTime_value_is_rounded_to_the_nearest_second") {
-    CHECK(Text(QxDateTime(1 + 0.4 * second)) == L"1899-12-31T00:00:00");
-    CHECK(Text(QxDateTime(1 + 0.6 * second)) == L"1899-12-31T00:00:01");
-    CHECK(Text(QxDateTime(2 - 0.4 * second)) == L"1900-01-01T00:00:00");
-    CHECK(Text(QxDateTime(-2 - (1 - 0.4 * second))) == L"1899-12-29T00:00:00");
+    CHECK(Text(QxDateTime(1 + 0.4 * Second)) == L"1899-12-31T00:00:00");
+    CHECK(Text(QxDateTime(1 + 0.6 * Second)) == L"1899-12-31T00:00:01");
+    CHECK(Text(QxDateTime(2 - 0.4 * Second)) == L"1900-01-01T00:00:00");
+    CHECK(Text(QxDateTime(-2 - (1 - 0.4 * Second))) == L"1899-12-29T00:00:00");
 }
 
 TEST_CASE("DateTime_zero_date_is_written_as_empty") {
     CHECK(Text(QxDateTime()).empty());
-    CHECK(Text(QxDateTime(0.4 * second)).empty());
+    CHECK(Text(QxDateTime(0.4 * Second)).empty());
     CHECK(Text(QxDateTime(), 89).empty());
     CHECK(QxDateTime::Parse(L"1899-12-30").IsValid());
     CHECK(Again(L"1899-12-30T00:00:00").empty());
@@ -148,7 +148,7 @@ TEST_CASE("DateTime_null_is_written_as_empty") {
 TEST_CASE("DateTime_value_outside_the_calendar_is_written_as_invalid") {
     const double infinity = std::numeric_limits<double>::infinity();
     for (const double value : {infinity, -infinity, std::nan(""), 1e300, -1e300, 2958466.0,
-                               2958466.0 - second / 4, -657435.0, 4294967296.0, -9223372036854775808.0})
+                               2958466.0 - Second / 4, -657435.0, 4294967296.0, -9223372036854775808.0})
         CHECK(Text(QxDateTime(value)) == L"Invalid DateTime");
     CHECK(Text(QxDateTime(0, Status::Invalid)) == L"Invalid DateTime");
     CHECK(Text(QxDateTime(40241, Status::Invalid)) == L"Invalid DateTime");
@@ -166,11 +166,11 @@ TEST_CASE("DateTime_milliseconds_above_zero_are_appended") {
 
 TEST_CASE("DateTime_unset_is_invalid_or_near_zero") {
     CHECK(QxDateTime().IsUnset());
-    CHECK(QxDateTime(0.4 * second).IsUnset());
-    CHECK(QxDateTime(-0.4 * second).IsUnset());
+    CHECK(QxDateTime(0.4 * Second).IsUnset());
+    CHECK(QxDateTime(-0.4 * Second).IsUnset());
     CHECK(QxDateTime(5, Status::Invalid).IsUnset());
     CHECK(QxDateTime(5, Status::Null).IsUnset());
-    CHECK_FALSE(QxDateTime(second).IsUnset());
+    CHECK_FALSE(QxDateTime(Second).IsUnset());
     CHECK_FALSE(QxDateTime(-1).IsUnset());
 }
 

@@ -17,7 +17,7 @@ std::wstring Xml(const CJobContents& contents) {
     return std::wstring(writer.Text());
 }
 
-const std::wstring start = L"<JobContents xmlns=\"" QX_XML_NAMESPACE_BASE L"/OutputManagement/JobContents\"";
+const std::wstring Start = L"<JobContents xmlns=\"" QX_XML_NAMESPACE_BASE L"/OutputManagement/JobContents\"";
 
 } // namespace
 
@@ -31,7 +31,7 @@ TEST_CASE("JobContents_new_record_has_its_defaults") {
     CHECK(contents.JobFinishing() == L"");
     CHECK(contents.Version().AsString() == L"4.0");
     CHECK(contents.DBCopyLines() == L"");
-    CHECK(Xml(contents) == start + L" Version=\"4.0\"><JobCopyLines></JobCopyLines>"
+    CHECK(Xml(contents) == Start + L" Version=\"4.0\"><JobCopyLines></JobCopyLines>"
                                    L"<JobOriginals>0</JobOriginals><JobCopies>0</JobCopies>"
                                    L"<JobPdl/><JobFinishing/></JobContents>");
 }
@@ -88,7 +88,7 @@ TEST_CASE("JobContents_DBCopyLines_counts_blank_pages_as_black_and_white") {
 
 TEST_CASE("JobContents_Xml_round_trip_keeps_every_value") {
     const std::wstring xml =
-        start + L" Version=\"4.1.2\"><JobCopyLines><CopyLine><PaperSize>A4</PaperSize>"
+        Start + L" Version=\"4.1.2\"><JobCopyLines><CopyLine><PaperSize>A4</PaperSize>"
                 L"<PaperDimensions>2100,2970</PaperDimensions><Attributes>Duplex,B&amp;W</Attributes>"
                 L"<Sheets>2</Sheets><PagesBW>3</PagesBW><PagesColor>0</PagesColor><PagesBlank>1</PagesBlank>"
                 L"</CopyLine></JobCopyLines><JobOriginals>4</JobOriginals><JobCopies>2</JobCopies>"
@@ -106,7 +106,7 @@ TEST_CASE("JobContents_version_is_written_with_its_defined_components") {
         REQUIRE(contents.put_Xml(std::wstring(L"<JobContents Version=\"") + version +
                                  L"\"><JobCopyLines/></JobContents>"));
         CHECK(contents.Version().AsString() == version);
-        CHECK(Xml(contents).starts_with(start + L" Version=\"" + version + L"\">"));
+        CHECK(Xml(contents).starts_with(Start + L" Version=\"" + version + L"\">"));
     }
 }
 

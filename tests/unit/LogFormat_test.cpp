@@ -8,12 +8,12 @@
 
 namespace {
 
-const LogStamp stamp{2024, 1, 2, 3, 4, 5, 0x1C, 0xABCDE};
+const LogStamp Stamp{2024, 1, 2, 3, 4, 5, 0x1C, 0xABCDE};
 
 std::wstring Header(std::uint32_t options, std::uint32_t category = 1, std::uint32_t type = 1,
                     std::wstring_view sourceName = L"Source") {
     std::wstring line;
-    LogFormat::AppendHeader(line, options, stamp, category, type, sourceName);
+    LogFormat::AppendHeader(line, options, Stamp, category, type, sourceName);
     return line;
 }
 
@@ -27,7 +27,7 @@ std::wstring ZeroRow(const wchar_t* offset) {
            L":  00 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  ................\n";
 }
 
-constexpr wchar_t dots[] =
+constexpr wchar_t Dots[] =
     L".........  .. .. .. ..  .. .. .. ..  .. .. .. ..  .. .. .. ..  ................\n";
 
 } // namespace
@@ -113,19 +113,19 @@ TEST_CASE("HexDump_48_zero_bytes_are_shown_in_full") {
 
 TEST_CASE("HexDump_49_zero_bytes_collapse_up_to_the_last_row") {
     CHECK(Dump(std::vector<unsigned char>(49)) ==
-          ZeroRow(L"00000000") + dots +
+          ZeroRow(L"00000000") + Dots +
               L"00000030:  00                                                  .\n");
 }
 
 TEST_CASE("HexDump_64_zero_bytes_collapse_up_to_the_last_row") {
-    CHECK(Dump(std::vector<unsigned char>(64)) == ZeroRow(L"00000000") + dots + ZeroRow(L"00000030"));
+    CHECK(Dump(std::vector<unsigned char>(64)) == ZeroRow(L"00000000") + Dots + ZeroRow(L"00000030"));
 }
 
 TEST_CASE("HexDump_zero_run_ends_at_the_first_other_row") {
     std::vector<unsigned char> bytes(16 * 8);
     bytes[16 * 5] = 'X';
     CHECK(Dump(bytes, L"#") ==
-          L"#" + ZeroRow(L"00000000") + L"#" + dots +
+          L"#" + ZeroRow(L"00000000") + L"#" + Dots +
               L"#00000050:  58 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  X...............\n" + L"#" +
               ZeroRow(L"00000060") + L"#" + ZeroRow(L"00000070"));
 }
@@ -134,7 +134,7 @@ TEST_CASE("HexDump_two_zero_rows_do_not_collapse") {
     std::vector<unsigned char> bytes(64);
     bytes[32] = 1;
     const std::wstring dump = Dump(bytes);
-    CHECK(dump.find(dots) == std::wstring::npos);
+    CHECK(dump.find(Dots) == std::wstring::npos);
     CHECK(dump.find(L"00000010:") != std::wstring::npos);
 }
 
@@ -142,9 +142,9 @@ TEST_CASE("HexDump_second_run_collapses_too") {
     std::vector<unsigned char> bytes(16 * 10);
     bytes[16 * 4] = 1;
     const std::wstring dump = Dump(bytes);
-    const std::size_t first = dump.find(dots);
+    const std::size_t first = dump.find(Dots);
     REQUIRE(first != std::wstring::npos);
-    CHECK(dump.find(dots, first + 1) != std::wstring::npos);
+    CHECK(dump.find(Dots, first + 1) != std::wstring::npos);
     CHECK(dump.find(L"00000090:") != std::wstring::npos);
 }
 
@@ -163,5 +163,5 @@ TEST_CASE("HexDump_block_above_the_limit_is_truncated") {
 
 TEST_CASE("HexDump_collapsing_considers_only_the_shown_bytes") {
     std::vector<unsigned char> bytes(2048);
-    CHECK(Dump(bytes, L"", 1) == ZeroRow(L"00000000") + dots + ZeroRow(L"000003F0") + L"...\n");
+    CHECK(Dump(bytes, L"", 1) == ZeroRow(L"00000000") + Dots + ZeroRow(L"000003F0") + L"...\n");
 }

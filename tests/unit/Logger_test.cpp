@@ -88,7 +88,7 @@ private:
 } // namespace
 
 TEST_CASE("Logger_never_configured_drops_everything") {
-    const LogSettings settings = Logger().GetSettings();
+    const LogSettings settings = CurrentSettings();
     CHECK_FALSE(settings.enabled);
     CHECK(settings.sourceName.empty());
     CHECK(settings.filters == 0);
@@ -189,7 +189,7 @@ TEST_CASE("Logger_level_does_not_filter") {
     SetSettings(settings);
     LogError(L"passes");
     CHECK(log.Joined() == L"passes\n");
-    CHECK(Logger().GetSettings().level == 0xFFFFFFFF);
+    CHECK(CurrentSettings().level == 0xFFFFFFFF);
 }
 
 TEST_CASE("Logger_data_block_follows_its_line") {
@@ -389,7 +389,7 @@ TEST_CASE("Logger_line_during_concurrent_changes_uses_settings_and_sinks_of_one_
         thread.join();
     // Lines before the first change go to CapturedLog's sink, which does not count.
     CHECK(strangers == 0);
-    CHECK(Logger().GetSettings().level == 2 * changes);
+    CHECK(CurrentSettings().level == 2 * changes);
 }
 
 namespace {

@@ -15,8 +15,8 @@ using namespace std::literals;
 
 namespace {
 
-constexpr std::int32_t maxSigned = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t minSigned = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t MaxSigned = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t MinSigned = std::numeric_limits<std::int32_t>::min();
 
 std::wstring Replaced(std::wstring text, std::wstring_view what, std::wstring_view with) {
     QxMisc::ReplaceAll(text, what, with);
@@ -78,6 +78,7 @@ TEST_CASE("FormatString_allocation_failure_returns_the_format_and_is_logged") {
 }
 
 TEST_CASE("FormatString_result_has_no_length_limit") {
+    // NOLINTNEXTLINE(bugprone-string-constructor): the length is meant
     const std::wstring text(34'000'000, L'x');
     const std::wstring formatted = QxMisc::FormatString(L"<%ls>", text.c_str());
     CHECK(formatted.size() == text.size() + 2);
@@ -118,13 +119,13 @@ TEST_CASE("ParseInt32_text_without_digits_is_zero") {
 }
 
 TEST_CASE("ParseInt32_value_beyond_32_bits_clamps") {
-    CHECK(QxMisc::ParseInt32(L"2147483647") == maxSigned);
-    CHECK(QxMisc::ParseInt32(L"2147483648") == maxSigned);
-    CHECK(QxMisc::ParseInt32(L"-2147483648") == minSigned);
-    CHECK(QxMisc::ParseInt32(L"-2147483649") == minSigned);
-    CHECK(QxMisc::ParseInt32(L"4294967297") == maxSigned);
-    CHECK(QxMisc::ParseInt32(std::wstring(10000, L'9')) == maxSigned);
-    CHECK(QxMisc::ParseInt32(L"-" + std::wstring(10000, L'9')) == minSigned);
+    CHECK(QxMisc::ParseInt32(L"2147483647") == MaxSigned);
+    CHECK(QxMisc::ParseInt32(L"2147483648") == MaxSigned);
+    CHECK(QxMisc::ParseInt32(L"-2147483648") == MinSigned);
+    CHECK(QxMisc::ParseInt32(L"-2147483649") == MinSigned);
+    CHECK(QxMisc::ParseInt32(L"4294967297") == MaxSigned);
+    CHECK(QxMisc::ParseInt32(std::wstring(10000, L'9')) == MaxSigned);
+    CHECK(QxMisc::ParseInt32(L"-" + std::wstring(10000, L'9')) == MinSigned);
 }
 
 TEST_CASE("ParseInt32_base_zero_detects_the_base_from_the_prefix") {
@@ -136,7 +137,7 @@ TEST_CASE("ParseInt32_base_zero_detects_the_base_from_the_prefix") {
     CHECK(QxMisc::ParseInt32(L"0", 0) == 0);
     CHECK(QxMisc::ParseInt32(L"0x", 0) == 0);
     CHECK(QxMisc::ParseInt32(L"0xg", 0) == 0);
-    CHECK(QxMisc::ParseInt32(L"0x80000000", 0) == maxSigned);
+    CHECK(QxMisc::ParseInt32(L"0x80000000", 0) == MaxSigned);
 }
 
 TEST_CASE("ParseUInt32_reads_unsigned_numbers_of_any_base") {
@@ -157,8 +158,8 @@ TEST_CASE("ParseUInt32_minus_negates_modulo_32_bits") {
 
 TEST_CASE("FormatInt32_limits_are_written") {
     CHECK(QxMisc::FormatInt32(0) == L"0");
-    CHECK(QxMisc::FormatInt32(maxSigned) == L"2147483647");
-    CHECK(QxMisc::FormatInt32(minSigned) == L"-2147483648");
+    CHECK(QxMisc::FormatInt32(MaxSigned) == L"2147483647");
+    CHECK(QxMisc::FormatInt32(MinSigned) == L"-2147483648");
 }
 
 TEST_CASE("LowerLetter_changes_only_ASCII_letters") {

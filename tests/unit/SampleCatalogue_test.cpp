@@ -199,7 +199,7 @@ TEST_CASE("SampleCatalogue_similar_names_resolve_to_the_right_sizes") {
         PaperCode(L"om_16k_195x270mm"), PaperCode(L"om_16k_184x260mm"), PaperCode(L"roc_16k_7.75x10.75in"),
         PaperCode(L"prc_16k_146x215mm")};
     CHECK(sizesOf16K.size() == 4);
-    CHECK(sizesOf16K.count(0) == 0);
+    CHECK_FALSE(sizesOf16K.contains(0));
 }
 
 TEST_CASE("SampleCatalogue_attribute_and_finishing_codes_are_distinct_bits") {

@@ -83,3 +83,25 @@ TEST_CASE("Decode_any_two_bytes_become_text_or_replacements") {
     }
     SUCCEED("every pair of bytes was read");
 }
+
+TEST_CASE("Decode_counts_malformed_sequences_but_not_the_replacement_character_itself") {
+    const auto malformedIn = [](std::string_view bytes) {
+        TextEncoding::Malformed malformed{99, 99};
+        Decode(bytes, &malformed);
+        return malformed;
+    };
+    CHECK(malformedIn("a\xEF\xBF\xBD z"sv).count == 0);
+    CHECK(malformedIn("\xC3\xA4\xFFz\xE2\x82"sv).count == 2);
+    CHECK(malformedIn("\xC3\xA4\xFFz\xE2\x82"sv).first == 1);
+    CHECK(malformedIn("\xFF\xFE"
+                      "a\0\xFD\xFF"sv)
+              .count == 0);
+    CHECK(malformedIn("\xFF\xFE"
+                      "a\0\x3D\xD8"
+                      "b\0\0"sv)
+              .count == 2);
+    CHECK(malformedIn("\xFF\xFE"
+                      "a\0\x3D\xD8"
+                      "b\0\0"sv)
+              .first == 1);
+}

@@ -11,10 +11,10 @@
 
 namespace {
 
-constexpr wchar_t countMessage[] = L"Version has fewer than two components or more than four components.";
-constexpr wchar_t componentMessage[] =
+constexpr wchar_t CountMessage[] = L"Version has fewer than two components or more than four components.";
+constexpr wchar_t ComponentMessage[] =
     L"A major, minor, build, or revision component is not a valid non-zero number.";
-constexpr wchar_t fieldCountMessage[] = L"FieldCount is less than 0, or more than 4, or FieldCount is more "
+constexpr wchar_t FieldCountMessage[] = L"FieldCount is less than 0, or more than 4, or FieldCount is more "
                                         L"than the number of components defined in "
                                         L"the current QxVersion object.";
 
@@ -42,34 +42,35 @@ std::wstring ErrorOf(Call call) {
     return {};
 }
 
-const QxVersion invalid;
+const QxVersion Invalid;
 
 } // namespace
 
 TEST_CASE("Version_default_is_invalid") {
-    CHECK(invalid.Major() == -1);
-    CHECK(invalid.Minor() == -1);
-    CHECK(invalid.Build() == -1);
-    CHECK(invalid.Revision() == -1);
-    CHECK_FALSE(invalid.IsValid());
+    CHECK(Invalid == QxVersion(-1, -1, -1, -1));
+    CHECK_FALSE(Invalid.IsValid());
     CapturedLog log;
-    CHECK(ErrorOf([] { invalid.CheckValid(); }) == L"Version is not valid.");
+    CHECK(ErrorOf([] { Invalid.CheckValid(); }) == L"Version is not valid.");
     CHECK(log.Texts().empty());
 }
 
 TEST_CASE("Version_default_prints_invalid_for_every_field_count") {
     for (unsigned count = 0; count <= 0xFFFF; ++count)
-        if (Text(invalid.AsString(static_cast<std::uint16_t>(count))) != L"<invalid>")
+        if (Text(Invalid.AsString(static_cast<std::uint16_t>(count))) != L"<invalid>")
             FAIL("field count " << count);
-    CHECK(Text(invalid.AsString()) == L"<invalid>");
+    CHECK(Text(Invalid.AsString()) == L"<invalid>");
 }
 
 TEST_CASE("Version_from_numbers_stores_them_unchecked") {
-    const QxVersion version(-5, 7, -9, std::numeric_limits<std::int32_t>::max());
-    CHECK(version.Major() == -5);
-    CHECK(version.Minor() == 7);
-    CHECK(version.Build() == -9);
-    CHECK(version.Revision() == std::numeric_limits<std::int32_t>::max());
+    constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
+    const QxVersion version(-5, 7, -9, highest);
+    CHECK(version > QxVersion(-6, 7, -9, highest));
+    CHECK(version < QxVersion(-4, 7, -9, highest));
+    CHECK(version > QxVersion(-5, 6, -9, highest));
+    CHECK(version < QxVersion(-5, 8, -9, highest));
+    CHECK(version > QxVersion(-5, 7, -10, highest));
+    CHECK(version < QxVersion(-5, 7, -8, highest));
+    CHECK(version > QxVersion(-5, 7, -9, highest - 1));
     CHECK_FALSE(version.IsValid());
     CHECK(QxVersion(0, 0).IsValid());
     CHECK(QxVersion(0, 0, -1, 5).IsValid());
@@ -94,17 +95,17 @@ TEST_CASE("Version_empty_components_are_skipped") {
 
 TEST_CASE("Version_wrong_number_of_components_fails") {
     for (const wchar_t* text : {L"", L".", L"...", L"1", L"1.", L"1.2.3.4.5", L"a.b.c.d.e"}) {
-        CHECK(ParseError(text) == countMessage);
-        CHECK(QxVersion(text) == invalid);
+        CHECK(ParseError(text) == CountMessage);
+        CHECK(QxVersion(text) == Invalid);
     }
 }
 
 TEST_CASE("Version_component_other_than_digits_fails") {
     for (const wchar_t* text : {L"1.-2", L"1.+2", L"1.0x10", L"1. 2", L"1.2 ", L"a.b", L"1.2a", L"-1.2"}) {
-        CHECK(ParseError(text) == componentMessage);
-        CHECK(QxVersion(text) == invalid);
+        CHECK(ParseError(text) == ComponentMessage);
+        CHECK(QxVersion(text) == Invalid);
     }
-    CHECK(ParseError(std::wstring_view(L"1.2\0", 4)) == componentMessage);
+    CHECK(ParseError(std::wstring_view(L"1.2\0", 4)) == ComponentMessage);
 }
 
 TEST_CASE("Version_leading_zero_means_octal") {
@@ -127,14 +128,14 @@ TEST_CASE("Version_empty_component_parses_as_zero") {
 
 TEST_CASE("Version_errors_are_logged_under_the_utility_category") {
     CapturedLog log(LogFormat::Category);
-    CHECK(QxVersion(L"1") == invalid);
-    CHECK(QxVersion(L"1.x") == invalid);
-    CHECK(ErrorOf([] { QxVersion(1, 2).AsString(3); }) == fieldCountMessage);
+    CHECK(QxVersion(L"1") == Invalid);
+    CHECK(QxVersion(L"1.x") == Invalid);
+    CHECK(ErrorOf([] { QxVersion(1, 2).AsString(3); }) == FieldCountMessage);
     REQUIRE(log.Texts().size() == 3);
-    CHECK(log.Texts()[0] == std::wstring(L"[CQx] [QxVersion::QxVersion] ") + countMessage + L"\n");
+    CHECK(log.Texts()[0] == std::wstring(L"[CQx] [QxVersion::QxVersion] ") + CountMessage + L"\n");
     CHECK(log.Texts()[1] ==
-          std::wstring(L"[CQx] [QxVersion::ParseVersionComponent] ") + componentMessage + L"\n");
-    CHECK(log.Texts()[2] == std::wstring(L"[CQx] [QxVersion::AsString] ") + fieldCountMessage + L"\n");
+          std::wstring(L"[CQx] [QxVersion::ParseVersionComponent] ") + ComponentMessage + L"\n");
+    CHECK(log.Texts()[2] == std::wstring(L"[CQx] [QxVersion::AsString] ") + FieldCountMessage + L"\n");
 }
 
 TEST_CASE("Version_field_count_selects_the_components") {
@@ -149,13 +150,13 @@ TEST_CASE("Version_field_count_selects_the_components") {
 
 TEST_CASE("Version_undefined_or_excess_field_fails") {
     CHECK(Text(QxVersion(1, 2).AsString(2)) == L"1.2");
-    CHECK(ErrorOf([] { QxVersion(1, 2).AsString(3); }) == fieldCountMessage);
-    CHECK(ErrorOf([] { QxVersion(1, 2).AsString(4); }) == fieldCountMessage);
-    CHECK(ErrorOf([] { QxVersion(1, 2, 3).AsString(4); }) == fieldCountMessage);
-    CHECK(ErrorOf([] { QxVersion(1, 2, -1, 4).AsString(3); }) == fieldCountMessage);
-    CHECK(ErrorOf([] { QxVersion(1, 2, -1, 4).AsString(4); }) == fieldCountMessage);
-    CHECK(ErrorOf([] { QxVersion(1, 2, 3, 4).AsString(5); }) == fieldCountMessage);
-    CHECK(ErrorOf([] { QxVersion(1, 2, 3, 4).AsString(65535); }) == fieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2).AsString(3); }) == FieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2).AsString(4); }) == FieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2, 3).AsString(4); }) == FieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2, -1, 4).AsString(3); }) == FieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2, -1, 4).AsString(4); }) == FieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2, 3, 4).AsString(5); }) == FieldCountMessage);
+    CHECK(ErrorOf([] { QxVersion(1, 2, 3, 4).AsString(65535); }) == FieldCountMessage);
 }
 
 TEST_CASE("Version_text_has_only_the_defined_fields") {
@@ -174,6 +175,6 @@ TEST_CASE("Version_comparison_is_numeric_by_component") {
     CHECK(QxVersion(L"1.2.3.4").Compare(QxVersion(L"1.2.3.3")) == 1);
     CHECK(QxVersion(L"1.2.3").Compare(QxVersion(L"1.2.3.0")) == -1);
     CHECK(QxVersion(L"1.2.3.4").Compare(QxVersion(1, 2, 3, 4)) == 0);
-    CHECK(invalid.Compare(invalid) == 0);
-    CHECK(invalid.Compare(QxVersion(0, 0)) == -1);
+    CHECK(Invalid.Compare(Invalid) == 0);
+    CHECK(Invalid.Compare(QxVersion(0, 0)) == -1);
 }

@@ -18,12 +18,12 @@ void CheckDocument(const QxXmlParser& parser, std::wstring_view expected) {
     CHECK(DumpFirstElement(parser) == DumpElements(again));
 }
 
-QxXmlParser Parsed(std::wstring_view text) {
-    QxXmlParser parser;
-    REQUIRE(parser.SetDocument(text));
-    REQUIRE(parser.FindElement());
-    return parser;
-}
+struct Parsed : QxXmlParser {
+    explicit Parsed(std::wstring_view text) {
+        REQUIRE(SetDocument(text));
+        REQUIRE(FindElement());
+    }
+};
 
 } // namespace
 
@@ -38,7 +38,7 @@ TEST_CASE("XmlParser_add_element_starts_a_document") {
 }
 
 TEST_CASE("XmlParser_add_element_inserts_after_the_current_element") {
-    QxXmlParser parser = Parsed(L"<r><a/><c/></r>");
+    Parsed parser(L"<r><a/><c/></r>");
     REQUIRE(parser.FindChildElement(L"a"));
     REQUIRE(parser.IntoElement());
     parser.AddElement(L"b", L"1");
@@ -49,7 +49,7 @@ TEST_CASE("XmlParser_add_element_inserts_after_the_current_element") {
 }
 
 TEST_CASE("XmlParser_add_element_at_the_top_inserts_after_the_white_space") {
-    QxXmlParser parser = Parsed(L"<r/>\n<!-- x -->");
+    Parsed parser(L"<r/>\n<!-- x -->");
     parser.AddElement(L"s");
     CheckDocument(parser, L"<r/>\n<s/><!-- x -->");
     parser.ResetPosition();
@@ -57,7 +57,7 @@ TEST_CASE("XmlParser_add_element_at_the_top_inserts_after_the_white_space") {
 }
 
 TEST_CASE("XmlParser_add_element_without_current_element_becomes_the_first") {
-    QxXmlParser parser = Parsed(L"<?xml?><r><a/></r>");
+    Parsed parser(L"<?xml?><r><a/></r>");
     parser.ResetPosition();
     parser.AddElement(L"s");
     CheckDocument(parser, L"<?xml?><s/><r><a/></r>");
@@ -80,33 +80,33 @@ TEST_CASE("XmlParser_add_child_without_current_element_fails") {
 }
 
 TEST_CASE("XmlParser_add_child_rewrites_an_empty_element") {
-    QxXmlParser parser = Parsed(L"<n:r a=\"1\" />\n");
+    Parsed parser(L"<n:r a=\"1\" />\n");
     REQUIRE(parser.AddChildElement(L"a"));
     CHECK(parser.GetChildTagName() == L"a");
     CheckDocument(parser, L"<n:r a=\"1\" ><a/></n:r>\n");
 }
 
 TEST_CASE("XmlParser_add_child_rewrites_an_empty_element_with_two_slashes") {
-    QxXmlParser parser = Parsed(L"<r b//>");
+    Parsed parser(L"<r b//>");
     REQUIRE(parser.AddChildElement(L"a"));
     CheckDocument(parser, L"<r b/ ><a/></r>");
 }
 
 TEST_CASE("XmlParser_add_child_inserts_before_the_end_tag_of_a_parent_without_children") {
-    QxXmlParser parser = Parsed(L"<r>x<!-- c --></r >");
+    Parsed parser(L"<r>x<!-- c --></r >");
     REQUIRE(parser.AddChildElement(L"a", L"1"));
     CheckDocument(parser, L"<r>x<!-- c --><a>1</a></r >");
 }
 
 TEST_CASE("XmlParser_add_child_without_current_child_becomes_the_first") {
-    QxXmlParser parser = Parsed(L"<r> <b/></r>");
+    Parsed parser(L"<r> <b/></r>");
     REQUIRE(parser.AddChildElement(L"a"));
     CheckDocument(parser, L"<r> <a/><b/></r>");
     CHECK(parser.FindChildElement(L"b"));
 }
 
 TEST_CASE("XmlParser_add_child_inserts_after_the_current_child") {
-    QxXmlParser parser = Parsed(L"<r><a/> x <!-- c --><b><c/></b></r>");
+    Parsed parser(L"<r><a/> x <!-- c --><b><c/></b></r>");
     REQUIRE(parser.FindChildElement(L"a"));
     REQUIRE(parser.AddChildElement(L"n", L"1"));
     REQUIRE(parser.AddChildElement(L"m"));
@@ -114,7 +114,7 @@ TEST_CASE("XmlParser_add_child_inserts_after_the_current_child") {
 }
 
 TEST_CASE("XmlParser_set_data_replaces_the_content") {
-    QxXmlParser parser = Parsed(L"<r><a>1</a><b/></r>");
+    Parsed parser(L"<r><a>1</a><b/></r>");
     CHECK(parser.FindChildElement(L"a"));
     REQUIRE(parser.SetChildData(L"x & y"));
     CHECK(parser.GetChildData() == L"x & y");
@@ -124,7 +124,7 @@ TEST_CASE("XmlParser_set_data_replaces_the_content") {
 }
 
 TEST_CASE("XmlParser_set_data_of_an_empty_element_gives_it_an_end_tag") {
-    QxXmlParser parser = Parsed(L"<r><a b=\"1\"/><c/></r>");
+    Parsed parser(L"<r><a b=\"1\"/><c/></r>");
     REQUIRE(parser.FindChildElement(L"a"));
     REQUIRE(parser.SetChildData(L""));
     CheckDocument(parser, L"<r><a b=\"1\"/><c/></r>");
@@ -133,7 +133,7 @@ TEST_CASE("XmlParser_set_data_of_an_empty_element_gives_it_an_end_tag") {
 }
 
 TEST_CASE("XmlParser_set_data_drops_the_children") {
-    QxXmlParser parser = Parsed(L"<r>x<a><b/></a>y</r> ");
+    Parsed parser(L"<r>x<a><b/></a>y</r> ");
     REQUIRE(parser.FindChildElement(L"a"));
     REQUIRE(parser.SetData(L"1"));
     CHECK(parser.GetChildTagName().empty());
@@ -143,7 +143,7 @@ TEST_CASE("XmlParser_set_data_drops_the_children") {
 }
 
 TEST_CASE("XmlParser_set_attribute_replaces_the_value") {
-    QxXmlParser parser = Parsed(L"<r a=\"1\" n:b = \"\"><c/></r>");
+    Parsed parser(L"<r a=\"1\" n:b = \"\"><c/></r>");
     REQUIRE(parser.SetAttribute(L"a", L"x'y"));
     REQUIRE(parser.SetAttribute(L"b", L">"));
     CheckDocument(parser, L"<r a=\"x&apos;y\" n:b = \"&gt;\"><c/></r>");
@@ -153,7 +153,7 @@ TEST_CASE("XmlParser_set_attribute_replaces_the_value") {
 }
 
 TEST_CASE("XmlParser_set_attribute_adds_after_the_others") {
-    QxXmlParser parser = Parsed(L"<r a=\"1\"><c/><d /></r>");
+    Parsed parser(L"<r a=\"1\"><c/><d /></r>");
     REQUIRE(parser.SetAttribute(L"b", L"2"));
     REQUIRE(parser.FindChildElement(L"c"));
     REQUIRE(parser.SetChildAttribute(L"e", L"3"));
@@ -165,7 +165,7 @@ TEST_CASE("XmlParser_set_attribute_adds_after_the_others") {
 TEST_CASE("XmlParser_set_attribute_refuses_a_start_tag_that_ends_inside_quotes") {
     const wchar_t* const text = GENERATE(L"<r a=\"x>y\"></r>", L"<r a=\"x/>y\"", L"<r a=\"x></r>",
                                          L"<r \">\" a=\"1\"></r>", L"<></>>");
-    QxXmlParser parser = Parsed(text);
+    Parsed parser(text);
     CHECK_FALSE(parser.SetAttribute(L"a", L"1"));
     CHECK_FALSE(parser.SetAttribute(L"b", L"1"));
     CheckDocument(parser, text);
@@ -182,7 +182,7 @@ TEST_CASE("XmlParser_setters_without_an_element_fail") {
 }
 
 TEST_CASE("XmlParser_edits_accept_parts_of_the_document_itself") {
-    QxXmlParser parser = Parsed(L"<root a=\"1\"/>");
+    Parsed parser(L"<root a=\"1\"/>");
     REQUIRE(parser.AddChildElement(parser.GetTagName(), parser.GetDocument()));
     REQUIRE(parser.SetAttribute(parser.GetChildTagName(), parser.GetChildSubDocument()));
     REQUIRE(parser.SetChildData(parser.GetChildTagName()));
@@ -297,7 +297,7 @@ TEST_CASE("XmlParser_edit_out_of_memory_keeps_every_position") {
     const int edit = GENERATE(range(0, 5));
     bool failing = true;
     for (unsigned allowed = 0; failing; ++allowed) {
-        QxXmlParser parser = Parsed(L"<r><a><b/></a><c/></r>");
+        Parsed parser(L"<r><a><b/></a><c/></r>");
         REQUIRE(parser.FindChildElement(L"c"));
         {
             const Allocations::FailOnce failure(allowed);

@@ -4,18 +4,16 @@
 
 namespace {
 
-QxXmlParser Parsed(std::wstring_view text) {
-    QxXmlParser parser;
-    REQUIRE(parser.SetDocument(text));
-    return parser;
-}
+struct Parsed : QxXmlParser {
+    explicit Parsed(std::wstring_view text) { REQUIRE(SetDocument(text)); }
+};
 
 constexpr std::wstring_view Document = L"<r><a>1</a><n:b>2</n:b><a>3</a><c><d/><e><f/></e></c><g/></r>";
 
 } // namespace
 
 TEST_CASE("XmlParser_find_element_takes_the_first_top_level_element") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     REQUIRE(parser.FindElement());
     CHECK(parser.GetTagName() == L"r");
     CHECK_FALSE(parser.FindElement());
@@ -23,14 +21,14 @@ TEST_CASE("XmlParser_find_element_takes_the_first_top_level_element") {
 }
 
 TEST_CASE("XmlParser_find_element_with_restart_starts_over") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     REQUIRE(parser.FindElement(L"r"));
     CHECK_FALSE(parser.FindElement(L"r"));
     CHECK(parser.FindElement(L"r", true));
 }
 
 TEST_CASE("XmlParser_find_element_compares_names_exactly") {
-    QxXmlParser parser = Parsed(L"<Name/>");
+    Parsed parser(L"<Name/>");
     CHECK_FALSE(parser.FindElement(L"name"));
     CHECK_FALSE(parser.FindElement(L"Nam"));
     CHECK_FALSE(parser.FindElement(L"Names"));
@@ -38,7 +36,7 @@ TEST_CASE("XmlParser_find_element_compares_names_exactly") {
 }
 
 TEST_CASE("XmlParser_names_are_compared_without_their_prefix") {
-    QxXmlParser parser = Parsed(L"<x:r><x:y:a/><:b/><c:/></x:r>");
+    Parsed parser(L"<x:r><x:y:a/><:b/><c:/></x:r>");
     CHECK_FALSE(parser.FindElement(L"x:r"));
     REQUIRE(parser.FindElement(L"r"));
     CHECK(parser.GetTagName() == L"x:r");
@@ -49,7 +47,7 @@ TEST_CASE("XmlParser_names_are_compared_without_their_prefix") {
 }
 
 TEST_CASE("XmlParser_names_of_unusual_tags_are_the_first_token") {
-    QxXmlParser parser = Parsed(L"<r>< a/><b x:c=\"1\"/><c=1/><=/></r>");
+    Parsed parser(L"<r>< a/><b x:c=\"1\"/><c=1/><=/></r>");
     for (const wchar_t* name : {L"a", L"b", L"c", L"="})
         CHECK(parser.FindChildElement(name));
     for (const wchar_t* name : {L" a", L"b x", L"c=", L"c=1", L"=/", L" "})
@@ -57,7 +55,7 @@ TEST_CASE("XmlParser_names_of_unusual_tags_are_the_first_token") {
 }
 
 TEST_CASE("XmlParser_find_element_continues_among_siblings_inside_an_element") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     REQUIRE(parser.FindChildElement(L"a"));
     REQUIRE(parser.IntoElement());
     REQUIRE(parser.FindElement(L"a"));
@@ -67,7 +65,7 @@ TEST_CASE("XmlParser_find_element_continues_among_siblings_inside_an_element") {
 }
 
 TEST_CASE("XmlParser_find_element_success_clears_the_current_child") {
-    QxXmlParser parser = Parsed(L"<r><a><b/></a><c/></r>");
+    Parsed parser(L"<r><a><b/></a><c/></r>");
     REQUIRE(parser.FindChildElement(L"a"));
     REQUIRE(parser.IntoElement());
     REQUIRE(parser.FindChildElement());
@@ -78,7 +76,7 @@ TEST_CASE("XmlParser_find_element_success_clears_the_current_child") {
 }
 
 TEST_CASE("XmlParser_find_child_selects_the_first_top_level_element_first") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     REQUIRE(parser.FindChildElement());
     CHECK(parser.GetTagName() == L"r");
     CHECK(parser.GetChildTagName() == L"a");
@@ -87,7 +85,7 @@ TEST_CASE("XmlParser_find_child_selects_the_first_top_level_element_first") {
 }
 
 TEST_CASE("XmlParser_find_child_without_a_name_walks_all_children") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     for (const wchar_t* name : {L"a", L"n:b", L"a", L"c", L"g"}) {
         REQUIRE(parser.FindChildElement());
         CHECK(parser.GetChildTagName() == name);
@@ -97,7 +95,7 @@ TEST_CASE("XmlParser_find_child_without_a_name_walks_all_children") {
 }
 
 TEST_CASE("XmlParser_find_child_with_a_name_continues_after_the_current_child") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     REQUIRE(parser.FindChildElement(L"a"));
     CHECK(parser.GetChildData() == L"1");
     REQUIRE(parser.FindChildElement(L"a"));
@@ -110,7 +108,7 @@ TEST_CASE("XmlParser_find_child_with_a_name_continues_after_the_current_child") 
 }
 
 TEST_CASE("XmlParser_failed_find_with_restart_remains_restarted") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     REQUIRE(parser.FindChildElement(L"c"));
     CHECK_FALSE(parser.FindChildElement(L"none", true));
     CHECK(parser.GetTagName() == L"r");
@@ -120,19 +118,19 @@ TEST_CASE("XmlParser_failed_find_with_restart_remains_restarted") {
 }
 
 TEST_CASE("XmlParser_empty_element_has_no_children") {
-    QxXmlParser parser = Parsed(L"<r/>");
+    Parsed parser(L"<r/>");
     CHECK_FALSE(parser.FindChildElement());
     CHECK(parser.GetTagName() == L"r");
 }
 
 TEST_CASE("XmlParser_grandchildren_are_not_children") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     CHECK_FALSE(parser.FindChildElement(L"d"));
     CHECK_FALSE(parser.FindChildElement(L"r"));
 }
 
 TEST_CASE("XmlParser_into_element_without_child_fails_and_changes_nothing") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     CHECK_FALSE(parser.IntoElement());
     CHECK(parser.GetTagName().empty());
     REQUIRE(parser.FindElement());
@@ -141,7 +139,7 @@ TEST_CASE("XmlParser_into_element_without_child_fails_and_changes_nothing") {
 }
 
 TEST_CASE("XmlParser_into_element_makes_the_child_current") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     REQUIRE(parser.FindChildElement(L"c"));
     REQUIRE(parser.IntoElement());
     CHECK(parser.GetTagName() == L"c");
@@ -152,7 +150,7 @@ TEST_CASE("XmlParser_into_element_makes_the_child_current") {
 }
 
 TEST_CASE("XmlParser_out_of_element_makes_the_element_the_current_child") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     REQUIRE(parser.FindChildElement(L"c"));
     REQUIRE(parser.IntoElement());
     REQUIRE(parser.FindChildElement());
@@ -164,7 +162,7 @@ TEST_CASE("XmlParser_out_of_element_makes_the_element_the_current_child") {
 }
 
 TEST_CASE("XmlParser_out_of_element_at_the_top_has_no_effect") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     CHECK_FALSE(parser.OutOfElement());
     REQUIRE(parser.FindChildElement(L"c"));
     CHECK_FALSE(parser.OutOfElement());
@@ -173,7 +171,7 @@ TEST_CASE("XmlParser_out_of_element_at_the_top_has_no_effect") {
 }
 
 TEST_CASE("XmlParser_reset_clears_element_and_child") {
-    QxXmlParser parser = Parsed(Document);
+    Parsed parser(Document);
     REQUIRE(parser.FindChildElement());
     parser.ResetPosition();
     CHECK(parser.GetTagName().empty());

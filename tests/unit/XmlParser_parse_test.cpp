@@ -210,6 +210,32 @@ TEST_CASE("XmlParser_success_keeps_the_last_error") {
     CHECK(parser.GetError() == L"Abrupt end within tag");
 }
 
+TEST_CASE("XmlParser_error_offset_is_that_of_the_tag_at_fault_or_the_end_of_the_text") {
+    const auto offsetOf = [](std::wstring_view text) {
+        QxXmlParser parser;
+        REQUIRE_FALSE(parser.SetDocument(text));
+        return parser.GetErrorOffset();
+    };
+    CHECK(offsetOf(L"abc") == 3);
+    CHECK(offsetOf(L" <") == 1);
+    CHECK(offsetOf(L" <\"a\">") == 1);
+    CHECK(offsetOf(L" <a") == 1);
+    CHECK(offsetOf(L"<a> <!-- </a>") == 4);
+    CHECK(offsetOf(L"<a><b>text</b>") == 0);
+    CHECK(offsetOf(L"<a><b>text</a>") == 10);
+    CHECK(offsetOf(L"<a>text</a") == 7);
+}
+
+TEST_CASE("XmlParser_selected_element_is_read_like_the_current_one") {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<a><b>first</b><c>second</c></a>"));
+    REQUIRE(parser.FindChildElement(L"b"));
+    parser.SelectElement(3);
+    CHECK(parser.GetTagName() == L"c");
+    CHECK(parser.GetData() == L"second");
+    CHECK(parser.GetChildTagName().empty());
+}
+
 TEST_CASE("XmlParser_failure_keeps_the_text_and_discards_the_elements") {
     QxXmlParser parser;
     REQUIRE(parser.SetDocument(L"<a><b/></a>"));

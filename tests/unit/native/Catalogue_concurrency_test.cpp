@@ -14,6 +14,7 @@ namespace {
 void RunInThreads(int count, const std::function<void(int)>& body) {
     std::atomic<int> waiting = count;
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         threads.emplace_back([&, i] {
             for (--waiting; waiting > 0;)

@@ -3,6 +3,7 @@
 #include "../CapturedLog.h"
 
 #include "JobObjects/contents/CatalogueFile.h"
+#include "common/log/FileHandle.h"
 #include "tests/support/TestFolder.h"
 
 #include <catch2/catch.hpp>
@@ -17,7 +18,7 @@ namespace {
 class LoadedModule {
 public:
     LoadedModule() {
-        // Only its name and path matter; none of its code runs, so a copy of this program serves.
+        // Only its name and path matter; none of its code runs, so a copy of this program will do.
         REQUIRE(CopyFileW(QxMisc::GetModuleFileName(nullptr).c_str(), Path().c_str(), TRUE));
         m_module = LoadLibraryExW(Path().c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
         REQUIRE(m_module);
@@ -29,13 +30,13 @@ public:
     std::wstring CataloguePath() const { return m_folder.File(L"JobAttributes.xml"); }
 
     /// Writes the catalogue and returns it, still open for writing.
-    QxKernelHandle Write(const std::string& bytes) const {
-        QxKernelHandle file(CreateFileW(CataloguePath().c_str(), GENERIC_WRITE,
-                                        FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, CREATE_ALWAYS, 0,
-                                        nullptr));
+    FileHandle Write(const std::string& bytes) const {
+        FileHandle file =
+            OwnedFile(CreateFileW(CataloguePath().c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                  nullptr, CREATE_ALWAYS, 0, nullptr));
         DWORD written = 0;
-        REQUIRE(file.IsOpen());
-        REQUIRE(WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
+        REQUIRE(file);
+        REQUIRE(WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
         return file;
     }
 
@@ -92,7 +93,7 @@ TEST_CASE("ReadCatalogueFile_empty_file_is_read_as_empty_text") {
 
 TEST_CASE("ReadCatalogueFile_file_open_for_writing_elsewhere_is_read") {
     const LoadedModule module;
-    const QxKernelHandle writer = module.Write("<open/>");
+    const FileHandle writer = module.Write("<open/>");
     std::wstring text;
     CHECK(ReadCatalogueFile(text));
     CHECK(text == L"<open/>");
@@ -123,9 +124,9 @@ TEST_CASE("ReadCatalogueFile_folder_with_the_name_is_refused") {
 TEST_CASE("ReadCatalogueFile_file_beyond_16_MiB_is_refused") {
     const LoadedModule module;
     {
-        const QxKernelHandle file = module.Write("<a/>");
-        SetFilePointer(file.Get(), 16 * 1024 * 1024 + 1, nullptr, FILE_BEGIN);
-        REQUIRE(SetEndOfFile(file.Get()));
+        const FileHandle file = module.Write("<a/>");
+        SetFilePointer(file.get(), 16 * 1024 * 1024 + 1, nullptr, FILE_BEGIN);
+        REQUIRE(SetEndOfFile(file.get()));
     }
     std::wstring text;
     CapturedLog log;

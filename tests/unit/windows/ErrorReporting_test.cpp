@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr wchar_t source[] = L"CTestImpl::get_Xml";
+constexpr wchar_t Source[] = L"CTestImpl::get_Xml";
 
 using Lines = std::vector<std::wstring>;
 
@@ -86,24 +86,24 @@ struct Session {
 TEST_CASE("RunMethod_without_a_failure_returns_the_result_and_reports_nothing") {
     Session session;
     bool ran = false;
-    CHECK(RunMethod(source, [&] { ran = true; }) == S_OK);
+    CHECK(RunMethod(Source, [&] { ran = true; }) == S_OK);
     CHECK(ran);
-    CHECK(RunMethod(source, [] { return S_FALSE; }) == S_FALSE);
-    CHECK(RunMethod(source, [] { return E_INVALIDARG; }) == E_INVALIDARG);
+    CHECK(RunMethod(Source, [] { return S_FALSE; }) == S_FALSE);
+    CHECK(RunMethod(Source, [] { return E_INVALIDARG; }) == E_INVALIDARG);
     CHECK(session.log.TakeLines().empty());
     CHECK_FALSE(TakeInfo());
 }
 
 TEST_CASE("RunMethod_QxException_reports_its_message") {
     Session session;
-    CHECK(RunMethod(source, [] { throw QxException(L"Thing is missing."); }) == E_FAIL);
+    CHECK(RunMethod(Source, [] { throw QxException(L"Thing is missing."); }) == E_FAIL);
     CHECK(session.log.TakeLines() == Lines{L"[CTestImpl::get_Xml] Exception: Thing is missing."});
     CHECK(TakeDescription() == L"Thing is missing.");
 }
 
 TEST_CASE("RunMethod_QxException_without_a_message_reports_an_empty_description") {
     Session session;
-    CHECK(RunMethod(source, [] { throw QxException(L""); }) == E_FAIL);
+    CHECK(RunMethod(Source, [] { throw QxException(L""); }) == E_FAIL);
     CHECK(session.log.TakeLines() == Lines{L"[CTestImpl::get_Xml] Exception: "});
     const ComPtr<IErrorInfo> info = TakeInfo();
     REQUIRE(info);
@@ -112,7 +112,7 @@ TEST_CASE("RunMethod_QxException_without_a_message_reports_an_empty_description"
     CHECK(text.View().empty());
 
     const wchar_t* nothing = nullptr;
-    CHECK(RunMethod(source, [&] { throw QxException(nothing); }) == E_FAIL);
+    CHECK(RunMethod(Source, [&] { throw QxException(nothing); }) == E_FAIL);
     CHECK(session.log.TakeLines() == Lines{L"[CTestImpl::get_Xml] Exception: "});
 }
 
@@ -121,13 +121,13 @@ TEST_CASE("RunMethod_class_derived_from_QxException_is_reported_as_QxException")
         Derived() : QxException(L"derived") {}
     };
     Session session;
-    CHECK(RunMethod(source, [] { throw Derived(); }) == E_FAIL);
+    CHECK(RunMethod(Source, [] { throw Derived(); }) == E_FAIL);
     CHECK(TakeDescription() == L"derived");
 }
 
 TEST_CASE("RunMethod_ComError_without_information_reports_its_code_and_message") {
     Session session;
-    CHECK(RunMethod(source, [] { throw ComError(static_cast<HRESULT>(0x80040205)); }) ==
+    CHECK(RunMethod(Source, [] { throw ComError(static_cast<HRESULT>(0x80040205)); }) ==
           static_cast<HRESULT>(0x80040205));
     CHECK(session.log.TakeLines() == Lines{L"[CTestImpl::get_Xml] Exception: IDispatch error #5"});
     CHECK(TakeDescription() == L"IDispatch error #5");
@@ -136,7 +136,7 @@ TEST_CASE("RunMethod_ComError_without_information_reports_its_code_and_message")
 TEST_CASE("RunMethod_ComError_with_information_passes_on_the_same_object") {
     Session session;
     const ComPtr<IErrorInfo> info = ForeignInfo();
-    CHECK(RunMethod(source, [&] { throw ComError(static_cast<HRESULT>(0x80040205), info); }) ==
+    CHECK(RunMethod(Source, [&] { throw ComError(static_cast<HRESULT>(0x80040205), info); }) ==
           static_cast<HRESULT>(0x80040205));
     CHECK(session.log.TakeLines() == Lines{L"[CTestImpl::get_Xml] COM exception: IDispatch error #5"});
 
@@ -156,23 +156,23 @@ TEST_CASE("RunMethod_bad_alloc_is_E_OUTOFMEMORY") {
     const std::wstring text = SystemText(E_OUTOFMEMORY);
     REQUIRE_FALSE(text.empty());
     const Lines expected{L"[CTestImpl::get_Xml] Exception: " + text};
-    CHECK(RunMethod(source, [] { throw std::bad_alloc(); }) == E_OUTOFMEMORY);
+    CHECK(RunMethod(Source, [] { throw std::bad_alloc(); }) == E_OUTOFMEMORY);
     CHECK(session.log.TakeLines() == expected);
     CHECK(TakeDescription() == text);
-    CHECK(RunMethod(source, [] { throw std::length_error("too long"); }) == E_OUTOFMEMORY);
+    CHECK(RunMethod(Source, [] { throw std::length_error("too long"); }) == E_OUTOFMEMORY);
     CHECK(session.log.TakeLines() == expected);
     CHECK(TakeDescription() == text);
 }
 
 TEST_CASE("RunMethod_standard_exception_reports_its_complete_text") {
     Session session;
-    CHECK(RunMethod(source, [] { throw std::runtime_error("ran into a wall"); }) == E_FAIL);
+    CHECK(RunMethod(Source, [] { throw std::runtime_error("ran into a wall"); }) == E_FAIL);
     CHECK(session.log.TakeLines() == Lines{L"[CTestImpl::get_Xml] Exception: ran into a wall"});
     CHECK(TakeDescription() == L"ran into a wall");
 
     for (const std::size_t length : {127u, 128u, 255u, 256u, 3000u}) {
         INFO(length);
-        CHECK(RunMethod(source, [&] { throw std::logic_error(std::string(length, 'w')); }) == E_FAIL);
+        CHECK(RunMethod(Source, [&] { throw std::logic_error(std::string(length, 'w')); }) == E_FAIL);
         CHECK(TakeDescription() == std::wstring(length, L'w'));
     }
 }
@@ -180,25 +180,25 @@ TEST_CASE("RunMethod_standard_exception_reports_its_complete_text") {
 TEST_CASE("RunMethod_other_exception_is_a_general_exception") {
     Session session;
     const Lines expected{L"[CTestImpl::get_Xml] Exception: A general exception occurred."};
-    CHECK(RunMethod(source, [] { throw 5; }) == E_FAIL);
+    CHECK(RunMethod(Source, [] { throw 5; }) == E_FAIL);
     CHECK(session.log.TakeLines() == expected);
     CHECK(TakeDescription() == L"A general exception occurred.");
-    CHECK(RunMethod(source, [] { throw L"text"; }) == E_FAIL);
+    CHECK(RunMethod(Source, [] { throw L"text"; }) == E_FAIL);
     CHECK(session.log.TakeLines() == expected);
     CHECK(TakeDescription() == L"A general exception occurred.");
 }
 
 TEST_CASE("RunMethod_removes_an_earlier_description") {
     Session session;
-    RunMethod(source, [] { throw QxException(L"first"); });
-    RunMethod(source, [] { throw QxException(L"second"); });
+    RunMethod(Source, [] { throw QxException(L"first"); });
+    RunMethod(Source, [] { throw QxException(L"second"); });
     CHECK(TakeDescription() == L"second");
 }
 
 TEST_CASE("ReportException_logs_under_the_com_category") {
     CapturedLog log(LogFormat::Category | LogFormat::TypeLetter);
-    ReportException(L"text", source);
-    ReportComError(ComError(static_cast<HRESULT>(0x80040201), ForeignInfo()), source);
+    ReportException(L"text", Source);
+    ReportComError(ComError(static_cast<HRESULT>(0x80040201), ForeignInfo()), Source);
     SetErrorInfo(0, nullptr);
     CHECK(log.TakeLines() == Lines{L"[CQxCom e] [CTestImpl::get_Xml] Exception: text",
                                    L"[CQxCom e] [CTestImpl::get_Xml] COM exception: IDispatch error #1"});
@@ -211,7 +211,7 @@ TEST_CASE("ReportException_description_keeps_its_length") {
         std::wstring message(length, L'x');
         if (length)
             message.back() = L'\u00e4';
-        CHECK(ReportException(message.c_str(), source) == S_OK);
+        CHECK(ReportException(message.c_str(), Source) == S_OK);
         CHECK(session.log.TakeLines() == Lines{L"[CTestImpl::get_Xml] Exception: " + message});
         CHECK(TakeDescription() == message);
     }
@@ -226,7 +226,7 @@ TEST_CASE("ReportException_message_is_not_a_format") {
 
 TEST_CASE("ReportException_sets_only_the_description") {
     Session session;
-    ReportException(L"text", source);
+    ReportException(L"text", Source);
     const ComPtr<IErrorInfo> info = TakeInfo();
     REQUIRE(info);
     UniqueBstr thrower;
@@ -271,7 +271,7 @@ TEST_CASE("CallObject_uses_error_information_only_if_the_object_supports_it_for_
     FailingObject object;
     const ComPtr<IErrorInfo> info = ForeignInfo();
     const auto fail = [&](REFIID iid) {
-        return RunMethod(source, [&] {
+        return RunMethod(Source, [&] {
             CallObject(&object, iid, [&] {
                 SetErrorInfo(0, info.Get());
                 return E_ABORT;
@@ -292,7 +292,7 @@ TEST_CASE("CallObject_ignores_error_information_of_an_earlier_call") {
     FailingObject object;
     const ComPtr<IErrorInfo> earlier = ForeignInfo();
     SetErrorInfo(0, earlier.Get());
-    CHECK(RunMethod(source, [&] { CallObject(&object, IID_IDispatch, [] { return E_ABORT; }); }) == E_ABORT);
+    CHECK(RunMethod(Source, [&] { CallObject(&object, IID_IDispatch, [] { return E_ABORT; }); }) == E_ABORT);
     const ComPtr<IErrorInfo> info = TakeInfo();
     CHECK(info);
     CHECK(info.Get() != earlier.Get());
@@ -301,7 +301,7 @@ TEST_CASE("CallObject_ignores_error_information_of_an_earlier_call") {
 TEST_CASE("CallObject_success_has_no_effect") {
     Session session;
     FailingObject object;
-    CHECK(RunMethod(source, [&] {
+    CHECK(RunMethod(Source, [&] {
               CallObject(&object, IID_IDispatch, [] { return S_OK; });
               CallObject(&object, IID_IDispatch, [] { return S_FALSE; });
               ThrowIfFailed(S_FALSE);
@@ -311,7 +311,7 @@ TEST_CASE("CallObject_success_has_no_effect") {
 
 TEST_CASE("FailWithoutInfo_removes_an_earlier_description") {
     Session session;
-    ReportException(L"earlier", source);
+    ReportException(L"earlier", Source);
     CHECK(FailWithoutInfo(E_POINTER) == E_POINTER);
     CHECK_FALSE(TakeInfo());
 }

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::size_t unitsPerMiB = 1024 * 1024 / sizeof(wchar_t);
+constexpr std::size_t UnitsPerMiB = 1024 * 1024 / sizeof(wchar_t);
 
 QxLogPtr NewLog(const std::wstring& path, std::uint32_t maxFileSize = 0) {
     return QxLogPtr(new QxFileLog(path, maxFileSize));
@@ -24,7 +24,7 @@ std::wstring LineOfUnits(std::size_t units) {
     return std::wstring(units - 2, L'x') + L"\n";
 }
 
-constexpr int writers = 4, linesPerWriter = 100;
+constexpr int Writers = 4, LinesPerWriter = 100;
 
 struct Appender {
     std::wstring path;
@@ -34,7 +34,7 @@ struct Appender {
 DWORD WINAPI AppendLines(void* parameter) {
     const auto& appender = *static_cast<Appender*>(parameter);
     const QxLogPtr log = NewLog(appender.path);
-    for (int i = 0; i < linesPerWriter; ++i)
+    for (int i = 0; i < LinesPerWriter; ++i)
         log->Write(appender.letter + std::to_wstring(i) + L"\n");
     return 0;
 }
@@ -48,40 +48,40 @@ std::vector<std::wstring> LinesOf(const std::wstring& text) {
 }
 
 /// Holds the append lock, like a process stopped in the middle of a write.
-QxKernelHandle HoldAppendLock(const std::wstring& path) {
-    QxKernelHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                    OPEN_ALWAYS, 0, nullptr));
+FileHandle HoldAppendLock(const std::wstring& path) {
+    FileHandle file = OwnedFile(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                            nullptr, OPEN_ALWAYS, 0, nullptr));
     OVERLAPPED position{};
     position.OffsetHigh = 0x7FFFFFFF;
-    REQUIRE(LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &position));
+    REQUIRE(LockFileEx(file.get(), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &position));
     return file;
 }
 
 /// Opens the file like another program that shares it only in this way.
-QxKernelHandle KeepFileFromOthers(const std::wstring& path, DWORD sharing = 0) {
-    QxKernelHandle file(
+FileHandle KeepFileFromOthers(const std::wstring& path, DWORD sharing = 0) {
+    FileHandle file = OwnedFile(
         CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, sharing, nullptr, OPEN_ALWAYS, 0, nullptr));
-    REQUIRE(file.IsOpen());
+    REQUIRE(file);
     return file;
 }
 
 /// The handles of a process that is renaming the file.
 struct Renaming {
-    QxKernelHandle exclusive;
-    QxKernelHandle mark;
+    FileHandle exclusive;
+    FileHandle mark;
 
     explicit Renaming(const std::wstring& path) {
         exclusive = KeepFileFromOthers(path, FILE_SHARE_READ | FILE_SHARE_DELETE);
-        mark = QxKernelHandle(CreateFileW(path.c_str(), GENERIC_READ,
-                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                          OPEN_EXISTING, 0, nullptr));
+        mark = OwnedFile(CreateFileW(path.c_str(), GENERIC_READ,
+                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                     OPEN_EXISTING, 0, nullptr));
         OVERLAPPED position{};
         position.OffsetHigh = 0x7FFFFFFE;
-        REQUIRE(LockFileEx(mark.Get(), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &position));
+        REQUIRE(LockFileEx(mark.get(), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &position));
     }
     void End() {
-        exclusive.Close();
-        mark.Close();
+        exclusive.reset();
+        mark.reset();
     }
 };
 
@@ -100,7 +100,7 @@ DWORD Duration(Call call) {
 }
 
 /// Milliseconds that no caller notices on a busy machine.
-constexpr DWORD unnoticed = 500;
+constexpr DWORD Unnoticed = 500;
 
 /// If set, two other processes act as soon as this one has closed this file to rename it: the first renames
 /// it, without a mark because it may not read the file; the second starts a new file.
@@ -178,12 +178,12 @@ TEST_CASE("FileLog_rotates_when_the_size_is_reached") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
     const QxLogPtr log = NewLog(path, 1);
-    log->Write(LineOfUnits(unitsPerMiB - 3));
+    log->Write(LineOfUnits(UnitsPerMiB - 3));
     CHECK_FALSE(FileExists(backup));
     log->Write(L"x\n"); // exactly the size
     CHECK(FileExists(backup));
     CHECK_FALSE(FileExists(path));
-    CHECK(FileText(backup).size() == unitsPerMiB);
+    CHECK(FileText(backup).size() == UnitsPerMiB);
     log->Write(L"next\n");
     CHECK(FileText(path) == L"next\r\n");
 }
@@ -192,7 +192,7 @@ TEST_CASE("FileLog_one_unit_below_the_size_does_not_rotate") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
     const QxLogPtr log = NewLog(path, 1);
-    log->Write(LineOfUnits(unitsPerMiB - 1));
+    log->Write(LineOfUnits(UnitsPerMiB - 1));
     CHECK_FALSE(FileExists(path + L".bak"));
 }
 
@@ -200,7 +200,7 @@ TEST_CASE("FileLog_size_zero_never_rotates") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
     const QxLogPtr log = NewLog(path, 0);
-    log->Write(LineOfUnits(unitsPerMiB * 3));
+    log->Write(LineOfUnits(UnitsPerMiB * 3));
     CHECK(FileExists(path));
     CHECK_FALSE(FileExists(path + L".bak"));
 }
@@ -210,9 +210,9 @@ TEST_CASE("FileLog_rotation_replaces_a_read_only_backup") {
     const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
     NewLog(backup)->Write(L"old\n");
     REQUIRE(SetFileAttributesW(backup.c_str(), FILE_ATTRIBUTE_READONLY));
-    NewLog(path, 1)->Write(LineOfUnits(unitsPerMiB));
+    NewLog(path, 1)->Write(LineOfUnits(UnitsPerMiB));
     CHECK_FALSE(FileExists(path));
-    CHECK(FileText(backup).size() == unitsPerMiB);
+    CHECK(FileText(backup).size() == UnitsPerMiB);
 }
 
 TEST_CASE("FileLog_rotation_blocked_by_another_process_happens_later") {
@@ -221,10 +221,10 @@ TEST_CASE("FileLog_rotation_blocked_by_another_process_happens_later") {
     const QxLogPtr log = NewLog(path, 1);
     QxLogPtr other = NewLog(path, 0);
     other->Write(L"other\n");
-    log->Write(LineOfUnits(unitsPerMiB));
+    log->Write(LineOfUnits(UnitsPerMiB));
     log->Write(L"still the same file\n");
     CHECK_FALSE(FileExists(backup));
-    CHECK(FileText(path).size() == 7 + unitsPerMiB + 21);
+    CHECK(FileText(path).size() == 7 + UnitsPerMiB + 21);
     other->Write(L"other again\n");
 
     other.reset();
@@ -252,22 +252,22 @@ TEST_CASE("FileLog_unwritable_path_loses_the_line_and_is_tried_again") {
 TEST_CASE("FileLog_concurrent_writers_lose_and_mix_no_line") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
-    Appender appenders[writers];
-    HANDLE threads[writers];
-    for (int i = 0; i < writers; ++i) {
+    Appender appenders[Writers];
+    HANDLE threads[Writers];
+    for (int i = 0; i < Writers; ++i) {
         appenders[i] = {path, static_cast<wchar_t>(L'a' + i)};
         threads[i] = CreateThread(nullptr, 0, AppendLines, &appenders[i], 0, nullptr);
         REQUIRE(threads[i] != nullptr);
     }
-    REQUIRE(WaitForMultipleObjects(writers, threads, TRUE, 60000) == WAIT_OBJECT_0);
+    REQUIRE(WaitForMultipleObjects(Writers, threads, TRUE, 60000) == WAIT_OBJECT_0);
     for (const HANDLE thread : threads)
         CloseHandle(thread);
     const std::vector<std::wstring> lines = LinesOf(FileText(path));
-    CHECK(lines.size() == writers * linesPerWriter);
+    CHECK(lines.size() == Writers * LinesPerWriter);
     const std::set<std::wstring> once(lines.begin(), lines.end());
-    CHECK(once.size() == writers * linesPerWriter);
+    CHECK(once.size() == Writers * LinesPerWriter);
     for (const Appender& appender : appenders)
-        for (int i = 0; i < linesPerWriter; ++i)
+        for (int i = 0; i < LinesPerWriter; ++i)
             if (once.count(appender.letter + std::to_wstring(i)) != 1)
                 FAIL("line " << i << " of a writer is missing");
 }
@@ -275,7 +275,7 @@ TEST_CASE("FileLog_concurrent_writers_lose_and_mix_no_line") {
 TEST_CASE("FileLog_stopped_writer_delays_one_line_and_hangs_no_writer") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
-    QxKernelHandle holder = HoldAppendLock(path);
+    FileHandle holder = HoldAppendLock(path);
     const QxLogPtr log = NewLog(path);
     const DWORD start = GetTickCount();
     log->Write(L"lost\n");
@@ -284,7 +284,7 @@ TEST_CASE("FileLog_stopped_writer_delays_one_line_and_hangs_no_writer") {
     log->Write(L"lost too\n");
     CHECK(GetTickCount() - second < 1000);
     CHECK(FileText(path).empty());
-    holder.Close();
+    holder.reset();
     log->Write(L"kept\n");
     CHECK(FileText(path) == L"kept\r\n");
 }
@@ -293,16 +293,16 @@ TEST_CASE("FileLog_writer_stopped_in_the_queue_delays_one_line_and_loses_none") 
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
     // Like a process stopped while it waits: it holds a place in the queue, but not the append lock.
-    QxKernelHandle holder(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                      nullptr, OPEN_ALWAYS, 0, nullptr));
+    FileHandle holder = OwnedFile(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                              nullptr, OPEN_ALWAYS, 0, nullptr));
     OVERLAPPED place{};
     place.OffsetHigh = 0x7FFFFFFF;
     place.Offset = 1;
-    REQUIRE(LockFileEx(holder.Get(), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place));
+    REQUIRE(LockFileEx(holder.get(), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place));
     const QxLogPtr log = NewLog(path);
     CHECK(Duration([&] { log->Write(L"delayed\n"); }) < 10000);
     CHECK(Duration([&] { log->Write(L"not delayed\n"); }) < 1000);
-    holder.Close();
+    holder.reset();
     log->Write(L"later\n");
     CHECK(FileText(path) == L"delayed\r\nnot delayed\r\nlater\r\n");
 }
@@ -338,11 +338,11 @@ TEST_CASE("FileLog_file_not_shared_by_another_program_costs_no_wait") {
         INFO(sharing);
         const TestFolder folder;
         const std::wstring path = folder.File(L"a.log");
-        QxKernelHandle holder = KeepFileFromOthers(path, sharing);
+        FileHandle holder = KeepFileFromOthers(path, sharing);
         const QxLogPtr log = NewLog(path);
-        CHECK(Duration([&] { log->Write(L"lost\n"); }) < unnoticed);
-        CHECK(Duration([&] { log->Write(L"lost too\n"); }) < unnoticed);
-        holder.Close();
+        CHECK(Duration([&] { log->Write(L"lost\n"); }) < Unnoticed);
+        CHECK(Duration([&] { log->Write(L"lost too\n"); }) < Unnoticed);
+        holder.reset();
         log->Write(L"kept\n");
         CHECK(FileText(path) == L"kept\r\n");
     }
@@ -357,7 +357,7 @@ TEST_CASE("FileLog_marks_the_file_for_other_writers_during_a_rename") {
                                 reinterpret_cast<void*>(NoteMarkAndMove));
         moveFile = reinterpret_cast<decltype(moveFile)>(patch.Original());
         markSeen = false;
-        log->Write(LineOfUnits(unitsPerMiB));
+        log->Write(LineOfUnits(UnitsPerMiB));
     }
     CHECK(markSeen);
     CHECK(FileExists(backup));
@@ -369,7 +369,7 @@ TEST_CASE("FileLog_file_marked_by_another_writer_is_not_renamed") {
     const QxLogPtr log = NewLog(path, 1);
     NewLog(path)->Write(L"first\n");
     const RenameMark mark(path);
-    log->Write(LineOfUnits(unitsPerMiB));
+    log->Write(LineOfUnits(UnitsPerMiB));
     CHECK_FALSE(FileExists(backup));
 }
 
@@ -403,9 +403,9 @@ TEST_CASE("FileLog_file_just_started_by_another_process_does_not_become_the_back
                                 reinterpret_cast<void*>(CloseAndLetOthersWrite));
         closeHandle = reinterpret_cast<decltype(closeHandle)>(patch.Original());
         othersPath = path;
-        log->Write(LineOfUnits(unitsPerMiB));
+        log->Write(LineOfUnits(UnitsPerMiB));
     }
     CHECK(othersPath.empty());
-    CHECK(FileText(backup).size() == unitsPerMiB);
+    CHECK(FileText(backup).size() == UnitsPerMiB);
     CHECK(FileText(path) == L"first line\r\n");
 }

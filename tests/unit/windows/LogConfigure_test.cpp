@@ -1,7 +1,7 @@
+#include "../CapturedLog.h"
 #include "TestKey.h"
 
 #include "common/LogRegistry.h"
-#include "common/log/QxLogger.h"
 #include "tests/support/TestFolder.h"
 
 #include <catch2/catch.hpp>
@@ -11,12 +11,12 @@
 namespace {
 
 /// One key per process, because tests run in parallel.
-const std::wstring baseKey = L"Software\\JobObjectsLogTest" + std::to_wstring(GetCurrentProcessId());
+const std::wstring BaseKey = L"Software\\JobObjectsLogTest" + std::to_wstring(GetCurrentProcessId());
 
 /// The log's key. Resets the log at both ends of its lifetime.
 struct LogKey {
-    TestKey base{baseKey.c_str()};
-    TestKey key{(baseKey + L"\\Log").c_str()};
+    TestKey base{BaseKey.c_str()};
+    TestKey key{(BaseKey + L"\\Log").c_str()};
     TestFolder folder;
     std::wstring path = folder.File(L"a.log");
 
@@ -25,11 +25,7 @@ struct LogKey {
 };
 
 void Configure() {
-    ConfigureLog(baseKey.c_str(), HKEY_CURRENT_USER, KEY_READ);
-}
-
-LogSettings Settings() {
-    return QxLogger::Instance().GetSettings();
+    ConfigureLog(BaseKey.c_str(), HKEY_CURRENT_USER, KEY_READ);
 }
 
 /// The name of the only sink.
@@ -59,7 +55,7 @@ TEST_CASE("Configure_reads_every_value") {
     log.key.Put(L"OnlyErrorsToFile", 1u);
     log.key.Put(L"FileName", log.path);
     Configure();
-    const LogSettings settings = Settings();
+    const LogSettings settings = CurrentSettings();
     CHECK(settings.sourceName == L"Agent");
     CHECK(settings.enabled);
     CHECK(settings.filters == 3);
@@ -83,7 +79,7 @@ TEST_CASE("Configure_missing_key_changes_nothing") {
     log.key.Put(L"FileName", log.path);
     Configure();
     ConfigureLog(L"Software\\JobObjectsNoSuchKey", HKEY_CURRENT_USER, KEY_READ);
-    CHECK(Settings().enabled);
+    CHECK(CurrentSettings().enabled);
     CHECK(FileOfLog() == log.path);
 }
 
@@ -105,7 +101,7 @@ TEST_CASE("Configure_missing_or_wrong_value_leaves_its_field") {
     log.key.Put(L"SourceName", 5u);
     log.key.Put(L"Types", 8u);
     Configure();
-    const LogSettings after = Settings();
+    const LogSettings after = CurrentSettings();
     CHECK(after.sourceName == L"Before");
     CHECK(after.enabled);
     CHECK(after.filters == 1);
@@ -191,7 +187,7 @@ DWORD WINAPI ConfigureOften(void* key) {
 
 TEST_CASE("Configure_line_during_concurrent_changes_uses_the_values_of_one_key") {
     LogKey log;
-    const std::wstring keys[] = {baseKey + L"\\A", baseKey + L"\\B"};
+    const std::wstring keys[] = {BaseKey + L"\\A", BaseKey + L"\\B"};
     const std::wstring paths[] = {log.folder.File(L"A.log"), log.folder.File(L"B.log")};
     TestKey outer[] = {TestKey(keys[0].c_str()), TestKey(keys[1].c_str())};
     TestKey inner[] = {TestKey((keys[0] + L"\\Log").c_str()), TestKey((keys[1] + L"\\Log").c_str())};

@@ -5,13 +5,13 @@
 
 #include <catch2/catch.hpp>
 
-// No client can store a log target type without a name: the conversion is tested by itself.
+// Clients cannot store a log target type without a name, so the tests call the conversion directly.
 
 namespace {
 
 template<class Call>
 std::wstring MessageOf(Call call) {
-    TheModule().Initialize(GetModuleHandleW(nullptr)); // the test carries the string table, too
+    TheModule().Initialize(GetModuleHandleW(nullptr)); // the test program has the string table
     try {
         call();
     } catch (const QxException& error) {
@@ -29,12 +29,12 @@ TEST_CASE("LogTargetTypeName_of_each_type_is_its_name") {
     CHECK((LogTargetTypeName(3) == L"DeviceAddress"));
 }
 
-TEST_CASE("LogTargetTypeName_of_another_number_is_refused_by_its_message") {
+TEST_CASE("LogTargetTypeName_of_an_unknown_number_is_refused") {
     CHECK((MessageOf([] { LogTargetTypeName(4); }) == L"The PrintJob LogTargetType '4' is not supported."));
     CHECK((MessageOf([] { LogTargetTypeName(-1); }) == L"The PrintJob LogTargetType '-1' is not supported."));
 }
 
-TEST_CASE("LogTargetTypeFromName_knows_the_four_names_in_exact_case") {
+TEST_CASE("LogTargetTypeFromName_accepts_the_four_names_in_exact_case") {
     CHECK(LogTargetTypeFromName(L"None") == LogTargetNone);
     CHECK(LogTargetTypeFromName(L"LogicalPrinter") == LogTargetLogicalPrinter);
     CHECK(LogTargetTypeFromName(L"Device") == LogTargetDevice);

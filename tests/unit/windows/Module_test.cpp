@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <string>
 
-// The module object by itself, linked into the test: what it does for the library's own code.
+// The module object, linked into the test: members that only the library's own code uses.
 
 namespace {
 
@@ -19,32 +19,32 @@ CJobObjectsModule& InitializedModule() {
     return TheModule();
 }
 
-constexpr unsigned missingResource = 7;
+constexpr unsigned MissingResource = 7;
 
-/// Where the type library is looked for when the module, here the test program, lacks the resource.
+/// The file that holds the type library if the module (here the test program) lacks the resource.
 std::wstring FileBesideTheModule() {
     InitializedModule();
     const std::wstring path = OwnModulePath();
     return path.substr(0, path.rfind(L'.')) + L".tlb";
 }
 
-/// The module's path as the system tells it; if it is empty, the system fails.
-std::wstring toldPath;
+/// The path that the replaced GetModuleFileName returns; it fails if this is empty.
+std::wstring reportedPath;
 
-DWORD WINAPI TellPath(HMODULE, wchar_t* buffer, DWORD size) {
-    if (toldPath.empty() || toldPath.size() >= size) {
+DWORD WINAPI ReportPath(HMODULE, wchar_t* buffer, DWORD size) {
+    if (reportedPath.empty() || reportedPath.size() >= size) {
         SetLastError(ERROR_MOD_NOT_FOUND);
         return 0;
     }
-    std::copy_n(toldPath.c_str(), toldPath.size() + 1, buffer);
-    return static_cast<DWORD>(toldPath.size());
+    std::copy_n(reportedPath.c_str(), reportedPath.size() + 1, buffer);
+    return static_cast<DWORD>(reportedPath.size());
 }
 
 HRESULT LoadTypeLibraryFrom(const std::wstring& path, unsigned index) {
     InitializedModule();
     const ImportPatch patch(GetModuleHandleW(nullptr), "GetModuleFileNameW",
-                            reinterpret_cast<void*>(TellPath));
-    toldPath = path;
+                            reinterpret_cast<void*>(ReportPath));
+    reportedPath = path;
     UniqueBstr loadedFrom;
     ComPtr<ITypeLib> library;
     return LoadOwnTypeLibrary(index, loadedFrom, library);
@@ -58,14 +58,14 @@ void CountRun(void* context) noexcept {
 
 } // namespace
 
-TEST_CASE("Module_before_initialisation_hands_out_no_class_object") {
+TEST_CASE("Module_before_initialisation_returns_no_class_object") {
     void* object = &callbackRuns;
     CHECK(TheModule().GetClassObject(CLSID_PrintJob, IID_IUnknown, &object) == E_UNEXPECTED);
     CHECK(object == nullptr);
     CHECK(TheModule().GetClassObject(CLSID_PrintJob, IID_IUnknown, nullptr) == E_POINTER);
 }
 
-TEST_CASE("Module_lock_count_gives_the_new_value") {
+TEST_CASE("Module_lock_and_unlock_return_the_new_count") {
     CJobObjectsModule& module = InitializedModule();
     CHECK(module.Lock() == 1);
     CHECK(module.Lock() == 2);
@@ -74,7 +74,7 @@ TEST_CASE("Module_lock_count_gives_the_new_value") {
     CHECK(module.LockCount() == 0);
 }
 
-TEST_CASE("Module_global_interface_table_is_made_once_and_counted_for_the_caller") {
+TEST_CASE("Module_global_interface_table_is_created_once_and_returned_with_a_reference") {
     CJobObjectsModule& module = InitializedModule();
     CHECK(module.GetGlobalInterfaceTable(nullptr) == E_POINTER);
     IGlobalInterfaceTable* first = nullptr;
@@ -120,36 +120,37 @@ TEST_CASE("Module_type_library_is_loaded_from_the_file_beside_the_module_without
     const std::wstring file = FileBesideTheModule();
     {
         ComPtr<ICreateTypeLib2> creator;
-        REQUIRE(CreateTypeLib2(SYS_WIN32, file.c_str(), creator.Put()) == S_OK);
+        REQUIRE(CreateTypeLib2(sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32, file.c_str(), creator.Put()) ==
+                S_OK);
         REQUIRE(creator->SetGuid(LIBID_JobObjectsLib) == S_OK);
         REQUIRE(creator->SaveAllChanges() == S_OK);
     }
     UniqueBstr path;
     ComPtr<ITypeLib> library;
-    CHECK(LoadOwnTypeLibrary(missingResource, path, library) == S_OK);
+    CHECK(LoadOwnTypeLibrary(MissingResource, path, library) == S_OK);
     CHECK(path.View() == file);
     CHECK(library);
-    library = {}; // lets the file go
+    library = {}; // closes the file
     CHECK(DeleteFileW(file.c_str()));
 }
 
-TEST_CASE("Module_type_library_that_is_nowhere_fails_with_the_result_of_the_second_attempt") {
+TEST_CASE("Module_type_library_without_resource_and_file_fails_with_the_result_of_loading_the_file") {
     const std::wstring file = FileBesideTheModule();
     ComPtr<ITypeLib> library;
     const HRESULT expected = LoadTypeLibEx(file.c_str(), REGKIND_NONE, library.Put());
     REQUIRE(FAILED(expected));
     UniqueBstr path;
-    CHECK(LoadOwnTypeLibrary(missingResource, path, library) == expected);
+    CHECK(LoadOwnTypeLibrary(MissingResource, path, library) == expected);
     CHECK(path.Get() == nullptr);
     CHECK_FALSE(library);
 }
 
 TEST_CASE("Module_type_library_path_with_its_index_has_less_than_270_characters") {
-    const std::wstring longest = L"C:\\" + std::wstring(256, L'd'); // 259, the most that the system tells
+    const std::wstring longest = L"C:\\" + std::wstring(256, L'd'); // 259 characters, the longest module path
     CHECK(LoadTypeLibraryFrom(longest, 1000000000) == E_FAIL);
     const HRESULT shorter = LoadTypeLibraryFrom(longest, 100000000);
     CHECK(FAILED(shorter));
-    CHECK(shorter != E_FAIL); // looked for, and not there
+    CHECK(shorter != E_FAIL); // tried to load the file, which does not exist
 }
 
 TEST_CASE("Module_type_library_of_a_module_without_a_path_fails_with_the_system_error") {

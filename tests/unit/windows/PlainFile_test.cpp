@@ -10,7 +10,7 @@
 namespace {
 
 /// A symlink to a folder, created when the build was configured, and the folder itself.
-const std::wstring linkedFolder = L"" LINKED_FOLDER "\\linked", plainFolder = L"" LINKED_FOLDER "\\plain";
+const std::wstring LinkedFolder = L"" LINKED_FOLDER "\\linked", PlainFolder = L"" LINKED_FOLDER "\\plain";
 
 void WriteLine(const std::wstring& path, std::uint32_t maxFileSize = 0) {
     const QxLogPtr log(new QxFileLog(path, maxFileSize));
@@ -88,8 +88,8 @@ std::wstring FullPath(const std::wstring& path) {
 } // namespace
 
 TEST_CASE("FileLog_on_a_drive_whose_root_is_a_reparse_point_is_written") {
-    // The build's drive must have such a root; otherwise the test shows nothing.
-    const std::wstring path = FullPath(NewName(plainFolder + L"\\plain.log"));
+    // The build's drive must have such a root; otherwise the test proves nothing.
+    const std::wstring path = FullPath(NewName(PlainFolder + L"\\plain.log"));
     REQUIRE((GetFileAttributesW(path.substr(0, 3).c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
     for (const std::wstring& name : {path, L"\\\\?\\" + path}) {
         NewName(path);
@@ -99,19 +99,19 @@ TEST_CASE("FileLog_on_a_drive_whose_root_is_a_reparse_point_is_written") {
 }
 
 TEST_CASE("FileLog_below_a_folder_symlink_is_written") {
-    REQUIRE((GetFileAttributesW(linkedFolder.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
-    CreateDirectoryW((plainFolder + L"\\inner").c_str(), nullptr);
+    REQUIRE((GetFileAttributesW(LinkedFolder.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
+    CreateDirectoryW((PlainFolder + L"\\inner").c_str(), nullptr);
     for (const wchar_t* name : {L"\\linked.log", L"/linked.log", L"\\inner\\linked.log"}) {
-        const std::wstring target = NewName(plainFolder + name);
-        WriteLine(linkedFolder + name);
+        const std::wstring target = NewName(PlainFolder + name);
+        WriteLine(LinkedFolder + name);
         CHECK(FileText(target) == L"line\r\n");
     }
 }
 
 TEST_CASE("FileLog_below_a_folder_symlink_is_rotated") {
-    const std::wstring target = NewName(plainFolder + L"\\grown.log");
+    const std::wstring target = NewName(PlainFolder + L"\\grown.log");
     const std::wstring backup = NewName(target + L".bak");
-    const QxLogPtr log(new QxFileLog(linkedFolder + L"\\grown.log", 1));
+    const QxLogPtr log(new QxFileLog(LinkedFolder + L"\\grown.log", 1));
     log->Write(std::wstring((1 << 19) - 1, L'x') + L"\n");
     CHECK(FileExists(backup));
     CHECK(!FileExists(target));

@@ -1,5 +1,4 @@
-// The end of objects: what is made of the frame's templates counts the references that come during
-// destruction.
+// An object can be referenced and released during its destruction, which must not destroy it again.
 
 #include "JobObjects/frame/ComObject.h"
 
@@ -10,7 +9,7 @@
 
 namespace {
 
-/// What an implementation class is to the templates, without a record behind it.
+/// A minimal implementation class for the frame's templates.
 class Counted : public IUnknown {
 public:
     HRESULT FindInterface(REFIID, void** object) noexcept {
@@ -36,13 +35,13 @@ private:
     ReferenceCount<> m_references;
 };
 
-/// Releases the only reference to an object that is looked at while it is destroyed; how often it was
-/// destroyed.
+/// Releases the only reference to an object, references it again during its destruction, and returns the
+/// number of destructions.
 int DestructionsOf(IUnknown* object) {
     int destructions = 0;
     Counted::destroyed = [&] {
         if (++destructions > 1)
-            return; // a last release inside the destruction
+            return; // destroyed again by the release below
         object->AddRef();
         CHECK(object->Release() != 0);
     };
@@ -53,7 +52,7 @@ int DestructionsOf(IUnknown* object) {
 
 } // namespace
 
-TEST_CASE("ReferenceCount_starts_with_one_reference_and_ends_once") {
+TEST_CASE("ReferenceCount_starts_at_one_and_reaches_zero_once") {
     ReferenceCount<> plain;
     CHECK(plain.Add() == 2);
     CHECK(plain.Release() == 1);
@@ -61,7 +60,7 @@ TEST_CASE("ReferenceCount_starts_with_one_reference_and_ends_once") {
     CHECK(plain.Add() > 1);
     CHECK(plain.Release() != 0);
 
-    ReferenceCount<std::atomic<ULONG>> shared; // that of class objects
+    ReferenceCount<std::atomic<ULONG>> shared; // as in class objects
     CHECK(shared.Add() == 2);
     CHECK(shared.Release() == 1);
     CHECK(shared.Release() == 0);
@@ -69,12 +68,12 @@ TEST_CASE("ReferenceCount_starts_with_one_reference_and_ends_once") {
     CHECK(shared.Release() != 0);
 }
 
-TEST_CASE("ComObject_is_destroyed_once_whatever_is_released_meanwhile") {
+TEST_CASE("ComObject_referenced_during_destruction_is_destroyed_once") {
     CHECK(DestructionsOf(new ComObject<Counted>) == 1);
 }
 
-TEST_CASE("AggregatedObject_is_destroyed_once_whatever_is_released_meanwhile") {
-    ComObject<Counted>* const outer = new ComObject<Counted>;
+TEST_CASE("AggregatedObject_referenced_during_destruction_is_destroyed_once") {
+    auto* const outer = new ComObject<Counted>;
     CHECK(DestructionsOf(new AggregatedObject<Counted>(outer)) == 1);
     CHECK(outer->Release() == 0);
 }

@@ -7,13 +7,14 @@
 
 #include <catch2/catch.hpp>
 
+#include <cstdint>
 #include <string>
 
 namespace {
 
 /// One key per process, because tests run in parallel.
-const std::wstring testKeyPath = L"Software\\JobObjectsRegistryTest" + std::to_wstring(GetCurrentProcessId());
-const wchar_t* const testKey = testKeyPath.c_str();
+const std::wstring KeyPathText = L"Software\\JobObjectsRegistryTest" + std::to_wstring(GetCurrentProcessId());
+const wchar_t* const KeyPath = KeyPathText.c_str();
 
 /// The value's text; "unchanged" if reading fails.
 std::wstring StringOf(QxRegistryHdl& key, const wchar_t* name) {
@@ -21,6 +22,13 @@ std::wstring StringOf(QxRegistryHdl& key, const wchar_t* name) {
     const bool read = key.ReadString(name, value);
     CHECK(read == !(value == L"unchanged"));
     return std::wstring(value.view());
+}
+
+/// Whether a key is held: without one, a read fails with an invalid handle. Changes LastError.
+bool HoldsKey(QxRegistryHdl& key) {
+    std::uint32_t value = 0;
+    CHECK_FALSE(key.ReadNumber(L"no such value", value));
+    return key.LastError() != ERROR_INVALID_HANDLE;
 }
 
 LSTATUS WINAPI RefuseToClose(HKEY) {
@@ -31,18 +39,18 @@ LSTATUS WINAPI RefuseToClose(HKEY) {
 
 TEST_CASE("TestKey_is_empty_after_an_aborted_test") {
     HKEY left = nullptr;
-    REQUIRE(RegCreateKeyExW(HKEY_CURRENT_USER, (testKeyPath + L"\\Log").c_str(), 0, nullptr, 0,
+    REQUIRE(RegCreateKeyExW(HKEY_CURRENT_USER, (KeyPathText + L"\\Log").c_str(), 0, nullptr, 0,
                             KEY_ALL_ACCESS, nullptr, &left, nullptr) == ERROR_SUCCESS);
     RegCloseKey(left);
-    const TestKey stored(testKey);
+    const TestKey stored(KeyPath);
     QxRegistryHdl key;
-    CHECK_FALSE(key.Open(HKEY_CURRENT_USER, (testKeyPath + L"\\Log").c_str(), KEY_READ));
+    CHECK_FALSE(key.Open(HKEY_CURRENT_USER, (KeyPathText + L"\\Log").c_str(), KEY_READ));
 }
 
 TEST_CASE("RegistryHdl_failed_close_is_logged_and_drops_the_key") {
-    const TestKey stored(testKey);
+    const TestKey stored(KeyPath);
     QxRegistryHdl key;
-    REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
+    REQUIRE(key.Open(HKEY_CURRENT_USER, KeyPath, KEY_READ));
     CapturedLog log(LogFormat::Category);
     {
         const ImportPatch patch(GetModuleHandleW(nullptr), "RegCloseKey",
@@ -52,44 +60,45 @@ TEST_CASE("RegistryHdl_failed_close_is_logged_and_drops_the_key") {
     }
     CHECK(log.Joined() ==
           L"[CQx] [QxRegistryHdl::Close] " + QxMisc::GetSystemMessage(ERROR_INVALID_HANDLE) + L"\n");
-    CHECK_FALSE(key.IsOpen());
     CHECK(key.LastError() == ERROR_INVALID_HANDLE);
+    CHECK_FALSE(HoldsKey(key));
 }
 
 TEST_CASE("RegistryHdl_missing_key_is_reported_with_its_code") {
     QxRegistryHdl key;
     CHECK_FALSE(key.Open(HKEY_CURRENT_USER, L"Software\\JobObjectsNoSuchKey", KEY_READ));
     CHECK(key.LastError() == ERROR_FILE_NOT_FOUND);
-    CHECK_FALSE(key.IsOpen());
+    CHECK_FALSE(HoldsKey(key));
 }
 
 TEST_CASE("RegistryHdl_opening_closes_the_old_key") {
-    const TestKey stored(testKey);
+    const TestKey stored(KeyPath);
     QxRegistryHdl key;
-    REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
+    REQUIRE(key.Open(HKEY_CURRENT_USER, KeyPath, KEY_READ));
+    REQUIRE(HoldsKey(key));
     CHECK_FALSE(key.Open(HKEY_CURRENT_USER, L"Software\\JobObjectsNoSuchKey", KEY_READ));
-    CHECK_FALSE(key.IsOpen());
+    CHECK_FALSE(HoldsKey(key));
 }
 
 TEST_CASE("RegistryHdl_closing_twice_is_harmless") {
-    const TestKey stored(testKey);
+    const TestKey stored(KeyPath);
     QxRegistryHdl key;
-    REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
+    REQUIRE(key.Open(HKEY_CURRENT_USER, KeyPath, KEY_READ));
     key.Close();
     key.Close();
-    CHECK_FALSE(key.IsOpen());
     CHECK(key.LastError() == 0);
+    CHECK_FALSE(HoldsKey(key));
 }
 
 TEST_CASE("RegistryHdl_numbers_are_read_only_from_32_bit_values") {
-    TestKey stored(testKey);
+    TestKey stored(KeyPath);
     REQUIRE(stored.Put(L"Number", 0xFEDCBA98u));
     REQUIRE(stored.Put(L"Text", L"5"));
     const std::uint64_t wide = 5;
     REQUIRE(stored.Put(L"Wide", REG_QWORD, &wide, sizeof(wide)));
     REQUIRE(stored.Put(L"Binary", REG_BINARY, &wide, 4));
     QxRegistryHdl key;
-    REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
+    REQUIRE(key.Open(HKEY_CURRENT_USER, KeyPath, KEY_READ));
 
     std::uint32_t value = 7;
     CHECK_FALSE(key.ReadNumber(L"Missing", value));
@@ -104,24 +113,24 @@ TEST_CASE("RegistryHdl_numbers_are_read_only_from_32_bit_values") {
 }
 
 TEST_CASE("RegistryHdl_short_number_is_refused") {
-    TestKey stored(testKey);
+    TestKey stored(KeyPath);
     const std::uint32_t number = 5;
     REQUIRE(stored.Put(L"Short", REG_DWORD, &number, 2));
     QxRegistryHdl key;
-    REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
+    REQUIRE(key.Open(HKEY_CURRENT_USER, KeyPath, KEY_READ));
     std::uint32_t value = 7;
     CHECK_FALSE(key.ReadNumber(L"Short", value));
     CHECK(value == 7);
 }
 
-TEST_CASE("RegistryHdl_any_number_but_zero_is_true") {
-    TestKey stored(testKey);
+TEST_CASE("RegistryHdl_any_nonzero_number_is_true") {
+    TestKey stored(KeyPath);
     REQUIRE(stored.Put(L"Zero", 0u));
     REQUIRE(stored.Put(L"One", 1u));
     REQUIRE(stored.Put(L"High", 0x80000000u));
     REQUIRE(stored.Put(L"Text", L"true"));
     QxRegistryHdl key;
-    REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
+    REQUIRE(key.Open(HKEY_CURRENT_USER, KeyPath, KEY_READ));
     bool value = true;
     CHECK(key.ReadBool(L"Zero", value));
     CHECK_FALSE(value);
@@ -136,7 +145,7 @@ TEST_CASE("RegistryHdl_any_number_but_zero_is_true") {
 }
 
 TEST_CASE("RegistryHdl_strings_are_read_as_stored") {
-    TestKey stored(testKey);
+    TestKey stored(KeyPath);
     REQUIRE(stored.Put(L"Plain", L"text \x20AC"));
     REQUIRE(stored.Put(L"Expandable", L"%TEMP%\\a.log", REG_EXPAND_SZ));
     REQUIRE(stored.Put(L"Empty", L""));
@@ -145,7 +154,7 @@ TEST_CASE("RegistryHdl_strings_are_read_as_stored") {
     REQUIRE(stored.Put(L"TwoEnds", REG_SZ, L"ab\0cd", 6 * sizeof(wchar_t)));
     REQUIRE(stored.Put(L"Nothing", REG_SZ, nullptr, 0));
     QxRegistryHdl key;
-    REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
+    REQUIRE(key.Open(HKEY_CURRENT_USER, KeyPath, KEY_READ));
     CHECK(StringOf(key, L"Plain") == L"text \x20AC");
     CHECK(StringOf(key, L"Expandable") == L"%TEMP%\\a.log");
     CHECK(StringOf(key, L"Empty").empty());
@@ -156,12 +165,12 @@ TEST_CASE("RegistryHdl_strings_are_read_as_stored") {
 }
 
 TEST_CASE("RegistryHdl_other_types_are_not_strings") {
-    TestKey stored(testKey);
+    TestKey stored(KeyPath);
     REQUIRE(stored.Put(L"Number", 5u));
     REQUIRE(stored.Put(L"Several", REG_MULTI_SZ, L"a\0b\0", 5 * sizeof(wchar_t)));
     REQUIRE(stored.Put(L"Binary", REG_BINARY, L"abc", 8));
     QxRegistryHdl key;
-    REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
+    REQUIRE(key.Open(HKEY_CURRENT_USER, KeyPath, KEY_READ));
     for (const wchar_t* name : {L"Number", L"Several", L"Binary", L"Missing"}) {
         CHECK(StringOf(key, name) == L"unchanged");
         CHECK(key.LastError() != 0);
@@ -169,8 +178,8 @@ TEST_CASE("RegistryHdl_other_types_are_not_strings") {
 }
 
 TEST_CASE("RegistryHdl_creates_a_key_and_writes_its_strings") {
-    const TestKey stored(testKey);
-    const std::wstring created = testKeyPath + L"\\Created";
+    const TestKey stored(KeyPath);
+    const std::wstring created = KeyPathText + L"\\Created";
     QxRegistryHdl key;
     REQUIRE(key.Create(HKEY_CURRENT_USER, created.c_str()));
     CHECK(key.WriteString(nullptr, L"default"));
@@ -181,12 +190,12 @@ TEST_CASE("RegistryHdl_creates_a_key_and_writes_its_strings") {
 }
 
 TEST_CASE("RegistryHdl_keeps_the_reason_why_a_key_cannot_be_created_or_written") {
-    const TestKey stored(testKey);
+    const TestKey stored(KeyPath);
     QxRegistryHdl key;
     CHECK_FALSE(key.Create(HKEY_CURRENT_USER, std::wstring(300, L'x').c_str()));
-    CHECK_FALSE(key.IsOpen());
     CHECK(key.LastError() != ERROR_SUCCESS);
-    REQUIRE(key.Open(HKEY_CURRENT_USER, testKey, KEY_READ));
+    CHECK_FALSE(HoldsKey(key));
+    REQUIRE(key.Open(HKEY_CURRENT_USER, KeyPath, KEY_READ));
     CHECK_FALSE(key.WriteString(L"Name", L"text"));
     CHECK(key.LastError() == ERROR_ACCESS_DENIED);
 }

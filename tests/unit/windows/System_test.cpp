@@ -11,7 +11,7 @@
 namespace {
 
 /// A code without a system message.
-constexpr DWORD unknownCode = 0xE1234ABC;
+constexpr DWORD UnknownCode = 0xE1234ABC;
 
 } // namespace
 
@@ -47,7 +47,7 @@ TEST_CASE("GetSystemMessage_percent_signs_are_doubled") {
 
 TEST_CASE("GetSystemMessage_unknown_code_is_empty_and_logged_once") {
     CapturedLog log(LogFormat::Category);
-    CHECK(QxMisc::GetSystemMessage(unknownCode).empty());
+    CHECK(QxMisc::GetSystemMessage(UnknownCode).empty());
     REQUIRE(log.Texts().size() == 1);
     const std::wstring prefix = L"[CQx] [QxMisc::GetSystemMessage(0xE1234ABC)] ";
     CHECK(log.Texts()[0].substr(0, prefix.size()) == prefix);

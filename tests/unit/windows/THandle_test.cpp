@@ -5,7 +5,6 @@
 
 #include <string>
 #include <type_traits>
-#include <utility>
 
 namespace {
 
@@ -71,18 +70,6 @@ TEST_CASE("THandle_failed_close_is_recorded_and_logged_and_drops_the_handle") {
 TEST_CASE("THandle_destruction_closes") {
     { const TestHandle handle(Some()); }
     CHECK(closed == 1);
-}
-
-TEST_CASE("THandle_move_transfers_the_handle") {
-    TestHandle first(Some());
-    TestHandle second(std::move(first));
-    CHECK(first.Get() == nullptr);
-    CHECK(second.IsOpen());
-    TestHandle third(reinterpret_cast<HANDLE>(0x99));
-    third = std::move(second);
-    CHECK(closed == 1); // third's old handle
-    CHECK(second.Get() == nullptr);
-    CHECK(third.Get() == reinterpret_cast<HANDLE>(0x1234));
 }
 
 TEST_CASE("THandle_kernel_handle_is_really_closed") {
