@@ -1,6 +1,5 @@
 #!/usr/bin/env bash
-# Checks that every change must pass: formatting, build and tests, as in continuous integration, then the linter on
-# the product and the tools.
+# Checks that every change must pass: formatting, build and tests, as in continuous integration, then the full lint.
 #
 #   ./check.sh [--no-lint]
 #

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds every package into release/: installer, registration-free files, client kit, symbols, bill of materials and
-# checksums (docs/packaging.md).
+# Builds every package into release/: installers, registration-free files, tools, symbols and bills of materials for
+# 32-bit and 64-bit Windows, the client kit, and checksums (docs/packaging.md).
 # JOBS sets the number of parallel compilers, SOURCE_DATE_EPOCH the date of the files (default: the last commit's).
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -9,13 +9,17 @@ if [ -n "$(git status --porcelain 2>/dev/null)" ]; then
     echo "package: uncommitted changes: nobody else can reproduce this package" >&2
 fi
 scripts/setup.sh
-cmake --preset windows
-# A changed SOURCE_DATE_EPOCH does not trigger a rebuild.
-rm -rf build/windows/packaging/release build/windows/packaging/*.msi build/windows/packaging/*.spdx.json
-cmake --build --preset windows --target release --parallel "${JOBS:-$(nproc)}"
-
 rm -rf release
-cp -r build/windows/packaging/release release
+mkdir release
+for preset in windows windows-64; do
+    cmake --preset "$preset"
+    # A changed SOURCE_DATE_EPOCH does not trigger a rebuild.
+    folder=build/$preset/packaging
+    rm -rf "$folder"/release "$folder"/*.msi "$folder"/*.spdx.json
+    cmake --build --preset "$preset" --target release --parallel "${JOBS:-$(nproc)}"
+    cat "$folder/release/SHA256SUMS" >>release/SHA256SUMS
+    find "$folder/release" -type f ! -name SHA256SUMS -exec cp {} release \;
+done
 (cd release && sha256sum --check --strict SHA256SUMS)
 echo
 echo "Files in release/:"

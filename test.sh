@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds everything and runs all tests: the platform-neutral ones natively and under Wine, the others under Wine only.
+# Builds everything and runs all tests: the platform-neutral ones natively and under 32-bit and 64-bit Wine, the others
+# under Wine only.
 # JOBS sets the number of parallel compilers and tests.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -7,9 +8,9 @@ jobs=${JOBS:-$(nproc)}
 
 scripts/setup.sh
 source scripts/wine-session.sh
-start_wine
+start_wine "$wine32" "$wine64"
 
-for preset in native windows; do
+for preset in native windows windows-64; do
     cmake --preset "$preset"
     cmake --build --preset "$preset" --parallel "$jobs"
     # The joint run below would not notice a build without tests.
@@ -17,7 +18,15 @@ for preset in native windows; do
         { echo "test: the $preset build has no tests" >&2; exit 1; }
 done
 
+run_tests() {
+    ctest --test-dir "$1" --parallel "$jobs" --output-on-failure --no-tests=error || failed=yes
+}
+
+# Apart from the others, because ctest applies properties to all tests of the same name.
+failed=
+run_tests build/windows-64
 # One run over both builds gives one summary.
 mkdir -p build/tests
 printf 'subdirs("%s")\n' "$PWD/build/native" "$PWD/build/windows" >build/tests/CTestTestfile.cmake
-ctest --test-dir build/tests --parallel "$jobs" --output-on-failure --no-tests=error
+run_tests build/tests
+[ -z "$failed" ] || { echo "test: some tests failed" >&2; exit 1; }

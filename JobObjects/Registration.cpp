@@ -6,7 +6,9 @@
 #include "JobObjects/frame/TypeLibrary.h"
 #include "common/QxRegistryHdl.h"
 #include "common/com/ErrorReporting.h"
+#include "common/text/Format.h"
 
+#include <algorithm>
 #include <string>
 
 namespace {
@@ -14,6 +16,23 @@ namespace {
 constexpr const wchar_t* AppIdText = L"{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}";
 constexpr const wchar_t* AppIdKey = L"AppID\\{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}";
 constexpr const wchar_t* ModuleAppIdKey = L"AppID\\Tarnwick.DLL";
+
+// The other view of the registry on 64-bit Windows, in which a library of the other bitness is registered.
+// Only CLSID and Interface differ between the views; ProgIDs, AppIDs and type libraries are shared.
+#ifdef _WIN64
+constexpr REGSAM OtherView = KEY_WOW64_32KEY;
+constexpr const wchar_t* TypeLibraryPlatform = L"win64";
+bool HasOtherView() noexcept {
+    return true;
+}
+#else
+constexpr REGSAM OtherView = KEY_WOW64_64KEY;
+constexpr const wchar_t* TypeLibraryPlatform = L"win32";
+bool HasOtherView() noexcept {
+    BOOL on64BitWindows = FALSE;
+    return IsWow64Process(GetCurrentProcess(), &on64BitWindows) && on64BitWindows;
+}
+#endif
 
 /// Sets the thread's locale to the system's during registration.
 class SystemLocale {
@@ -95,11 +114,19 @@ void RegisterClassEntry(const ClassMapEntry& entry, const std::wstring& modulePa
     SetDefault(keys.classId + L"\\TypeLib", GuidText(LIBID_JobObjectsLib));
 }
 
-void UnregisterClassEntry(const ClassMapEntry& entry) {
+/// Whether a library of the other bitness needs the shared keys.
+bool OtherLibraryIsRegistered() {
+    return HasOtherView() &&
+           std::any_of(std::begin(ClassMap), std::end(ClassMap), [](const ClassMapEntry& entry) {
+               return QxRegistryHdl().Open(HKEY_CLASSES_ROOT, ClassKeys(entry).classId.c_str(),
+                                           KEY_READ | OtherView);
+           });
+}
+
+void RemoveProgIds(const ClassMapEntry& entry) {
     const ClassKeys keys(entry);
     RemoveTree(keys.versionedProgId);
     RemoveTree(keys.progId);
-    RemoveTree(keys.classId);
 }
 
 void RegisterOwnTypeLibrary() {
@@ -109,7 +136,7 @@ void RegisterOwnTypeLibrary() {
     ThrowIfFailed(RegisterTypeLib(library.Get(), path.Get(), nullptr));
 }
 
-void UnregisterOwnTypeLibrary() {
+TLIBATTR OwnTypeLibraryAttributes() {
     UniqueBstr path;
     ComPtr<ITypeLib> library;
     ThrowIfFailed(LoadOwnTypeLibrary(1, path, library));
@@ -117,7 +144,11 @@ void UnregisterOwnTypeLibrary() {
     ThrowIfFailed(library->GetLibAttr(&attributes));
     const TLIBATTR own = *attributes;
     library->ReleaseTLibAttr(attributes);
+    return own;
+}
 
+void UnregisterOwnTypeLibrary() {
+    const TLIBATTR own = OwnTypeLibraryAttributes();
     UniqueBstr registered;
     const HRESULT found =
         QueryPathOfRegTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, registered.Put());
@@ -125,6 +156,13 @@ void UnregisterOwnTypeLibrary() {
         return; // nothing to remove
     ThrowIfFailed(found);
     ThrowIfFailed(UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind));
+}
+
+/// Keeps what the other library needs: UnRegisterTypeLib removes the interfaces from both views.
+void RemoveOwnTypeLibraryPath() {
+    const TLIBATTR own = OwnTypeLibraryAttributes();
+    RemoveTree(FormatText(L"TypeLib\\%ls\\%x.%x\\%lx\\%ls", GuidText(own.guid).c_str(), own.wMajorVerNum,
+                          own.wMinorVerNum, own.lcid, TypeLibraryPlatform));
 }
 
 } // namespace
@@ -144,7 +182,13 @@ HRESULT UnregisterLibrary() noexcept {
     return RunMethod(L"DllUnregisterServer", [] {
         const SystemLocale locale;
         for (const ClassMapEntry& entry : ClassMap)
-            UnregisterClassEntry(entry);
+            RemoveTree(ClassKeys(entry).classId);
+        if (OtherLibraryIsRegistered()) {
+            RemoveOwnTypeLibraryPath();
+            return;
+        }
+        for (const ClassMapEntry& entry : ClassMap)
+            RemoveProgIds(entry);
         UnregisterOwnTypeLibrary();
         UnregisterAppId();
     });

@@ -153,7 +153,7 @@ std::vector<Member> Members(IDispatch* object) {
 }
 
 DISPID Find(IDispatch* object, const Member& member) {
-    LPOLESTR name = const_cast<LPOLESTR>(member.name.c_str());
+    auto* name = const_cast<LPOLESTR>(member.name.c_str());
     DISPID id = DISPID_UNKNOWN;
     object->GetIDsOfNames(IID_NULL, &name, 1, 0, &id);
     return id;
@@ -166,8 +166,8 @@ void AddNameRow(Table& table, const Class& one) {
     const std::vector<Member> members = Members(object.Get());
     for (const Member& member : members)
         Require(Find(object.Get(), member) == member.id, "the identifier of a name");
-    const Member first = members.front();
-    const Member last = members.back();
+    const Member& first = members.front();
+    const Member& last = members.back();
     table.Time("GetIDsOfNames of I" + one.name,
                {Repeated("last, " + Narrow(last.name),
                          [object, last] { Use(static_cast<std::size_t>(Find(object.Get(), last))); }),

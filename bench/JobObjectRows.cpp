@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr const wchar_t* childProgIds[] = {L"Corvane.JobContents", L"Corvane.WindowsPrintInfo",
+constexpr const wchar_t* ChildProgIds[] = {L"Corvane.JobContents", L"Corvane.WindowsPrintInfo",
                                            L"Corvane.PolicyResults"};
 
 ComPtr<IUnknown> CreateByProgId(const wchar_t* progId) {
@@ -116,12 +116,12 @@ void AddGetRow(Table& table, const std::vector<HeldJob>& held) {
                        [&built](const HeldJob& job) {
                            Use(MsxmlPeer::Write(built.Get(), job.source->values).View().size());
                        }),
-                ForAll("MSXML 6 get_xml of a document built before", held,
+                ForAll("MSXML 6 get_xml of an existing document", held,
                        [](const HeldJob& job) { Use(MsxmlPeer::Write(job.document.Get()).View().size()); })},
                {{"writer alone", 4}, {"MSXML 6 build and get_xml", 0.04}});
 }
 
-/// One record per call: 64 creations take so long that every repetition would be disturbed.
+/// One record per call: 64 would take so long that other programs disturb every repetition.
 void AddFreshPutRow(Table& table, const std::vector<HeldJob>& held) {
     const ComPtr<IPrintJob> again = CreatePrintJob();
     std::size_t next = 0;
@@ -133,7 +133,7 @@ void AddFreshPutRow(Table& table, const std::vector<HeldJob>& held) {
                  }},
                 {"the three creations alone",
                  [] {
-                     for (const wchar_t* progId : childProgIds)
+                     for (const wchar_t* progId : ChildProgIds)
                          Use(CreateByProgId(progId) ? 1u : 0u);
                  }}},
                {{"the three creations alone", 1.1}});

@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr std::size_t megabyte = 1'000'000;
-constexpr int longRepetitions = 15; // a third of a second each
+constexpr std::size_t Megabyte = 1'000'000;
+constexpr int LongRepetitions = 15; // a third of a second each
 
 std::string ParseName(std::size_t megabytes) {
     return "parse copy lines of " + std::to_string(megabytes) + " MB";
@@ -21,14 +21,14 @@ void AddMemoryRow(Table& table, std::size_t megabytes, const CopyLinesText& line
     const auto kept = static_cast<double>(count.Kept());
     const auto text = static_cast<double>(lines.text.size() * sizeof(wchar_t));
     const std::string work = "memory for " + std::to_string(megabytes) + " MB";
-    table.Figure(work, "kept over the text", (kept - text) / static_cast<double>(lines.elements), 36,
-                 "bytes an element");
+    table.Figure(work, "kept besides the text", (kept - text) / static_cast<double>(lines.elements), 36,
+                 "bytes per element");
     table.Figure(work, "peak while parsing", static_cast<double>(count.Peak()) / kept, 1.05,
-                 "of what is kept");
+                 "times what is kept");
 }
 
 void AddParseRow(Table& table, std::size_t megabytes, double atMost) {
-    const CopyLinesText lines = MakeCopyLines(megabytes * megabyte);
+    const CopyLinesText lines = MakeCopyLines(megabytes * Megabyte);
     {
         QxXmlParser parser;
         Require(parser.SetDocument(lines.text) && parser.PositionCount() - 1 == lines.elements,
@@ -48,7 +48,7 @@ void AddParseRow(Table& table, std::size_t megabytes, double atMost) {
                  }},
                 {"pugixml", [&lines] { Use(PugiPeer::Parse(lines.text)); }},
                 {"plain copy of the text", [&lines] { Use(std::wstring(lines.text).size()); }}},
-               goals, megabytes < 100 ? 0 : longRepetitions);
+               goals, megabytes < 100 ? 0 : LongRepetitions);
 }
 
 std::wstring Append(int count) {

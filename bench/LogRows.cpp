@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr const wchar_t* message = L"Failed to load job attributes xml file '%ls'. %ls";
-constexpr std::uint32_t allHeaderParts = 63;
+constexpr const wchar_t* Message = L"Failed to load job attributes xml file '%ls'. %ls";
+constexpr std::uint32_t AllHeaderParts = 63;
 
 std::wstring TempFile(const wchar_t* name) {
     wchar_t folder[MAX_PATH];
@@ -64,7 +64,7 @@ private:
 
 /// The second argument is an invalid pointer: a dropped message must not be formatted.
 void LogDropped() {
-    LogError(LogUtility, message, L"file", reinterpret_cast<const wchar_t*>(1));
+    LogError(LogUtility, Message, L"file", reinterpret_cast<const wchar_t*>(1));
 }
 
 void Configure(const LogSettings& settings, const std::vector<LogSink>& sinks) {
@@ -103,11 +103,11 @@ void AddWrittenRow(Table& table) {
     const std::wstring barePath = TempFile(L"bench_bare.log");
     LogSettings settings;
     settings.enabled = true;
-    settings.options = allHeaderParts;
+    settings.options = AllHeaderParts;
     settings.sourceName = L"Bench";
     settings.maxFileSize = 1000;
     Configure(settings, {{std::make_shared<QxFileLog>(path, settings.maxFileSize)}});
-    LogError(LogUtility, message, L"file", L"reason");
+    LogError(LogUtility, Message, L"file", L"reason");
     const std::wstring line = ReadLines(path);
     Require(line.starts_with(L"[") && line.ends_with(L" CQx e Bench] Failed to load job attributes xml file "
                                                      L"'file'. reason\r\n"),
@@ -116,7 +116,7 @@ void AddWrittenRow(Table& table) {
     bare.Write();
     Require(ReadLines(barePath) == line, "the bare line");
     table.Time("a log line written",
-               {{"log call", [] { LogError(LogUtility, message, L"file", L"reason"); }},
+               {{"log call", [] { LogError(LogUtility, Message, L"file", L"reason"); }},
                 {"bare calls", [&bare] { bare.Write(); }}},
                {{"bare calls", 1.5}});
     Require(ReadLines(path).size() % line.size() == 0, "the log's lines");

@@ -21,7 +21,7 @@ bool HasName(IXMLDOMNode* node, std::wstring_view name) {
 }
 
 /// Searches for a child from the last one found, and from the start only if that fails: each step costs a
-/// call and two texts.
+/// call and two strings.
 class MsxmlNode {
 public:
     explicit MsxmlNode(ComPtr<IXMLDOMNode> node) : m_node(std::move(node)) {}

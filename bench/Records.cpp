@@ -97,22 +97,22 @@ private:
     std::mt19937 m_engine;
 };
 
-constexpr const wchar_t* users[] = {L"j.meyer", L"anna.kowalska", L"p.smith", L"li.wei", L"o.garcia"};
-constexpr const wchar_t* domains[] = {L"OFFICE", L"PLANT-NORTH", L"SALES", L"LAB"};
-constexpr const wchar_t* documents[] = {L"Quarterly <draft> & notes.docx", L"Invoice 4711.pdf",
+constexpr const wchar_t* Users[] = {L"j.meyer", L"anna.kowalska", L"p.smith", L"li.wei", L"o.garcia"};
+constexpr const wchar_t* Domains[] = {L"OFFICE", L"PLANT-NORTH", L"SALES", L"LAB"};
+constexpr const wchar_t* Documents[] = {L"Quarterly <draft> & notes.docx", L"Invoice 4711.pdf",
                                         L"Microsoft Word - Minutes.doc",   L"Q&A sheet.xlsx",
                                         L"http://wiki/?a=1&b=2",           L"Plan B (final).vsd"};
-constexpr const wchar_t* applications[] = {L"winword.exe", L"excel.exe", L"acrord32.exe", L"browser.exe"};
-constexpr const wchar_t* papers[] = {L"A3", L"A4", L"A5", L"Legal", L"Letter", L"Tabloid"};
-constexpr const wchar_t* dimensions[] = {L"2970,4200", L"2100,2970", L"1480,2100",
+constexpr const wchar_t* Applications[] = {L"winword.exe", L"excel.exe", L"acrord32.exe", L"browser.exe"};
+constexpr const wchar_t* Papers[] = {L"A3", L"A4", L"A5", L"Legal", L"Letter", L"Tabloid"};
+constexpr const wchar_t* Dimensions[] = {L"2970,4200", L"2100,2970", L"1480,2100",
                                          L"2159,3556", L"2159,2794", L"2794,4318"};
-constexpr const wchar_t* attributes[] = {L"Simplex", L"Duplex", L"Duplex,Tumble", L"Simplex,2up", L""};
-constexpr const wchar_t* finishings[] = {L"Staple", L"Punch,Staple", L"Fold", L""};
-constexpr const wchar_t* pdls[] = {L"PCL XL", L"PostScript", L"NT EMF 1.008", L"PCL5"};
-constexpr const wchar_t* actions[] = {L"Inform", L"Deny", L"Confirm"};
+constexpr const wchar_t* Attributes[] = {L"Simplex", L"Duplex", L"Duplex,Tumble", L"Simplex,2up", L""};
+constexpr const wchar_t* Finishings[] = {L"Staple", L"Punch,Staple", L"Fold", L""};
+constexpr const wchar_t* Pdls[] = {L"PCL XL", L"PostScript", L"NT EMF 1.008", L"PCL5"};
+constexpr const wchar_t* Actions[] = {L"Inform", L"Deny", L"Confirm"};
 
 CopyLineValues MakeLine(Choice& choice, std::size_t paper) {
-    return {papers[paper],        dimensions[paper],    choice.Of(attributes), choice.Number(1, 40),
+    return {Papers[paper],        Dimensions[paper],    choice.Of(Attributes), choice.Number(1, 40),
             choice.Number(0, 80), choice.Number(0, 80), choice.Number(0, 4)};
 }
 
@@ -122,13 +122,13 @@ ContentsValues MakeContents(Choice& choice, int lines) {
     values.version = L"4.0";
     std::set<std::size_t> chosen;
     while (chosen.size() < static_cast<std::size_t>(lines))
-        chosen.insert(static_cast<std::size_t>(choice.Number(0, std::size(papers) - 1)));
+        chosen.insert(static_cast<std::size_t>(choice.Number(0, std::size(Papers) - 1)));
     for (const std::size_t paper : chosen)
         values.lines.push_back(MakeLine(choice, paper));
     values.originals = choice.Number(1, 200);
     values.copies = choice.Number(1, 20);
-    values.pdl = choice.Of(pdls);
-    values.finishing = choice.Of(finishings);
+    values.pdl = choice.Of(Pdls);
+    values.finishing = choice.Of(Finishings);
     return values;
 }
 
@@ -146,7 +146,7 @@ PrintInfoValues MakePrintInfo(Choice& choice) {
           &PrintInfoValues::mediaType, &PrintInfoValues::pagesPerSide, &PrintInfoValues::pageOrderFlags})
         values.*number = choice.Number(1, 9);
     values.fields = choice.Number(0, 0xFFFFFF);
-    values.formName = choice.Of(papers);
+    values.formName = choice.Of(Papers);
     return values;
 }
 
@@ -154,23 +154,23 @@ PolicyValues MakePolicy(Choice& choice) {
     PolicyValues values;
     values.version = L"4.0";
     values.id = choice.Number(1, 500);
-    values.name = L"Color for " + choice.Of(domains);
+    values.name = L"Color for " + choice.Of(Domains);
     values.cancelled = choice.Flag();
     for (std::int32_t trigger = choice.Number(1, 4); trigger < 6; trigger += 3)
-        values.violations.emplace_back(trigger, choice.Of(actions));
+        values.violations.emplace_back(trigger, choice.Of(Actions));
     return values;
 }
 
 void MakeOrigin(Choice& choice, JobValues& values) {
-    values.userName = choice.Of(users);
-    values.userDomain = choice.Of(domains);
+    values.userName = choice.Of(Users);
+    values.userDomain = choice.Of(Domains);
     values.fromSystemUser = choice.Flag();
-    values.desktopUser = choice.Of(users);
-    values.desktopDomain = choice.Of(domains);
+    values.desktopUser = choice.Of(Users);
+    values.desktopDomain = choice.Of(Domains);
     values.logTargetType = L"LogicalPrinter";
     values.logTarget = choice.Guid();
     values.machineName = L"PC-" + choice.Digits(4);
-    values.applicationName = choice.Of(applications);
+    values.applicationName = choice.Of(Applications);
     values.applicationDescription = choice.Flag() ? L"Mail & more" : L"";
     values.vpnConnected = choice.Flag();
 }
@@ -192,7 +192,7 @@ JobValues MakeJob(unsigned index) {
     values.timeLocalMsec = choice.Number(1, 999);
     values.timeUtc = MakeTime(choice);
     values.size = choice.Number(1, 90'000'000);
-    values.name = choice.Of(documents);
+    values.name = choice.Of(Documents);
     values.fileName = L"C:\\Windows\\System32\\spool\\PRINTERS\\" + choice.Digits(5) + L".SPL";
     values.dataType = L"NT EMF 1.008";
     values.tonerCoverage = choice.Number(0, 100);
@@ -241,7 +241,7 @@ CopyLinesText MakeCopyLines(std::size_t bytes) {
     result.elements = 1;
     while (result.text.size() < length) {
         const CopyLineValues line =
-            MakeLine(choice, static_cast<std::size_t>(choice.Number(0, std::size(papers) - 1)));
+            MakeLine(choice, static_cast<std::size_t>(choice.Number(0, std::size(Papers) - 1)));
         PlainSink sink;
         RecordForm::WriteLine(sink, line);
         result.text += sink.Text();

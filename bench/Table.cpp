@@ -133,8 +133,8 @@ double Table::Seconds(const std::string& work, const std::string& contender) con
     return 0;
 }
 
-void Table::Compare(const std::string& work, std::pair<std::string, std::string> subject,
-                    std::pair<std::string, std::string> against, double atMost) {
+void Table::Compare(const std::string& work, const std::pair<std::string, std::string>& subject,
+                    const std::pair<std::string, std::string>& against, double atMost) {
     const double seconds = Seconds(subject.first, subject.second);
     const double other = Seconds(against.first, against.second);
     if (seconds == 0 || other == 0)
@@ -147,7 +147,7 @@ void Table::Compare(const std::string& work, std::pair<std::string, std::string>
 }
 
 void Table::Print() const {
-    std::printf("| Work | Measured | Beside | Ratio | Goal: at most |\n|---|---|---|---:|---|\n");
+    std::printf("| Work | Measured | Compared with | Ratio | Goal: at most |\n|---|---|---|---:|---|\n");
     const std::string* last = nullptr;
     for (const Line& line : m_lines) {
         const bool same = last && *last == line.work;

@@ -34,8 +34,8 @@ public:
     /// The contender's time in seconds; 0 if it did not run.
     double Seconds(const std::string& work, const std::string& contender) const;
     /// Compares contenders of two rows.
-    void Compare(const std::string& work, std::pair<std::string, std::string> subject,
-                 std::pair<std::string, std::string> against, double atMost);
+    void Compare(const std::string& work, const std::pair<std::string, std::string>& subject,
+                 const std::pair<std::string, std::string>& against, double atMost);
 
     /// Prints all lines as a Markdown table.
     void Print() const;

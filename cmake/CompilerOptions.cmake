@@ -10,20 +10,22 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     endif()
     # Wine's backtraces cannot read DWARF 5.
     add_compile_options(-gdwarf-4)
-    # Reproducible builds: no build folder in the output.
+    # Reproducible builds: keeps the path of the source folder out of the output.
     add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
 endif()
 if(WIN32)
     add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
     if(MINGW)
-        # 32-bit Windows callers align the stack to 4 bytes only.
-        add_compile_options(-mstackrealign)
-        # The default of other Windows compilers. The parser's searches use SSE2, and double arithmetic is not rounded
-        # twice as on the x87.
-        add_compile_options(-msse2 -mfpmath=sse)
+        if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+            # Callers on 32-bit Windows align the stack to 4 bytes, where GCC expects 16.
+            add_compile_options(-mstackrealign)
+            # Other Windows compilers do this by default. The parser's searches use SSE2, and the x87 would round
+            # doubles twice.
+            add_compile_options(-msse2 -mfpmath=sse)
+        endif()
         # Without -static the DLL would import the compiler's own runtime DLLs.
         add_link_options(-static)
-        # Reproducible builds: no build time in the output.
+        # Reproducible builds: keeps the build time out of the output.
         add_link_options(-Wl,--no-insert-timestamp)
     endif()
 endif()

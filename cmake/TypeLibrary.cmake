@@ -9,8 +9,11 @@ find_program(WIDL NAMES i686-w64-mingw32-widl widl REQUIRED DOC "Interface defin
 find_path(WIDL_IDL_DIR oaidl.idl PATHS /usr/include/wine/wine/windows REQUIRED NO_CMAKE_FIND_ROOT_PATH
     DOC "Folder of the system's interface definitions")
 # importlib accepts no absolute path, so -L passes the folder of stdole2.tlb.
-find_path(WIDL_STDOLE_DIR stdole2.tlb
+find_path(WIDL_STDOLE_DIR_32 stdole2.tlb
     PATHS /usr/lib/i386-linux-gnu/wine/i386-windows /usr/lib/wine/i386-windows
+    REQUIRED NO_CMAKE_FIND_ROOT_PATH DOC "Folder of stdole2.tlb")
+find_path(WIDL_STDOLE_DIR_64 stdole2.tlb
+    PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows /usr/lib/wine/x86_64-windows
     REQUIRED NO_CMAKE_FIND_ROOT_PATH DOC "Folder of stdole2.tlb")
 find_program(FAKETIME faketime DOC "Fixes widl's clock")
 
@@ -28,19 +31,26 @@ if(FAKETIME)
 endif()
 
 # One call per output. The IDL path is relative because widl writes it into the outputs.
-function(jobobjects_widl option output)
+function(jobobjects_widl option output bits)
     add_custom_command(
         OUTPUT ${output}
-        COMMAND ${widl_command} -m32 -I${WIDL_IDL_DIR} -L${WIDL_STDOLE_DIR} ${option} -o ${output} JobObjects.idl
+        COMMAND ${widl_command} -m${bits} -I${WIDL_IDL_DIR} -L${WIDL_STDOLE_DIR_${bits}} ${option} -o ${output} JobObjects.idl
         WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}/JobObjects
         DEPENDS ${JOBOBJECTS_IDL}
         COMMENT "Compiling JobObjects.idl (${option})"
         VERBATIM)
 endfunction()
 
-jobobjects_widl(-t ${JOBOBJECTS_TLB})
-jobobjects_widl(-h ${JOBOBJECTS_HEADER})
-jobobjects_widl(-u ${JOBOBJECTS_IDS})
+math(EXPR bits "${CMAKE_SIZEOF_VOID_P} * 8")
+jobobjects_widl(-t ${JOBOBJECTS_TLB} ${bits})
+jobobjects_widl(-h ${JOBOBJECTS_HEADER} ${bits})
+jobobjects_widl(-u ${JOBOBJECTS_IDS} ${bits})
+if(bits EQUAL 32)
+    # For the client kit, which serves both.
+    set(JOBOBJECTS_TLB_64 ${JOBOBJECTS_IDL_OUT}/x64/JobObjects.tlb)
+    file(MAKE_DIRECTORY ${JOBOBJECTS_IDL_OUT}/x64)
+    jobobjects_widl(-t ${JOBOBJECTS_TLB_64} 64)
+endif()
 
 find_program(PYTHON3 python3 REQUIRED)
 set(class_list ${JOBOBJECTS_IDL_OUT}/include/JobObjectClasses.h)
@@ -49,7 +59,7 @@ add_custom_command(OUTPUT ${class_list}
     DEPENDS ${JOBOBJECTS_IDL} ${PROJECT_SOURCE_DIR}/JobObjects/idl.py ${PROJECT_SOURCE_DIR}/JobObjects/make_class_list.py
     VERBATIM)
 add_custom_target(jobobjects_typelib
-    DEPENDS ${JOBOBJECTS_TLB} ${JOBOBJECTS_HEADER} ${JOBOBJECTS_IDS} ${class_list})
+    DEPENDS ${JOBOBJECTS_TLB} ${JOBOBJECTS_TLB_64} ${JOBOBJECTS_HEADER} ${JOBOBJECTS_IDS} ${class_list})
 
 # A system header: the generated code does not compile without warnings.
 add_library(jobobjects_idl INTERFACE)

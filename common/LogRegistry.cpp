@@ -29,19 +29,19 @@ void ReadSinkValues(QxRegistryHdl& key, LogSettings& settings) {
     key.ReadBool(L"TraceLog", settings.traceLog);
 }
 
-/// The file sink for the settings: the present one if name and maximum size are unchanged.
-QxLogPtr FileLog(const LogSettings& settings, const LogConfiguration& present) {
-    for (const LogSink& sink : present.sinks)
-        if (present.settings.fileName == settings.fileName &&
-            present.settings.maxFileSize == settings.maxFileSize && sink.log->Name() == settings.fileName)
+/// The file sink for the settings: the current one if its name and maximum size are unchanged.
+QxLogPtr FileLog(const LogSettings& settings, const LogConfiguration& current) {
+    for (const LogSink& sink : current.sinks)
+        if (current.settings.fileName == settings.fileName &&
+            current.settings.maxFileSize == settings.maxFileSize && sink.log->Name() == settings.fileName)
             return sink.log;
     return std::make_shared<QxFileLog>(settings.fileName, settings.maxFileSize);
 }
 
-std::vector<LogSink> SinksFor(const LogSettings& settings, const LogConfiguration& present) {
+std::vector<LogSink> SinksFor(const LogSettings& settings, const LogConfiguration& current) {
     std::vector<LogSink> sinks;
     if (!settings.fileName.empty())
-        sinks.push_back({FileLog(settings, present), settings.onlyErrorsToFile});
+        sinks.push_back({FileLog(settings, current), settings.onlyErrorsToFile});
     if (settings.traceLog)
         sinks.push_back({std::make_shared<QxTraceLog>()});
     return sinks;

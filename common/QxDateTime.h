@@ -29,7 +29,6 @@ public:
 
     constexpr std::uint64_t Bits() const noexcept { return m_bits; }
     constexpr double Value() const noexcept { return std::bit_cast<double>(m_bits); }
-    constexpr Status GetStatus() const noexcept { return m_status; }
     constexpr bool IsValid() const noexcept { return m_status == Status::Valid; }
 
     /// Never set: not valid, or within half a second of zero.
@@ -39,7 +38,7 @@ public:
 
     /// The zero date with status invalid unless the fields are a real time of the years 100 to 9999.
     static QxDateTime FromCalendar(const QxCalendarTime& fields) noexcept;
-    /// Rounds to the nearest second. False if the value is outside the calendar.
+    /// The time, rounded to the nearest second. False if it is outside the calendar.
     bool ToCalendar(QxCalendarTime& fields) const noexcept;
 
     /// Parses "Y-M-DTh:m:s", "Y-M-D" or "h:m:s" and ignores a fraction of a second. Anything else gives the

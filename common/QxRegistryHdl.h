@@ -17,13 +17,12 @@ public:
     QxRegistryHdl& operator=(const QxRegistryHdl&) = delete;
     ~QxRegistryHdl() { Close(); }
 
-    /// Closes the present key and opens the subkey. False on failure.
+    /// Closes the current key and opens the subkey. False on failure.
     bool Open(HKEY rootKey, const wchar_t* subkey, REGSAM access) noexcept;
     /// The same for writing; creates a missing subkey.
     bool Create(HKEY rootKey, const wchar_t* subkey) noexcept;
     /// Closes and forgets the key, if any; logs a failure.
     void Close() noexcept;
-    bool IsOpen() const noexcept { return m_key != nullptr; }
 
     /// Reads a REG_DWORD.
     bool ReadNumber(const wchar_t* name, std::uint32_t& value) noexcept;

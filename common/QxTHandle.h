@@ -4,7 +4,6 @@
 #include "common/log/QxLogger.h"
 
 #include <cstdint>
-#include <utility>
 
 /// Owns an operating-system handle of the pointer type T; null and INVALID_HANDLE_VALUE mean no handle.
 ///
@@ -15,16 +14,8 @@ public:
     QxTHandle() noexcept = default;
     /// Takes ownership.
     explicit QxTHandle(T handle) noexcept : m_handle(handle) {}
-    QxTHandle(QxTHandle&& other) noexcept
-        : m_lastError(other.m_lastError), m_handle(std::exchange(other.m_handle, nullptr)) {}
-    QxTHandle& operator=(QxTHandle&& other) noexcept {
-        if (this != &other) {
-            Close();
-            m_lastError = other.m_lastError;
-            m_handle = std::exchange(other.m_handle, nullptr);
-        }
-        return *this;
-    }
+    QxTHandle(const QxTHandle&) = delete;
+    QxTHandle& operator=(const QxTHandle&) = delete;
     ~QxTHandle() { Close(); }
 
     T Get() const noexcept { return m_handle; }

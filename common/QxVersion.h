@@ -21,11 +21,6 @@ public:
     /// QxException with OnError::Throw.
     explicit QxVersion(std::wstring_view text, OnError onError = OnError::Swallow);
 
-    constexpr std::int32_t Major() const noexcept { return m_major; }
-    constexpr std::int32_t Minor() const noexcept { return m_minor; }
-    constexpr std::int32_t Build() const noexcept { return m_build; }
-    constexpr std::int32_t Revision() const noexcept { return m_revision; }
-
     constexpr bool IsValid() const noexcept {
         return m_major >= 0 && m_minor >= 0 && m_build >= -1 && m_revision >= -1;
     }

@@ -139,7 +139,7 @@ def sample_lines(name):
             yield "```"
             yield ""
         if language == "PowerShell":
-            yield "Run it in 32-bit PowerShell. The tests run the other two samples, but not this one."
+            yield "The tests run the other two samples, but not this one."
             yield ""
         if language == "C++":
             yield "The [overview](index.md#the-c-samples) contains `client.h`."

@@ -1,14 +1,16 @@
 #!/usr/bin/env python3
 """Makes the installer from a folder with the files to install:
 
-    make_installer.py <JobObjects.idl> <version> <folder of files> <JobObjects.msi>
+    make_installer.py <JobObjects.idl> <version> <platform> <folder of files> <JobObjects.msi>
 
-The registry rows repeat what DllRegisterServer writes, so that the installer itself can remove them. The same files
-and source date (source_date.py) give the same installer, bit by bit.
+The registry rows repeat what DllRegisterServer writes, so that the installer itself can remove them. Rows that the
+libraries of both platforms need are in components that both installers share: Windows Installer removes them with the
+last library. The same files and source date (source_date.py) give the same installer, bit by bit.
 """
 
 import hashlib
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -19,26 +21,36 @@ from xml.sax.saxutils import quoteattr
 
 import interfaces
 import source_date
+from platforms import PLATFORMS
 
 TEMPLATE = Path(__file__).with_name("JobObjects.wxs.in")
-FILES = ("Tarnwick.dll", "JobAttributes.xml", "JobObjects.tlb", "LICENSE.txt", "NOTICES.txt")
+FILES = ("Tarnwick.dll", "jobobjects.exe", "JobAttributes.xml", "JobObjects.tlb", "LICENSE.txt", "NOTICES.txt")
 APP_ID = "{184E2C3E-38AA-4CAB-8FF8-B99261F8A0B2}"
 MODULE = "[#Tarnwick.dll]"
 # Creates a key without values, and removes it on uninstallation.
 KEY_ONLY = "*"
-# Component.Attributes: do not replace an existing file.
+# Component.Attributes: do not replace an existing file; 64-bit component.
 NEVER_OVERWRITE = 128
+WIN64 = 256
+# RegLocator.Type: a registry value; in the 64-bit view.
+RAW_VALUE = 2
+SEARCH_64_BIT_VIEW = 16
 
 
-def class_rows(library, item):
-    """The rows (key, value name, value) of a class; the name "" is the key's default value."""
-    key = "CLSID\\" + item.id
+def progid_rows(item):
+    """The rows (key, value name, value) of a class's ProgIDs; the name "" is the key's default value."""
     return [
         (item.versioned_progid, "", item.help),
         (item.versioned_progid + "\\CLSID", "", item.id),
         (item.progid, "", item.help),
         (item.progid + "\\CLSID", "", item.id),
         (item.progid + "\\CurVer", "", item.versioned_progid),
+    ]
+
+
+def class_rows(library, item):
+    key = "CLSID\\" + item.id
+    return [
         (key, "", item.help),
         (key, "AppID", APP_ID),
         (key + "\\ProgID", "", item.versioned_progid),
@@ -54,10 +66,14 @@ def type_library_rows(library):
     key = f"TypeLib\\{library.id}\\{library.version}"
     return [
         (key, "", library.help),
-        (f"{key}\\{library.locale}\\win32", "", MODULE + "\\1"),
         (key + "\\FLAGS", "", "8"), # LIBFLAG_FHASDISKIMAGE
         (key + "\\HELPDIR", "", "[INSTALLDIR]"),
     ]
+
+
+def type_library_path_row(library, platform):
+    return (f"TypeLib\\{library.id}\\{library.version}\\{library.locale}\\{platform.type_library_key}", "",
+            MODULE + "\\1")
 
 
 def interface_rows(library, item):
@@ -71,18 +87,28 @@ def interface_rows(library, item):
     ]
 
 
-def registry_rows(library):
+def shared_rows(library):
+    """Rows in keys that have one view."""
     rows = [
         ("AppID\\" + APP_ID, "", "JobObjects"),
         ("AppID\\" + APP_ID, "DllSurrogate", ""),
         ("AppID\\Tarnwick.DLL", "AppID", APP_ID),
     ]
     for item in library.classes:
+        rows += progid_rows(item)
+    return rows + type_library_rows(library)
+
+
+def all_interface_rows(library):
+    return [row for item in library.interfaces for row in interface_rows(library, item)]
+
+
+def own_rows(library, platform):
+    rows = [type_library_path_row(library, platform)]
+    for item in library.classes:
         rows += class_rows(library, item)
-    rows += type_library_rows(library)
-    for item in library.interfaces:
-        rows += interface_rows(library, item)
-    return rows
+    # The rows in the 32-bit view are shared, because clients of the library in another process may be 32-bit.
+    return rows + all_interface_rows(library) if platform.win64 == "yes" else rows
 
 
 def registry_element(key, name, value):
@@ -91,9 +117,18 @@ def registry_element(key, name, value):
             f' Type="string" Value={quoteattr(value)}/>')
 
 
+def registry_elements(rows):
+    return "\n".join(registry_element(*row) for row in rows)
+
+
 def identifier(text):
     """A GUID derived from a text."""
     return str(uuid.uuid5(uuid.NAMESPACE_URL, "urn:jobobjects:" + text)).upper()
+
+
+def own_identifier(platform, identifier_of_x86):
+    """The identifier of a component that the installer does not share with that of another platform."""
+    return identifier_of_x86 if platform.name == "x86" else identifier(f"{platform.name}:{identifier_of_x86}")
 
 
 def content_hash(folder, source):
@@ -103,12 +138,24 @@ def content_hash(folder, source):
     return digest.hexdigest()
 
 
-def write_source(idl, version, path):
-    rows = registry_rows(interfaces.read(idl))
+def write_source(idl, version, platform, path):
+    library = interfaces.read(idl)
     text = TEMPLATE.read_text(encoding="utf-8")
-    for name, value in (("VERSION", version), ("PRODUCT_CODE", identifier("product:" + version)),
-                        ("REGISTRY", "\n".join(registry_element(*row) for row in rows))):
+    values = {
+        "VERSION": version,
+        "PRODUCT": platform.product,
+        "PRODUCT_CODE": identifier(f"product{platform.file_suffix}:{version}"),
+        "UPGRADE_CODE": platform.upgrade_code,
+        "PROGRAM_FILES": platform.program_files,
+        "WIN64": platform.win64,
+        "CONDITION": platform.condition,
+        "OWN_REGISTRY": registry_elements(own_rows(library, platform)),
+        "SHARED_REGISTRY": registry_elements(shared_rows(library)),
+        "INTERFACES": registry_elements(all_interface_rows(library)),
+    }
+    for name, value in values.items():
         text = text.replace(f"@{name}@", value)
+    text = re.sub(r'"own:([0-9A-F-]+)"', lambda match: f'"{own_identifier(platform, match[1])}"', text)
     path.write_text(text, encoding="utf-8")
     return text
 
@@ -124,32 +171,35 @@ def query(installer, statement):
     run(["msibuild", installer.name, "-q", statement], installer.parent)
 
 
-def complete(installer, version, package_code):
+def complete(installer, version, platform, package_code):
     """Sets what wixl cannot express."""
     # A file without a version never replaces one that has one.
     query(installer, f"UPDATE `File` SET `Version` = '{version}.0', `Language` = '1033'"
                      " WHERE `File` = 'Tarnwick.dll'")
     query(installer, "DELETE FROM `MsiFileHash` WHERE `File_` = 'Tarnwick.dll'") # hashes are for files without a version
-    query(installer, f"UPDATE `Component` SET `Attributes` = {NEVER_OVERWRITE} WHERE `Component` = 'Catalogue'")
-    run(["msibuild", installer.name, "-s", f"JobObjects {version}", "Corvane", "Intel;1033",
+    query(installer, f"UPDATE `Component` SET `Attributes` = {NEVER_OVERWRITE | (platform.win64 == 'yes') * WIN64}"
+                     " WHERE `Component` = 'Catalogue'")
+    if platform.win64 == "yes":
+        query(installer, f"UPDATE `RegLocator` SET `Type` = {RAW_VALUE | SEARCH_64_BIT_VIEW}")
+    run(["msibuild", installer.name, "-s", f"{platform.product} {version}", "Corvane", f"{platform.template};1033",
          "{%s}" % package_code], installer.parent)
 
 
-def main(idl, version, files, output):
+def main(idl, version, platform, files, output):
     with tempfile.TemporaryDirectory() as name:
         folder = Path(name)
         for file in FILES:
             shutil.copyfile(files / file, folder / file)
             os.chmod(folder / file, 0o644)
             os.utime(folder / file, (source_date.seconds(), source_date.seconds()))
-        source = write_source(idl, version, folder / "JobObjects.wxs")
+        source = write_source(idl, version, platform, folder / "JobObjects.wxs")
         installer = folder / "JobObjects.msi"
         # wixl accepts relative paths only.
-        run(["wixl", "-o", installer.name, "JobObjects.wxs"], folder)
-        complete(installer, version, identifier("package:" + content_hash(folder, source)))
+        run(["wixl", "-a", platform.name, "-o", installer.name, "JobObjects.wxs"], folder)
+        complete(installer, version, platform, identifier("package:" + content_hash(folder, source)))
         shutil.copyfile(installer, output)
 
 
 if __name__ == "__main__":
-    idl, version, files, output = sys.argv[1:]
-    main(Path(idl), version, Path(files), Path(output))
+    idl, version, platform, files, output = sys.argv[1:]
+    main(Path(idl), version, PLATFORMS[platform], Path(files), Path(output))

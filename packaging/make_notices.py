@@ -9,12 +9,12 @@ from pathlib import Path
 
 import runtime
 
-HEAD = """Tarnwick.dll contains code of these projects, linked in by the compiler:
+HEAD = """Tarnwick.dll and jobobjects.exe contain code of these projects, linked in by the compiler:
 
 {list}
 
-Debian's notices of these packages follow. They cover each whole package; the library contains only a small part of
-it.
+Debian's notices of these packages follow. They cover each whole package; the files contain only small parts of
+them.
 """
 
 

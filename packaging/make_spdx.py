@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes the library's software bill of materials, an SPDX 2.3 document in JSON:
 
-    make_spdx.py <version> <Tarnwick.dll> <linker map> <output>
+    make_spdx.py <version> <platform> <Tarnwick.dll> <linker map> <output>
 
 It lists the library and the parts of the compiler's runtime that are linked into it, with versions and licences from
 the installed Debian packages.
@@ -15,6 +15,7 @@ from pathlib import Path
 
 import runtime
 import source_date
+from platforms import PLATFORMS
 
 PRODUCT = "SPDXRef-JobObjects"
 LIBRARY = "SPDXRef-Tarnwick.dll"
@@ -81,13 +82,13 @@ def relationship(source, kind, target):
     return {"spdxElementId": source, "relationshipType": kind, "relatedSpdxElement": target}
 
 
-def document(version, dll, linked):
+def document(version, platform, dll, linked):
     packages = [linked_package(each) for each in linked]
     content = {
         "spdxVersion": "SPDX-2.3",
         "dataLicense": "CC0-1.0",
         "SPDXID": "SPDXRef-DOCUMENT",
-        "name": f"JobObjects-{version}",
+        "name": f"JobObjects-{version}{platform.file_suffix}",
         "creationInfo": {
             "created": source_date.utc().strftime("%Y-%m-%dT%H:%M:%SZ"),
             "creators": ["Organization: Corvane", "Tool: make_spdx.py"],
@@ -105,6 +106,6 @@ def document(version, dll, linked):
 
 
 if __name__ == "__main__":
-    version, dll, map_path, output = sys.argv[1:]
-    text = json.dumps(document(version, Path(dll), runtime.read(Path(map_path))), indent=2)
+    version, platform, dll, map_path, output = sys.argv[1:]
+    text = json.dumps(document(version, PLATFORMS[platform], Path(dll), runtime.read(Path(map_path))), indent=2)
     Path(output).write_text(text + "\n", encoding="utf-8")

@@ -1,6 +1,6 @@
 #include "Unwinding.h"
 
-#ifdef RUNTIME_UNWINDS_BY_TABLES
+#ifdef RUNTIME_HAS_GCC_EXCEPTIONS
 
 // Makes throwing work when memory is exhausted: out of memory is thrown like any other failure.
 //
@@ -28,13 +28,13 @@ struct ThreadState {
 /// The loader copies this section for each thread.
 [[gnu::section(".tls$exceptions"), gnu::used]] ThreadState initialState{};
 
-/// Room for the runtime's header before the thrown object, which takes 80 bytes.
-constexpr std::size_t HeaderSize = 128;
+/// Room for the runtime's header before the thrown object, which takes 80 bytes, in 64 bits 160.
+constexpr std::size_t HeaderSize = 32 * sizeof(void*);
 
 /// Blocks for exceptions when malloc fails, one per exception in flight.
 class Reserve {
 public:
-    static constexpr std::size_t PlaceSize = 256;
+    static constexpr std::size_t PlaceSize = HeaderSize + 128;
 
     void* Take(std::size_t size) noexcept {
         for (std::size_t i = 0; size <= PlaceSize && i < m_places.size(); ++i)
@@ -72,7 +72,11 @@ extern ULONG _tls_index; // index of this library's copy
 
 ThreadState* __cxa_get_globals_fast() noexcept {
     char** blocks = nullptr; // one per library, from the thread environment block
+#ifdef _WIN64
+    __asm__("movq %%gs:0x58, %0" : "=r"(blocks));
+#else
     __asm__("movl %%fs:0x2c, %0" : "=r"(blocks));
+#endif
     return reinterpret_cast<ThreadState*>(blocks[_tls_index] +
                                           (reinterpret_cast<char*>(&initialState) - &_tls_start));
 }

@@ -1,6 +1,6 @@
 #include "Unwinding.h"
 
-#ifdef RUNTIME_UNWINDS_BY_TABLES
+#ifdef RUNTIME_UNWINDS_BY_DWARF
 
 // Finds a function's unwind table for the runtime's unwinder.
 //

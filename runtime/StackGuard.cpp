@@ -15,24 +15,24 @@
 namespace {
 
 /// Loses no entropy: multiplication by an odd number is invertible.
-std::uint32_t Mixed(std::uint32_t value, std::uint32_t more) noexcept {
-    value = (value ^ more) * 0x9E3779B1u;
-    return value ^ value >> 15;
+std::uint64_t Mixed(std::uint64_t value, std::uint64_t more) noexcept {
+    value = (value ^ more) * 0x9E3779B97F4A7C15u;
+    return value ^ value >> 31;
 }
 
-std::uint32_t ProcessValue(const void* somewhere) noexcept {
+std::uintptr_t ProcessValue(const void* somewhere) noexcept {
     FILETIME now;
     GetSystemTimeAsFileTime(&now);
     LARGE_INTEGER counter;
     QueryPerformanceCounter(&counter);
-    std::uint32_t value = now.dwLowDateTime;
-    for (const std::uint32_t more :
-         {static_cast<std::uint32_t>(now.dwHighDateTime), static_cast<std::uint32_t>(counter.LowPart),
-          static_cast<std::uint32_t>(GetCurrentProcessId()), static_cast<std::uint32_t>(GetCurrentThreadId()),
-          static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(somewhere))})
+    std::uint64_t value = now.dwLowDateTime;
+    for (const std::uint64_t more :
+         {static_cast<std::uint64_t>(now.dwHighDateTime), static_cast<std::uint64_t>(counter.QuadPart),
+          static_cast<std::uint64_t>(GetCurrentProcessId()), static_cast<std::uint64_t>(GetCurrentThreadId()),
+          static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(somewhere))})
         value = Mixed(value, more);
     // The zero byte keeps an overrunning string copy from writing the value.
-    return value << 8;
+    return static_cast<std::uintptr_t>(value) << 8;
 }
 
 } // namespace

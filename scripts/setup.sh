@@ -5,14 +5,14 @@ set -euo pipefail
 
 packages=(
     # Product: compiler, IDL compiler, headers that the IDL imports, build tools.
-    g++-mingw-w64-i686-win32 mingw-w64-tools libwine-dev cmake ninja-build
+    g++-mingw-w64-i686-win32 g++-mingw-w64-x86-64-win32 mingw-w64-tools libwine-dev cmake ninja-build
     # Packages; faketime fixes the clock for tools that write the time into their output.
     wixl msitools faketime
     # Native build of the platform-neutral code; unit test framework.
     g++ catch2
     # Test hosts with the shared runtime of the posix thread model.
-    g++-mingw-w64-i686-posix
-    # Tests and demo run under 32-bit Wine.
+    g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix
+    # Tests and demo run under Wine.
     wine wine64 wine32:i386
     # The tests build a late-bound Windows client from Free Pascal's sources.
     fp-compiler fpc-source

@@ -1,26 +1,44 @@
 # Sourced by scripts that run Windows programs. Keeps Wine running until the script ends, so that each program starts in
-# milliseconds. Uses the private prefix WINEPREFIX, by default build/wine.
-wine=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/wine.sh
-export WINEPREFIX=${WINEPREFIX:-$(dirname "$wine")/../build/wine} WINEARCH=win32
-mkdir -p "$WINEPREFIX"
-WINEPREFIX=$(cd "$WINEPREFIX" && pwd)
+# milliseconds.
+#
+#   start_wine                        for the programs of the preset PRESET, windows or windows-64, which "$wine" runs
+#   start_wine "$wine32" "$wine64"    for both
+wine32=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/wine.sh
+wine64=${wine32%.sh}64.sh
+preset=${PRESET:-windows}
+if [ "$preset" = windows-64 ]; then wine=$wine64; else wine=$wine32; fi
+wine_prefixes=()
 
 stop_wine() {
-    wineserver -k || true
+    local prefix
+    for prefix in "${wine_prefixes[@]}"; do
+        WINEPREFIX=$prefix wineserver -k || true
+    done
 }
 
 start_wine() {
-    stop_wine # left over from an interrupted run
+    local emulator prefix
     trap stop_wine EXIT
-    if [ ! -e "$WINEPREFIX/complete" ]; then
-        "$wine" wineboot -i
-        wineserver -w
-        touch "$WINEPREFIX/complete"
-    fi
-    wineserver -p
-    # The first program starts Wine's services. They inherit its output and keep it open, so that a reader would wait
-    # forever.
-    "$wine" cmd /c exit </dev/null >/dev/null 2>&1
+    for emulator in "${@:-$wine}"; do
+        prefix=$("$emulator" --prefix)
+        wine_prefixes+=("$prefix")
+        WINEPREFIX=$prefix wineserver -k || true # left over from an interrupted run
+        if [ ! -e "$prefix/complete" ]; then
+            "$emulator" wineboot -i
+            WINEPREFIX=$prefix wineserver -w
+            touch "$prefix/complete"
+        fi
+        WINEPREFIX=$prefix wineserver -p
+        # The first program starts Wine's services. They inherit its output and keep it open, so that a reader would
+        # wait forever.
+        "$emulator" cmd /c exit </dev/null >/dev/null 2>&1
+    done
+}
+
+# Stops and removes the prefix $1, for a script that needs a new one.
+remove_wine_prefix() {
+    WINEPREFIX=$1 wineserver -k >/dev/null 2>&1 || true # left over from an interrupted run
+    rm -rf "$1"
 }
 
 # The Windows path of the file $1.

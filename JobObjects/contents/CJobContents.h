@@ -65,7 +65,7 @@ public:
     // replaced by defaults; they are not errors.
 
     /// Sets originals and copies (at least 1 each), PDL and finishing, and clears the copy lines. Returns the
-    /// job's page attributes, with stripColor without the color words.
+    /// job's page attributes; stripColor removes the color words.
     QxString GenerateGeneralContentsFromPageCounterInfo(std::wstring_view attributes,
                                                         std::int32_t jobOriginals, std::int32_t jobCopies,
                                                         bool stripColor);

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Far above any vocabulary: a wrong file must not exhaust the host's memory.
+/// Far larger than any catalogue, so that a wrong file cannot exhaust the host's memory.
 constexpr LONGLONG MaxFileSize = 16LL * 1024 * 1024;
 
 /// Full path of the file. If the module cannot be found: false, with the last error set and only the file

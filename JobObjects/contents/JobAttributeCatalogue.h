@@ -99,7 +99,7 @@ public:
 
     /// 0 for an unknown name.
     std::uint32_t PaperDbIdFromName(std::wstring_view name);
-    /// The paper of the first paper word, which is removed; the default paper without one.
+    /// Removes the first paper word and returns its paper; without one, the default paper.
     Paper PaperFromAttributeWords(AttributeText::Words& words);
     /// False if the code is 0 or above the number of paper sizes: codes run 1, 2, 3 in the order of the file.
     bool PaperFromDbId(std::uint32_t dbId, Paper& paper);
@@ -120,7 +120,7 @@ public:
     /// The default PDL's name for an unknown code.
     QxString PdlNameFromDbId(std::uint32_t dbId);
 
-    /// Removes all finishing words and the first PDL word, and returns them; the default PDL without one.
+    /// Removes and returns all finishing words and the first PDL word; without one, the default PDL.
     JobOptions JobOptionsFromAttributeWords(AttributeText::Words& words);
 
     /// Name of the first default entry in the map's order; empty if none.

@@ -29,7 +29,7 @@ struct ElementForm {
     enum class Kind : std::uint8_t { Text, Markup, Number, Flag, Date, Custom };
 
     bool BelongsTo(const QxVersion& version) const noexcept {
-        return version >= since && (!until.IsValid() || version < until);
+        return !versioned || (version >= since && (!until.IsValid() || version < until));
     }
     void Write(QxXmlWriter& writer, const void* field) const;
     /// Requires BelongsTo(version).
@@ -39,8 +39,9 @@ struct ElementForm {
     XmlName name;
     Kind kind;
     Missing missing = Missing::Reset;
+    bool versioned = false;                                          ///< false: in all versions
     std::int32_t minimum = std::numeric_limits<std::int32_t>::min(); ///< lower numbers are raised to it
-    QxVersion since{};                                               ///< undefined: all versions
+    QxVersion since{};                                               ///< undefined: the first
     QxVersion until{};                                               ///< first version without the element
 };
 
@@ -63,8 +64,8 @@ public:
     constexpr Element(Writer writer, Reader reader)
         : ElementForm{L"", Kind::Custom}, m_custom{writer, reader} {}
 
-    constexpr Element Since(QxVersion version) const { return With(&ElementForm::since, version); }
-    constexpr Element Until(QxVersion version) const { return With(&ElementForm::until, version); }
+    constexpr Element Since(QxVersion version) const { return Versioned(&ElementForm::since, version); }
+    constexpr Element Until(QxVersion version) const { return Versioned(&ElementForm::until, version); }
     constexpr Element AtLeast(std::int32_t value) const { return With(&ElementForm::minimum, value); }
     constexpr Element WhenMissing(Missing what) const { return With(&ElementForm::missing, what); }
     constexpr Element AsMarkup() const { return With(&ElementForm::kind, Kind::Markup); }
@@ -100,6 +101,9 @@ private:
         Element changed = *this;
         changed.*member = value;
         return changed;
+    }
+    constexpr Element Versioned(QxVersion ElementForm::*bound, QxVersion version) const {
+        return With(bound, version).With(&ElementForm::versioned, true);
     }
     /// The field is const if the record is.
     template<class Owner>

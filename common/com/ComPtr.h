@@ -30,7 +30,7 @@ public:
     Interface* operator->() const noexcept { return m_object; }
     explicit operator bool() const noexcept { return m_object != nullptr; }
 
-    /// For out-parameters; releases the present object.
+    /// For out-parameters; releases the current object.
     Interface** Put() noexcept {
         *this = ComPtr();
         return &m_object;

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-static_assert(sizeof(wchar_t) == 2, "Text is written as it lies in memory: UTF-16LE.");
+static_assert(sizeof(wchar_t) == 2, "Text is written without conversion: UTF-16LE.");
 
 namespace {
 

@@ -34,5 +34,5 @@ private:
     FileHandle m_file;
     AppendLock m_lock;
     bool m_renamerHangs = false; ///< another writer's rename has outlasted one wait
-    bool m_reported = false;     ///< the present failure is reported
+    bool m_reported = false;     ///< the current failure has been reported
 };

@@ -16,23 +16,18 @@ constinit NeverDestroyed<QxLogger> instance;
 /// Holds the lock and records the holding thread.
 class QxLogger::Hold {
 public:
-    explicit Hold(const QxLogger& logger) noexcept : m_logger(logger), m_guard(logger.m_lock) {
+    explicit Hold(QxLogger& logger) noexcept : m_logger(logger), m_guard(logger.m_lock) {
         m_logger.m_holder.store(LogPlatform::CurrentThreadId(), std::memory_order_relaxed);
     }
     ~Hold() { m_logger.m_holder.store(0, std::memory_order_relaxed); }
 
 private:
-    const QxLogger& m_logger;
+    QxLogger& m_logger;
     const std::lock_guard<QxLock> m_guard;
 };
 
 QxLogger& QxLogger::Instance() noexcept {
     return instance.Get();
-}
-
-LogSettings QxLogger::GetSettings() const {
-    const Hold hold(*this);
-    return m_configuration.settings;
 }
 
 void QxLogger::Change(const std::function<void(LogConfiguration&)>& change) {

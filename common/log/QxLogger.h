@@ -83,7 +83,6 @@ public:
     QxLogger(const QxLogger&) = delete;
     QxLogger& operator=(const QxLogger&) = delete;
 
-    LogSettings GetSettings() const;
     /// Atomic change: runs the function on a copy of the configuration, under the lock, and then installs the
     /// copy. Nothing changes if the function throws.
     void Change(const std::function<void(LogConfiguration&)>& change);
@@ -117,8 +116,8 @@ private:
     std::atomic<std::uint32_t> m_categories{0};
     std::atomic<std::uint32_t> m_types{0};
 
-    mutable QxLock m_lock;
+    QxLock m_lock;
     /// The thread that holds the lock; 0: none.
-    mutable std::atomic<std::uint32_t> m_holder{0};
+    std::atomic<std::uint32_t> m_holder{0};
     LogConfiguration m_configuration;
 };

@@ -14,7 +14,7 @@ std::int32_t ParseInt32(std::wstring_view text, int base = 10) noexcept;
 /// The unsigned conversion, base taken from the text. A minus sign negates modulo 2^32.
 std::uint32_t ParseUInt32(std::wstring_view text) noexcept;
 
-/// "%ld" of the value.
+/// Formats like "%ld".
 std::wstring FormatInt32(std::int32_t value);
 /// The same into the caller's buffer.
 using Int32Digits = wchar_t[11];

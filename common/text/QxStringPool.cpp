@@ -13,17 +13,6 @@ constexpr std::size_t LargestBlock = 4096;
 
 } // namespace
 
-QxStringPool::QxStringPool(QxStringPool&& other) noexcept
-    : m_block(std::exchange(other.m_block, nullptr)), m_blockSize(other.m_blockSize), m_used(other.m_used) {
-}
-
-QxStringPool& QxStringPool::operator=(QxStringPool&& other) noexcept {
-    std::swap(m_block, other.m_block);
-    std::swap(m_blockSize, other.m_blockSize);
-    std::swap(m_used, other.m_used);
-    return *this;
-}
-
 QxStringPool::~QxStringPool() {
     QxString::Release(m_block);
 }

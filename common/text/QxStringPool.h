@@ -12,8 +12,8 @@
 class QxStringPool {
 public:
     QxStringPool() noexcept = default;
-    QxStringPool(QxStringPool&& other) noexcept;
-    QxStringPool& operator=(QxStringPool&& other) noexcept;
+    QxStringPool(const QxStringPool&) = delete;
+    QxStringPool& operator=(const QxStringPool&) = delete;
     ~QxStringPool();
 
     /// Starts a new document; its length determines the block size.

@@ -1,18 +1,42 @@
 #include "TextEncoding.h"
 
+#include <utility>
+
 namespace {
 
 constexpr char32_t Replacement = 0xFFFD;
+/// Not a character, so it differs from a U+FFFD of the file.
+constexpr char32_t MalformedCharacter = 0xFFFFFFFF;
 
-void Append(std::wstring& text, char32_t character) {
-    if (sizeof(wchar_t) == 2 && character > 0xFFFF) {
-        character -= 0x10000;
-        text += static_cast<wchar_t>(0xD800 + (character >> 10));
-        text += static_cast<wchar_t>(0xDC00 + (character & 0x3FF));
-    } else {
-        text += static_cast<wchar_t>(character);
+class Output {
+public:
+    explicit Output(std::size_t room) { m_text.reserve(room); }
+
+    void Append(char32_t character) {
+        if (sizeof(wchar_t) == 2 && character > 0xFFFF) {
+            character -= 0x10000;
+            m_text += static_cast<wchar_t>(0xD800 + (character >> 10));
+            m_text += static_cast<wchar_t>(0xDC00 + (character & 0x3FF));
+        } else {
+            m_text += static_cast<wchar_t>(character);
+        }
     }
-}
+    void AppendMalformed() {
+        if (m_malformed.count++ == 0)
+            m_malformed.first = m_text.size();
+        Append(Replacement);
+    }
+
+    std::wstring Take(TextEncoding::Malformed* malformed) {
+        if (malformed)
+            *malformed = m_malformed;
+        return std::move(m_text);
+    }
+
+private:
+    std::wstring m_text;
+    TextEncoding::Malformed m_malformed;
+};
 
 unsigned Byte(std::string_view bytes, std::size_t at) noexcept {
     return static_cast<unsigned char>(bytes[at]);
@@ -37,10 +61,10 @@ Lead LeadOf(unsigned byte) noexcept {
 }
 
 /// Decodes one character and returns its length in bytes. The longest well-formed start of a malformed
-/// sequence becomes one U+FFFD.
+/// sequence counts as one malformed character.
 std::size_t NextUtf8(std::string_view bytes, char32_t& character) noexcept {
     const Lead lead = LeadOf(Byte(bytes, 0));
-    character = Replacement;
+    character = MalformedCharacter;
     if (lead.count == 0)
         return 1;
     char32_t value = lead.bits;
@@ -54,51 +78,50 @@ std::size_t NextUtf8(std::string_view bytes, char32_t& character) noexcept {
     return lead.count;
 }
 
-std::wstring DecodeUtf8(std::string_view bytes) {
-    std::wstring text;
-    text.reserve(bytes.size());
+void DecodeUtf8(std::string_view bytes, Output& output) {
     while (!bytes.empty()) {
         char32_t character;
         bytes.remove_prefix(NextUtf8(bytes, character));
-        Append(text, character);
+        if (character == MalformedCharacter)
+            output.AppendMalformed();
+        else
+            output.Append(character);
     }
-    return text;
 }
 
-std::wstring DecodeUtf16(std::string_view bytes, bool bigEndian) {
+void DecodeUtf16(std::string_view bytes, bool bigEndian, Output& output) {
     const auto unit = [&](std::size_t at) -> char32_t {
         return Byte(bytes, at + (bigEndian ? 1 : 0)) | Byte(bytes, at + (bigEndian ? 0 : 1)) << 8;
     };
-    std::wstring text;
-    text.reserve(bytes.size() / 2 + 1);
     std::size_t at = 0;
     for (; at + 1 < bytes.size(); at += 2) {
         const char32_t first = unit(at);
         if (first < 0xD800 || first > 0xDFFF) {
-            Append(text, first);
+            output.Append(first);
             continue;
         }
         const char32_t second = at + 3 < bytes.size() ? unit(at + 2) : 0;
         if (first <= 0xDBFF && second >= 0xDC00 && second <= 0xDFFF) {
-            Append(text, 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00));
+            output.Append(0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00));
             at += 2;
         } else {
-            Append(text, Replacement);
+            output.AppendMalformed();
         }
     }
     if (at < bytes.size())
-        Append(text, Replacement);
-    return text;
+        output.AppendMalformed();
 }
 
 } // namespace
 
-std::wstring TextEncoding::Decode(std::string_view bytes) {
-    if (bytes.starts_with("\xEF\xBB\xBF"))
-        return DecodeUtf8(bytes.substr(3));
-    if (bytes.starts_with("\xFF\xFE"))
-        return DecodeUtf16(bytes.substr(2), false);
-    if (bytes.starts_with("\xFE\xFF"))
-        return DecodeUtf16(bytes.substr(2), true);
-    return DecodeUtf8(bytes);
+std::wstring TextEncoding::Decode(std::string_view bytes, Malformed* malformed) {
+    const bool isLittleEndian = bytes.starts_with("\xFF\xFE");
+    const bool isBigEndian = bytes.starts_with("\xFE\xFF");
+    const bool isUtf16 = isLittleEndian || isBigEndian;
+    Output output(isUtf16 ? bytes.size() / 2 : bytes.size());
+    if (isUtf16)
+        DecodeUtf16(bytes.substr(2), isBigEndian, output);
+    else
+        DecodeUtf8(bytes.starts_with("\xEF\xBB\xBF") ? bytes.substr(3) : bytes, output);
+    return output.Take(malformed);
 }

@@ -73,6 +73,11 @@ bool QxXmlParser::OutOfElement() noexcept {
     return true;
 }
 
+void QxXmlParser::SelectElement(std::int32_t element) noexcept {
+    m_current = element;
+    m_currentChild = 0;
+}
+
 /// Requires QxXmlScan::IsPlainName(name).
 bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
     const std::wstring_view inside = Piece(At(element).startTagOpen + 1, At(element).startTagClose);

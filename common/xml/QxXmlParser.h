@@ -37,11 +37,9 @@ public:
     };
 
     QxXmlParser() = default;
-    QxXmlParser(QxXmlParser&&) = default;
-    QxXmlParser& operator=(QxXmlParser&&) = default;
     virtual ~QxXmlParser() = default;
 
-    /// Stores the text, which may be part of the present document, and parses its first top-level element;
+    /// Stores the text, which may be part of the current document, and parses its first top-level element;
     /// ignores the rest. False, without elements, for an empty text, a parse error (see GetError) or a text
     /// too long for 32-bit offsets, which is not stored either.
     bool SetDocument(std::wstring_view text);
@@ -49,6 +47,8 @@ public:
     const std::wstring& GetDocument() const noexcept { return m_document; }
     /// Contract. The most recent parse error; a successful parse does not clear it.
     const QxString& GetError() const noexcept { return m_error; }
+    /// Contract. The offset of that error: the tag that is wrong or has no end, or the end of the text.
+    std::int32_t GetErrorOffset() const noexcept { return m_errorOffset; }
 
     // Navigation. Names are case-sensitive and ignore the element's namespace prefix; an empty name matches
     // any element. Views are valid until the next edit or SetDocument.
@@ -57,8 +57,8 @@ public:
 
     /// Clears the current element and the current child.
     void ResetPosition() noexcept;
-    /// Moves to the next matching sibling, or to the first matching top-level element if there is no current
-    /// element, and clears the current child. False without a match; then nothing changes.
+    /// Moves to the next matching sibling, or without a current element to the first matching top-level
+    /// element, and clears the current child. Without a match, returns false and changes nothing.
     bool FindElement(std::wstring_view name = {}, bool restart = false) noexcept;
     /// The same for the current child, among the children of the current element. Without a current element,
     /// selects the first top-level element first.
@@ -67,11 +67,14 @@ public:
     /// name must be one token without a prefix. The reader keeps found, initially 0: the last leading child
     /// already consumed.
     bool FindUniqueChild(std::wstring_view name, std::int32_t& found) noexcept;
-    /// Makes the current child the current element. False, without a change, if there is no current child.
+    /// Makes the current child the current element. Without one, returns false and changes nothing.
     bool IntoElement() noexcept;
-    /// Makes the parent the current element and the element its current child. False, without a change, at
-    /// the top.
+    /// Makes the parent the current element and the element its current child. At the top, returns false and
+    /// changes nothing.
     bool OutOfElement() noexcept;
+    /// Contract. Makes the element at that index of Positions(), which must be above 0, the current element
+    /// and clears the current child.
+    void SelectElement(std::int32_t element) noexcept;
 
     // Reading the current element or the current child. Without one, texts are empty.
 
@@ -82,7 +85,7 @@ public:
     /// Contract.
     QxString GetData() const;
     QxString GetChildData() const;
-    /// False, with value unchanged, if there is no such attribute in double quotes.
+    /// False, with value unchanged, if the attribute is missing or not in double quotes.
     bool FindAttribute(std::wstring_view name, QxString& value) const;
     bool FindChildAttribute(std::wstring_view name, QxString& value) const;
     /// Contract. Empty if not found.
@@ -119,7 +122,7 @@ public:
     bool SetAttribute(std::wstring_view name, std::wstring_view value);
     bool SetChildAttribute(std::wstring_view name, std::wstring_view value);
 
-    /// The positions in use, for tests; entry 0 is the virtual root.
+    /// Contract. The positions in use, in document order; entry 0 is the virtual root.
     const ElemPos* Positions() const noexcept { return m_positions.data(); }
     std::size_t PositionCount() const noexcept { return m_positions.size(); }
 
@@ -164,6 +167,7 @@ private:
 
     std::wstring m_document;
     QxString m_error;
+    std::int32_t m_errorOffset = 0;
     mutable QxStringPool m_texts; ///< allocates returned values
     QxXmlText m_edit;             ///< the new text of an edit; a member to reuse its buffer
     std::vector<ElemPos> m_positions;

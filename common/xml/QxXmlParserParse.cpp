@@ -61,26 +61,29 @@ bool IsPlainEndTag(std::wstring_view text, const ElemPos& element, std::int32_t&
 /// One parse. Local to this file, so that the compiler inlines everything into one loop.
 class DocumentParse {
 public:
-    DocumentParse(std::wstring_view text, std::vector<ElemPos>& positions, QxString& error) noexcept
+    DocumentParse(std::wstring_view text, std::vector<ElemPos>& positions, QxString& error,
+                  std::int32_t& errorOffset) noexcept
         : m_text(text),
           m_length(static_cast<std::int32_t>(text.size())),
           m_positions(positions),
-          m_error(error) {}
+          m_error(error),
+          m_errorOffset(errorOffset) {}
 
     bool Run();
 
 private:
     ElemPos& At(std::int32_t element) { return m_positions[static_cast<std::size_t>(element)]; }
-    std::int32_t SkipMarkup(std::int32_t open, std::int32_t first) const noexcept;
+    bool SkipMarkup(std::int32_t& open, std::int32_t first) const noexcept;
     bool OpenElement(std::int32_t open, std::int32_t parent, std::int32_t previous);
     bool ParseEndTag(std::int32_t element, std::int32_t open);
     void CompleteElement(ElemPos& element, std::int32_t endTagClose) noexcept;
-    bool Fail(std::wstring_view message, std::int32_t element = 0);
+    bool Fail(std::wstring_view message, std::int32_t offset, std::int32_t element = 0);
 
     const std::wstring_view m_text;
     const std::int32_t m_length;
     std::vector<ElemPos>& m_positions;
     QxString& m_error;
+    std::int32_t& m_errorOffset;
 };
 
 bool DocumentParse::Run() {
@@ -89,19 +92,18 @@ bool DocumentParse::Run() {
     std::int32_t open = Find(m_text, L'<', 0);
     for (;;) {
         if (open == m_length)
-            return parent == 0 ? Fail(ElementTagNotFound) : Fail(EndTagNotFound, parent);
+            return parent == 0 ? Fail(ElementTagNotFound, open)
+                               : Fail(EndTagNotFound, At(parent).startTagOpen, parent);
         const std::int32_t first = QxXmlScan::SkipSpace(m_text, open + 1);
         if (first == m_length)
-            return Fail(AbruptEnd);
+            return Fail(AbruptEnd, open);
         switch (CharacterAt(m_text, first)) {
         case L'"':
-            return Fail(TagStartsWithQuote);
+            return Fail(TagStartsWithQuote, open);
         case L'?':
         case L'!':
-            open = SkipMarkup(open, first);
-            if (open == m_length)
-                return Fail(EndOfTagNotFound);
-            open = Find(m_text, L'<', open);
+            if (!SkipMarkup(open, first))
+                return Fail(EndOfTagNotFound, open);
             continue;
         case L'/':
             if (parent == 0 || !ParseEndTag(parent, open))
@@ -126,24 +128,26 @@ bool DocumentParse::Run() {
     }
 }
 
-/// Skips a comment, declaration, CDATA section or processing instruction. Returns the offset of its
-/// terminator, or the text's length.
-std::int32_t DocumentParse::SkipMarkup(std::int32_t open, std::int32_t first) const noexcept {
+/// Moves from a comment, declaration, CDATA section or processing instruction to the next "<". False, without
+/// a change, if it has no end.
+bool DocumentParse::SkipMarkup(std::int32_t& open, std::int32_t first) const noexcept {
     const std::wstring_view token = m_text.substr(static_cast<std::size_t>(first), 2);
-    if (token[0] == L'?')
-        return QxXmlScan::FindTerminator(m_text, L"?>", open + 1);
-    if (token == L"![")
-        return QxXmlScan::FindTerminator(m_text, L"]]>", open + 1);
-    if (token == L"!-")
-        return QxXmlScan::FindTerminator(m_text, L"-->", open + 1);
-    return QxXmlScan::FindTerminator(m_text, L">", open + 1);
+    const std::wstring_view terminator = token[0] == L'?' ? L"?>"
+                                         : token == L"![" ? L"]]>"
+                                         : token == L"!-" ? L"-->"
+                                                          : L">";
+    const std::int32_t end = QxXmlScan::FindTerminator(m_text, terminator, open + 1);
+    if (end == m_length)
+        return false;
+    open = Find(m_text, L'<', end);
+    return true;
 }
 
 /// Adds and links the element whose "<" is at open. Its start tag ends at the first ">", even in quotes.
 bool DocumentParse::OpenElement(std::int32_t open, std::int32_t parent, std::int32_t previous) {
     const std::int32_t close = Find(m_text, L'>', open + 1);
     if (close == m_length)
-        return Fail(EndOfTagNotFound);
+        return Fail(EndOfTagNotFound, open);
     if (m_positions.size() == m_positions.capacity())
         m_positions.reserve(m_positions.size() + m_positions.size() / 2);
     const auto element = static_cast<std::int32_t>(m_positions.size());
@@ -166,11 +170,11 @@ bool DocumentParse::ParseEndTag(std::int32_t element, std::int32_t open) {
         switch (
             QxXmlScan::ReadEndTag(m_text, open, QxXmlScan::TagName(m_text, position.startTagOpen), close)) {
         case QxXmlScan::EndTag::NotAnEndTag:
-            return Fail(ExpectingEndTag, element);
+            return Fail(ExpectingEndTag, open, element);
         case QxXmlScan::EndTag::OtherName:
-            return Fail(OtherEndTag, element);
+            return Fail(OtherEndTag, open, element);
         case QxXmlScan::EndTag::NotCompleted:
-            return Fail(EndTagNotCompleted, element);
+            return Fail(EndTagNotCompleted, open, element);
         case QxXmlScan::EndTag::Complete:
             break;
         }
@@ -185,7 +189,8 @@ void DocumentParse::CompleteElement(ElemPos& element, std::int32_t endTagClose) 
 }
 
 /// element is named in the message; 0 if the message has no name.
-bool DocumentParse::Fail(std::wstring_view message, std::int32_t element) {
+bool DocumentParse::Fail(std::wstring_view message, std::int32_t offset, std::int32_t element) {
+    m_errorOffset = offset;
     const std::wstring_view name =
         element != 0 ? QxXmlScan::TagName(m_text, At(element).startTagOpen) : std::wstring_view();
     m_error = QxMisc::FillIn(message, {name});
@@ -207,7 +212,7 @@ bool QxXmlParser::SetDocument(std::wstring_view text) {
         return false;
     try {
         ReservePositions();
-        if (DocumentParse(m_document, m_positions, m_error).Run())
+        if (DocumentParse(m_document, m_positions, m_error, m_errorOffset).Run())
             return true;
     } catch (...) {
         ClearElements();

@@ -45,7 +45,6 @@ public:
 
     /// Valid until the next append.
     std::wstring_view View() const noexcept { return {m_characters.get(), m_size}; }
-    std::size_t Capacity() const noexcept { return m_capacity; }
 
 private:
     void Grow(std::size_t length);

@@ -5,9 +5,13 @@
 #
 # The target provides the headers and the identifiers (CLSID_PrintJob, IID_IPrintJob, ...). The library itself is not
 # linked: clients create its objects with CoCreateInstance. JobObjects_TYPE_LIBRARY and JobObjects_IDL are the paths of
-# the type library and the interface definition.
+# the type library for the client's platform and the interface definition.
 get_filename_component(JobObjects_ROOT "${CMAKE_CURRENT_LIST_DIR}/../../.." ABSOLUTE)
-set(JobObjects_TYPE_LIBRARY "${JobObjects_ROOT}/JobObjects.tlb")
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    set(JobObjects_TYPE_LIBRARY "${JobObjects_ROOT}/x64/JobObjects.tlb")
+else()
+    set(JobObjects_TYPE_LIBRARY "${JobObjects_ROOT}/JobObjects.tlb")
+endif()
 set(JobObjects_IDL "${JobObjects_ROOT}/JobObjects.idl")
 
 if(NOT TARGET JobObjects::JobObjects)

@@ -89,7 +89,7 @@ struct Report {
     const wchar_t* expectedRow; ///< with the codes of the delivered catalogue
 };
 
-const Report reports[] = {
+const Report Reports[] = {
     {L"Quarterly figures.docx", L"a.berg", L"A4,Duplex,B&W,PostScript", 12, 2, 24, 12,
      L"a.berg|1,24,0,12,6|12|2|6|0"},
     {L"Summer <catalogue>.pdf", L"m.lindqvist", L"A3,Duplex,Color,PCL6,Staple", 32, 10, 320, 80,
@@ -152,7 +152,7 @@ Accountant StartAccountant() {
 void RunAgent() {
     const Accountant accountant = StartAccountant();
     std::printf("agent %lu, accountant %lu\n", GetCurrentProcessId(), GetProcessId(accountant.process));
-    for (const Report& report : reports) {
+    for (const Report& report : Reports) {
         Send(accountant.toAccountant, XmlOf(report));
         std::wstring row;
         if (!Receive(accountant.fromAccountant, row))
@@ -168,7 +168,7 @@ void RunAgent() {
         throw Failure{L"the accountant failed"};
     CloseHandle(accountant.fromAccountant);
     CloseHandle(accountant.process);
-    std::printf("All %u jobs arrived.\n", static_cast<unsigned>(std::size(reports)));
+    std::printf("All %u jobs arrived.\n", static_cast<unsigned>(std::size(Reports)));
 }
 
 } // namespace

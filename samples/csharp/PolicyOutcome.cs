@@ -2,10 +2,10 @@
 //
 // Stores a policy's outcome in a print job; the receiver of the job's XML acts on it.
 //
-//   C:\Windows\Microsoft.NET\Framework\v4.0.30319\csc.exe /platform:x86 PolicyOutcome.cs
+//   dotnet run
 //
-// /platform:x86, because the library is a 32-bit component. Late binding needs no interop assembly. The library must be
-// registered.
+// Late binding needs no interop assembly. The library of the program's bitness must be registered; on 64-bit Windows,
+// dotnet builds a 64-bit program.
 using System;
 using System.Runtime.InteropServices;
 

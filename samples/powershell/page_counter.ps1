@@ -1,16 +1,12 @@
-# NOT RUN by the project's tests, which have no Windows PowerShell. They run the VBScript and JScript samples, which
+# NOT RUN by the project's tests, which have no PowerShell. They run the VBScript and JScript samples, which
 # make the same calls.
 #
 # Turns a page counter report into a print job, passes it on as XML, and shows what the receiver gets.
 #
-#   C:\Windows\SysWOW64\WindowsPowerShell\v1.0\powershell.exe -File page_counter.ps1
+#   pwsh page_counter.ps1
 #
-# Use the 32-bit PowerShell: the library is a 32-bit component. The library must be registered.
+# Windows PowerShell runs it, too. The library of PowerShell's bitness must be registered.
 $ErrorActionPreference = 'Stop'
-
-if ([Environment]::Is64BitProcess) {
-    throw 'This is a 64-bit PowerShell. Start the one in C:\Windows\SysWOW64.'
-}
 
 $sent = New-Object -ComObject Corvane.PrintJob
 $sent.JobName = 'Quarterly figures.docx'

@@ -9,7 +9,7 @@
 namespace {
 
 bool RuntimeIsShared() {
-    return GetModuleHandleW(L"libgcc_s_dw2-1.dll") != nullptr;
+    return GetModuleHandleW(sizeof(void*) == 8 ? L"libgcc_s_seh-1.dll" : L"libgcc_s_dw2-1.dll") != nullptr;
 }
 
 /// Loads a library and its dependencies from its folder.

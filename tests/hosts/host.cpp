@@ -18,7 +18,7 @@ struct Entry {
     void (*run)(const Situation&);
 };
 
-constexpr Entry entries[] = {
+constexpr Entry Entries[] = {
     {"plain", RunPlain},
     {"class_objects", RunClassObjects},
     {"unregistered", RunUnregistered},
@@ -42,7 +42,7 @@ int wmain(int count, wchar_t** arguments) {
     CHECK_THAT(count >= 3);
     char name[64];
     CHECK_THAT(std::wcstombs(name, arguments[1], sizeof(name)) < sizeof(name));
-    for (const Entry& entry : entries)
+    for (const Entry& entry : Entries)
         if (std::strcmp(entry.name, name) == 0) {
             entry.run({arguments[2], count > 3 ? arguments[3] : L""});
             std::printf("host reached its end: %s\n", name);

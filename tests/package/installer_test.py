@@ -1,12 +1,11 @@
 #!/usr/bin/env python3
 """Installs, upgrades and removes the library in a new Wine prefix, and compares files and registry:
 
-    installer_test.py <wine> <older.msi> <newer.msi> <newer version> <registration-free.zip> <client.exe>
+    installer_test.py <wine> <platform> <older.msi> <newer.msi> <newer version> <registration-free.zip> <client.exe>
 
 Run by installer_test.sh, which makes the prefix. First runs the client without registration, with nothing installed.
 """
 
-import os
 import shutil
 import subprocess
 import sys
@@ -14,89 +13,21 @@ import xml.etree.ElementTree
 import zipfile
 from pathlib import Path
 
-import registry
+import installation
+from installation import (UNINSTALL, check, check_nothing_left, differences, installer, read_registry,
+                          registered_classes, run, snapshot, windows_path)
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "JobObjects"))
 import idl  # noqa: E402
 
-CLASSES = "HKEY_LOCAL_MACHINE\\Software\\Classes"
-UNINSTALL = "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall"
-# Keys that Windows Installer creates for its own use on the first installation.
-INSTALLER_KEYS = (CLASSES + "\\Installer", "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\CurrentVersion\\Installer")
-INSTALLER_FOLDER = "windows/Installer"
-INSTALLED = {"Tarnwick.dll", "JobAttributes.xml", "JobObjects.tlb", "LICENSE.txt", "NOTICES.txt"}
+INSTALLED = {"Tarnwick.dll", "jobobjects.exe", "JobAttributes.xml", "JobObjects.tlb", "LICENSE.txt", "NOTICES.txt"}
 
-prefix = Path(os.environ["WINEPREFIX"])
-drive = prefix / "drive_c"
+prefix = installation.prefix
+drive = installation.drive
 folder = drive / "Program Files" / "JobObjects"
-wine, older, newer, newer_version, free_archive, client = sys.argv[1:]
+platform, older, newer, newer_version, free_archive, client = sys.argv[2:]
+product = "JobObjects" if platform == "x86" else "JobObjects (64-bit)"
 script = Path(__file__).with_name("installed_client.vbs").resolve()
-
-
-def windows_path(path):
-    return "Z:" + str(path).replace("/", "\\")
-
-
-def run(*command, expected=0):
-    result = subprocess.run([wine, *command], capture_output=True, text=True)
-    if result.returncode != expected:
-        raise SystemExit(f"{' '.join(command)} returned {result.returncode}, not {expected}\n"
-                         f"{result.stdout}{result.stderr}")
-    return result.stdout
-
-
-def check(what, differences):
-    if differences:
-        lines = "\n".join(f"  {each}" for each in list(differences)[:40])
-        raise SystemExit(f"FAILED: {what}\n{lines}")
-    print("ok: " + what, flush=True)
-
-
-def installer(option, package, *properties, expected=0):
-    run("msiexec", option, windows_path(package), "/qn", *properties, expected=expected)
-
-
-def read_registry(root):
-    export = prefix / "export.reg"
-    run("regedit", "/E", windows_path(export), root)
-    return registry.read(export)
-
-
-def read_software():
-    # Wine's services write to other keys at any time.
-    tree = read_registry("HKEY_LOCAL_MACHINE\\Software") | read_registry("HKEY_CURRENT_USER\\Software")
-    # Windows Installer's own keys are not leftovers as long as they have no values, and so name no product.
-    values = {key for key, name in tree if name is not None}
-    return {entry: data for entry, data in tree.items()
-            if not (entry[0].startswith(tuple(each.lower() for each in INSTALLER_KEYS))
-                    and not any(key.startswith(entry[0]) for key in values))}
-
-
-def read_files():
-    return {str(path.relative_to(drive)) for path in drive.rglob("*")} - {INSTALLER_FOLDER}
-
-
-def snapshot():
-    return read_software(), read_files()
-
-
-def check_nothing_left(before, what):
-    tree, files = snapshot()
-    check(f"{what} leaves no file", files ^ before[1])
-    check(f"{what} leaves no registry entry", registry.added(tree, before[0]) | registry.added(before[0], tree))
-
-
-def registered_classes(before):
-    """Entries added below HKEY_CLASSES_ROOT, without Windows Installer's own."""
-    classes = registry.below(registry.added(read_registry(CLASSES), before[0]), CLASSES)
-    # In an installer, a folder always ends in a backslash.
-    return {entry: data.rstrip("\\") if entry[0].endswith("\\helpdir") else data
-            for entry, data in classes.items() if entry[0].split("\\")[0] != "installer"}
-
-
-def differences(left, right):
-    return sorted(f"{entry}: {left.get(entry)!r} and {right.get(entry)!r}"
-                  for entry in left.keys() | right.keys() if left.get(entry) != right.get(entry))
 
 
 def write_by_regsvr32(package, before):
@@ -181,7 +112,7 @@ def check_product(version):
     tree = read_registry(UNINSTALL)
     found = [data for (key, name), data in tree.items()
              if key.startswith(UNINSTALL.lower() + "\\") and name == "displayversion"
-             and tree.get((key, "displayname")) == "JobObjects"]
+             and tree.get((key, "displayname")) == product]
     check(f"{version} is installed and no other", [] if found == [version] else found or ["none"])
 
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks the files of the release:
 
-    release_test.py <release folder> <version> <objdump> <source folder>
+    release_test.py <release folder> <version> <platform> <objdump> <source folder>
 """
 
 import hashlib
@@ -14,9 +14,12 @@ import zipfile
 import zlib
 from pathlib import Path
 
-release, version, objdump, sources = sys.argv[1:]
+release, version, platform, objdump, sources = sys.argv[1:]
 release = Path(release)
-name = f"JobObjects-{version}"
+name, architecture, compiler = {
+    "x86": (f"JobObjects-{version}", "x86", "i686"),
+    "x64": (f"JobObjects-{version}-x64", "amd64", "x86-64"),
+}[platform]
 
 CONTENTS = {
     "registration-free": {"JobAttributes.xml", "JobObjects.manifest", "LICENSE.txt", "NOTICES.txt", "Tarnwick.dll",
@@ -24,9 +27,12 @@ CONTENTS = {
     "sdk": {"JobObjects.idl", "JobObjects.tlb", "LICENSE.txt", "README.txt", "import/JobObjects_import.h",
             "import/make_interop.cmd", "include/JobObjects.h", "include/JobObjectsPtr.h",
             "lib/cmake/JobObjects/JobObjectsConfig.cmake", "lib/cmake/JobObjects/JobObjectsConfigVersion.cmake",
-            "src/JobObjects_i.c", "src/JobObjects_i.cpp"},
+            "src/JobObjects_i.c", "src/JobObjects_i.cpp", "x64/JobObjects.tlb"},
     "symbols": {"Tarnwick.dll.debug", "Tarnwick.dll.map"},
+    "tools": {"jobobjects.exe", "LICENSE.txt", "NOTICES.txt"},
 }
+if platform == "x64":
+    del CONTENTS["sdk"] # the 32-bit release has the client kit
 
 
 def check(what, condition, seen=""):
@@ -100,7 +106,7 @@ def check_bill(library):
           in file["checksums"])
     linked = {elements[target]["name"]: elements[target] for _, kind, target in relations if kind == "STATIC_LINK"}
     check("it lists the runtime that is linked in", linked.keys() == {
-        "g++-mingw-w64-i686-win32", "gcc-mingw-w64-i686-win32", "mingw-w64-i686-dev"}, sorted(linked))
+        f"g++-mingw-w64-{compiler}-win32", f"gcc-mingw-w64-{compiler}-win32", f"mingw-w64-{compiler}-dev"}, sorted(linked))
     for package, entry in linked.items():
         installed = output("dpkg-query", "-W", "-f", "${Version}", package)
         check(f"it has the version and a licence of {package}",
@@ -123,8 +129,10 @@ def main():
     manifest = archives["registration-free"]["JobObjects.manifest"].decode()
     check("the manifest has the product's major version",
           f'name="JobObjects" version="{version.split(".")[0]}.0.0.0"' in manifest)
-    check("the sample manifest requests it", f'name="JobObjects" version="{version.split(".")[0]}.0.0.0"'
-          in archives["registration-free"]["YourProgram.exe.manifest"].decode())
+    sample = archives["registration-free"]["YourProgram.exe.manifest"].decode()
+    check("the sample manifest requests it", f'name="JobObjects" version="{version.split(".")[0]}.0.0.0"' in sample)
+    check("both manifests name the platform", manifest.count(f'processorArchitecture="{architecture}"') == 1
+          and sample.count(f'processorArchitecture="{architecture}"') == 2)
     check_bill(library)
     check_paths(archives)
     print("PASSED")

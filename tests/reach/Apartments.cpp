@@ -6,10 +6,10 @@
 
 namespace {
 
-constexpr const wchar_t* libraryId = L"{D47A619E-7CB5-4B98-9A01-93662E11761E}";
+constexpr const wchar_t* LibraryId = L"{D47A619E-7CB5-4B98-9A01-93662E11761E}";
 
-std::wstring NeutralLocaleKey() {
-    return std::wstring(L"TypeLib\\") + libraryId + L"\\1.0\\0";
+std::wstring LocaleKey(const wchar_t* locale) {
+    return std::wstring(L"TypeLib\\") + LibraryId + L"\\1.0\\" + locale;
 }
 
 struct Visit {
@@ -58,17 +58,21 @@ void WaitAndAnswerCalls(HANDLE handle) {
 }
 
 MarshallerKey::MarshallerKey() {
-    GUID id;
-    REQUIRE_HR(CLSIDFromString(libraryId, &id), S_OK);
-    UniqueBstr path;
-    REQUIRE_HR(QueryPathOfRegTypeLib(id, 1, 0, 0x0409, path.Put()), S_OK);
-    const std::wstring key = NeutralLocaleKey() + L"\\win32";
-    // The BSTR's length may include a terminator.
-    const std::wstring text = path.Get();
-    REQUIRE(RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, REG_SZ, text.c_str(),
-                            static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS);
+    // Its own library's type library, or else that of the other bitness.
+    wchar_t path[MAX_PATH];
+    DWORD size = sizeof(path);
+    const auto read = [&](const wchar_t* platform) {
+        return RegGetValueW(HKEY_CLASSES_ROOT, (LocaleKey(L"409") + platform).c_str(), nullptr, RRF_RT_REG_SZ,
+                            nullptr, path, &size) == ERROR_SUCCESS;
+    };
+    const wchar_t* const own = sizeof(void*) == 8 ? L"\\win64" : L"\\win32";
+    const wchar_t* const other = sizeof(void*) == 8 ? L"\\win32" : L"\\win64";
+    REQUIRE((read(own) || read(other)));
+    for (const wchar_t* platform : {own, other})
+        REQUIRE(RegSetKeyValueW(HKEY_CLASSES_ROOT, (LocaleKey(L"0") + platform).c_str(), nullptr, REG_SZ,
+                                path, size) == ERROR_SUCCESS);
 }
 
 MarshallerKey::~MarshallerKey() {
-    RegDeleteTreeW(HKEY_CLASSES_ROOT, NeutralLocaleKey().c_str());
+    RegDeleteTreeW(HKEY_CLASSES_ROOT, LocaleKey(L"0").c_str());
 }

@@ -16,8 +16,8 @@ void RunInApartment(DWORD apartment, const std::function<void()>& work);
 void WaitAndAnswerCalls(HANDLE handle);
 
 /// Registers the type library for the neutral locale as well, during its lifetime. The library registers
-/// under its own locale, TypeLib\{...}\1.0\409\win32, but the marshaller of some runtimes only looks under
-/// TypeLib\{...}\1.0\0\win32.
+/// under its own locale, TypeLib\{...}\1.0\409, but the marshaller of some runtimes only looks under
+/// TypeLib\{...}\1.0\0.
 class MarshallerKey {
 public:
     MarshallerKey();

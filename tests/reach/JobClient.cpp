@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr HRESULT wrongLogTarget = static_cast<HRESULT>(0x800710DD);
+constexpr HRESULT WrongLogTarget = static_cast<HRESULT>(0x800710DD);
 
 ComPtr<IJobContents> ContentsOf(const ComPtr<IPrintJob>& job) {
     ComPtr<IJobContents> contents;
@@ -123,10 +123,10 @@ void CheckErrors(const ComPtr<IPrintJob>& job) {
     CHECK_HR(Put(job, &IPrintJob::put_Xml, L"<x/>"), E_FAIL);
     REQUIRE_HR(job->ResetLogTarget(), S_OK);
     UniqueBstr address;
-    CHECK_HR(job->get_DeviceAddress(address.Put()), wrongLogTarget);
+    CHECK_HR(job->get_DeviceAddress(address.Put()), WrongLogTarget);
     CHECK_HR(job->put_JobContents(nullptr), E_POINTER);
 
-    CheckLateBoundFailure(job, L"DeviceAddress", nullptr, wrongLogTarget,
+    CheckLateBoundFailure(job, L"DeviceAddress", nullptr, WrongLogTarget,
                           L"The DeviceAddress property is not supported when the LogTargetType is None.");
     CheckLateBoundFailure(job, L"Xml", L"<x/>", E_FAIL, L"PrintJob element is missing.");
 }

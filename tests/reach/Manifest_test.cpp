@@ -15,7 +15,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-constexpr const char* libraryId = "{D47A619E-7CB5-4B98-9A01-93662E11761E}";
+constexpr const char* LibraryId = "{D47A619E-7CB5-4B98-9A01-93662E11761E}";
 
 std::string ReadManifest() {
     std::ifstream file(Narrow(BesideProgram(L"JobObjects.manifest")), std::ios::binary);
@@ -41,7 +41,7 @@ Lines Collect(const std::string& manifest, const char* pattern, Describe describ
 }
 
 Lines ManifestClasses(const std::string& manifest) {
-    return Collect(manifest, "<comClass\\b([^>]*)>\\s*<progid>([^<]*)</progid>\\s*</comClass>",
+    return Collect(manifest, R"(<comClass\b([^>]*)>\s*<progid>([^<]*)</progid>\s*</comClass>)",
                    [](const std::smatch& match) {
                        const std::string element = match[1].str();
                        return Attribute(element, "clsid") + " " + Attribute(element, "description") + " " +
@@ -84,10 +84,10 @@ void Describe(ITypeLib* library, UINT index, TypeLibraryLines& lines) {
 
     const std::string progId = "Corvane." + Narrow(name.View());
     if (kind == TKIND_COCLASS)
-        lines.classes.push_back(id + " " + Narrow(help.View()) + " Apartment " + libraryId + " " + progId +
+        lines.classes.push_back(id + " " + Narrow(help.View()) + " Apartment " + LibraryId + " " + progId +
                                 ".1 " + progId);
     else
-        lines.interfaces.push_back(id + " " + Narrow(name.View()) + " " + libraryId + " " +
+        lines.interfaces.push_back(id + " " + Narrow(name.View()) + " " + LibraryId + " " +
                                    GuidText(IID_IDispatch) + " {00020424-0000-0000-C000-000000000046}");
 }
 
@@ -121,6 +121,6 @@ TEST_CASE("Manifest_lists_the_type_library") {
     std::smatch match;
     REQUIRE(std::regex_search(manifest, match,
                               std::regex("<file name=\"Tarnwick.dll\">\\s*<typelib\\b([^>]*)/>")));
-    CHECK(Attribute(match[1].str(), "tlbid") == libraryId);
+    CHECK(Attribute(match[1].str(), "tlbid") == LibraryId);
     CHECK(Attribute(match[1].str(), "version") == "1.0");
 }

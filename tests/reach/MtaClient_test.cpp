@@ -14,7 +14,7 @@ TEST_CASE("PrintJob_created_by_an_mta_client_works_in_its_host_sta") {
     });
 }
 
-TEST_CASE("PrintJob_of_an_mta_client_serves_all_its_threads") {
+TEST_CASE("PrintJob_of_an_mta_client_can_be_used_by_all_its_threads") {
     const MarshallerKey key;
     RunInApartment(COINIT_MULTITHREADED, [] {
         const auto job = CreatePrintJob();

@@ -11,11 +11,11 @@
 
 namespace {
 
-constexpr int workerCount = 8;
+constexpr int WorkerCount = 8;
 
 int Rounds() {
     const char* text = std::getenv("APARTMENT_ROUNDS");
-    return text ? std::atoi(text) : 60;
+    return text ? static_cast<int>(std::strtol(text, nullptr, 10)) : 60;
 }
 
 void Expect(bool condition, const char* what) {
@@ -114,15 +114,15 @@ TEST_CASE("Eight_parallel_stas_with_separate_objects_do_not_interfere") {
     auto held = CreatePrintJob(); // keeps the library loaded for AskLibraryToUnload
     const HANDLE start = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     REQUIRE(start != nullptr);
-    Worker workers[workerCount];
-    HANDLE threads[workerCount];
-    for (int i = 0; i < workerCount; ++i) {
+    Worker workers[WorkerCount];
+    HANDLE threads[WorkerCount];
+    for (int i = 0; i < WorkerCount; ++i) {
         workers[i] = {i, start, "not run"};
         threads[i] = CreateThread(nullptr, 0, RunWorker, &workers[i], 0, nullptr);
         REQUIRE(threads[i] != nullptr);
     }
     SetEvent(start);
-    for (int i = 0; i < workerCount; ++i) {
+    for (int i = 0; i < WorkerCount; ++i) {
         WaitAndAnswerCalls(threads[i]);
         CloseHandle(threads[i]);
         INFO("worker " << i);

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Runs a test program in a new Wine prefix, for tests that need a registry of their own or leave a process behind:
+# Runs a test program in a new Wine prefix, for tests that need a registry of their own or leave a process behind.
+# WINEARCH selects the kind of Wine (wine.sh).
 #
-#   run_isolated.sh <prefix> <library to register, or "no"> <program> [argument...]
+#   run_isolated.sh <prefix> <libraries to register, separated by commas, or "no"> <program> [argument...]
 #
 # Each run makes a new prefix, because Wine's marshaller registers a type library that it finds through a manifest.
 #
@@ -10,18 +11,19 @@
 set -euo pipefail
 
 export WINEPREFIX=$1
-library=$2
+libraries=$2
 shift 2
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/wine-session.sh"
 output=$WINEPREFIX.txt
-stop_wine >/dev/null 2>&1 # left over from an interrupted run
-rm -rf "$WINEPREFIX"
-mkdir -p "$WINEPREFIX"
+remove_wine_prefix "$WINEPREFIX"
 
 run() {
-    start_wine &&
-        { [ "$library" = no ] || "$wine" regsvr32 /s "$(windows_path "$library")"; } &&
-        "$wine" "$@"
+    local library
+    start_wine || return
+    for library in ${libraries//,/ }; do
+        [ "$library" = no ] || "$wine" regsvr32 /s "$(windows_path "$library")" || return
+    done
+    "$wine" "$@"
 }
 
 status=0

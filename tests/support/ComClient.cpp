@@ -81,7 +81,7 @@ std::wstring TakeErrorDescription() {
 HRESULT InvokeByName(IDispatch* object, const wchar_t* name, WORD flags, std::vector<VARIANT> arguments,
                      VARIANT* result, EXCEPINFO* exception) {
     DISPID id = DISPID_UNKNOWN;
-    LPOLESTR names = const_cast<LPOLESTR>(name);
+    auto* names = const_cast<LPOLESTR>(name);
     REQUIRE_HR(object->GetIDsOfNames(IID_NULL, &names, 1, 0x0409, &id), S_OK);
     std::reverse(arguments.begin(), arguments.end());
     DISPID put = DISPID_PROPERTYPUT;

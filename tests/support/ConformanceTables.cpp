@@ -7,7 +7,7 @@
 
 namespace {
 
-const std::map<std::string, Default> defaults = {
+const std::map<std::string, Default> Defaults = {
     {"IPrintJob.Xml", {Default::BeginsWith, "<PrintJob xmlns="}},
     {"IPrintJob.JobTimeLocal", {Default::LocalTime, ""}},
     {"IPrintJob.JobTimeUtc", {Default::UniversalTime, ""}},
@@ -50,7 +50,7 @@ const std::map<std::string, Default> defaults = {
 };
 
 /// Properties that raise lower numbers to a minimum.
-const std::map<std::string, LONG> minimums = {
+const std::map<std::string, LONG> Minimums = {
     {"ICopyLine.Sheets", 0},
     {"ICopyLine.PagesBW", 0},
     {"ICopyLine.PagesColor", 0},
@@ -63,7 +63,7 @@ const std::map<std::string, LONG> minimums = {
     {"IWindowsPrintInfo.AttributeInfoPagesPerSide", 1},
 };
 
-const std::wstring markup = L"<a b=\"c\">&amp;'\x00FC</a>";
+const std::wstring Markup = L"<a b=\"c\">&amp;'\x00FC</a>";
 
 std::string ZeroOf(VARTYPE type) {
     switch (type) {
@@ -82,7 +82,7 @@ std::string ZeroOf(VARTYPE type) {
 
 std::vector<Variant> Texts() {
     std::vector<Variant> values;
-    values.push_back(Variant::Text(markup));
+    values.push_back(Variant::Text(Markup));
     values.push_back(Variant::NullText());
     values.push_back(Variant::Text(L"plain"));
     values.push_back(Variant::Text(L""));
@@ -96,8 +96,8 @@ std::vector<Variant> Texts() {
 } // namespace
 
 Default DefaultOf(const std::string& member, VARTYPE type) {
-    const auto found = defaults.find(member);
-    return found != defaults.end() ? found->second : Default{Default::Exactly, ZeroOf(type)};
+    const auto found = Defaults.find(member);
+    return found != Defaults.end() ? found->second : Default{Default::Exactly, ZeroOf(type)};
 }
 
 std::vector<Variant> RangeOf(VARTYPE type) {
@@ -123,8 +123,8 @@ std::string Stored(const std::string& member, const VARIANT& put) {
         return put.boolVal ? "true" : "false";
     if (put.vt == VT_BSTR && !put.bstrVal)
         return "\"\"";
-    const auto minimum = minimums.find(member);
-    if (minimum != minimums.end())
+    const auto minimum = Minimums.find(member);
+    if (minimum != Minimums.end())
         return std::to_string(std::max(put.lVal, minimum->second));
     return Show(put);
 }
@@ -133,7 +133,7 @@ bool IsAccepted(const std::string& member, const VARIANT& put) {
     if (member != "ILogicalPrinter.Destination")
         return true;
     const std::wstring_view text = BstrView(put.bstrVal);
-    return text.empty() || text == markup;
+    return text.empty() || text == Markup;
 }
 
 bool IsRequiredChild(const std::string& member) {

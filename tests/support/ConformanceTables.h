@@ -14,7 +14,7 @@ struct Default {
 Default DefaultOf(const std::string& member, VARTYPE type);
 
 /// The result of a log target's typed getter while the target has another type.
-constexpr HRESULT wrongLogTargetType = static_cast<HRESULT>(0x800710DD);
+constexpr HRESULT WrongLogTargetType = static_cast<HRESULT>(0x800710DD);
 
 /// Values across the range of a type.
 std::vector<Variant> RangeOf(VARTYPE type);

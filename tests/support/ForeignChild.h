@@ -104,7 +104,7 @@ private:
             callBack();
         referencesAfterCallBack = references;
     }
-    HRESULT Fail(HRESULT result) {
+    HRESULT Fail(HRESULT result) const {
         if (explanation && explainsEachFailure)
             SetErrorInfo(0, explanation.Get());
         return result;

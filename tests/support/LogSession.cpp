@@ -2,12 +2,12 @@
 
 namespace {
 
-constexpr wchar_t baseKey[] = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects";
-constexpr wchar_t logKey[] = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects\\Log";
+constexpr wchar_t BaseKey[] = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects";
+constexpr wchar_t LogKey[] = L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects\\Log";
 /// Saves the machine's configuration during a test: a copy, or a value with the topmost key that the test
 /// must remove. After an interrupted test it remains, and the next test restores from it.
-constexpr wchar_t savedKey[] = L"SOFTWARE\\Corvane.SavedByLogTests";
-constexpr wchar_t newKeyValue[] = L"NewKey";
+constexpr wchar_t SavedKey[] = L"SOFTWARE\\Corvane.SavedByLogTests";
+constexpr wchar_t NewKeyValue[] = L"NewKey";
 
 /// Copies a key with its subkeys. False if it does not exist.
 bool CopyKey(const wchar_t* from, const wchar_t* to) {
@@ -35,7 +35,7 @@ bool KeyExists(const wchar_t* name) {
 
 /// The topmost missing key of the log's path; empty if none is missing.
 std::wstring FirstMissingKey() {
-    for (const wchar_t* key : {L"SOFTWARE\\Corvane", L"SOFTWARE\\Corvane\\PrintAgent", baseKey, logKey})
+    for (const wchar_t* key : {L"SOFTWARE\\Corvane", L"SOFTWARE\\Corvane\\PrintAgent", BaseKey, LogKey})
         if (!KeyExists(key))
             return key;
     return {};
@@ -44,37 +44,37 @@ std::wstring FirstMissingKey() {
 void SaveMachinesOwn() {
     const std::wstring newKey = FirstMissingKey();
     if (newKey.empty()) {
-        CopyKey(logKey, savedKey);
+        CopyKey(LogKey, SavedKey);
         return;
     }
     const auto size = static_cast<DWORD>((newKey.size() + 1) * sizeof(wchar_t));
-    REQUIRE(RegSetKeyValueW(HKEY_LOCAL_MACHINE, savedKey, newKeyValue, REG_SZ, newKey.c_str(), size) ==
+    REQUIRE(RegSetKeyValueW(HKEY_LOCAL_MACHINE, SavedKey, NewKeyValue, REG_SZ, newKey.c_str(), size) ==
             ERROR_SUCCESS);
 }
 
 void RestoreMachinesOwn() {
-    if (!KeyExists(savedKey))
+    if (!KeyExists(SavedKey))
         return; // already saved by an interrupted test
     wchar_t newKey[128];
     DWORD size = sizeof(newKey);
-    const bool isNew = RegGetValueW(HKEY_LOCAL_MACHINE, savedKey, newKeyValue, RRF_RT_REG_SZ, nullptr, newKey,
+    const bool isNew = RegGetValueW(HKEY_LOCAL_MACHINE, SavedKey, NewKeyValue, RRF_RT_REG_SZ, nullptr, newKey,
                                     &size) == ERROR_SUCCESS;
-    DeleteKey(logKey);
+    DeleteKey(LogKey);
     if (isNew)
         DeleteKey(newKey);
     else
-        CopyKey(savedKey, logKey);
-    DeleteKey(savedKey);
+        CopyKey(SavedKey, LogKey);
+    DeleteKey(SavedKey);
 }
 
 } // namespace
 
 LogSession::LogSession() {
     Unload();
-    if (!KeyExists(savedKey))
+    if (!KeyExists(SavedKey))
         SaveMachinesOwn();
-    DeleteKey(logKey);
-    REQUIRE(RegCreateKeyExW(HKEY_LOCAL_MACHINE, logKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &m_key,
+    DeleteKey(LogKey);
+    REQUIRE(RegCreateKeyExW(HKEY_LOCAL_MACHINE, LogKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &m_key,
                             nullptr) == ERROR_SUCCESS);
 }
 
@@ -107,13 +107,13 @@ std::wstring LogSession::TakeText() {
         return {};
     const std::wstring text = FileText(Path());
     REQUIRE(text.size() >= m_taken);
-    const std::wstring added = text.substr(m_taken);
+    std::wstring added = text.substr(m_taken);
     m_taken = text.size();
     return added;
 }
 
 bool LogSession::KeyIsThere() {
-    return KeyExists(logKey);
+    return KeyExists(LogKey);
 }
 
 void LogSession::Unload() {

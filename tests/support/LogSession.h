@@ -22,7 +22,7 @@ public:
 
     const TestFolder& Folder() const { return m_folder; }
     std::wstring Path() const { return m_folder.File(L"a.log"); }
-    /// The text added to the file since the last call; empty if there is no file.
+    /// The text added to the file since the last call; empty without a file.
     std::wstring TakeText();
     /// Whether the log's key exists.
     static bool KeyIsThere();
@@ -38,4 +38,4 @@ private:
 /// A call that fails with the one line "[CCopyJobImpl::put_Xml] Exception: CopyJob element is missing.".
 void FailOnce();
 /// The line of this call in the file.
-constexpr wchar_t failedOnce[] = L"[CCopyJobImpl::put_Xml] Exception: CopyJob element is missing.\r\n";
+constexpr wchar_t FailedOnce[] = L"[CCopyJobImpl::put_Xml] Exception: CopyJob element is missing.\r\n";

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::size_t longestShown = 60;
+constexpr std::size_t LongestShown = 60;
 
 Parameter ParameterFrom(ITypeInfo& info, const ELEMDESC& element) {
     const USHORT flags = element.paramdesc.wParamFlags;
@@ -32,7 +32,7 @@ Parameter ParameterFrom(ITypeInfo& info, const ELEMDESC& element) {
 }
 
 std::string ShowText(std::wstring_view text) {
-    if (text.size() <= longestShown)
+    if (text.size() <= LongestShown)
         return "\"" + Narrow(text) + "\"";
     return std::to_string(text.size()) + " characters, hash " +
            std::to_string(std::hash<std::wstring_view>()(text));

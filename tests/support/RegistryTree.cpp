@@ -5,7 +5,7 @@
 namespace {
 
 /// Private to this process, because tests run in parallel.
-const std::wstring privateRoot = L"Software\\JobObjectsTestClasses" + std::to_wstring(GetCurrentProcessId());
+const std::wstring PrivateRoot = L"Software\\JobObjectsTestClasses" + std::to_wstring(GetCurrentProcessId());
 
 void ReadValues(HKEY key, const std::wstring& path, RegistryTree& tree) {
     for (DWORD index = 0;; ++index) {
@@ -27,7 +27,7 @@ void ReadKeys(HKEY key, const std::wstring& path, RegistryTree& tree) {
     ReadValues(key, path, tree);
     for (DWORD index = 0;; ++index) {
         wchar_t name[256];
-        DWORD length = static_cast<DWORD>(std::size(name));
+        auto length = static_cast<DWORD>(std::size(name));
         const LSTATUS status = RegEnumKeyExW(key, index, name, &length, nullptr, nullptr, nullptr, nullptr);
         if (status == ERROR_NO_MORE_ITEMS)
             return;
@@ -65,7 +65,7 @@ std::string Difference(const RegistryTree& actual, const RegistryTree& expected)
                 "differs: " + Narrow(key) + " = " + Narrow(found->second) + ", not " + Narrow(data) + "\n";
     }
     for (const auto& [key, data] : actual)
-        if (expected.count(key) == 0)
+        if (!expected.contains(key))
             text += "unexpected: " + Narrow(key) + " = " + Narrow(data) + "\n";
     return text;
 }
@@ -92,8 +92,8 @@ void SetRegistryText(HKEY root, const std::wstring& path, const wchar_t* name, c
 }
 
 PrivateClassesRoot::PrivateClassesRoot() {
-    RegDeleteTreeW(HKEY_CURRENT_USER, privateRoot.c_str()); // left by an interrupted run
-    REQUIRE(RegCreateKeyExW(HKEY_CURRENT_USER, privateRoot.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+    RegDeleteTreeW(HKEY_CURRENT_USER, PrivateRoot.c_str()); // left by an interrupted run
+    REQUIRE(RegCreateKeyExW(HKEY_CURRENT_USER, PrivateRoot.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
                             &m_key, nullptr) == ERROR_SUCCESS);
     REQUIRE(RegOverridePredefKey(HKEY_CLASSES_ROOT, m_key) == ERROR_SUCCESS);
     REQUIRE_FALSE(RegistryKeyExists(HKEY_CLASSES_ROOT, L"CLSID")); // the override is active
@@ -102,9 +102,9 @@ PrivateClassesRoot::PrivateClassesRoot() {
 PrivateClassesRoot::~PrivateClassesRoot() {
     RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
     RegCloseKey(m_key);
-    RegDeleteTreeW(HKEY_CURRENT_USER, privateRoot.c_str());
+    RegDeleteTreeW(HKEY_CURRENT_USER, PrivateRoot.c_str());
 }
 
 void PrivateClassesRoot::Remove() {
-    REQUIRE(RegDeleteTreeW(HKEY_CURRENT_USER, privateRoot.c_str()) == ERROR_SUCCESS);
+    REQUIRE(RegDeleteTreeW(HKEY_CURRENT_USER, PrivateRoot.c_str()) == ERROR_SUCCESS);
 }

@@ -4,7 +4,7 @@
 
 int SoakCount(const char* variable, int everyDay) {
     const char* text = std::getenv(variable);
-    return text ? std::atoi(text) : everyDay;
+    return text ? static_cast<int>(std::strtol(text, nullptr, 10)) : everyDay;
 }
 
 std::uint32_t Random::Next() {

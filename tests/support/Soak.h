@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 
 // Shared by the long-running tests. Each has a small default count; run.sh sets larger ones.
 

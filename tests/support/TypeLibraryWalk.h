@@ -12,11 +12,11 @@
 /// A failing call is a failed assertion of the running test.
 
 /// The library under test: the file named by the environment variable JOBOBJECTS_TLB, or else the module
-/// "Tarnwick.dll" beside the test program. It is not registered by this.
+/// "Tarnwick.dll" beside the test program. Does not register it.
 ComPtr<ITypeLib> loadLibraryUnderTest();
 
 ComPtr<ITypeInfo> typeNamed(ITypeLib& library, const std::string& name);
-/// The virtual-table view of a dual interface, of which ITypeLib hands out the dispatch view.
+/// The virtual-table view of a dual interface; ITypeLib returns the dispatch view.
 ComPtr<ITypeInfo> vtableView(ITypeInfo& dispatchView);
 
 /// A copy of the attributes; its pointers are dangling.

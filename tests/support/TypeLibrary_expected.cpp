@@ -131,10 +131,10 @@ const std::vector<ExpectedInterface>& expectedInterfaces() {
              "[out] BSTR* PageAttributes; "
              "[out] VARIANT_BOOL* IsColor; "
              "[out,retval] BSTR* UnmatchedAttributes",
-             "27 | 17 | method | DoAttributesMatch | "
-             "[in] BSTR Attributes; "
-             "[out] BSTR* UnmatchedAttributes; "
-             "[out,retval] VARIANT_BOOL* AttributesMatch",
+             ("27 | 17 | method | DoAttributesMatch | "
+              "[in] BSTR Attributes; "
+              "[out] BSTR* UnmatchedAttributes; "
+              "[out,retval] VARIANT_BOOL* AttributesMatch"),
              "28 | 18 | get | GenerateDefaultPageAttributes | [out,retval] VARIANT_BOOL* pVal",
              "29 | 18 | put | GenerateDefaultPageAttributes | [in] VARIANT_BOOL",
              "30 | 19 | get | Version | [out,retval] BSTR* pVal",
