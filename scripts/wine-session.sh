@@ -12,7 +12,7 @@ wine_prefixes=()
 stop_wine() {
     local prefix
     for prefix in "${wine_prefixes[@]}"; do
-        WINEPREFIX=$prefix wineserver -k || true
+        [ ! -d "$prefix" ] || WINEPREFIX=$prefix wineserver -k || true
     done
 }
 
@@ -35,7 +35,7 @@ start_wine() {
     done
 }
 
-# Stops and removes the prefix $1, for a script that needs a new one.
+# Stops and removes the prefix $1, for a script that needs a new one. A 64-bit prefix takes 1.3 GB.
 remove_wine_prefix() {
     WINEPREFIX=$1 wineserver -k >/dev/null 2>&1 || true # left over from an interrupted run
     rm -rf "$1"

@@ -8,6 +8,7 @@
 # Wine's own processes, such as the desktop, inherit the output of the program that starts them and outlive it. A reader
 # that waits for the end of that output, such as ctest, would hang. The program therefore writes to files, which are
 # copied to the output after it ends.
+set -e
 here=$(cd "$(dirname "$0")" && pwd)
 export WINEARCH=${WINEARCH:-win32} WINEDLLOVERRIDES="mscoree,mshtml=" DISPLAY= WINEDEBUG=${WINEDEBUG:--all}
 wine=wine

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs a test program in a new Wine prefix, for tests that need a registry of their own or leave a process behind.
-# WINEARCH selects the kind of Wine (wine.sh).
+# Runs a test program in a new Wine prefix, for tests that need a registry of their own or leave a process behind, and
+# removes the prefix. WINEARCH selects the kind of Wine (wine.sh).
 #
 #   run_isolated.sh <prefix> <libraries to register, separated by commas, or "no"> <program> [argument...]
 #
@@ -28,6 +28,6 @@ run() {
 
 status=0
 run "$@" >"$output" 2>&1 </dev/null || status=$?
-stop_wine >/dev/null 2>&1
+remove_wine_prefix "$WINEPREFIX"
 cat "$output"
 exit "$status"
