@@ -101,6 +101,7 @@ def check_installer(library, folder):
     properties = dict(line.split("\t", 1) for line in output("msiinfo", "export", str(installer), "Property")
                       .replace("\r", "").splitlines() if "\t" in line)
     check("the installer has the version", properties.get("ProductVersion") == version, properties)
+    check("the installer names a contact", properties.get("ARPCONTACT") == "Corvane", properties)
     files = output("msiinfo", "export", str(installer), "File")
     check("the installer has the library's version", f"\t{version}.0\t1033\t" in files, files)
 
