@@ -166,7 +166,7 @@ JobObjects::ScanJob Filled(const JobObjects::ScanJob& job) {
 
 // These have one form only: their version never changes.
 template<class Class>
-constexpr bool hasOneVersion =
+constexpr bool HasOneVersion =
     std::is_same_v<Class, JobObjects::JobContents> || std::is_same_v<Class, JobObjects::PolicyResults> ||
     std::is_same_v<Class, JobObjects::FaxJob>;
 
@@ -183,7 +183,7 @@ void CheckReadOnly(const wchar_t* name, Getter get) {
     const Class filled = Filled(empty);
     const std::string value = ShowValue(get(filled));
     CHECK(value == Show(LateBoundValue(filled.Get(), name).value));
-    const bool isFixed = std::wstring_view(name) == L"Version" && hasOneVersion<Class>;
+    const bool isFixed = std::wstring_view(name) == L"Version" && HasOneVersion<Class>;
     if (!isFixed && value != "object")
         CHECK(value != initial);
 }
