@@ -42,7 +42,9 @@ def main():
     kit, folder = Path(sys.argv[1]), Path(sys.argv[2])
     folder.mkdir(parents=True, exist_ok=True)
     library, printer = folder / "Interop.dll", folder / "PrintInterop.exe"
-    run("mcs", "-warnaserror", "-target:library", f"-out:{library}", kit / "import" / "Interop.cs")
+    # With -doc the compiler also checks the comments.
+    run("mcs", "-warnaserror", "-target:library", f"-doc:{folder / 'Interop.xml'}", f"-out:{library}",
+        kit / "import" / "Interop.cs")
     sample = kit / "samples" / "csharp"
     if "../../import/Interop.cs" not in (sample / "PolicyOutcome.csproj").read_text(encoding="utf-8"):
         raise SystemExit("the sample's project does not compile the kit's Interop.cs")
