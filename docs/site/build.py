@@ -78,7 +78,8 @@ def list_of_files(folder, take):
 
 
 def source_page(path):
-    return f"# {path.name}\n\n```{HIGHLIGHTED[path.suffix]}\n{path.read_text(encoding='utf-8').rstrip()}\n```\n"
+    text = path.read_text(encoding="utf-8").rstrip()
+    return f"# {path.name}\n\n[Open the file]({path.name})\n\n```{HIGHLIGHTED[path.suffix]}\n{text}\n```\n"
 
 
 def stage(folder):
@@ -97,10 +98,10 @@ def stage(folder):
         elif path.suffix == ".md":
             text = staged_text(path.relative_to(ROOT).as_posix(), path.read_text(encoding="utf-8"), queue.append)
             target.write_text(text, encoding="utf-8")
-        elif path.suffix in HIGHLIGHTED:
-            target.write_text(source_page(path), encoding="utf-8")
         else:
-            shutil.copyfile(path, target)
+            shutil.copyfile(path, target.with_name(path.name))
+            if path.suffix in HIGHLIGHTED:
+                target.write_text(source_page(path), encoding="utf-8")
     return sorted(p.relative_to(ROOT).as_posix() for p in done if p.suffix == ".md")
 
 
