@@ -62,8 +62,8 @@ def staged_text(page, text, take):
         return match[0] if re.match(r"[a-z]+:", target) else \
             f"[{label}]({staged_link(page, target, take)}{fragment or ''})"
 
-    def block(text):
-        return re.sub(r"\A```(\w+)", lambda m: "```" + LANGUAGES.get(m[1], m[1]), text)
+    def block(code):
+        return re.sub(r"\A```(\w+)", lambda m: "```" + LANGUAGES.get(m[1], m[1]), code)
 
     return "".join(block(part) if FENCE.match(part) else LINK.sub(link, part) for part in FENCE.split(text))
 
@@ -176,7 +176,7 @@ def site_problems(site):
 
 
 def with_breaks(page):
-    """The HTML page with optional line breaks before the capitals of long names."""
+    """The parts of an HTML page, with optional line breaks before the capitals of long names."""
     inside = None
     for part in re.split(r"(<[^>]*>)", page):
         tag = re.match(r"</?(\w+)", part)

@@ -56,7 +56,7 @@ def chromium(program, *arguments, **options):
     with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as profile:
         command = [program, "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
                    "--disable-background-networking", "--disable-component-update", "--disable-sync",
-                   f"--user-data-dir={profile}", *arguments]
+                   "--disable-dev-shm-usage", f"--user-data-dir={profile}", *arguments]
         with subprocess.Popen(command, stderr=subprocess.DEVNULL, **options) as process:
             try:
                 yield process
