@@ -26,6 +26,8 @@ FENCE = re.compile(r"^(```.*?^```)", re.M | re.S)
 HIGHLIGHTED = {".cpp": "cpp", ".cs": "csharp", ".h": "cpp", ".idl": "cpp", ".js": "js", ".ps1": "powershell",
                ".py": "python", ".vbs": "vbscript", ".xml": "xml", ".xsd": "xml", ".sch": "xml"}
 LANGUAGES = {"vb": "vbscript", "reg": "registry", "idl": "cpp"}
+# Licences of the theme, whose styles and scripts are part of the site.
+THEME_LICENCES = Path("/usr/share/doc/mkdocs-material/copyright")
 # Words that may break before a capital: long names of members.
 LONG_NAME = re.compile(r"[A-Za-z0-9]{14,}")
 
@@ -188,9 +190,12 @@ def with_breaks(page):
 
 
 def finish(site):
-    (site / "404.html").unlink()  # its links start at a web server's root
-    (site / "sitemap.xml").unlink()
-    (site / "sitemap.xml.gz").unlink()
+    for name in ("404.html", "sitemap.xml", "sitemap.xml.gz"):  # for web servers only
+        (site / name).unlink()
+    shutil.rmtree(site / "assets" / "javascripts" / "lunr")  # searches in other languages
+    for path in site.rglob("*.map"):
+        path.unlink()
+    shutil.copyfile(THEME_LICENCES, site / "assets" / "copyright")
     index = site / "search" / "search_index.json"
     index.with_suffix(".js").write_text(f"setSearchIndex({index.read_text(encoding='utf-8')});\n", encoding="utf-8")
     index.unlink()
