@@ -75,8 +75,8 @@ def result_of(program, site, script, seconds):
             return server.results.get(timeout=seconds)
 
 
-def page_after(program, address, seconds):
+def page_after(program, address, seconds, *arguments):
     """The page's HTML after its scripts have run for a time, which passes quickly."""
-    with chromium(program, f"--virtual-time-budget={1000 * seconds}", "--dump-dom", address,
+    with chromium(program, *arguments, f"--virtual-time-budget={1000 * seconds}", "--dump-dom", address,
                   stdout=subprocess.PIPE, encoding="utf-8") as process:
         return process.communicate(timeout=120)[0]
