@@ -29,7 +29,7 @@ LANGUAGES = {"vb": "vbscript", "reg": "registry", "idl": "cpp"}
 # Licences of the theme, whose styles and scripts are part of the site.
 THEME_LICENCES = Path("/usr/share/doc/mkdocs-material/copyright")
 # Words that may break before a capital: long names of members.
-LONG_NAME = re.compile(r"[A-Za-z0-9]{14,}")
+LONG_NAME = re.compile(r"[A-Za-z0-9]{10,}")
 
 
 def title(page):
