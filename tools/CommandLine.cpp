@@ -39,10 +39,12 @@ const Command Commands[] = {
      L"words that the catalogue does not define.\r\n\r\n"
      L"  --defaults  lists the missing elements, which get their defaults\r\n"},
     {L"catalogue", 0, AnyNumber, L" --sql ", Catalogue,
-     L"jobobjects catalogue [--json | --csv] [FILE...]\r\n\r\n"
+     L"jobobjects catalogue [--json | --csv | --sql DATABASE] [FILE...]\r\n\r\n"
      L"Finds mistakes in catalogues (JobAttributes.xml): duplicate words and codes,\r\n"
      L"missing defaults, bits that are used twice, codes out of order. Without FILE it\r\n"
-     L"checks the catalogue beside the registered library.\r\n"},
+     L"checks the catalogue beside the registered library.\r\n\r\n"
+     L"  --sql DATABASE  writes the codes and words as SQL instead, for sqlite,\r\n"
+     L"                  postgresql or sqlserver\r\n"},
     {L"export", 1, AnyNumber, L" -o --table --continue --stop ", Export,
      L"jobobjects export [--csv | --json] [-o FOLDER [--continue] | --table TABLE] [--stop]\r\n"
      L"                  FILE|FOLDER...\r\n\r\n"
