@@ -13,25 +13,11 @@ namespace {
 
 using Element = XmlTree::Element;
 
-std::int64_t NumberOf(const std::wstring& text) {
-    return std::wcstol(text.c_str(), nullptr, 10);
-}
-
-std::int64_t CodeOf(Element element) {
-    const auto code = element.Find(L"DbId");
-    return code ? NumberOf(code->value) : 0;
-}
-
-bool IsDefault(Element element) {
-    const auto value = element.Find(L"Default");
-    return value && (LowerCase(value->value) == L"true" || value->value == L"1");
-}
-
 /// Statements for one database, table after table. Each table is emptied first, so that running them twice
 /// changes nothing.
 class SqlTables {
 public:
-    SqlTables(const XmlTree& tree, bool isSqlServer) : m_root(tree.Root()), m_isSqlServer(isSqlServer) {}
+    SqlTables(const XmlTree& tree, bool isSqlServer) : m_tree(tree), m_isSqlServer(isSqlServer) {}
 
     void Show() {
         Console::Line(L"BEGIN TRANSACTION;");
@@ -39,13 +25,13 @@ public:
         PageAttributes();
         Empty(L"finishing_options");
         for (auto word = First(L"FinishingAttributes"); word; word = word.NextSibling())
-            Insert(L"finishing_options (code, name)", {Number(CodeOf(word)), Text(word.Text())});
+            Insert(L"finishing_options (code, name)", {Number(CatalogueCode(word)), Text(word.Text())});
         Languages();
         Console::Line(L"COMMIT;");
     }
 
 private:
-    Element First(std::wstring_view section) const { return m_root.Child(section).FirstChild(); }
+    Element First(std::wstring_view section) const { return m_tree.Root().Child(section).FirstChild(); }
 
     static void Empty(const std::wstring& table) { Console::Line(L"DELETE FROM " + table + L";"); }
     static void Insert(const std::wstring& table, std::initializer_list<std::wstring> values) {
@@ -65,16 +51,9 @@ private:
 
     void PaperSizes() const {
         Empty(L"paper_sizes");
-        for (auto size = First(L"PaperSizes"); size; size = size.NextSibling())
-            for (auto name = size.Child(L"PaperNames").FirstChild(); name; name = name.NextSibling())
-                if (IsDefault(name)) {
-                    const Element dimensions = size.Child(L"PaperDimensions");
-                    Insert(L"paper_sizes (code, name, width, height)",
-                           {Number(CodeOf(size)), Text(name.Text()),
-                            Number(NumberOf(dimensions.Child(L"X").Text())),
-                            Number(NumberOf(dimensions.Child(L"Y").Text()))});
-                    break;
-                }
+        for (const CataloguePaper& paper : PapersOf(m_tree))
+            Insert(L"paper_sizes (code, name, width, height)",
+                   {Number(paper.code), Text(paper.name), paper.width, paper.height});
     }
 
     /// Both words of a pair have its number.
@@ -90,7 +69,7 @@ private:
             PageAttribute(word, L"NULL");
     }
     void PageAttribute(Element word, const std::wstring& pair) const {
-        Insert(L"page_attributes (code, name, pair)", {Number(CodeOf(word)), Text(word.Text()), pair});
+        Insert(L"page_attributes (code, name, pair)", {Number(CatalogueCode(word)), Text(word.Text()), pair});
     }
 
     /// Of several words with one code, the library uses the first in alphabetical order.
@@ -101,12 +80,12 @@ private:
             words[LowerCase(word.Text())] = word;
         std::map<std::int64_t, std::wstring> names;
         for (const auto& [key, word] : words)
-            names.try_emplace(CodeOf(word), word.Text());
+            names.try_emplace(CatalogueCode(word), word.Text());
         for (const auto& [code, name] : names)
             Insert(L"languages (code, name)", {Number(code), Text(name)});
     }
 
-    Element m_root;
+    const XmlTree& m_tree;
     bool m_isSqlServer;
 };
 

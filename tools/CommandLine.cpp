@@ -56,6 +56,11 @@ const Command Commands[] = {
      L"  --table TABLE  the table for standard output, jobs by default\r\n"
      L"  --continue     continues an interrupted export into FOLDER\r\n"
      L"  --stop         stops at the first record that cannot be read\r\n"},
+    {L"report", 1, AnyNumber, L" -o ", Report,
+     L"jobobjects report -o PAGE.html FILE|FOLDER...\r\n\r\n"
+     L"Writes a page with the numbers of jobs: pages by user, printer, paper and month,\r\n"
+     L"colour and two-sided shares, the outcome of policies, and the records that cannot\r\n"
+     L"be read. The page needs no other file. An existing page is replaced.\r\n"},
 };
 
 constexpr wchar_t GeneralHelp[] =
@@ -65,7 +70,8 @@ constexpr wchar_t GeneralHelp[] =
     L"  validate FILE...     checks that the library reads records, and shows what it\r\n"
     L"                       changes\r\n"
     L"  catalogue [FILE...]  finds mistakes in catalogues\r\n"
-    L"  export FILE...       writes records as tables for a database\r\n\r\n"
+    L"  export FILE...       writes records as tables for a database\r\n"
+    L"  report FILE...       writes a page with the numbers of jobs\r\n\r\n"
     L"  --json               one JSON object per line\r\n"
     L"  --csv                comma-separated values with a header\r\n"
     L"  COMMAND --help       help for a command; also -h and /?\r\n"

@@ -43,3 +43,5 @@ ExitCode Validate(const Options& options);
 ExitCode Catalogue(const Options& options);
 /// Writes records as tables.
 ExitCode Export(const Options& options);
+/// Writes a page with the numbers of records.
+ExitCode Report(const Options& options);

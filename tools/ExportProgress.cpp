@@ -1,22 +1,16 @@
 #include "ExportProgress.h"
 
 #include "Console.h"
-#include "SystemError.h"
+#include "NewFile.h"
 #include "TextFile.h"
 #include "Utf8.h"
 
 #include <map>
 
-#include <windows.h>
-
 namespace {
 
 constexpr wchar_t Introduction[] =
     L"The tables in this folder are partial. To complete them, repeat the command with --continue.\r\n";
-
-[[noreturn]] void Fail(const std::wstring& path) {
-    throw ToolError(path + L": " + ErrorText(HRESULT_FROM_WIN32(GetLastError())));
-}
 
 std::map<std::wstring, std::wstring> ReadValues(const std::wstring& path) {
     std::map<std::wstring, std::wstring> values;
@@ -46,20 +40,7 @@ void ExportProgress::Write(const std::wstring& path) const {
     add(L"result", std::to_wstring(result));
     add(L"complete", std::to_wstring(static_cast<int>(isComplete)));
 
-    // A new file replaces the old one, so that there is always a whole one.
-    const std::wstring newPath = path + L".new";
-    const std::string bytes = Utf8(text);
-    {
-        const Handle file(CreateFileW(newPath.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
-        DWORD written = 0;
-        if (file.get() == INVALID_HANDLE_VALUE ||
-            !WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) ||
-            !FlushFileBuffers(file.get()))
-            Fail(newPath);
-    }
-    if (!MoveFileExW(newPath.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-        Fail(path);
+    WriteNewFile(path, Utf8(text));
 }
 
 ExportProgress ExportProgress::Read(const std::wstring& path) {
