@@ -142,8 +142,8 @@ std::string PageChart(const ReportNumbers::ByName& pages) {
 
     std::string grid, svg, labels;
     for (std::int64_t line = 0; line <= lines; ++line)
-        grid += "<span style=\"bottom:" + Share(100.0 * static_cast<double>(line * step) / top) + "%\">" +
-                Html::Number(line * step) + "</span>";
+        grid += "<span style=\"bottom:" + Share(100.0 * static_cast<double>(line * step) / top) + "%\"><b>" +
+                Html::Number(line * step) + "</b></span>";
     for (std::size_t at = 0; at < bars.size(); ++at) {
         const Bar& bar = bars[at];
         const double all = 100.0 * static_cast<double>(bar.counts.pages) / top;

@@ -36,6 +36,14 @@ std::string Table(const char* id, std::initializer_list<const char*> heads, cons
     return table + "</tr></thead><tbody>\n" + rows + "</tbody></table>\n";
 }
 
+std::string CountsRow(const std::string& head, const PageCounts& of, bool isRest = false) {
+    return Row(head, {Number(of.jobs), Number(of.pages), Number(of.color), Number(of.sheets)}, isRest);
+}
+
+std::string CountsTable(const char* id, const char* head, const std::string& rows) {
+    return "<div class=\"counts\">" + Table(id, {head, "Jobs", "Pages", "Colour", "Sheets"}, rows) + "</div>";
+}
+
 std::string Section(const char* title, const std::string& content, const char* id = nullptr) {
     return std::string("<section") + (id ? std::string(" id=\"") + id + "\"" : "") + "><h2>" + title +
            "</h2>\n" + content + "</section>\n";
@@ -58,17 +66,17 @@ std::string Ranking(const char* id, const char* head, const char* others,
     std::string rows;
     for (std::size_t at = 0; at < shown; ++at) {
         const auto& [name, of] = ranked[at];
-        rows += Row(Nonempty(name) + "<span class=\"bar\">" + Width(of.color, most) +
-                        Width(of.pages - of.color, most) + "</span>",
-                    {Number(of.jobs), Number(of.pages), Number(of.color), Number(of.sheets)});
+        rows += CountsRow(Nonempty(name) + "<span class=\"bar\">" + Width(of.color, most) +
+                              Width(of.pages - of.color, most) + "</span>",
+                          of);
     }
     PageCounts rest;
     for (std::size_t at = shown; at < ranked.size(); ++at)
         rest += ranked[at].second;
     if (shown < ranked.size())
-        rows += Row(Number(static_cast<std::int64_t>(ranked.size() - shown)) + " other " + others,
-                    {Number(rest.jobs), Number(rest.pages), Number(rest.color), Number(rest.sheets)}, true);
-    return Table(id, {head, "Jobs", "Pages", "Colour", "Sheets"}, rows);
+        rows += CountsRow(Number(static_cast<std::int64_t>(ranked.size() - shown)) + " other " + others, rest,
+                          true);
+    return CountsTable(id, head, rows);
 }
 
 std::string Fact(const char* name, const std::string& value, const std::string& more = {}) {
@@ -85,7 +93,7 @@ std::string Facts(const ReportNumbers& numbers) {
            Fact("Sheets", Number(total.sheets)) +
            Fact("Colour pages", Percent(total.color, total.pages), Number(total.color) + " pages") +
            Fact("Two-sided pages", Percent(total.duplex, total.pages), Number(total.duplex) + " pages") +
-           Fact("Jobs against a rule", Percent(violated.jobs + informed.jobs + cancelled.jobs, total.jobs),
+           Fact("Against policy", Percent(violated.jobs + informed.jobs + cancelled.jobs, total.jobs),
                 Number(violated.jobs + informed.jobs + cancelled.jobs) + " jobs") +
            "</dl>\n";
 }
@@ -95,9 +103,8 @@ std::string Kinds(const ReportNumbers& numbers) {
     for (const auto& [kind, name] : {std::pair("PrintJob", "Print"), std::pair("CopyJob", "Copy"),
                                      std::pair("ScanJob", "Scan"), std::pair("FaxJob", "Fax")})
         if (const auto of = numbers.kinds.find(kind); of != numbers.kinds.end())
-            rows += Row(name, {Number(of->second.jobs), Number(of->second.pages), Number(of->second.color),
-                               Number(of->second.sheets)});
-    return Table("kinds", {"Kind", "Jobs", "Pages", "Colour", "Sheets"}, rows);
+            rows += CountsRow(name, of->second);
+    return CountsTable("kinds", "Kind", rows);
 }
 
 std::string Split(const char* name, const char* other, std::int64_t part, std::int64_t all) {
@@ -117,8 +124,8 @@ std::string Months(const ReportNumbers& numbers) {
         months[day.substr(0, day.rfind('-'))] += counts;
     std::string rows;
     for (const auto& [month, of] : months)
-        rows += Row(month, {Number(of.jobs), Number(of.pages), Number(of.color), Number(of.sheets)});
-    return Table("months", {"Month", "Jobs", "Pages", "Colour", "Sheets"}, rows);
+        rows += CountsRow(month, of);
+    return CountsTable("months", "Month", rows);
 }
 
 std::string Policy(const ReportNumbers& numbers) {

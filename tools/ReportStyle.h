@@ -28,12 +28,12 @@ p { margin: 0 0 8px; }
 .facts dd { margin: 2px 0 0; font-size: 24px; font-weight: 600; letter-spacing: -.01em;
   font-variant-numeric: tabular-nums; }
 .facts dd + dd { font-size: 13px; font-weight: 400; letter-spacing: 0; color: var(--soft); }
-.columns { display: grid; grid-template-columns: repeat(2, minmax(0, 1fr)); gap: 16px; align-items: start; }
+.columns { display: grid; grid-template-columns: repeat(2, minmax(0, 1fr)); gap: 16px; }
 section { padding: 18px 20px; min-width: 0; margin-bottom: 16px; }
 .columns section { margin-bottom: 0; }
 .columns { margin-bottom: 16px; }
 table { width: 100%; border-collapse: collapse; font-variant-numeric: tabular-nums; }
-th, td { padding: 6px 0 6px 12px; text-align: right; vertical-align: top; border-bottom: 1px solid var(--line); }
+th, td { padding: 6px 0 6px 16px; text-align: right; vertical-align: top; border-bottom: 1px solid var(--line); }
 th { color: var(--soft); font-size: 13px; font-weight: 500; white-space: nowrap; }
 tbody th { color: inherit; font-size: inherit; font-weight: 400; white-space: normal; overflow-wrap: anywhere; }
 th:first-child { padding-left: 0; text-align: left; width: 100%; min-width: 90px; }
@@ -47,17 +47,16 @@ tr:last-child th, tr:last-child td { border-bottom: 0; }
 .split i { background: var(--color); }
 .chart { margin: 0; }
 .plot { position: relative; height: 230px; margin: 10px 0 0 58px; }
-.grid span { position: absolute; right: 100%; left: -58px; height: 0; padding-right: 8px; text-align: right;
-  font-size: 12px; line-height: 0; color: var(--soft); font-variant-numeric: tabular-nums; }
-.grid span::after { content: ""; position: absolute; left: 100%; width: 3000px; border-top: 1px solid var(--line); }
-.grid { position: absolute; inset: 0; clip-path: inset(-8px 0 -8px -58px); }
+.grid span { position: absolute; left: 0; right: 0; border-top: 1px solid var(--line); }
+.grid b { position: absolute; right: 100%; padding-right: 8px; font-size: 12px; font-weight: 400; line-height: 0;
+  color: var(--soft); font-variant-numeric: tabular-nums; }
 .plot svg { position: absolute; inset: 0; width: 100%; height: 100%; }
 rect.color { fill: var(--color); }
 rect.other { fill: var(--other); }
 g:hover rect { opacity: .75; }
 .axis { position: relative; height: 24px; margin-left: 58px; font-size: 12px; color: var(--soft); }
 .axis span { position: absolute; top: 6px; transform: translateX(-50%); white-space: nowrap; }
-figcaption { font-size: 13px; }
+figcaption { margin-top: 6px; font-size: 13px; }
 .key { margin-left: 16px; white-space: nowrap; }
 .key::before { content: ""; display: inline-block; width: 10px; height: 10px; margin-right: 6px; border-radius: 2px;
   background: var(--color); }
@@ -65,34 +64,51 @@ figcaption { font-size: 13px; }
 .problems th, .problems td { text-align: left; white-space: normal; overflow-wrap: anywhere; }
 .problems td:nth-child(2), .problems td:nth-child(3) { text-align: right; white-space: nowrap; }
 .problems th:nth-child(2), .problems th:nth-child(3) { text-align: right; }
+.problems thead th { white-space: nowrap; }
 .problems th:first-child { width: 45%; }
+@media (max-width: 900px) { .facts { grid-template-columns: repeat(3, 1fr); } }
 @media (max-width: 820px) { .columns { grid-template-columns: minmax(0, 1fr); } }
 @media (max-width: 560px) {
   main { padding: 20px 12px 32px; }
   section { padding: 14px; }
+  th, td { padding-left: 10px; }
+  table { font-size: 14px; }
+  .columns { gap: 10px; margin-bottom: 10px; }
   .facts { grid-template-columns: repeat(2, 1fr); gap: 10px; }
   .facts div { padding: 10px 12px; }
   .facts dd { font-size: 20px; }
-  .axis span:nth-child(even), .minor { display: none; }
+  .axis span:nth-child(even) { display: none; }
   .key { display: block; margin: 4px 0 0; }
   .plot { height: 180px; }
+  .problems thead { display: none; }
+  .problems tr { display: block; padding: 8px 0; border-bottom: 1px solid var(--line); }
+  .problems tbody th, .problems td, .problems td:nth-child(2), .problems td:nth-child(3) { display: inline; padding: 0;
+    border: 0; text-align: left; }
+  .problems td:not(:empty):nth-child(2)::before { content: ", line "; }
+  .problems td:not(:empty):nth-child(3)::before { content: ", record "; }
+  .problems td:last-child { display: block; color: var(--soft); }
 }
+@media (max-width: 420px) { .counts td:nth-child(4), .counts th:nth-child(4) { display: none; } }
 @page { margin: 14mm 12mm; }
 @media print {
   :root { --ground: #fff; }
   * { -webkit-print-color-adjust: exact; print-color-adjust: exact; }
-  body { font-size: 10pt; line-height: 1.35; }
+  body { font-size: 8pt; line-height: 1.3; }
   main { max-width: none; padding: 0; }
-  h1 { font-size: 20pt; }
-  .facts { grid-template-columns: repeat(6, 1fr); gap: 8px; }
-  .facts div { padding: 8px 10px; }
-  .facts dd { font-size: 14pt; }
-  .facts dt, .facts dd + dd, .note, figcaption, th { font-size: 8.5pt; }
-  .columns { grid-template-columns: repeat(2, minmax(0, 1fr)); gap: 10px; }
-  section { padding: 10px 12px; }
-  th, td { padding-top: 3px; padding-bottom: 3px; }
-  .plot { height: 46mm; }
-  tr, .chart, .facts, .split, h2 { break-inside: avoid; }
+  header { margin-bottom: 12px; }
+  h1 { font-size: 17pt; }
+  h2 { margin-bottom: 6px; font-size: 10pt; }
+  .facts { grid-template-columns: repeat(6, 1fr); gap: 8px; margin-bottom: 10px; }
+  .facts div { padding: 7px 9px; }
+  .facts dd { font-size: 13pt; }
+  .facts dt, .facts dd + dd, .note, figcaption, thead th, .axis, .grid b { font-size: 7pt; }
+  .columns { grid-template-columns: repeat(2, minmax(0, 1fr)); gap: 10px; margin-bottom: 10px; }
+  section { padding: 9px 11px; margin-bottom: 10px; }
+  th, td { padding-top: 2px; padding-bottom: 2px; }
+  .bar { height: 3px; margin-top: 2px; }
+  .split { height: 9px; }
+  .plot { height: 42mm; }
+  tr, .chart, .facts, .columns { break-inside: avoid; }
   h2 { break-after: avoid; }
   thead { display: table-header-group; }
 }
