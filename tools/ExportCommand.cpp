@@ -8,6 +8,7 @@
 #include "Installation.h"
 #include "SystemError.h"
 #include "TableWriter.h"
+#include "UnknownWords.h"
 #include "Utf8.h"
 
 #include <algorithm>
@@ -73,6 +74,7 @@ private:
     ExportProgress m_progress;
     std::vector<std::optional<TableWriter>> m_writers; ///< empty for a table that is not wanted
     TableRow m_rejectedRow;
+    UnknownWords m_unknown;
     std::size_t m_problems = 0;
 };
 
@@ -169,6 +171,7 @@ bool Exporting::ExportRecords() {
         }
         if (problem)
             Reject(*problem);
+        m_unknown.Check(rows);
         for (std::size_t table = 0; table < RecordTables.size(); ++table)
             for (const TableRow& row : rows[static_cast<RecordTable>(table)])
                 Write(table, row);
@@ -211,6 +214,8 @@ void Exporting::Summarize(bool isWhole) const {
                                         : L"The output is partial.");
     else if (rejected > 0)
         Console::ErrorLine(Count(rejected, L"problem") + L": the records named above are left out.");
+    for (const std::wstring& message : m_unknown.Messages())
+        Console::ErrorLine(message);
     if (!IsToFolder())
         return;
     for (std::size_t table = 0; table < ExportProgress::Tables; ++table)
@@ -223,6 +228,8 @@ ExitCode Exporting::Run() {
     bool isWhole = true;
     try {
         isWhole = m_progress.isComplete || ExportRecords();
+        if (!m_unknown.Messages().empty())
+            m_progress.result = Worse(m_progress.result, ExitFindings);
         if (isWhole)
             Finish();
     } catch (const ToolError& error) {

@@ -1,5 +1,7 @@
 #include "Files.h"
 
+#include "Console.h"
+#include "SystemError.h"
 #include "TextFile.h"
 
 #include <windows.h>
@@ -46,8 +48,13 @@ std::vector<std::wstring> EntriesMatching(const std::wstring& name, bool areFold
     std::vector<std::wstring> entries;
     WIN32_FIND_DATAW found;
     HANDLE search = FindFirstFileW(name.c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE)
+    if (search == INVALID_HANDLE_VALUE) {
+        const DWORD error = GetLastError();
+        // A folder that cannot be read; a missing one is reported when its file is opened.
+        if (error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND && error != ERROR_INVALID_NAME)
+            throw ToolError(name + L": " + ErrorText(HRESULT_FROM_WIN32(error)));
         return entries;
+    }
     const CloseSearch close{search};
     const std::wstring folder = name.substr(0, FolderLength(name));
     std::wstring pattern = name.substr(folder.size());
@@ -100,12 +107,14 @@ std::vector<std::wstring> ExpandWildcards(const std::vector<std::wstring>& names
 std::vector<std::wstring> ExpandFolders(const std::vector<std::wstring>& names) {
     std::vector<std::wstring> files;
     for (const std::wstring& name : names) {
-        const std::size_t before = files.size();
-        if (IsFolder(name))
-            AddFilesBelow(name, files);
-        // A folder without files stays, and fails when it is opened.
-        if (files.size() == before)
+        if (!IsFolder(name)) {
             files.push_back(name);
+            continue;
+        }
+        const std::size_t before = files.size();
+        AddFilesBelow(name, files);
+        if (files.size() == before)
+            throw ToolError(name + L": the folder has no *.xml files");
     }
     return files;
 }

@@ -67,15 +67,25 @@ void ReportNumbers::AddPrinter(const TableRow& printer) {
         known->second = {printer[PrinterColumn("printer_name")].Text(), lastUsed};
 }
 
+/// The catalogue's name, or without a code the record's.
+std::string ReportNumbers::PaperOf(const TableRow& line) {
+    const auto known = m_papers.find(line[CopyLineColumn("paper_code")].Number());
+    if (known != m_papers.end())
+        return known->second;
+    const std::string& name = line[CopyLineColumn("paper_size")].Text();
+    constexpr std::size_t mostPapers = 20;
+    if (!m_papers.empty() && unknownPapers.size() < mostPapers)
+        unknownPapers.insert(name);
+    return name;
+}
+
 void ReportNumbers::AddJob(const TableRow& job, const RecordRows& rows) {
     PageCounts counts;
     std::map<std::string, PageCounts> ofPapers;
     for (const TableRow& line : rows[RecordTable::CopyLines]) {
         const PageCounts ofLine = CountsOf(line);
         counts += ofLine;
-        const auto known = m_papers.find(line[CopyLineColumn("paper_code")].Number());
-        PageCounts& ofPaper =
-            ofPapers[known == m_papers.end() ? line[CopyLineColumn("paper_size")].Text() : known->second];
+        PageCounts& ofPaper = ofPapers[PaperOf(line)];
         ofPaper += ofLine;
         ofPaper.jobs = 1;
     }

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <unordered_set>
 #include <utility>
@@ -38,6 +39,7 @@ public:
     ByName kinds, users, papers, days; ///< a job on two papers counts for both; days are like "2025-03-04"
     std::array<PageCounts, 5> outcomes;
     std::map<std::pair<std::int64_t, std::string>, PageCounts> rules; ///< by trigger and action
+    std::set<std::string> unknownPapers;                              ///< papers without a code
     std::size_t repeated = 0;
     std::size_t problemCount = 0;
     std::vector<InputProblem> problems; ///< the first ones
@@ -51,6 +53,7 @@ private:
     };
 
     void AddJob(const TableRow& job, const RecordRows& rows);
+    std::string PaperOf(const TableRow& line);
     bool IsRepeated(const TableRow& job);
     void AddPrinter(const TableRow& printer);
 

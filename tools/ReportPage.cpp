@@ -188,6 +188,12 @@ std::string Footnotes(const ReportNumbers& numbers, bool hasCatalogue) {
     if (numbers.repeated > 0)
         notes += " " + Number(static_cast<std::int64_t>(numbers.repeated)) +
                  (numbers.repeated == 1 ? " job" : " jobs") + " came more than once and counted once.";
+    if (!numbers.unknownPapers.empty()) {
+        notes += " The catalogue does not define these papers: ";
+        for (const std::string& paper : numbers.unknownPapers)
+            notes += (notes.back() == ' ' ? "" : ", ") + Html::Text(paper);
+        notes += ".";
+    }
     if (!hasCatalogue)
         notes += " The catalogue could not be read: papers have the names that the records give them.";
     return "<p class=\"note\">" + notes + "</p>\n";

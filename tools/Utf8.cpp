@@ -24,3 +24,11 @@ std::string Utf8(std::wstring_view text) {
     AppendUtf8(bytes, text);
     return bytes;
 }
+
+std::wstring Wide(std::string_view bytes) {
+    std::wstring text(bytes.size(), L'\0');
+    const int size = MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()),
+                                         text.data(), static_cast<int>(text.size()));
+    text.resize(static_cast<std::size_t>(size));
+    return text;
+}

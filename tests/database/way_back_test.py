@@ -10,7 +10,7 @@ import sys
 from pathlib import Path
 
 from databases import SCRIPTS, Sqlite
-from database_test import SEED, tool
+from database_test import SEED, UNKNOWN_WORD, tool
 from simulated_jobs import write_jobs
 
 SAMPLE = SCRIPTS.parent / "samples" / "contents_from_rows.js"
@@ -40,7 +40,7 @@ def main(folder, catalogue, count, *command):
     folder.mkdir(parents=True)
     os.chdir(folder)
     jobs, _ = write_jobs(Path("jobs"), JOBS, SEED)
-    tool(program, "export", "-o", "tables", "jobs")
+    tool(program, "export", "-o", "tables", "jobs", expected=UNKNOWN_WORD)
     Path("codes.sql").write_bytes(tool(program, "catalogue", "--sql", "sqlite", catalogue)[0])
     database = Sqlite("jobs.db")
     database.load("tables", Path("codes.sql").resolve())
