@@ -22,6 +22,8 @@ packages=(
     libxml2-utils clang-format clang-tidy python3
     # Documentation site.
     mkdocs
+    # Tests of exports in databases, and of the report's page.
+    sqlite3 postgresql-15 chromium
     # Long checks: fuzzers, 32-bit sanitizers, coverage.
     clang libclang-rt-dev g++-multilib gcovr
 )

@@ -93,7 +93,7 @@ private:
 
 ExitCode ShowCatalogueSql(const std::wstring& path, const std::wstring& dialect) {
     if (dialect != L"sqlite" && dialect != L"postgresql" && dialect != L"sqlserver")
-        throw ToolError(L"unknown database " + dialect, L"Known are sqlite, postgresql and sqlserver.");
+        throw UsageError{L"unknown database " + dialect};
     if (LintCatalogueFile(path, nullptr).problems > 0)
         throw ToolError(FileLabel(path) + L" has mistakes",
                         L"To list them, run \"jobobjects catalogue " + FileLabel(path) + L"\".");

@@ -82,11 +82,6 @@ constexpr wchar_t ExitCodes[] =
     L"\r\nExit codes: 0 no problem found, 1 problems found, 2 invalid command line,\r\n"
     L"3 the command failed, 4 the library refuses a record, 5 a file is not a record.\r\n";
 
-/// An invalid command line.
-struct UsageError {
-    std::wstring message;
-};
-
 bool IsHelp(const std::wstring& argument) {
     return argument == L"--help" || argument == L"-h" || argument == L"-?" || argument == L"/?";
 }

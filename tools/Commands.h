@@ -15,6 +15,11 @@ enum ExitCode : int {
     ExitNoRecord = 5   ///< not a record: malformed, or another root element
 };
 
+/// An invalid command line.
+struct UsageError {
+    std::wstring message;
+};
+
 struct Options {
     Format format = Format::Text;
     bool listDefaults = false;

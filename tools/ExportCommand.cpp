@@ -94,7 +94,7 @@ void Exporting::OpenOutput() {
             m_writers[table].emplace(TableWriter::Form{isJson ? form.name : nullptr, form.columns, m_format});
     }
     if (!isKnown)
-        throw ToolError(L"unknown table " + wanted);
+        throw UsageError{L"unknown table " + wanted};
 }
 
 void Exporting::RefuseExistingTables() const {
@@ -122,7 +122,7 @@ void Exporting::OpenFolder() {
     for (std::size_t table = 0; table < ExportProgress::Tables; ++table)
         m_writers[table].emplace(TableWriter::Form{nullptr, FormOf(table).columns, m_format},
                                  PartialPathOf(table), m_progress.sizes.at(table));
-    Commit(m_progress.position);
+    Commit(m_input.Behind());
 }
 
 /// What is written so far stays after an interruption.

@@ -18,7 +18,7 @@ void RecordInput::SkipTo(const Position& position) {
                             std::to_wstring(position.files + 1) + L" was " + position.file,
                         L"Start again with another folder.");
     m_file = position.files;
-    m_skip = position.records;
+    m_skip = m_records = position.records;
 }
 
 RecordInput::Position RecordInput::Behind() const {
@@ -49,6 +49,14 @@ bool RecordInput::NextRecord(RecordRows& rows, std::optional<InputProblem>& prob
     return true;
 }
 
+/// The reason without the file's name.
+InputProblem RecordInput::FileProblem(std::wstring reason) const {
+    const std::wstring label = FileLabel(m_files[m_file]);
+    if (reason.starts_with(label + L": "))
+        reason.erase(0, label.size() + 2);
+    return {ExitCannotRun, label, 0, 0, reason};
+}
+
 bool RecordInput::Next(RecordRows& rows, std::optional<InputProblem>& problem) {
     problem.reset();
     rows.Clear();
@@ -57,9 +65,9 @@ bool RecordInput::Next(RecordRows& rows, std::optional<InputProblem>& problem) {
             if (NextRecord(rows, problem))
                 return true;
         } catch (const ToolError& error) {
-            problem = InputProblem{ExitCannotRun, FileLabel(m_files[m_file]), 0, 0, error.Message()};
+            problem = FileProblem(error.Message());
         } catch (const std::bad_alloc&) {
-            problem = InputProblem{ExitCannotRun, FileLabel(m_files[m_file]), 0, 0, L"out of memory"};
+            problem = FileProblem(L"out of memory");
         }
         m_stream.reset();
         ++m_file;

@@ -42,6 +42,7 @@ public:
     Position Before() const;
 
 private:
+    InputProblem FileProblem(std::wstring reason) const;
     bool NextRecord(RecordRows& rows, std::optional<InputProblem>& problem);
 
     std::vector<std::wstring> m_files;

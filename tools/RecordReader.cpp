@@ -108,7 +108,6 @@ constexpr Field<Interface> DeviceJobFields[] = {
     {JobColumn("customer_code"), &Interface::get_CustomerCode},
     {JobColumn("identifier_type"), &Interface::get_IdentifierType},
     {JobColumn("identifier_data"), &Interface::get_IdentifierData},
-    {JobColumn("log_target"), &Interface::get_DeviceId},
 };
 
 constexpr Field<IScanJob> ScanJobFields[] = {
@@ -210,7 +209,7 @@ void FillLogTarget(TableRow& row, IPrintJob* job) {
         AppendUtf8(cell.SetText(), Text(job, &IPrintJob::get_LogicalPrinterGuid).View());
         break;
     case DeviceTarget:
-        cell.SetNumber(Number(job, &IPrintJob::get_DeviceId));
+        cell.SetText(std::to_string(Number(job, &IPrintJob::get_DeviceId)));
         break;
     case DeviceAddressTarget:
         AppendUtf8(cell.SetText(), Text(job, &IPrintJob::get_DeviceAddress).View());
@@ -375,6 +374,7 @@ ComPtr<Interface> RecordReader::DeviceJob(const wchar_t* className, const Unique
     TableRow& row = rows[RecordTable::Jobs].Add();
     Fill<Interface>(row, job.Get(), DeviceJobFields<Interface>);
     row[JobColumn("log_target_type")].SetNumber(DeviceTarget);
+    row[JobColumn("log_target")].SetText(std::to_string(Number(job.Get(), &Interface::get_DeviceId)));
     Time(Number(job.Get(), &Interface::get_JobTimeLocal), text, L"JobTimeLocal",
          row[JobColumn("job_time_local")]);
     Contents(ChildOf(job.Get(), &Interface::get_JobContents).Get(), row, rows);

@@ -30,7 +30,7 @@ std::map<std::int64_t, std::string> PaperNames() {
 
 ExitCode Report(const Options& options) {
     if (options.output.empty())
-        throw ToolError(L"report needs -o FILE");
+        throw UsageError{L"report needs -o and the page's name"};
     RecordInput input(ExpandFolders(options.files));
     const auto papers = PaperNames();
     ReportNumbers numbers(papers);
