@@ -244,5 +244,9 @@ ExitCode Exporting::Run() {
 } // namespace
 
 ExitCode Export(const Options& options) {
+    if (options.continues && options.output.empty())
+        throw UsageError{L"--continue needs -o and a folder"};
+    if (!options.table.empty() && !options.output.empty())
+        throw UsageError{L"--table and -o exclude each other"};
     return Exporting(options).Run();
 }

@@ -11,6 +11,8 @@ std::string Html::Text(std::string_view text) {
             html += "&amp;";
         else if (c == '"')
             html += "&quot;";
+        else if (c == '\'')
+            html += "&#39;";
         else
             html += static_cast<unsigned char>(c) < ' ' || c == '\x7F' ? ' ' : c;
     }

@@ -6,18 +6,16 @@
 #include <array>
 #include <chrono>
 #include <charconv>
-#include <cmath>
 #include <vector>
 
 namespace {
 
-using std::chrono::days;
 using std::chrono::sys_days;
 using std::chrono::year_month_day;
 
 constexpr std::array MonthNames{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-constexpr long LongestInDays = 45, LongestInWeeks = 380;
+constexpr long LongestInDays = 45, LongestInWeeks = 380, LongestInMonths = 2000;
 constexpr int DaysOfWeek = 7;
 constexpr std::size_t MostLabels = 13;
 
@@ -47,25 +45,28 @@ std::string DayText(const year_month_day& date, bool withYear) {
            (withYear ? " " + std::to_string(static_cast<int>(date.year())) : "");
 }
 
-enum class Unit : std::uint8_t { Day, Week, Month };
+enum class Unit : std::uint8_t { Day, Week, Month, Year };
 
 /// The first day of the bar that contains a day. Weeks begin on Monday.
 sys_days BarOf(sys_days day, Unit unit) {
     if (unit == Unit::Day)
         return day;
     if (unit == Unit::Week)
-        return day - days((std::chrono::weekday(day).iso_encoding()) - 1);
+        return day - std::chrono::days((std::chrono::weekday(day).iso_encoding()) - 1);
     const year_month_day date = day;
-    return year_month_day(date.year(), date.month(), std::chrono::day(1));
+    return year_month_day(date.year(), unit == Unit::Year ? std::chrono::January : date.month(),
+                          std::chrono::day(1));
 }
 
 sys_days NextBar(sys_days bar, Unit unit) {
-    return unit == Unit::Month ? BarOf(bar + days(31), unit)
-                               : bar + days(unit == Unit::Week ? DaysOfWeek : 1);
+    constexpr std::array longest{1, DaysOfWeek, 31, 366};
+    return BarOf(bar + std::chrono::days(longest.at(static_cast<std::size_t>(unit))), unit);
 }
 
 std::string TitleOf(sys_days bar, Unit unit) {
     const year_month_day date = bar;
+    if (unit == Unit::Year)
+        return std::to_string(static_cast<int>(date.year()));
     if (unit == Unit::Month)
         return MonthName(date) + " " + std::to_string(static_cast<int>(date.year()));
     return (unit == Unit::Week ? "Week of " : "") + DayText(date, true);
@@ -76,9 +77,9 @@ std::string LabelOf(sys_days bar, Unit unit) {
     const year_month_day date = bar;
     if (unit == Unit::Day)
         return DayText(date, false);
-    if (unit == Unit::Month)
+    if (unit != Unit::Week)
         return TitleOf(bar, unit);
-    const year_month_day last = bar + days(DaysOfWeek - 1);
+    const year_month_day last = bar + std::chrono::days(DaysOfWeek - 1);
     const bool beginsMonth = static_cast<unsigned>(last.day()) <= DaysOfWeek;
     return beginsMonth ? MonthName(last) : "";
 }
@@ -97,7 +98,7 @@ std::vector<Bar> BarsOf(const ReportNumbers::ByName& pages, Unit unit) {
     std::size_t labels = 0;
     const auto all = static_cast<std::size_t>(
         std::count_if(bars.begin(), bars.end(), [](const Bar& bar) { return !bar.label.empty(); }));
-    const std::size_t each = (all + MostLabels - 1) / MostLabels;
+    const std::size_t each = std::max<std::size_t>((all + MostLabels - 1) / MostLabels, 1);
     for (Bar& bar : bars)
         if (!bar.label.empty() && labels++ % each != 0)
             bar.label.clear();
@@ -117,59 +118,75 @@ std::int64_t GridStep(std::int64_t highest) {
 
 std::string Share(double part) {
     char text[32];
-    const auto end = std::to_chars(text, text + sizeof text, part, std::chars_format::fixed, 2).ptr;
+    const char* const end = std::to_chars(text, text + sizeof text, part, std::chars_format::fixed, 2).ptr;
     return {text, end};
+}
+
+/// The grid's lines from 0 to `top`, with their numbers.
+std::string Grid(std::int64_t step, std::int64_t top) {
+    std::string grid;
+    for (std::int64_t line = 0; line <= top; line += step)
+        grid += "<span style='bottom:" + Share(100.0 * static_cast<double>(line) / static_cast<double>(top)) +
+                "%'><b>" + Html::Number(line) + "</b></span>";
+    return grid;
+}
+
+/// One unit of the drawing wide; `top` pages are 100 units high.
+std::string Rectangles(const Bar& bar, std::size_t at, std::int64_t top) {
+    const auto height = [&](std::int64_t pages) {
+        return 100.0 * static_cast<double>(pages) / static_cast<double>(top);
+    };
+    const std::string x = Share(static_cast<double>(at) + 0.14);
+    const auto rectangle = [&](const std::string& kind, std::int64_t from, std::int64_t to) {
+        return "<rect class='" + kind + "' x='" + x + "' y='" + Share(100.0 - height(to)) +
+               "' width='.72' height='" + Share(height(to - from)) + "'/>";
+    };
+    const auto& [pages, color] = std::pair(bar.counts.pages, bar.counts.color);
+    return "<g><title>" + bar.title + ": " + Html::Number(pages) + " pages, " + Html::Number(color) +
+           " in colour</title>" + rectangle("color", 0, color) + rectangle("other", color, pages) + "</g>";
+}
+
+std::string Labels(const std::vector<Bar>& bars) {
+    std::string labels;
+    for (std::size_t at = 0; at < bars.size(); ++at)
+        if (!bars[at].label.empty())
+            labels += "<span style='left:" +
+                      Share(100.0 * (static_cast<double>(at) + 0.5) / static_cast<double>(bars.size())) +
+                      "%'>" + bars[at].label + "</span>";
+    return labels;
+}
+
+Unit UnitOf(const ReportNumbers::ByName& days) {
+    const auto length = (DayOf(days.rbegin()->first) - DayOf(days.begin()->first)).count();
+    if (length <= LongestInDays)
+        return Unit::Day;
+    if (length <= LongestInWeeks)
+        return Unit::Week;
+    return length <= LongestInMonths ? Unit::Month : Unit::Year;
 }
 
 } // namespace
 
-std::string PageChart(const ReportNumbers::ByName& pages) {
-    if (pages.empty())
+std::string PageChart(const ReportNumbers::ByName& days) {
+    if (days.empty())
         return "<p>No job has a time.</p>";
-    const auto length = (DayOf(pages.rbegin()->first) - DayOf(pages.begin()->first)).count();
-    const Unit unit = length <= LongestInDays    ? Unit::Day
-                      : length <= LongestInWeeks ? Unit::Week
-                                                 : Unit::Month;
-    const std::vector<Bar> bars = BarsOf(pages, unit);
-    const auto* const unitName = unit == Unit::Day ? "day" : unit == Unit::Week ? "week" : "month";
-
+    const Unit unit = UnitOf(days);
+    const std::vector<Bar> bars = BarsOf(days, unit);
+    constexpr std::array unitNames{"day", "week", "month", "year"};
+    const std::string unitName = unitNames.at(static_cast<std::size_t>(unit));
     std::int64_t highest = 1;
     for (const Bar& bar : bars)
         highest = std::max(highest, bar.counts.pages);
     const std::int64_t step = GridStep(highest);
-    const std::int64_t lines = (highest + step - 1) / step;
-    const auto top = static_cast<double>(step * lines);
-
-    std::string grid, svg, labels;
-    for (std::int64_t line = 0; line <= lines; ++line)
-        grid += "<span style=\"bottom:" + Share(100.0 * static_cast<double>(line * step) / top) + "%\"><b>" +
-                Html::Number(line * step) + "</b></span>";
-    for (std::size_t at = 0; at < bars.size(); ++at) {
-        const Bar& bar = bars[at];
-        const double all = 100.0 * static_cast<double>(bar.counts.pages) / top;
-        const double color = 100.0 * static_cast<double>(bar.counts.color) / top;
-        const std::string x = Share(static_cast<double>(at) + 0.14);
-        const auto rectangle = [&](const char* kind, double from, double height) {
-            svg += std::string("<rect class=\"") + kind + "\" x=\"" + x + "\" y=\"" +
-                   Share(100.0 - from - height) + "\" width=\".72\" height=\"" + Share(height) + "\"/>";
-        };
-        svg += "<g><title>" + bar.title + ": " + Html::Number(bar.counts.pages) + " pages, " +
-               Html::Number(bar.counts.color) + " in colour</title>";
-        rectangle("color", 0, color);
-        rectangle("other", color, all - color);
-        svg += "</g>";
-        if (!bar.label.empty())
-            labels += "<span style=\"left:" +
-                      Share(100.0 * (static_cast<double>(at) + 0.5) / static_cast<double>(bars.size())) +
-                      "%\">" + bar.label + "</span>";
-    }
-    return std::string(
-               "<figure class=\"chart\"><div class=\"plot\"><div class=\"grid\" aria-hidden=\"true\">") +
-           grid + "</div><svg role=\"img\" aria-label=\"Pages by " + unitName + "\" viewBox=\"0 0 " +
-           std::to_string(bars.size()) + " 100\" preserveAspectRatio=\"none\">" + svg +
-           "</svg></div><div class=\"axis\" aria-hidden=\"true\">" + labels +
+    const std::int64_t top = (highest + step - 1) / step * step;
+    std::string drawing;
+    for (std::size_t at = 0; at < bars.size(); ++at)
+        drawing += Rectangles(bars[at], at, top);
+    return "<figure class='chart'><div class='plot'><div class='grid' aria-hidden='true'>" + Grid(step, top) +
+           "</div><svg role='img' aria-label='Pages by " + unitName + "' viewBox='0 0 " +
+           std::to_string(bars.size()) + " 100' preserveAspectRatio='none'>" + drawing +
+           "</svg></div><div class='axis' aria-hidden='true'>" + Labels(bars) +
            "</div><figcaption>One bar per " + unitName +
-           ".<span class=\"key color\">Colour pages</span><span class=\"key other\">Black-and-white and "
-           "blank "
+           ".<span class='key color'>Colour pages</span><span class='key other'>Black-and-white and blank "
            "pages</span></figcaption></figure>";
 }

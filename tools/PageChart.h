@@ -5,5 +5,6 @@
 #include <string>
 
 /// Pages over time as a bar chart: the bars are inline SVG that stretches with the page, the labels HTML, so
-/// that their size does not depend on the width. One bar is a day, a week or a month, by the length of time.
+/// that their size does not depend on the width. One bar is a day, a week, a month or a year, by the length
+/// of time.
 std::string PageChart(const ReportNumbers::ByName& days);

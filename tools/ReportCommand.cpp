@@ -31,6 +31,8 @@ std::map<std::int64_t, std::string> PaperNames() {
 ExitCode Report(const Options& options) {
     if (options.output.empty())
         throw UsageError{L"report needs -o and the page's name"};
+    if (options.format != Format::Text)
+        throw UsageError{L"report has no other format than HTML"};
     RecordInput input(ExpandFolders(options.files));
     const auto papers = PaperNames();
     ReportNumbers numbers(papers);

@@ -18,21 +18,21 @@ constexpr std::size_t MostRows = 15;
 constexpr std::array OutcomeNames{"No policy", "Kept", "Informed", "Violated", "Cancelled"};
 
 std::string Nonempty(const std::string& name) {
-    return name.empty() ? "<span class=\"soft\">(none)</span>" : Html::Text(name);
+    return name.empty() ? "<span class='soft'>(none)</span>" : Html::Text(name);
 }
 
 std::string Row(const std::string& head, std::initializer_list<std::string> cells, bool isRest = false) {
-    std::string row = isRest ? "<tr class=\"rest\">" : "<tr>";
-    row += "<th scope=\"row\">" + head + "</th>";
+    std::string row = isRest ? "<tr class='rest'>" : "<tr>";
+    row += "<th scope='row'>" + head + "</th>";
     for (const std::string& cell : cells)
         row += "<td>" + cell + "</td>";
     return row + "</tr>\n";
 }
 
 std::string Table(const char* id, std::initializer_list<const char*> heads, const std::string& rows) {
-    std::string table = std::string("<table id=\"") + id + "\"><thead><tr>";
+    std::string table = std::string("<table id='") + id + "'><thead><tr>";
     for (const char* const head : heads)
-        table += std::string("<th scope=\"col\">") + head + "</th>";
+        table += std::string("<th scope='col'>") + head + "</th>";
     return table + "</tr></thead><tbody>\n" + rows + "</tbody></table>\n";
 }
 
@@ -41,18 +41,18 @@ std::string CountsRow(const std::string& head, const PageCounts& of, bool isRest
 }
 
 std::string CountsTable(const char* id, const char* head, const std::string& rows) {
-    return "<div class=\"counts\">" + Table(id, {head, "Jobs", "Pages", "Colour", "Sheets"}, rows) + "</div>";
+    return "<div class='counts'>" + Table(id, {head, "Jobs", "Pages", "Colour", "Sheets"}, rows) + "</div>";
 }
 
 std::string Section(const char* title, const std::string& content, const char* id = nullptr) {
-    return std::string("<section") + (id ? std::string(" id=\"") + id + "\"" : "") + "><h2>" + title +
+    return std::string("<section") + (id ? std::string(" id='") + id + "'" : "") + "><h2>" + title +
            "</h2>\n" + content + "</section>\n";
 }
 
 std::string Width(std::int64_t part, std::int64_t all) {
-    return "<i style=\"width:" +
+    return "<i style='width:" +
            std::to_string(all > 0 ? 100.0 * static_cast<double>(part) / static_cast<double>(all) : 0.0) +
-           "%\"></i>";
+           "%'></i>";
 }
 
 /// The names with the most pages, and the sum of the others.
@@ -66,7 +66,7 @@ std::string Ranking(const char* id, const char* head, const char* others,
     std::string rows;
     for (std::size_t at = 0; at < shown; ++at) {
         const auto& [name, of] = ranked[at];
-        rows += CountsRow(Nonempty(name) + "<span class=\"bar\">" + Width(of.color, most) +
+        rows += CountsRow(Nonempty(name) + "<span class='bar'>" + Width(of.color, most) +
                               Width(of.pages - of.color, most) + "</span>",
                           of);
     }
@@ -89,7 +89,7 @@ std::string Facts(const ReportNumbers& numbers) {
     const PageCounts& violated = numbers.outcomes.at(static_cast<std::size_t>(Outcome::Violated));
     const PageCounts& informed = numbers.outcomes.at(static_cast<std::size_t>(Outcome::Informed));
     const PageCounts& cancelled = numbers.outcomes.at(static_cast<std::size_t>(Outcome::Cancelled));
-    return "<dl class=\"facts\">\n" + Fact("Jobs", Number(total.jobs)) + Fact("Pages", Number(total.pages)) +
+    return "<dl class='facts'>\n" + Fact("Jobs", Number(total.jobs)) + Fact("Pages", Number(total.pages)) +
            Fact("Sheets", Number(total.sheets)) +
            Fact("Colour pages", Percent(total.color, total.pages), Number(total.color) + " pages") +
            Fact("Two-sided pages", Percent(total.duplex, total.pages), Number(total.duplex) + " pages") +
@@ -109,13 +109,13 @@ std::string Kinds(const ReportNumbers& numbers) {
 
 std::string Split(const char* name, const char* other, std::int64_t part, std::int64_t all) {
     return std::string("<p>") + name + " <strong>" + Percent(part, all) + "</strong>, " + other + " " +
-           Percent(all - part, all) + "</p><div class=\"split\">" + Width(part, all) + "</div>\n";
+           Percent(all - part, all) + "</p><div class='split'>" + Width(part, all) + "</div>\n";
 }
 
 std::string Shares(const PageCounts& total) {
     return Split("Colour", "black-and-white and blank", total.color, total.pages) +
            Split("Two-sided", "one-sided", total.duplex, total.pages) +
-           "<p class=\"note\">Shares of the pages.</p>";
+           "<p class='note'>Shares of the pages.</p>";
 }
 
 std::string Months(const ReportNumbers& numbers) {
@@ -140,13 +140,13 @@ std::string Policy(const ReportNumbers& numbers) {
 
 std::string Rules(const ReportNumbers& numbers) {
     if (numbers.rules.empty())
-        return "<p class=\"soft\">No job violates a rule.</p>";
+        return "<p class='soft'>No job violates a rule.</p>";
     std::string rows;
     for (const auto& [rule, of] : numbers.rules)
         rows += Row("Rule " + std::to_string(rule.first),
                     {Html::Text(rule.second), Number(of.jobs), Number(of.pages)});
     return Table("rules", {"Rule", "Action", "Jobs", "Pages"}, rows) +
-           "<p class=\"note\">A job that violates two rules counts for both.</p>";
+           "<p class='note'>A job that violates two rules counts for both.</p>";
 }
 
 std::string Problems(const ReportNumbers& numbers) {
@@ -158,25 +158,25 @@ std::string Problems(const ReportNumbers& numbers) {
                      isRecord ? std::to_string(problem.record) : "", Html::Text(Utf8(problem.reason))});
     }
     std::string section =
-        "<div class=\"problems\">" + Table("problems", {"File", "Line", "Record", "Reason"}, rows) + "</div>";
+        "<div class='problems'>" + Table("problems", {"File", "Line", "Record", "Reason"}, rows) + "</div>";
     if (const std::size_t more = numbers.problemCount - numbers.problems.size(); more > 0)
-        section += "<p class=\"note\">" + Number(static_cast<std::int64_t>(more)) +
+        section += "<p class='note'>" + Number(static_cast<std::int64_t>(more)) +
                    " more are not listed; <code>jobobjects export</code> lists all.</p>";
     return Section("Records that could not be read", section, "unread");
 }
 
 std::string Header(const ReportNumbers& numbers) {
-    std::string header = "<header><h1>Print report</h1>\n<p class=\"soft\">";
+    std::string header = "<header><h1>Print report</h1>\n<p class='soft'>";
     if (numbers.days.empty())
         header += "No job has a time";
     else
         header += numbers.days.begin()->first + " to " + numbers.days.rbegin()->first;
     header += "</p></header>\n";
     if (numbers.problemCount > 0)
-        header += "<p class=\"notice\"><strong>This report is partial.</strong> " +
+        header += "<p class='notice'><strong>This report is partial.</strong> " +
                   Number(static_cast<std::int64_t>(numbers.problemCount)) +
                   (numbers.problemCount == 1 ? " record or file" : " records or files") +
-                  " <a href=\"#unread\">could not be read</a> and " +
+                  " <a href='#unread'>could not be read</a> and " +
                   (numbers.problemCount == 1 ? "is" : "are") + " not counted.</p>\n";
     return header;
 }
@@ -196,17 +196,17 @@ std::string Footnotes(const ReportNumbers& numbers, bool hasCatalogue) {
     }
     if (!hasCatalogue)
         notes += " The catalogue could not be read: papers have the names that the records give them.";
-    return "<p class=\"note\">" + notes + "</p>\n";
+    return "<p class='note'>" + notes + "</p>\n";
 }
 
 } // namespace
 
 std::string ReportPage(const ReportNumbers& numbers, bool hasCatalogue) {
     const auto columns = [](const std::string& left, const std::string& right) {
-        return "<div class=\"columns\">\n" + left + right + "</div>\n";
+        return "<div class='columns'>\n" + left + right + "</div>\n";
     };
-    return std::string("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-                       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+    return std::string("<!DOCTYPE html>\n<html lang='en'>\n<head>\n<meta charset='utf-8'>\n"
+                       "<meta name='viewport' content='width=device-width, initial-scale=1'>\n"
                        "<title>Print report</title>\n<style>") +
            ReportStyle + "</style>\n</head>\n<body>\n<main>\n" + Header(numbers) + Facts(numbers) +
            Section("Pages over time", PageChart(numbers.days)) +

@@ -4,6 +4,7 @@ the jobs themselves.
 
     database_test.py FOLDER JOBS CATALOGUE PROGRAM...
 """
+import contextlib
 import os
 import shutil
 import subprocess
@@ -22,6 +23,19 @@ TABLES = ("jobs", "copy_lines", "policy_violations", "logical_printers", "reject
 
 # The simulated jobs use a paper that the catalogue does not define.
 UNKNOWN_WORD = 1
+
+
+@contextlib.contextmanager
+def work_in(folder, *command):
+    """A new folder, which stays after a failure. Yields the command with paths that are valid there."""
+    folder = Path(folder).resolve()
+    shutil.rmtree(folder, ignore_errors=True)
+    folder.mkdir(parents=True)
+    command = [str(Path(part).resolve()) if Path(part).exists() else part for part in command]
+    os.chdir(folder)
+    yield command
+    os.chdir(folder.parent)
+    shutil.rmtree(folder)
 
 
 def tool(program, *arguments, expected=0):
@@ -110,33 +124,26 @@ def check_continued(program):
 
 def main(folder, count, catalogue, *program):
     count = int(count)
-    catalogue = Path(catalogue).resolve()
-    program = [str(Path(part).resolve()) if Path(part).exists() else part for part in program]
-    folder = Path(folder).resolve()
-    shutil.rmtree(folder, ignore_errors=True)
-    folder.mkdir(parents=True)
-    os.chdir(folder)
-    jobs, _ = write_jobs(Path("jobs"), count, SEED, records_per_file=max(count // 4, 1))
-    begin = time.monotonic()
-    _, errors = tool(program, "export", "-o", "tables", "jobs", expected=UNKNOWN_WORD)
-    unknown = sum(line["code"] == 0 for job in jobs for line in job["lines"])
-    assert errors.rstrip().endswith(f"the paper size 'House Card': {unknown} rows without its code"), errors
-    exported = time.monotonic() - begin
-    for name in ("sqlite", "postgresql"):
-        Path(f"codes.{name}.sql").write_bytes(tool(program, "catalogue", "--sql", name, catalogue)[0])
-    sqlite = Sqlite("jobs.db")
-    loaded = [check_database(sqlite, "tables", Path("codes.sqlite.sql").resolve(), jobs)]
-    check_changed_job(sqlite, program, Path("codes.sqlite.sql").resolve())
-    with postgres_server() as postgres:
-        codes = Path("codes.postgresql.sql").resolve()
-        loaded.append(check_database(postgres, "tables", codes, jobs))
-        check_changed_job(postgres, program, codes)
-        months = postgres.select("SELECT count(*) FROM pg_inherits WHERE inhparent = 'jobs'::regclass")
-        assert months == [["13"]], months  # and the jobs without a time
-    bad = check_damaged(program, count // 4)
-    check_continued(program)
-    os.chdir(folder.parent)
-    shutil.rmtree(folder)
+    with work_in(folder, catalogue, *program) as (catalogue, *program):
+        jobs, _ = write_jobs(Path("jobs"), count, SEED, records_per_file=max(count // 4, 1))
+        begin = time.monotonic()
+        _, errors = tool(program, "export", "-o", "tables", "jobs", expected=UNKNOWN_WORD)
+        exported = time.monotonic() - begin
+        unknown = sum(line["code"] == 0 for job in jobs for line in job["lines"])
+        assert errors.rstrip().endswith(f"the paper size 'House Card': {unknown} rows without its code"), errors
+        for name in ("sqlite", "postgresql"):
+            Path(f"codes.{name}.sql").write_bytes(tool(program, "catalogue", "--sql", name, catalogue)[0])
+        sqlite = Sqlite("jobs.db")
+        loaded = [check_database(sqlite, "tables", Path("codes.sqlite.sql").resolve(), jobs)]
+        check_changed_job(sqlite, program, Path("codes.sqlite.sql").resolve())
+        with postgres_server() as postgres:
+            codes = Path("codes.postgresql.sql").resolve()
+            loaded.append(check_database(postgres, "tables", codes, jobs))
+            check_changed_job(postgres, program, codes)
+            months = postgres.select("SELECT count(*) FROM pg_inherits WHERE inhparent = 'jobs'::regclass")
+            assert months == [["13"]], months  # and the jobs without a time
+        bad = check_damaged(program, count // 4)
+        check_continued(program)
     print(f"{count} jobs exported in {exported:.1f} s, loaded by SQLite in {loaded[0]:.1f} s and PostgreSQL in "
           f"{loaded[1]:.1f} s; {bad} damaged records reported")
     return 0

@@ -6,13 +6,12 @@
 import filecmp
 import os
 import resource
-import shutil
 import subprocess
 import sys
 import time
 from pathlib import Path
 
-from database_test import SEED, TABLES, UNKNOWN_WORD, tool
+from database_test import SEED, TABLES, UNKNOWN_WORD, tool, work_in
 from simulated_jobs import write_jobs
 
 RECORDS_IN_FILE = 20 * 1000
@@ -43,24 +42,18 @@ def kill_once(program, *arguments):
 
 
 def main(folder, *program):
-    program = [str(Path(part).resolve()) if Path(part).exists() else part for part in program]
-    folder = Path(folder).resolve()
-    shutil.rmtree(folder, ignore_errors=True)
-    folder.mkdir(parents=True)
-    os.chdir(folder)
-    write_jobs(Path("jobs"), RECORDS_IN_FILE, SEED, records_per_file=RECORDS_IN_FILE)
-    # The same file again and again: the export does not look for repetitions.
-    names = ["jobs\\jobs0000000.xml"] * FILES
-    _, small = processor_time(program, "export", "-o", "once", names[0])
-    seconds, memory = processor_time(program, "export", "-o", "whole", *names)
     records = FILES * RECORDS_IN_FILE
-    assert len(Path("whole/jobs.csv").read_bytes().splitlines()) == records + 1
-    kill_once(program, "export", "-o", "killed", *names)
-    tool(program, "export", "--continue", "-o", "killed", *names, expected=UNKNOWN_WORD)
-    for table in TABLES:
-        assert filecmp.cmp(f"killed/{table}.csv", f"whole/{table}.csv", shallow=False), f"{table} differs"
-    os.chdir(folder.parent)
-    shutil.rmtree(folder)
+    with work_in(folder, *program) as program:
+        write_jobs(Path("jobs"), RECORDS_IN_FILE, SEED, records_per_file=RECORDS_IN_FILE)
+        # The same file again and again: the export does not look for repetitions.
+        names = ["jobs\\jobs0000000.xml"] * FILES
+        _, small = processor_time(program, "export", "-o", "once", names[0])
+        seconds, memory = processor_time(program, "export", "-o", "whole", *names)
+        assert len(Path("whole/jobs.csv").read_bytes().splitlines()) == records + 1
+        kill_once(program, "export", "-o", "killed", *names)
+        tool(program, "export", "--continue", "-o", "killed", *names, expected=UNKNOWN_WORD)
+        for table in TABLES:
+            assert filecmp.cmp(f"killed/{table}.csv", f"whole/{table}.csv", shallow=False), f"{table} differs"
     print(f"{records} records in {seconds:.1f} s of processor time, {records / seconds:.0f} in a second, with "
           f"{memory / 1e6:.0f} MB of memory ({small / 1e6:.0f} MB for {RECORDS_IN_FILE}); killed and continued")
     assert records / seconds >= LEAST_PER_SECOND, "too slow"

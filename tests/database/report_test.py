@@ -7,16 +7,14 @@ and opens the page in Chromium at three widths, light and dark, and on paper.
 import html
 import html.parser
 import json
-import os
 import re
-import shutil
 import subprocess
 import sys
 from collections import defaultdict
 from pathlib import Path
 
 import expected_sums
-from database_test import SEED, tool
+from database_test import SEED, tool, work_in
 from simulated_jobs import write_jobs
 
 WIDTHS = (360, 768, 1280)
@@ -146,26 +144,19 @@ def check_paper(page, size, box):
 
 
 def main(folder, count, *program):
-    program = [str(Path(part).resolve()) if Path(part).exists() else part for part in program]
-    folder = Path(folder).resolve()
-    shutil.rmtree(folder, ignore_errors=True)
-    folder.mkdir(parents=True)
-    os.chdir(folder)
     count = int(count)
-    jobs, bad = write_jobs(Path("jobs"), count, SEED, records_per_file=max(count // 4, 1), damage=0.1)
-    tool(program, "report", "-o", "report.html", "jobs", expected=5)
-    page = Path("report.html").read_text(encoding="utf-8")
-    check_numbers(page, jobs, bad)
-    # The same jobs again count once.
-    tool(program, "report", "-o", "twice.html", "jobs", "jobs", expected=5)
-    again = f" {len(jobs):,} jobs came more than once and counted once."
-    twice = Path("twice.html").read_text(encoding="utf-8")
-    assert again in twice
-    check_numbers(twice, jobs, 2 * bad)
-    check_widths(page)
-    sheets = [check_paper(page, "A4", (595, 842)), check_paper(page, "letter", (612, 792))]
-    os.chdir(folder.parent)
-    shutil.rmtree(folder)
+    with work_in(folder, *program) as program:
+        jobs, bad = write_jobs(Path("jobs"), count, SEED, records_per_file=max(count // 4, 1), damage=0.1)
+        tool(program, "report", "-o", "report.html", "jobs", expected=5)
+        page = Path("report.html").read_text(encoding="utf-8")
+        check_numbers(page, jobs, bad)
+        # The same jobs again count once.
+        tool(program, "report", "-o", "twice.html", "jobs", "jobs", expected=5)
+        twice = Path("twice.html").read_text(encoding="utf-8")
+        assert f" {len(jobs):,} jobs came more than once and counted once." in twice
+        check_numbers(twice, jobs, 2 * bad)
+        check_widths(page)
+        sheets = [check_paper(page, "A4", (595, 842)), check_paper(page, "letter", (612, 792))]
     print(f"the report of {len(jobs)} jobs agrees, fits {len(WIDTHS)} widths, and prints on {sheets} sheets")
     return 0
 

@@ -3,14 +3,13 @@
 
     way_back_test.py FOLDER CATALOGUE TOOL SCRIPT_HOST...
 """
-import os
 import shutil
 import subprocess
 import sys
 from pathlib import Path
 
 from databases import SCRIPTS, Sqlite
-from database_test import SEED, UNKNOWN_WORD, tool
+from database_test import SEED, UNKNOWN_WORD, tool, work_in
 from simulated_jobs import write_jobs
 
 SAMPLE = SCRIPTS.parent / "samples" / "contents_from_rows.js"
@@ -32,26 +31,21 @@ def is_kept(job):
 
 def main(folder, catalogue, count, *command):
     """`count` parts of the command are the tool, the others the script host."""
-    command = [str(Path(part).resolve()) if Path(part).exists() else part for part in command]
-    program, host = command[:int(count)], command[int(count):]
-    catalogue = Path(catalogue).resolve()
-    folder = Path(folder).resolve()
-    shutil.rmtree(folder, ignore_errors=True)
-    folder.mkdir(parents=True)
-    os.chdir(folder)
-    jobs, _ = write_jobs(Path("jobs"), JOBS, SEED)
-    tool(program, "export", "-o", "tables", "jobs", expected=UNKNOWN_WORD)
-    Path("codes.sql").write_bytes(tool(program, "catalogue", "--sql", "sqlite", catalogue)[0])
-    database = Sqlite("jobs.db")
-    database.load("tables", Path("codes.sql").resolve())
-    rows = database.select("SELECT job_guid, copy_lines, job_originals, job_copies, pdl_code, finishing_mask "
-                           "FROM contents_codes")
-    Path("rows.txt").write_text("".join("|".join(row) + "\n" for row in rows), encoding="ascii")
-    Path("files.txt").write_text("".join(f"jobs\\{path.name}\n" for path in sorted(Path("jobs").iterdir())),
-                                 encoding="ascii")
-    shutil.copy(SAMPLE, "sample.js")
-    done = subprocess.run([*host, "//nologo", "sample.js", "rows.txt", "files.txt"], capture_output=True, timeout=120,
-                          check=False)
+    with work_in(folder, catalogue, *command) as (catalogue, *command):
+        program, host = command[:int(count)], command[int(count):]
+        jobs, _ = write_jobs(Path("jobs"), JOBS, SEED)
+        tool(program, "export", "-o", "tables", "jobs", expected=UNKNOWN_WORD)
+        Path("codes.sql").write_bytes(tool(program, "catalogue", "--sql", "sqlite", catalogue)[0])
+        database = Sqlite("jobs.db")
+        database.load("tables", Path("codes.sql").resolve())
+        rows = database.select("SELECT job_guid, copy_lines, job_originals, job_copies, pdl_code, finishing_mask "
+                               "FROM contents_codes")
+        Path("rows.txt").write_text("".join("|".join(row) + "\n" for row in rows), encoding="ascii")
+        Path("files.txt").write_text("".join(f"jobs\\{path.name}\n" for path in sorted(Path("jobs").iterdir())),
+                                     encoding="ascii")
+        shutil.copy(SAMPLE, "sample.js")
+        done = subprocess.run([*host, "//nologo", "sample.js", "rows.txt", "files.txt"], capture_output=True, timeout=120,
+                              check=False)
     lines = done.stdout.decode("ascii").replace("\r", "").splitlines()
     kept = sum(map(is_kept, jobs))
     assert 0 < kept < JOBS
@@ -59,8 +53,6 @@ def main(folder, catalogue, count, *command):
     assert lines[-1] == f"All {JOBS} jobs are rebuilt.", lines
     different = {name.strip(): int(number) for name, number in (line.split(": ") for line in lines[1:-1])}
     assert different == expected_differences(jobs), f"{different}\n{expected_differences(jobs)}"
-    os.chdir(folder.parent)
-    shutil.rmtree(folder)
     print(f"{kept} of {JOBS} contents are equal, the others differ as documented")
     return 0
 
