@@ -111,6 +111,18 @@ def check_numbers(page, jobs, bad):
     assert "http" not in page and "url(" not in page and "@import" not in page, "the page needs the network"
 
 
+def check_charts(program):
+    """A bar is a day, a week, a month or a year; times without jobs have one too."""
+    copy_job = ('<CopyJob Version="4.0"><JobTimeLocal>{}T10:00:00</JobTimeLocal><JobContents><JobCopyLines/>'
+                "</JobContents></CopyJob>")
+    for unit, bars, first, last in (("day", 10, "2025-02-24", "2025-03-05"), ("week", 10, "2025-01-01", "2025-03-05"),
+                                    ("month", 48, "2020-01-31", "2023-12-01"), ("year", 36, "1990-07-01", "2025-01-01")):
+        Path("two.xml").write_text(copy_job.format(first) + copy_job.format(last), encoding="utf-8")
+        tool(program, "report", "-o", "two.html", "two.xml")
+        page = Path("two.html").read_text(encoding="utf-8")
+        assert f"One bar per {unit}." in page and page.count("<g><title>") == bars, f"{unit}: {page.count('<g>')} bars"
+
+
 def chromium(*arguments):
     done = subprocess.run([*CHROMIUM, f"--user-data-dir={Path('chromium').resolve()}", *arguments], capture_output=True,
                           timeout=120, check=True)
@@ -155,6 +167,7 @@ def main(folder, count, *program):
         twice = Path("twice.html").read_text(encoding="utf-8")
         assert f" {len(jobs):,} jobs came more than once and counted once." in twice
         check_numbers(twice, jobs, 2 * bad)
+        check_charts(program)
         check_widths(page)
         sheets = [check_paper(page, "A4", (595, 842)), check_paper(page, "letter", (612, 792))]
     print(f"the report of {len(jobs)} jobs agrees, fits {len(WIDTHS)} widths, and prints on {sheets} sheets")
