@@ -198,9 +198,6 @@ constexpr Field<ILogicalPrinter> PrinterFields[] = {
     {PrinterColumn("destination"), &ILogicalPrinter::get_Destination},
 };
 
-/// Type of a log target.
-enum LogTarget : LONG { LogicalPrinterTarget = 1, DeviceTarget = 2, DeviceAddressTarget = 3 };
-
 /// The getters of the other types fail.
 void FillLogTarget(TableRow& row, IPrintJob* job) {
     TableCell& cell = row[JobColumn("log_target")];

@@ -124,6 +124,14 @@ consteval std::size_t PrinterColumn(std::string_view name) {
     return ColumnOf(PrinterColumns, name);
 }
 
+/// The values of log_target_type.
+enum LogTargetType : std::int64_t {
+    NoTarget = 0,
+    LogicalPrinterTarget = 1,
+    DeviceTarget = 2,
+    DeviceAddressTarget = 3
+};
+
 enum class RecordTable : std::size_t { Jobs, CopyLines, Violations, Printers };
 
 struct TableForm {

@@ -6,9 +6,6 @@ namespace {
 
 constexpr std::size_t MostProblems = 200;
 
-/// Types of log targets.
-enum : std::int64_t { NoTarget, LogicalPrinterTarget, DeviceTarget };
-
 std::string UserOf(const TableRow& job) {
     if (job[JobColumn("class")].Text() != "PrintJob")
         return job[JobColumn("identifier_data")].Text();

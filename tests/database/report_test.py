@@ -8,20 +8,18 @@ import html
 import html.parser
 import json
 import re
-import subprocess
 import sys
 from collections import defaultdict
 from pathlib import Path
 
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "site"))
 import expected_sums
+from browser import chromium, page_after
 from database_test import SEED, tool, work_in
 from simulated_jobs import write_jobs
 
 WIDTHS = (360, 768, 1280)
 SHOWN = 15
-CHROMIUM = ["chromium", "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
-            "--disable-background-networking", "--disable-component-update", "--disable-sync",
-            "--no-pdf-header-footer", "--virtual-time-budget=20000"]
 # Measures the page in frames of several widths, which share its origin.
 MEASURE = """<script>onload = () => { document.title = JSON.stringify([...document.querySelectorAll("iframe")].map(frame => {
 const page = frame.contentDocument, style = frame.contentWindow.getComputedStyle(page.body);
@@ -123,20 +121,14 @@ def check_charts(program):
         assert f"One bar per {unit}." in page and page.count("<g><title>") == bars, f"{unit}: {page.count('<g>')} bars"
 
 
-def chromium(*arguments):
-    done = subprocess.run([*CHROMIUM, f"--user-data-dir={Path('chromium').resolve()}", *arguments], capture_output=True,
-                          timeout=120, check=True)
-    return done.stdout.decode("utf-8")
-
-
 def check_widths(page):
     frames = "".join(f'<iframe style="width:{width}px;height:4000px;border:0" srcdoc="{html.escape(page)}"></iframe>'
                      for width in WIDTHS)
     Path("frames.html").write_text(f"<!DOCTYPE html><meta charset=utf-8><body>{frames}{MEASURE}", encoding="utf-8")
     grounds = []
     for scheme in (0, 1):  # dark, light
-        dom = chromium(f"--blink-settings=preferredColorScheme={scheme}", "--dump-dom",
-                       Path("frames.html").resolve().as_uri())
+        dom = page_after("chromium", Path("frames.html").resolve().as_uri(), 20,
+                         f"--blink-settings=preferredColorScheme={scheme}")
         measured = json.loads(html.unescape(re.search("<title>(.*?)</title>", dom)[1]))
         assert [frame["width"] for frame in measured] == list(WIDTHS), measured
         for frame in measured:
@@ -148,7 +140,9 @@ def check_widths(page):
 
 def check_paper(page, size, box):
     Path("paper.html").write_text(page.replace("</style>", f"@page {{ size: {size}; }}</style>"), encoding="utf-8")
-    chromium(f"--print-to-pdf={Path('paper.pdf').resolve()}", Path("paper.html").resolve().as_uri())
+    with chromium("chromium", "--no-pdf-header-footer", f"--print-to-pdf={Path('paper.pdf').resolve()}",
+                  Path("paper.html").resolve().as_uri()) as process:
+        assert process.wait(timeout=120) == 0
     pdf = Path("paper.pdf").read_bytes()
     sheets = re.findall(rb"/MediaBox \[0 0 ([\d.]+) ([\d.]+)\]", pdf)
     assert sheets and all((round(float(x)), round(float(y))) == box for x, y in sheets), f"{size}: {sheets}"
