@@ -22,8 +22,10 @@ packages=(
     librapidxml-dev
     # Checks of XML files, formatting, code and generated pages; python3 also runs the packaging scripts.
     libxml2-utils clang-format clang-tidy python3
-    # Documentation site; its test in a browser, with a font.
+    # Documentation site; a browser for its test and that of the report, with a font.
     mkdocs mkdocs-material chromium fonts-dejavu-core
+    # Databases of the tests.
+    sqlite3 postgresql-15
     # Long checks: fuzzers, 32-bit sanitizers, coverage.
     clang libclang-rt-dev g++-multilib gcovr
 )

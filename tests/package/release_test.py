@@ -34,7 +34,8 @@ CONTENTS = {
             "lib/cmake/JobObjects/JobObjectsConfig.cmake", "lib/cmake/JobObjects/JobObjectsConfigVersion.cmake",
             "src/JobObjects_i.c", "src/JobObjects_i.cpp", "x64/JobObjects.tlb"},
     "symbols": {"Tarnwick.dll.debug", "Tarnwick.dll.map"},
-    "tools": {"jobobjects.exe", "LICENSE.txt", "NOTICES.txt"},
+    "tools": {"jobobjects.exe", "LICENSE.txt", "NOTICES.txt",
+              *(path.relative_to(sources).as_posix() for path in Path(sources, "database").rglob("*.sql"))},
 }
 if platform == "x64":
     del CONTENTS["sdk"] # the 32-bit release has the client kit
