@@ -57,6 +57,9 @@ public:
     }
     void Element(const wchar_t* name, std::int32_t value) { m_node.append_child(name).text().set(value); }
     void Element(const wchar_t* name, bool value) { m_node.append_child(name).text().set(value); }
+    void Element(const wchar_t* name, const QxDateTime& time, std::int32_t milliseconds) {
+        Element(name, time.Format(milliseconds));
+    }
 
 private:
     pugi::xml_node m_node;

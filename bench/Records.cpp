@@ -57,6 +57,9 @@ public:
     void Element(std::wstring_view name, std::int32_t value) { Element(name, std::to_wstring(value)); }
     void Element(std::wstring_view name, bool value) { Element(name, value ? L"true" : L"false"); }
     void Element(std::wstring_view name, const wchar_t* data) { Element(name, QxString(data)); }
+    void Element(std::wstring_view name, const QxDateTime& time, std::int32_t milliseconds) {
+        Element(name, time.Format(milliseconds));
+    }
     const std::wstring& Text() const { return m_text; }
 
 private:

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #if defined(__SSE2__) || defined(_M_X64) || (defined(_M_IX86_FP) && _M_IX86_FP >= 2)
@@ -159,26 +161,28 @@ inline bool NextToken(std::wstring_view text, Token& token) noexcept {
     return true;
 }
 
-/// Copies a text and returns the end of the copy. Faster than a call of the C library for names and short
-/// values.
+template<std::size_t Count>
+void CopyExactly(wchar_t* to, const wchar_t* from) noexcept {
+    std::memcpy(to, from, Count * sizeof(wchar_t));
+}
+
+/// Copies a text and returns the end of the copy. Pieces of fixed size, of which the last may overlap the one
+/// before: faster than a call of the C library for names and short values.
 inline wchar_t* Copy(wchar_t* to, std::wstring_view from) noexcept {
     const std::size_t length = from.size();
-#ifdef QX_XML_SCAN_SSE2
-    if constexpr (sizeof(wchar_t) == 2) {
-        if (length >= 8) {
-            const auto copyBlock = [&](std::size_t at) {
-                _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at),
-                                 _mm_loadu_si128(reinterpret_cast<const __m128i*>(from.data() + at)));
-            };
-            for (std::size_t at = 0; at < length - 8; at += 8)
-                copyBlock(at);
-            copyBlock(length - 8); // may overlap the block before
-            return to + length;
-        }
+    const wchar_t* const characters = from.data();
+    if (length >= 8) {
+        for (std::size_t at = 0; at < length - 8; at += 8)
+            CopyExactly<8>(to + at, characters + at);
+        CopyExactly<8>(to + length - 8, characters + length - 8);
+    } else if (length >= 4) {
+        CopyExactly<4>(to, characters);
+        CopyExactly<4>(to + length - 4, characters + length - 4);
+    } else if (length > 0) {
+        to[0] = characters[0];
+        to[length / 2] = characters[length / 2];
+        to[length - 1] = characters[length - 1];
     }
-#endif
-    for (std::size_t at = 0; at < length; ++at)
-        to[at] = from[at];
     return to + length;
 }
 

@@ -162,6 +162,26 @@ TEST_CASE("FormatInt32_limits_are_written") {
     CHECK(QxMisc::FormatInt32(MinSigned) == L"-2147483648");
 }
 
+TEST_CASE("FormatInt32_every_number_of_digits_is_written") {
+    const auto check = [](std::int64_t value) {
+        if (value >= MinSigned && value <= MaxSigned)
+            CHECK(QxMisc::FormatInt32(static_cast<std::int32_t>(value)) == std::to_wstring(value));
+    };
+    // The number of digits is computed from the number of bits.
+    for (int bits = 0; bits < 32; ++bits) {
+        for (std::int64_t near = -1; near <= 1; ++near) {
+            check((std::int64_t{1} << bits) + near);
+            check(-(std::int64_t{1} << bits) + near);
+        }
+    }
+    for (std::int64_t power = 1; power <= MaxSigned; power *= 10) {
+        for (std::int64_t near = -1; near <= 1; ++near) {
+            check(power + near);
+            check(-power + near);
+        }
+    }
+}
+
 TEST_CASE("LowerLetter_changes_only_ASCII_letters") {
     CHECK(QxMisc::LowerLetter(L'A') == L'a');
     CHECK(QxMisc::LowerLetter(L'Z') == L'z');
