@@ -60,10 +60,10 @@ ScannedNumber ScanNumber(std::wstring_view text, unsigned base) noexcept {
 }
 
 /// The number of bits gives the number of digits, or one less: 1233 / 4096 is slightly above log10(2).
-std::ptrdiff_t DigitCount(std::uint32_t value) noexcept {
+std::size_t DigitCount(std::uint32_t value) noexcept {
     constexpr std::uint32_t powers[] = {0,      10,      100,      1000,      10000,
                                         100000, 1000000, 10000000, 100000000, 1000000000};
-    const int digits = (std::bit_width(value) * 1233) >> 12;
+    const auto digits = static_cast<std::size_t>(std::bit_width(value)) * 1233 >> 12;
     return digits + (value >= powers[digits] ? 1 : 0);
 }
 
