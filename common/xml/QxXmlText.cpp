@@ -100,7 +100,7 @@ void QxXmlText::Grow(std::size_t length) {
 
 void QxXmlText::Append(std::wstring_view text) {
     Reserve(text.size());
-    SetEnd(QxXmlScan::Copy(End(), text));
+    SetEnd(QxMisc::CopyText(End(), text));
 }
 
 void QxXmlText::AppendEscaped(std::wstring_view text, Escape kind) {
@@ -152,7 +152,7 @@ void QxXmlText::AppendStartTag(std::wstring_view name) {
     Reserve(name.size() + 1);
     wchar_t* at = End();
     *at++ = L'<';
-    SetEnd(QxXmlScan::Copy(at, name));
+    SetEnd(QxMisc::CopyText(at, name));
 }
 
 void QxXmlText::AppendEndTag(std::wstring_view name) {
@@ -160,7 +160,7 @@ void QxXmlText::AppendEndTag(std::wstring_view name) {
     wchar_t* at = End();
     *at++ = L'<';
     *at++ = L'/';
-    at = QxXmlScan::Copy(at, name);
+    at = QxMisc::CopyText(at, name);
     *at++ = L'>';
     SetEnd(at);
 }
@@ -169,7 +169,7 @@ void QxXmlText::AppendAttribute(std::wstring_view name, std::wstring_view value)
     Reserve(name.size() + 3);
     wchar_t* at = End();
     *at++ = L' ';
-    at = QxXmlScan::Copy(at, name);
+    at = QxMisc::CopyText(at, name);
     *at++ = L'=';
     *at++ = L'"';
     SetEnd(at);

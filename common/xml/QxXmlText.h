@@ -1,6 +1,6 @@
 #pragma once
 
-#include "QxXmlScan.h"
+#include "common/text/CopyText.h"
 
 #include <cstddef>
 #include <memory>
@@ -66,7 +66,7 @@ private:
     wchar_t* PutStart(std::wstring_view name) noexcept {
         wchar_t* at = End();
         *at++ = L'<';
-        at = QxXmlScan::Copy(at, name);
+        at = QxMisc::CopyText(at, name);
         *at++ = L'>';
         return at;
     }
@@ -77,7 +77,7 @@ private:
         } else {
             *end++ = L'<';
             *end++ = L'/';
-            end = QxXmlScan::Copy(end, name);
+            end = QxMisc::CopyText(end, name);
         }
         *end++ = L'>';
         SetEnd(end);

@@ -32,7 +32,7 @@ void QxXmlWriter::Element(XmlName name, std::int32_t value) {
 
 void QxXmlWriter::Element(XmlName name, bool value) {
     const std::wstring_view text = QxMisc::FormatBool(value);
-    m_text.AppendPlainElement(name, text.size(), [text](wchar_t* to) { return QxXmlScan::Copy(to, text); });
+    m_text.AppendPlainElement(name, text.size(), [text](wchar_t* to) { return QxMisc::CopyText(to, text); });
 }
 
 void QxXmlWriter::Element(XmlName name, const QxDateTime& value, std::int32_t milliseconds) {

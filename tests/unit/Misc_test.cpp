@@ -1,6 +1,7 @@
 #include "Allocations.h"
 #include "CapturedLog.h"
 #include "common/QxMisc.h"
+#include "common/text/CopyText.h"
 #include "common/text/Numbers.h"
 #include "common/text/Text.h"
 
@@ -154,6 +155,16 @@ TEST_CASE("ParseUInt32_minus_negates_modulo_32_bits") {
     CHECK(QxMisc::ParseUInt32(L"-4294967295") == 1);
     CHECK(QxMisc::ParseUInt32(L"-4294967296") == 0xFFFFFFFFu);
     CHECK(QxMisc::ParseUInt32(L"-0") == 0);
+}
+
+TEST_CASE("CopyText_writes_every_length_and_nothing_after_it") {
+    std::wstring from;
+    for (wchar_t length = 0; length < 40; ++length) {
+        std::wstring to(40, L'-');
+        CHECK(QxMisc::CopyText(to.data(), from) == to.data() + length);
+        CHECK(to == from + std::wstring(static_cast<std::size_t>(40 - length), L'-'));
+        from += static_cast<wchar_t>(L'A' + length);
+    }
 }
 
 TEST_CASE("FormatInt32_limits_are_written") {

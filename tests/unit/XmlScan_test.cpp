@@ -64,16 +64,6 @@ TEST_CASE("XmlScan_find_returns_the_first_of_several") {
     CHECK(QxXmlScan::Find(L"x\u3C3C\u003C", L'<', 0) == 2);
 }
 
-TEST_CASE("XmlScan_copy_writes_every_length_and_nothing_after_it") {
-    std::wstring from;
-    for (wchar_t length = 0; length < 40; ++length) {
-        std::wstring to(40, L'-');
-        CHECK(QxXmlScan::Copy(to.data(), from) == to.data() + length);
-        CHECK(to == from + std::wstring(static_cast<std::size_t>(40 - length), L'-'));
-        from += static_cast<wchar_t>(L'A' + length);
-    }
-}
-
 TEST_CASE("XmlScan_terminator_is_found_completely_and_not_before_the_start") {
     CHECK(QxXmlScan::FindTerminator(L"<!-- > -> -->", L"-->", 1) == 10);
     CHECK(QxXmlScan::FindTerminator(L"<!-->", L"-->", 1) == 2);
