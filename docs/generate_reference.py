@@ -199,22 +199,12 @@ def overview(library, classes):
     for entry in classes:
         yield f"| [{entry['name']}]({entry['name']}.md) | {escape(first_sentence(entry['doc'].paragraphs[0]))} |"
     yield ""
-    yield "Children:"
+    yield "Children, and the lines of the contents:"
     yield ""
-    yield "```text"
-    yield "PrintJob"
-    yield "├── JobContents                always"
-    yield "│   └── JobCopyLines           a copy, as CopyLines; Item returns a copy, as CopyLine"
-    yield "├── PageCounterJobContents     a JobContents, when set"
-    yield "├── WindowsPrintInfo           when set"
-    yield "└── PolicyResults              when set"
-    yield ""
-    yield "CopyJob, ScanJob, FaxJob"
-    yield "├── JobContents                always"
-    yield "└── PolicyResults              when set"
-    yield ""
-    yield "LogicalPrinter"
-    yield "```"
+    yield "![PrintJob holds JobContents, and when set a second JobContents as PageCounterJobContents, WindowsPrintInfo " \
+        "and PolicyResults. CopyJob, ScanJob and FaxJob hold JobContents, and PolicyResults when set. JobCopyLines " \
+        "returns a copy of the contents' lines as CopyLines, whose Item returns a copy of a line as CopyLine. " \
+        "LogicalPrinter has no children.](objects.svg)"
     yield ""
     for paragraph in library["doc"].paragraphs:
         if paragraph.startswith("Rules that hold"):

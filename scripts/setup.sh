@@ -20,8 +20,8 @@ packages=(
     librapidxml-dev
     # Checks of XML files, formatting, code and generated pages; python3 also runs the packaging scripts.
     libxml2-utils clang-format clang-tidy python3
-    # Documentation site.
-    mkdocs
+    # Documentation site; its test in a browser, with a font.
+    mkdocs mkdocs-material chromium fonts-dejavu-core
     # Long checks: fuzzers, 32-bit sanitizers, coverage.
     clang libclang-rt-dev g++-multilib gcovr
 )
