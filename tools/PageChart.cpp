@@ -119,7 +119,7 @@ std::int64_t GridStep(std::int64_t highest) {
 std::string Share(double part) {
     char text[32];
     const char* const end = std::to_chars(text, text + sizeof text, part, std::chars_format::fixed, 2).ptr;
-    return {text, end};
+    return {static_cast<const char*>(text), end};
 }
 
 /// The grid's lines from 0 to `top`, with their numbers.
