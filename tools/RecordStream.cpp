@@ -10,6 +10,13 @@
 
 namespace {
 
+/// Whether the text begins with the word as a whole token.
+bool StartsWithWord(std::wstring_view text, std::wstring_view word) {
+    return (text.size() > word.size() ? QxXmlScan::EndsToken(text[word.size()])
+                                      : text.size() == word.size()) &&
+           QxXmlScan::Equal(text.substr(0, word.size()), word);
+}
+
 constexpr std::size_t Piece = std::size_t{1} * 1024 * 1024;
 /// The parser's offsets have 32 bits.
 constexpr std::size_t LongestRecord = std::size_t{256} * 1024 * 1024;
@@ -159,13 +166,13 @@ std::size_t RecordStream::RecordLength() {
         if (tag.starts_with(L'!')) {
             at += std::max<std::size_t>(SkippedLength(at), 1) - 1;
         } else if (tag.starts_with(L'/')) {
-            if (QxXmlScan::StartsWithWord(tag.substr(1), name)) {
+            if (StartsWithWord(tag.substr(1), name)) {
                 const std::size_t end = Find(L'>', at);
                 return end == None ? m_text.size() - m_at : end + 1;
             }
-        } else if (QxXmlScan::StartsWithWord(tag, name) ||
+        } else if (StartsWithWord(tag, name) ||
                    std::any_of(OuterRecords.begin(), OuterRecords.end(), [&](std::wstring_view outer) {
-                       return tag.starts_with(outer[0]) && QxXmlScan::StartsWithWord(tag, outer);
+                       return tag.starts_with(outer[0]) && StartsWithWord(tag, outer);
                    })) {
             return at;
         }
