@@ -84,7 +84,7 @@ std::size_t Walk(QxXmlParser& parser) {
     while (parser.FindChildElement(L"CopyLine")) {
         ++count;
         parser.IntoElement();
-        for (const XmlName& name : LineElements)
+        for (const SoughtName& name : LineElements)
             count += parser.FindChildElement(name) ? 1u : 0u;
         parser.OutOfElement();
     }
