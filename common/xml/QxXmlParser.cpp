@@ -87,8 +87,8 @@ bool QxXmlParser::HasName(std::int32_t element, const SoughtName& name) const no
 bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
     const ElemPos& position = At(element);
     const std::wstring_view inside = Piece(position.startTagOpen + 1, position.startTagClose);
-    // The character after the name is at most the ">".
-    if (inside.size() >= name.size() && QxXmlScan::EndsToken(inside.data()[name.size()]) &&
+    const auto behind = static_cast<std::size_t>(position.startTagOpen) + 1 + name.size(); // at most the ">"
+    if (inside.size() >= name.size() && QxXmlScan::EndsToken(m_document[behind]) &&
         QxXmlScan::Equal(inside.substr(0, name.size()), name))
         return true;
     // Without leading white space or a prefix, the name would have matched above.
