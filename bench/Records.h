@@ -81,8 +81,8 @@ struct CopyLinesText {
 CopyLinesText MakeCopyLines(std::size_t bytes);
 
 /// The children of a "CopyLine", in document order.
-inline constexpr XmlName LineElements[] = {L"PaperSize", L"PaperDimensions", L"Attributes", L"Sheets",
-                                           L"PagesBW",   L"PagesColor",      L"PagesBlank"};
+inline constexpr SoughtName LineElements[] = {L"PaperSize", L"PaperDimensions", L"Attributes", L"Sheets",
+                                              L"PagesBW",   L"PagesColor",      L"PagesBlank"};
 
 /// Four values of each copy line as attributes of empty elements.
 inline constexpr XmlName LineAttributes[] = {L"PaperSize", L"Attributes", L"Sheets", L"PagesColor"};

@@ -19,7 +19,7 @@ void QxXmlParser::ResetPosition() noexcept {
     m_currentChild = 0;
 }
 
-bool QxXmlParser::FindElement(XmlName name, bool restart) noexcept {
+bool QxXmlParser::FindElement(const SoughtName& name, bool restart) noexcept {
     if (restart)
         ResetPosition();
     const std::int32_t first = m_current != 0 ? At(m_current).nextSibling : FirstTopLevel();
@@ -31,7 +31,7 @@ bool QxXmlParser::FindElement(XmlName name, bool restart) noexcept {
     return true;
 }
 
-bool QxXmlParser::FindChildElement(XmlName name, bool restart) noexcept {
+bool QxXmlParser::FindChildElement(const SoughtName& name, bool restart) noexcept {
     if (m_current == 0 && !FindElement())
         return false;
     if (restart)
@@ -45,10 +45,10 @@ bool QxXmlParser::FindChildElement(XmlName name, bool restart) noexcept {
     return true;
 }
 
-bool QxXmlParser::FindUniqueChild(XmlName name, std::int32_t& found) noexcept {
+bool QxXmlParser::FindUniqueChild(std::wstring_view name, std::int32_t& found) noexcept {
     const std::int32_t next = found != 0 ? At(found).nextSibling : At(m_current).firstChild;
     m_currentChild = next;
-    while (m_currentChild != 0 && !HasName(m_currentChild, name))
+    while (m_currentChild != 0 && !HasPlainName(m_currentChild, name))
         m_currentChild = At(m_currentChild).nextSibling;
     if (m_currentChild == 0)
         return false;
@@ -78,24 +78,28 @@ void QxXmlParser::SelectElement(std::int32_t element) noexcept {
     m_currentChild = 0;
 }
 
-bool QxXmlParser::HasName(std::int32_t element, XmlName name) const noexcept {
-    if (name.IsPlain()) {
-        const ElemPos& position = At(element);
-        const std::wstring_view inside = Piece(position.startTagOpen + 1, position.startTagClose);
-        // The character after the name is at most the ">".
-        if (inside.size() >= name.size() && QxXmlScan::EndsToken(inside.data()[name.size()]) &&
-            QxXmlScan::Equal(inside.substr(0, name.size()), name))
-            return true;
-        // Without leading white space or a prefix, the name would have matched above.
-        const auto length = static_cast<std::int32_t>(inside.size());
-        if (length > 0 && !QxXmlScan::IsSpace(inside.front()) && QxXmlScan::Find(inside, L':', 0) == length)
-            return false;
-    }
+bool QxXmlParser::HasName(std::int32_t element, const SoughtName& name) const noexcept {
+    return name.IsPlain() ? HasPlainName(element, name)
+                          : QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
+}
+
+/// Requires QxXmlScan::IsPlainName(name).
+bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
+    const ElemPos& position = At(element);
+    const std::wstring_view inside = Piece(position.startTagOpen + 1, position.startTagClose);
+    const auto behind = static_cast<std::size_t>(position.startTagOpen) + 1 + name.size(); // at most the ">"
+    if (inside.size() >= name.size() && QxXmlScan::EndsToken(m_document[behind]) &&
+        QxXmlScan::Equal(inside.substr(0, name.size()), name))
+        return true;
+    // Without leading white space or a prefix, the name would have matched above.
+    const auto length = static_cast<std::int32_t>(inside.size());
+    if (length > 0 && !QxXmlScan::IsSpace(inside.front()) && QxXmlScan::Find(inside, L':', 0) == length)
+        return false;
     return QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
 }
 
 /// The first element with the name among candidate and its later siblings; 0 if none.
-std::int32_t QxXmlParser::FindFrom(std::int32_t candidate, XmlName name) const noexcept {
+std::int32_t QxXmlParser::FindFrom(std::int32_t candidate, const SoughtName& name) const noexcept {
     while (candidate != 0 && !name.empty() && !HasName(candidate, name))
         candidate = At(candidate).nextSibling;
     return candidate;
@@ -164,8 +168,11 @@ bool QxXmlParser::ReadPlainAttribute(std::int32_t& next, AttributePos& attribute
     const auto length = static_cast<std::int32_t>(m_document.size());
     const std::int32_t name = QxXmlScan::SkipSpace(m_document, next);
     const std::int32_t equals = name + QxXmlScan::WordLength(m_document, name);
-    if (equals == name || equals + 1 >= length || Piece(equals, equals + 2) != L"=\"" ||
-        Piece(name, name + 1) == L"\"")
+    const auto is = [this](std::int32_t offset, wchar_t character) {
+        return m_document[static_cast<std::size_t>(offset)] == character;
+    };
+    if (equals == name || equals + 1 >= length || !is(equals, L'=') || !is(equals + 1, L'"') ||
+        is(name, L'"'))
         return false;
     const std::int32_t value = equals + 2;
     const std::int32_t quote = QxXmlScan::Find(m_document, L'"', value);

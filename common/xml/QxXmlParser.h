@@ -61,14 +61,14 @@ public:
     void ResetPosition() noexcept;
     /// Moves to the next matching sibling, or without a current element to the first matching top-level
     /// element, and clears the current child. Without a match, returns false and changes nothing.
-    bool FindElement(XmlName name = {}, bool restart = false) noexcept;
+    bool FindElement(const SoughtName& name = {}, bool restart = false) noexcept;
     /// The same for the current child, among the children of the current element. Without a current element,
     /// selects the first top-level element first.
-    bool FindChildElement(XmlName name = {}, bool restart = false) noexcept;
+    bool FindChildElement(const SoughtName& name = {}, bool restart = false) noexcept;
     /// Searches from the first child on; fast for a reader that asks for each name once, in document order.
-    /// The reader keeps found, initially 0: the last leading child
+    /// name must be one token without a prefix. The reader keeps found, initially 0: the last leading child
     /// already consumed.
-    bool FindUniqueChild(XmlName name, std::int32_t& found) noexcept;
+    bool FindUniqueChild(std::wstring_view name, std::int32_t& found) noexcept;
     /// Makes the current child the current element. Without one, returns false and changes nothing.
     bool IntoElement() noexcept;
     /// Makes the parent the current element and the element its current child. At the top, returns false and
@@ -160,8 +160,9 @@ private:
 
     // Reading
     std::int32_t FirstTopLevel() const noexcept { return m_positions.empty() ? 0 : At(0).firstChild; }
-    std::int32_t FindFrom(std::int32_t candidate, XmlName name) const noexcept;
-    bool HasName(std::int32_t element, XmlName name) const noexcept;
+    std::int32_t FindFrom(std::int32_t candidate, const SoughtName& name) const noexcept;
+    bool HasName(std::int32_t element, const SoughtName& name) const noexcept;
+    bool HasPlainName(std::int32_t element, std::wstring_view name) const noexcept;
     std::wstring_view TagName(std::int32_t element) const noexcept;
     std::wstring_view Content(std::int32_t element, bool& raw) const noexcept;
     QxString Unescaped(std::wstring_view text) const;

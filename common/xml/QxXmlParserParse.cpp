@@ -76,6 +76,7 @@ public:
 private:
     ElemPos& At(std::int32_t element) { return m_positions[static_cast<std::size_t>(element)]; }
     bool SkipMarkup(std::int32_t& open, std::int32_t first) const noexcept;
+    bool OpenElement(std::int32_t& open, std::int32_t& parent, std::int32_t& previous);
     std::int32_t AddElement(std::int32_t open, std::int32_t close, std::int32_t parent,
                             std::int32_t previous);
     bool IsEndTag(std::int32_t open) const noexcept;
@@ -115,21 +116,10 @@ bool DocumentParse::Run() {
             previous = std::exchange(parent, At(parent).parent);
             break;
         default:
-            const std::int32_t close = Find(m_text, L'>', open + 1);
-            if (close == m_length)
-                return Fail(EndOfTagNotFound, open);
-            previous = AddElement(open, close, parent, previous);
-            if (CharacterAt(m_text, close - 1) == L'/') {
-                CompleteElement(At(previous), close - 1, close);
-                break;
-            }
-            open = NextTag(m_text, close + 1);
-            if (!IsEndTag(open)) {
-                parent = std::exchange(previous, 0);
-                continue;
-            }
-            if (!ParseEndTag(previous, open))
+            if (!OpenElement(open, parent, previous))
                 return false;
+            if (previous == 0)
+                continue;
         }
         if (parent == 0) {
             At(0).endTagOpen = At(previous).startTagOpen;
@@ -151,6 +141,24 @@ bool DocumentParse::SkipMarkup(std::int32_t& open, std::int32_t first) const noe
     if (end == m_length)
         return false;
     open = Find(m_text, L'<', end);
+    return true;
+}
+
+/// Parses the start tag at open. Completes the element, as previous, if its end follows; otherwise makes it
+/// the parent.
+bool DocumentParse::OpenElement(std::int32_t& open, std::int32_t& parent, std::int32_t& previous) {
+    const std::int32_t close = Find(m_text, L'>', open + 1);
+    if (close == m_length)
+        return Fail(EndOfTagNotFound, open);
+    previous = AddElement(open, close, parent, previous);
+    if (CharacterAt(m_text, close - 1) == L'/') {
+        CompleteElement(At(previous), close - 1, close);
+        return true;
+    }
+    open = NextTag(m_text, close + 1);
+    if (IsEndTag(open))
+        return ParseEndTag(previous, open);
+    parent = std::exchange(previous, 0);
     return true;
 }
 
