@@ -160,6 +160,7 @@ TEST_CASE("DateTime_value_outside_the_calendar_is_written_as_invalid") {
 
 TEST_CASE("DateTime_milliseconds_above_zero_are_appended") {
     const QxDateTime time = QxDateTime::Parse(L"2010-03-04T05:06:07");
+    CHECK(Text(time, 1) == L"2010-03-04T05:06:07.001");
     CHECK(Text(time, 89) == L"2010-03-04T05:06:07.089");
     CHECK(Text(time, 999) == L"2010-03-04T05:06:07.999");
     CHECK(Text(time, 1234) == L"2010-03-04T05:06:07.1234");

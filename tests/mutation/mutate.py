@@ -1,0 +1,253 @@
+#!/usr/bin/env python3
+"""Builds and tests mutants of the product in copies of the source tree; see run.sh.
+
+mutate.py COUNT SEED COPY...    a sample of all mutants
+mutate.py again COPY...         the survivors of the last run
+"""
+
+import concurrent.futures
+import hashlib
+import os
+import pathlib
+import queue
+import random
+import re
+import resource
+import signal
+import subprocess
+import sys
+import time
+from collections import Counter
+
+import mutants
+
+HERE = pathlib.Path(__file__).resolve().parent
+ROOT = HERE.parent.parent
+EQUIVALENT = HERE / "equivalent.txt"
+SURVIVORS = ROOT / "build/mutation/survivors.txt"
+FOLDERS = ("JobObjects", "common", "runtime")
+# Built into the tests of the other systems only.
+NOT_IN_THE_PRODUCT = {"common/log/LogStampPosix.cpp"}
+NEUTRAL = ("common/text/", "common/xml/", "common/log/Log", "common/log/QxLog", "common/QxDateTime", "common/QxMisc",
+           "common/QxVersion", "common/QxException", "JobObjects/contents/")  # fmt: skip
+GOAL = 97
+BUILD_SECONDS = 600
+TEST_SECONDS = 240
+
+# The programs that test the library, the quickest first, with their targets; {build} is the folder of the build.
+NATIVE = {
+    "unit_tests": ["{build}/tests/unit/unit_tests", "--abort"],
+    "short_character_tests": ["{build}/tests/unit/short_character_tests", "--abort"],
+}
+WINDOWS = {
+    name: ["{wine}", f"{{build}}/tests/{folder}/{name}.exe", "--abort"]
+    for name, folder in {
+        "unit_tests": "unit",
+        "catalogue_file_tests": "unit",
+        "module_tests": "unit",
+        "com_tests": "com",
+        "frame_tests": "com",
+        "unload_tests": "com",
+        "wrapper_tests": "wrapper",
+        "log_tests": "log",
+    }.items()
+}
+REGISTER = ["{wine}", "regsvr32", "/s", "{build}/JobObjects/Tarnwick.dll"]
+
+
+def identity(source: str, mutant: mutants.Mutant) -> str:
+    """The mutant as in equivalent.txt: file, line before and line after."""
+    begin = source.rfind("\n", 0, mutant.start) + 1
+    end = source.find("\n", mutant.end)
+    before, after = source[begin:end], mutant.apply(source)[begin : end + len(mutant.text) - mutant.end + mutant.start]
+    return "\n".join([mutant.file, "- " + " ".join(before.split()), "+ " + " ".join(after.split())])
+
+
+def listed(path: pathlib.Path) -> set[str]:
+    """The mutants of a file: three lines each, whatever follows up to an empty line."""
+    if not path.exists():
+        return set()
+    text = re.sub(r"^#.*\n", "", path.read_text(encoding="utf-8"), flags=re.MULTILINE)
+    return {"\n".join(entry.splitlines()[:3]) for entry in re.split(r"\n{2,}", text.strip("\n")) if entry}
+
+
+def every_mutant() -> dict[str, mutants.Mutant]:
+    found = {}
+    for folder in FOLDERS:
+        for path in sorted((ROOT / folder).rglob("*")):
+            file = str(path.relative_to(ROOT))
+            if path.suffix in (".cpp", ".h") and file not in NOT_IN_THE_PRODUCT:
+                source = path.read_text(encoding="utf-8")
+                for mutant in mutants.mutants(file, source):
+                    found.setdefault(identity(source, mutant), mutant)
+    return found
+
+
+def run(command: list[str], seconds: int, memory: int | None = None) -> str | None:
+    """Runs a command. Returns None if it succeeds, otherwise the reason."""
+
+    def limit():
+        if memory:
+            resource.setrlimit(resource.RLIMIT_AS, (memory, memory))
+
+    process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                               start_new_session=True, preexec_fn=limit)  # fmt: skip
+    try:
+        output = process.communicate(timeout=seconds)[0].decode(errors="replace")
+    except subprocess.TimeoutExpired:
+        os.killpg(process.pid, signal.SIGKILL)
+        process.communicate()
+        return "a hang"
+    if process.returncode != 0:
+        failed = re.search(r"-{20,}\r?\n(\w+)\r?\n-{20,}", output)
+        return failed[1] if failed else f"exit code {process.returncode}"
+    if "tests" in command[-2] and not re.search(r"All tests passed \([1-9]\d* assertion", output):
+        return "an early end"
+    return None
+
+
+class Build:
+    """A build folder of a copy of the tree, with the test programs that it runs."""
+
+    def __init__(self, copy: pathlib.Path, preset: str, programs: dict[str, list[str]]):
+        self.folder = copy / "build" / preset
+        self.wine = copy / "scripts/wine.sh"
+        self.programs = programs
+        self.kills: Counter = Counter()
+        self.objects: dict[str, list[str]] = {}
+        if not self.ninja(list(programs)):
+            sys.exit(f"The unchanged product does not build in {self.folder}.")
+        name = None
+        for line in subprocess.run(["ninja", "-C", self.folder, "-t", "deps"], capture_output=True, text=True,
+                                   check=True).stdout.splitlines():  # fmt: skip
+            if line and not line[0].isspace():
+                name = line.split(":")[0]
+            elif line.strip():
+                path = os.path.relpath(self.folder / line.strip(), copy)
+                self.objects.setdefault(path, []).append(name)
+        self.hashes = {name: self.hash(name) for names in self.objects.values() for name in names if self.product(name)}
+
+    @staticmethod
+    def product(name: str) -> bool:
+        return name.startswith(FOLDERS) and name.endswith((".o", ".obj"))
+
+    def hash(self, name: str) -> bytes:
+        return hashlib.sha256((self.folder / name).read_bytes()).digest()
+
+    def ninja(self, targets: list[str]) -> bool:
+        return run(["ninja", "-C", str(self.folder), *targets], BUILD_SECONDS) is None
+
+    def register(self) -> str | None:
+        return run(self.command(REGISTER), TEST_SECONDS)
+
+    def command(self, parts: list[str]) -> list[str]:
+        return [part.format(build=self.folder, wine=self.wine) for part in parts]
+
+    def test(self, file: str) -> str:
+        """Builds the mutated file and tests it."""
+        objects = [name for name in self.objects.get(file, []) if self.product(name)]
+        if not objects:
+            return "equivalent"  # not part of this build
+        if not self.ninja(objects):
+            return "not compiled"
+        if all(self.hash(name) == self.hashes[name] for name in objects):
+            return "equivalent"
+        if not self.ninja(list(self.programs)):
+            return "not compiled"
+        if self.programs is WINDOWS and (reason := self.register()):
+            return f"killed by registration: {reason}"
+        folder = os.path.dirname(file)
+        memory = 4 << 30 if self.programs is NATIVE else None
+        for name in sorted(self.programs, key=lambda name: -self.kills[folder, name]):
+            reason = run(self.command(self.programs[name]), TEST_SECONDS, memory)
+            if reason:
+                self.kills[folder, name] += 1
+                return f"killed by {name}: {reason}"
+        return "survived"
+
+    def clean(self, file: str, since: float) -> None:
+        """Deletes what was built from the mutated file."""
+        for name in self.objects.get(file, []):
+            path = self.folder / name
+            if path.exists() and path.stat().st_mtime >= since:
+                path.unlink()
+
+
+class Worker:
+    def __init__(self, copy: str):
+        self.copy = pathlib.Path(copy)
+        self.native = Build(self.copy, "native", NATIVE)
+        self.windows = Build(self.copy, "windows", WINDOWS)
+        self.windows.register()
+        for build in (self.native, self.windows):
+            for command in build.programs.values():
+                if reason := run(build.command(command), TEST_SECONDS):
+                    sys.exit(f"The unchanged product fails: {command[-2]}: {reason}")
+
+    def test(self, mutant: mutants.Mutant) -> str:
+        path = self.copy / mutant.file
+        source, times = path.read_text(encoding="utf-8"), path.stat()
+        builds = [self.native, self.windows] if mutant.file.startswith(NEUTRAL) else [self.windows]
+        started = time.time() - 1
+        result = "equivalent"
+        try:
+            path.write_text(mutant.apply(source), encoding="utf-8")
+            for build in builds:
+                one = build.test(mutant.file)
+                if one != "equivalent":
+                    result = one
+                if one not in ("equivalent", "survived"):
+                    break
+        finally:
+            path.write_text(source, encoding="utf-8")
+            os.utime(path, ns=(times.st_atime_ns, times.st_mtime_ns))
+            for build in builds:
+                build.clean(mutant.file, started)
+        return result
+
+
+def main() -> None:
+    if len(sys.argv) < 3:
+        sys.exit(__doc__)
+    everything = every_mutant()
+    equivalent = listed(EQUIVALENT)
+    if unknown := equivalent - everything.keys():
+        sys.exit("No longer a mutant, in equivalent.txt:\n" + "\n\n".join(sorted(unknown)))
+    if sys.argv[1] == "again":
+        copies = sys.argv[2:]
+        sample = sorted(listed(SURVIVORS) & everything.keys())
+    else:
+        count, seed, *copies = sys.argv[1:]
+        sample = random.Random(int(seed)).sample(sorted(everything), min(int(count), len(everything)))
+    results = {key: "equivalent" for key in sample if key in equivalent}
+    SURVIVORS.write_text("", encoding="utf-8")
+    idle: queue.Queue = queue.Queue()
+    for worker in map(Worker, copies):
+        idle.put(worker)
+
+    def test(key: str) -> None:
+        worker = idle.get()
+        started = time.time()
+        results[key] = worker.test(everything[key])
+        idle.put(worker)
+        if results[key] == "survived":
+            with SURVIVORS.open("a", encoding="utf-8") as file:
+                file.write(f"{key}\n\n")
+        print(f"{len(results)}/{len(sample)} {time.time() - started:.0f} s {results[key]}\n{key}\n", flush=True)
+
+    with concurrent.futures.ThreadPoolExecutor(len(copies)) as pool:
+        list(pool.map(test, [key for key in sample if key not in results]))
+
+    outcomes = Counter(result.split()[0] for result in results.values())
+    killed, survived = outcomes["killed"], outcomes["survived"]
+    print(f"{len(everything)} mutants in the product, {len(sample)} sampled: {outcomes['not']} do not compile, "
+          f"{outcomes['equivalent']} equivalent, {killed} killed, {survived} survived")  # fmt: skip
+    score = 100 * killed / max(killed + survived, 1)
+    print(f"score: {score:.1f} % (goal: {GOAL} %)")
+    if survived:
+        print(f"\nSurvivors, also in {SURVIVORS.relative_to(ROOT)}:\n\n{SURVIVORS.read_text(encoding='utf-8')}")
+    sys.exit(score < GOAL)
+
+
+if __name__ == "__main__":
+    main()
