@@ -101,7 +101,7 @@ def run(command: list[str], seconds: int, memory: int | None = None) -> str | No
     if process.returncode != 0:
         failed = re.search(r"-{20,}\r?\n(\w+)\r?\n-{20,}", output)
         return failed[1] if failed else f"exit code {process.returncode}"
-    if "tests" in command[-2] and not re.search(r"All tests passed \([1-9]\d* assertion", output):
+    if command[-1] == "--abort" and not re.search(r"All tests passed \([1-9]\d* assertion", output):
         return "an early end"
     return None
 

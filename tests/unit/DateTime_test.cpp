@@ -142,6 +142,8 @@ TEST_CASE("DateTime_zero_date_is_written_as_empty") {
     CHECK(QxDateTime::Parse(L"1899-12-30").IsValid());
     CHECK(Again(L"1899-12-30T00:00:00").empty());
     CHECK(Again(L"1899-12-30T00:00:01") == L"00:00:01");
+    CHECK(Again(L"1899-12-30T00:01:00") == L"00:01:00");
+    CHECK(Again(L"1899-12-30T01:00:00") == L"01:00:00");
 }
 
 TEST_CASE("DateTime_null_is_written_as_empty") {

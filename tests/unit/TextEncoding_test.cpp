@@ -62,6 +62,7 @@ TEST_CASE("Decode_lone_surrogate_becomes_the_replacement_character") {
     CHECK(Decode("\xFF\xFE\xA8\xDD"
                  "a\0"sv) == L"\xFFFD"
                              L"a");
+    CHECK(Decode("\xFF\xFE\x3D\xD8\x00\xE0"sv) == L"\xFFFD\xE000");
 }
 
 TEST_CASE("Decode_odd_byte_count_becomes_the_replacement_character") {
