@@ -102,7 +102,7 @@ def run(command: list[str], seconds: int, memory: int | None = None) -> str | No
         failed = re.search(r"-{20,}\r?\n(\w+)\r?\n-{20,}", output)
         return failed[1] if failed else f"exit code {process.returncode}"
     if command[-1] == "--abort" and not re.search(r"All tests passed \([1-9]\d* assertion", output):
-        return "an early end"
+        return f"an early end\n{output[-2000:]}"
     return None
 
 
@@ -115,8 +115,9 @@ class Build:
         self.programs = programs
         self.kills: Counter = Counter()
         self.objects: dict[str, list[str]] = {}
-        if not self.ninja(list(programs)):
-            sys.exit(f"The unchanged product does not build in {self.folder}.")
+        build = subprocess.run(["ninja", "-C", self.folder, *programs], capture_output=True, text=True)
+        if build.returncode != 0:
+            sys.exit(f"The unchanged product does not build:\n{build.stdout[-5000:]}{build.stderr}")
         name = None
         for line in subprocess.run(["ninja", "-C", self.folder, "-t", "deps"], capture_output=True, text=True,
                                    check=True).stdout.splitlines():  # fmt: skip

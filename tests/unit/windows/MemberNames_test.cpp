@@ -6,26 +6,31 @@
 
 #include <catch2/catch.hpp>
 
-#include <deque>
+#include <string>
+#include <vector>
 
 namespace {
 
 /// Type information of an interface with methods of these names, whose DISPIDs count from 1.
-ComPtr<ITypeInfo> TypeInfoOf(std::deque<std::wstring> names) {
-    std::vector<METHODDATA> methods;
-    for (std::wstring& name : names) {
-        METHODDATA method = {};
-        method.szName = name.data();
-        method.dispid = static_cast<DISPID>(methods.size() + 1);
-        method.iMeth = static_cast<UINT>(methods.size());
-        method.cc = CC_STDCALL;
-        method.wFlags = DISPATCH_METHOD;
-        method.vtReturn = VT_EMPTY;
-        methods.push_back(method);
+ComPtr<ITypeInfo> TypeInfoOf(const std::vector<std::wstring>& names) {
+    ComPtr<ICreateTypeLib2> library;
+    REQUIRE(CreateTypeLib2(SYS_WIN32, L"names.tlb", library.Put()) == S_OK); // the file is never written
+    ComPtr<ICreateTypeInfo> created;
+    REQUIRE(library->CreateTypeInfo(const_cast<wchar_t*>(L"Names"), TKIND_INTERFACE, created.Put()) == S_OK);
+    for (UINT index = 0; index < names.size(); ++index) {
+        FUNCDESC function = {};
+        function.memid = static_cast<MEMBERID>(index + 1);
+        function.funckind = FUNC_PUREVIRTUAL;
+        function.invkind = INVOKE_FUNC;
+        function.callconv = CC_STDCALL;
+        function.elemdescFunc.tdesc.vt = VT_HRESULT;
+        REQUIRE(created->AddFuncDesc(index, &function) == S_OK);
+        auto* name = const_cast<wchar_t*>(names[index].c_str());
+        REQUIRE(created->SetFuncAndParamNames(index, &name, 1) == S_OK);
     }
-    INTERFACEDATA interfaceData = {methods.data(), static_cast<UINT>(methods.size())};
+    REQUIRE(created->LayOut() == S_OK);
     ComPtr<ITypeInfo> info;
-    REQUIRE(CreateDispTypeInfo(&interfaceData, LOCALE_NEUTRAL, info.Put()) == S_OK);
+    REQUIRE(created->QueryInterface(IID_ITypeInfo, info.PutVoid()) == S_OK);
     return info;
 }
 
@@ -51,7 +56,7 @@ TEST_CASE("MemberNames_of_any_letters_are_found_in_either_case") {
 }
 
 TEST_CASE("MemberNames_with_other_characters_are_left_to_the_type_information") {
-    const std::deque<std::wstring> others = {L"Name2", L"N@me", L"[Name", L"Name`", L"{Name", L"N\x00E4me"};
+    const std::vector<std::wstring> others = {L"Name2", L"N@me", L"[Name", L"Name`", L"{Name", L"N\x00E4me"};
     const ComPtr<ITypeInfo> info = TypeInfoOf(others);
     const MemberNames names(*info.Get());
     for (const std::wstring& name : others)
