@@ -222,22 +222,27 @@ def main() -> None:
         sample = random.Random(int(seed)).sample(sorted(everything), min(int(count), len(everything)))
     results = {key: "equivalent" for key in sample if key in equivalent}
     SURVIVORS.write_text("", encoding="utf-8")
-    idle: queue.Queue = queue.Queue()
-    for worker in map(Worker, copies):
-        idle.put(worker)
+    pending: queue.SimpleQueue = queue.SimpleQueue()
+    for key in sample:
+        if key not in results:
+            pending.put(key)
 
-    def test(key: str) -> None:
-        worker = idle.get()
-        started = time.time()
-        results[key] = worker.test(everything[key])
-        idle.put(worker)
-        if results[key] == "survived":
-            with SURVIVORS.open("a", encoding="utf-8") as file:
-                file.write(f"{key}\n\n")
-        print(f"{len(results)}/{len(sample)} {time.time() - started:.0f} s {results[key]}\n{key}\n", flush=True)
+    def work(copy: str) -> None:
+        worker = Worker(copy)
+        while True:
+            try:
+                key = pending.get_nowait()
+            except queue.Empty:
+                return
+            started = time.time()
+            results[key] = result = worker.test(everything[key])
+            if result == "survived":
+                with SURVIVORS.open("a", encoding="utf-8") as file:
+                    file.write(f"{key}\n\n")
+            print(f"{len(results)}/{len(sample)} {time.time() - started:.0f} s {result}\n{key}\n", flush=True)
 
     with concurrent.futures.ThreadPoolExecutor(len(copies)) as pool:
-        list(pool.map(test, [key for key in sample if key not in results]))
+        list(pool.map(work, copies))
 
     outcomes = Counter(result.split()[0] for result in results.values())
     killed, survived = outcomes["killed"], outcomes["survived"]
