@@ -42,17 +42,18 @@ NATIVE = {
 WINDOWS = {
     name: ["{wine}", f"{{build}}/tests/{folder}/{name}.exe", "--abort"]
     for name, folder in {
-        "unit_tests": "unit",
+        "com_tests": "com",
+        "wrapper_tests": "wrapper",
         "catalogue_file_tests": "unit",
         "module_tests": "unit",
-        "com_tests": "com",
-        "frame_tests": "com",
-        "unload_tests": "com",
-        "wrapper_tests": "wrapper",
         "log_tests": "log",
+        "unload_tests": "com",
+        "frame_tests": "com",
+        "unit_tests": "unit",
     }.items()
 }
-REGISTER = ["{wine}", "regsvr32", "/s", "{build}/JobObjects/Tarnwick.dll"]
+LIBRARY = "JobObjects/Tarnwick.dll"
+REGISTER = ["{wine}", "regsvr32", "/s", f"{{build}}/{LIBRARY}"]
 
 
 def identity(source: str, mutant: mutants.Mutant) -> str:
@@ -126,7 +127,9 @@ class Build:
             elif line.strip():
                 path = os.path.relpath(self.folder / line.strip(), copy)
                 self.objects.setdefault(path, []).append(name)
-        self.hashes = {name: self.hash(name) for names in self.objects.values() for name in names if self.product(name)}
+        built = {name for names in self.objects.values() for name in names if self.product(name)}
+        built |= {self.program(name) for name in programs} | ({LIBRARY} if programs is WINDOWS else set())
+        self.hashes = {name: self.hash(name) for name in built}
 
     @staticmethod
     def product(name: str) -> bool:
@@ -153,18 +156,32 @@ class Build:
             return "not compiled"
         if all(self.hash(name) == self.hashes[name] for name in objects):
             return "equivalent"
-        if not self.ninja(list(self.programs)):
-            return "not compiled"
-        if self.programs is WINDOWS and (reason := self.register()):
-            return f"killed by registration: {reason}"
+        registered = self.programs is NATIVE
         folder = os.path.dirname(file)
         memory = 4 << 30 if self.programs is NATIVE else None
         for name in sorted(self.programs, key=lambda name: -self.kills[folder, name]):
+            if not self.ninja([name]):
+                return "not compiled"
+            if not registered and (reason := self.register()):
+                return f"killed by registration: {reason}"
+            registered = True
+            if not self.is_affected(name):
+                continue
             reason = run(self.command(self.programs[name]), TEST_SECONDS, memory)
             if reason:
                 self.kills[folder, name] += 1
                 return f"killed by {name}: {reason}"
         return "survived"
+
+    def is_affected(self, name: str) -> bool:
+        """Whether the program, or the library if it is a client, differs from the unchanged product's."""
+        program = self.program(name)
+        return self.hash(program) != self.hashes[program] or (
+            "/unit/" not in program and self.hash(LIBRARY) != self.hashes[LIBRARY]
+        )
+
+    def program(self, name: str) -> str:
+        return next(part for part in self.programs[name] if "/tests/" in part).removeprefix("{build}/")
 
     def clean(self, file: str, since: float) -> None:
         """Deletes what was built from the mutated file."""
