@@ -2,11 +2,12 @@
 """Builds and tests mutants of the product in copies of the source tree; see run.sh.
 
 mutate.py COUNT SEED COPY...    a sample of all mutants
-mutate.py again COPY...         the survivors of the last run
+mutate.py again COPY...         the last sample's survivors, and what an interrupted run left out
 """
 
 import concurrent.futures
 import hashlib
+import json
 import os
 import pathlib
 import queue
@@ -24,7 +25,7 @@ import mutants
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parent.parent
 EQUIVALENT = HERE / "equivalent.txt"
-SURVIVORS = ROOT / "build/mutation/survivors.txt"
+RESULTS = ROOT / "build/mutation/results.json"
 FOLDERS = ("JobObjects", "common", "runtime")
 # Built into the tests of the other systems only.
 NOT_IN_THE_PRODUCT = {"common/log/LogStampPosix.cpp"}
@@ -33,6 +34,7 @@ NEUTRAL = ("common/text/", "common/xml/", "common/log/Log", "common/log/QxLog", 
 GOAL = 97
 BUILD_SECONDS = 600
 TEST_SECONDS = 240
+TEST_PROCESSOR_SECONDS = 25
 
 # The programs that test the library, the quickest first, with their targets; {build} is the folder of the build.
 NATIVE = {
@@ -84,12 +86,12 @@ def every_mutant() -> dict[str, mutants.Mutant]:
     return found
 
 
-def run(command: list[str], seconds: int, memory: int | None = None) -> str | None:
+def run(command: list[str], seconds: int, limits: dict[int, int] | None = None) -> str | None:
     """Runs a command. Returns None if it succeeds, otherwise the reason."""
 
     def limit():
-        if memory:
-            resource.setrlimit(resource.RLIMIT_AS, (memory, memory))
+        for kind, most in (limits or {}).items():
+            resource.setrlimit(kind, (most, most))
 
     process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                                start_new_session=True, preexec_fn=limit)  # fmt: skip
@@ -102,7 +104,7 @@ def run(command: list[str], seconds: int, memory: int | None = None) -> str | No
     if process.returncode != 0:
         failed = re.search(r"-{20,}\r?\n(\w+)\r?\n-{20,}", output)
         return failed[1] if failed else f"exit code {process.returncode}"
-    if command[-1] == "--abort" and not re.search(r"All tests passed \([1-9]\d* assertion", output):
+    if "--abort" in command and not re.search(r"All tests passed \([1-9]\d* assertion", output):
         return f"an early end\n{output[-2000:]}"
     return None
 
@@ -114,7 +116,11 @@ class Build:
         self.folder = copy / "build" / preset
         self.wine = copy / "scripts/wine.sh"
         self.programs = programs
+        self.limits = {resource.RLIMIT_CPU: TEST_PROCESSOR_SECONDS}
+        if programs is NATIVE:
+            self.limits[resource.RLIMIT_AS] = 4 << 30
         self.kills: Counter = Counter()
+        self.failed: dict[tuple[str, str], list[str]] = {}  # tests that failed before, by folder and program
         self.objects: dict[str, list[str]] = {}
         build = subprocess.run(["ninja", "-C", self.folder, *programs], capture_output=True, text=True)
         if build.returncode != 0:
@@ -158,7 +164,6 @@ class Build:
             return "equivalent"
         registered = self.programs is NATIVE
         folder = os.path.dirname(file)
-        memory = 4 << 30 if self.programs is NATIVE else None
         for name in sorted(self.programs, key=lambda name: -self.kills[folder, name]):
             if not self.ninja([name]):
                 return "not compiled"
@@ -167,11 +172,17 @@ class Build:
             registered = True
             if not self.is_affected(name):
                 continue
-            reason = run(self.command(self.programs[name]), TEST_SECONDS, memory)
+            failed = self.failed.setdefault((folder, name), [])
+            reason = (failed and self.test_program(name, [",".join(failed)])) or self.test_program(name)
             if reason:
                 self.kills[folder, name] += 1
+                if re.fullmatch(r"\w+_\w+", reason) and reason not in failed:
+                    failed.append(reason)
                 return f"killed by {name}: {reason}"
         return "survived"
+
+    def test_program(self, name: str, tests: list[str] | None = None) -> str | None:
+        return run(self.command(self.programs[name]) + (tests or []), TEST_SECONDS, self.limits)
 
     def is_affected(self, name: str) -> bool:
         """Whether the program, or the library if it is a client, differs from the unchanged product's."""
@@ -198,9 +209,9 @@ class Worker:
         self.windows = Build(self.copy, "windows", WINDOWS)
         self.windows.register()
         for build in (self.native, self.windows):
-            for command in build.programs.values():
-                if reason := run(build.command(command), TEST_SECONDS):
-                    sys.exit(f"The unchanged product fails: {command[-2]}: {reason}")
+            for name in build.programs:
+                if reason := build.test_program(name):
+                    sys.exit(f"The unchanged product fails: {name}: {reason}")
 
     def test(self, mutant: mutants.Mutant) -> str:
         path = self.copy / mutant.file
@@ -231,17 +242,18 @@ def main() -> None:
     equivalent = listed(EQUIVALENT)
     if unknown := equivalent - everything.keys():
         sys.exit("No longer a mutant, in equivalent.txt:\n" + "\n\n".join(sorted(unknown)))
+    results: dict[str, str | None]
     if sys.argv[1] == "again":
         copies = sys.argv[2:]
-        sample = sorted(listed(SURVIVORS) & everything.keys())
+        results = json.loads(RESULTS.read_text(encoding="utf-8"))
+        results = {key: result if result != "survived" else None for key, result in results.items()}
     else:
         count, seed, *copies = sys.argv[1:]
-        sample = random.Random(int(seed)).sample(sorted(everything), min(int(count), len(everything)))
-    results = {key: "equivalent" for key in sample if key in equivalent}
-    SURVIVORS.write_text("", encoding="utf-8")
+        results = dict.fromkeys(random.Random(int(seed)).sample(sorted(everything), int(count)))
+    results |= {key: "equivalent" for key in equivalent & results.keys()}
     pending: queue.SimpleQueue = queue.SimpleQueue()
-    for key in sample:
-        if key not in results:
+    for key, result in results.items():
+        if not result:
             pending.put(key)
 
     def work(copy: str) -> None:
@@ -252,23 +264,22 @@ def main() -> None:
             except queue.Empty:
                 return
             started = time.time()
-            results[key] = result = worker.test(everything[key])
-            if result == "survived":
-                with SURVIVORS.open("a", encoding="utf-8") as file:
-                    file.write(f"{key}\n\n")
-            print(f"{len(results)}/{len(sample)} {time.time() - started:.0f} s {result}\n{key}\n", flush=True)
+            results[key] = worker.test(everything[key])
+            RESULTS.write_text(json.dumps(results, indent=1), encoding="utf-8")
+            print(f"{results[key]} ({time.time() - started:.0f} s)\n{key}\n", flush=True)
 
     with concurrent.futures.ThreadPoolExecutor(len(copies)) as pool:
         list(pool.map(work, copies))
 
-    outcomes = Counter(result.split()[0] for result in results.values())
+    outcomes = Counter(str(result).split()[0] for result in results.values())
     killed, survived = outcomes["killed"], outcomes["survived"]
-    print(f"{len(everything)} mutants in the product, {len(sample)} sampled: {outcomes['not']} do not compile, "
-          f"{outcomes['equivalent']} equivalent, {killed} killed, {survived} survived")  # fmt: skip
-    score = 100 * killed / max(killed + survived, 1)
-    print(f"score: {score:.1f} % (goal: {GOAL} %)")
     if survived:
-        print(f"\nSurvivors, also in {SURVIVORS.relative_to(ROOT)}:\n\n{SURVIVORS.read_text(encoding='utf-8')}")
+        print("Survivors:\n")
+        print("\n\n".join(key for key, result in sorted(results.items()) if result == "survived") + "\n")
+    score = 100 * killed / max(killed + survived, 1)
+    print(f"{len(everything)} mutants in the product, {len(results)} sampled: {outcomes['not']} do not compile, "
+          f"{outcomes['equivalent']} equivalent, {killed} killed, {survived} survived")  # fmt: skip
+    print(f"score: {score:.1f} % (goal: {GOAL} %)")
     sys.exit(score < GOAL)
 
 

@@ -4,7 +4,7 @@
 # notices, and the score: the share of noticed mutants. Mutants with unchanged object files, and those of equivalent.txt,
 # do not count.
 # Usage: tests/mutation/run.sh [COUNT] [SEED]     a sample of all mutants; 300 and 1 by default
-#        tests/mutation/run.sh again              the survivors of the last run
+#        tests/mutation/run.sh again              the last sample's survivors, and what an interrupted run left out
 # JOBS sets the number of workers. Each has its own copy of the tree in build/mutation.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
