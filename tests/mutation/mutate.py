@@ -74,6 +74,11 @@ def listed(path: pathlib.Path) -> set[str]:
     return {"\n".join(entry.splitlines()[:3]) for entry in re.split(r"\n{2,}", text.strip("\n")) if entry}
 
 
+def is_header(key: str) -> bool:
+    """Whether the mutant is in a header. Headers take longer because many objects depend on them."""
+    return key.splitlines()[0].endswith(".h")
+
+
 def every_mutant() -> dict[str, mutants.Mutant]:
     found = {}
     for folder in FOLDERS:
@@ -252,9 +257,8 @@ def main() -> None:
         results = dict.fromkeys(random.Random(int(seed)).sample(sorted(everything), int(count)))
     results |= {key: "equivalent" for key in equivalent & results.keys()}
     pending: queue.SimpleQueue = queue.SimpleQueue()
-    for key, result in results.items():
-        if not result:
-            pending.put(key)
+    for key in sorted((key for key, result in results.items() if not result), key=is_header):
+        pending.put(key)
 
     def work(copy: str) -> None:
         worker = Worker(copy)
