@@ -2,6 +2,7 @@
 """Builds and tests mutants of the product in copies of the source tree; see run.sh.
 
 mutate.py COUNT SEED COPY...    a sample of all mutants
+mutate.py check                 only checks that each mutant of equivalent.txt exists
 mutate.py again COPY...         the last sample's survivors, and what an interrupted run left out
 """
 
@@ -241,12 +242,14 @@ class Worker:
 
 
 def main() -> None:
-    if len(sys.argv) < 3:
+    if len(sys.argv) < 3 and sys.argv[1:] != ["check"]:
         sys.exit(__doc__)
     everything = every_mutant()
     equivalent = listed(EQUIVALENT)
     if unknown := equivalent - everything.keys():
         sys.exit("No longer a mutant, in equivalent.txt:\n" + "\n\n".join(sorted(unknown)))
+    if sys.argv[1] == "check":
+        return
     results: dict[str, str | None]
     if sys.argv[1] == "again":
         copies = sys.argv[2:]
