@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Checks that every change must pass: formatting, build and tests, as in continuous integration, then the databases with
-# many jobs and the full lint.
+# many jobs and the full lint. The long checks that CONTRIBUTING.md lists, such as tests/mutation/run.sh, are separate.
 #
 #   ./check.sh [--no-lint]
 #

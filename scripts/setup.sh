@@ -26,8 +26,8 @@ packages=(
     mkdocs mkdocs-material chromium fonts-dejavu-core
     # Databases of the tests.
     sqlite3 postgresql-15
-    # Long checks: fuzzers, 32-bit sanitizers, coverage.
-    clang libclang-rt-dev g++-multilib gcovr
+    # Long checks: fuzzers, 32-bit sanitizers, coverage, coverage of conditions.
+    clang libclang-rt-dev g++-multilib gcovr clang-19 llvm-19 libclang-rt-19-dev
 )
 
 die() {

@@ -17,12 +17,13 @@ struct Document {
 } // namespace
 
 TEST_CASE("ChildReader_reads_texts_numbers_and_flags") {
-    Document document(L"<r><t>a&amp;b</t><n> -42x</n><p>7</p><f>TRUE</f></r>");
+    Document document(L"<r><t>a&amp;b</t><n> -42x</n><p>7</p><f>TRUE</f><g>false</g></r>");
     ChildReader children(document.parser);
     CHECK(children.Text(L"t") == L"a&b");
     CHECK(children.Number(L"n") == -42);
     CHECK(children.PositiveNumber(L"p") == 7);
     CHECK(children.Flag(L"f"));
+    CHECK_FALSE(children.Flag(L"g"));
 }
 
 TEST_CASE("ChildReader_missing_or_unusable_values_read_as_defaults") {

@@ -142,6 +142,8 @@ TEST_CASE("DateTime_zero_date_is_written_as_empty") {
     CHECK(QxDateTime::Parse(L"1899-12-30").IsValid());
     CHECK(Again(L"1899-12-30T00:00:00").empty());
     CHECK(Again(L"1899-12-30T00:00:01") == L"00:00:01");
+    CHECK(Again(L"1899-12-30T00:01:00") == L"00:01:00");
+    CHECK(Again(L"1899-12-30T01:00:00") == L"01:00:00");
 }
 
 TEST_CASE("DateTime_null_is_written_as_empty") {
@@ -160,6 +162,7 @@ TEST_CASE("DateTime_value_outside_the_calendar_is_written_as_invalid") {
 
 TEST_CASE("DateTime_milliseconds_above_zero_are_appended") {
     const QxDateTime time = QxDateTime::Parse(L"2010-03-04T05:06:07");
+    CHECK(Text(time, 1) == L"2010-03-04T05:06:07.001");
     CHECK(Text(time, 89) == L"2010-03-04T05:06:07.089");
     CHECK(Text(time, 999) == L"2010-03-04T05:06:07.999");
     CHECK(Text(time, 1234) == L"2010-03-04T05:06:07.1234");

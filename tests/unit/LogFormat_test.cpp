@@ -138,6 +138,18 @@ TEST_CASE("HexDump_two_zero_rows_do_not_collapse") {
     CHECK(dump.find(L"00000010:") != std::wstring::npos);
 }
 
+TEST_CASE("HexDump_three_zero_rows_at_the_end_collapse_but_not_two") {
+    std::vector<unsigned char> bytes(64);
+    bytes[0] = 0x7F;
+    const std::wstring first =
+        L"00000000:  7F 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  ................\n";
+    CHECK(Dump(bytes) == first + ZeroRow(L"00000010") + Dots + ZeroRow(L"00000030"));
+    bytes[16] = 0x1F;
+    CHECK(Dump(bytes) ==
+          first + L"00000010:  1F 00 00 00  00 00 00 00  00 00 00 00  00 00 00 00  ................\n" +
+              ZeroRow(L"00000020") + ZeroRow(L"00000030"));
+}
+
 TEST_CASE("HexDump_second_run_collapses_too") {
     std::vector<unsigned char> bytes(16 * 10);
     bytes[16 * 4] = 1;

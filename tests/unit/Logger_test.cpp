@@ -68,6 +68,7 @@ public:
     void Write(std::wstring_view) noexcept override {
         ++m_writes;
         LogError(L"from inside");
+        Logger().LogText(LogGeneral, L"from inside");
     }
 
 private:
@@ -166,7 +167,9 @@ TEST_CASE("Logger_category_filter_passes_common_bits_only") {
     LogError(LogUtility, L"passes");
     LogError(LogCom, L"does not");
     LogError(L"does not");
-    CHECK(log.Joined() == L"passes\n");
+    Logger().LogText(LogUtility, L"100 %");
+    Logger().LogText(LogCom, L"does not");
+    CHECK(log.Joined() == L"passes\n100 %\n");
 }
 
 TEST_CASE("Logger_type_filter_needs_the_error_bit") {

@@ -62,6 +62,7 @@ TEST_CASE("Decode_lone_surrogate_becomes_the_replacement_character") {
     CHECK(Decode("\xFF\xFE\xA8\xDD"
                  "a\0"sv) == L"\xFFFD"
                              L"a");
+    CHECK(Decode("\xFF\xFE\x3D\xD8\x00\xE0"sv) == L"\xFFFD\xE000");
 }
 
 TEST_CASE("Decode_odd_byte_count_becomes_the_replacement_character") {
@@ -69,6 +70,7 @@ TEST_CASE("Decode_odd_byte_count_becomes_the_replacement_character") {
                  "a\0b"sv) == L"a\xFFFD");
     CHECK(Decode("\xFE\xFF\0"sv) == L"\xFFFD");
     CHECK(Decode("\xFF\xFE\x3D\xD8\xA8"sv) == L"\xFFFD\xFFFD");
+    CHECK(Decode("\xFE\xFF\xD8\x3D\xDD"sv) == L"\xFFFD\xFFFD"); // a low surrogate, but for its second byte
 }
 
 TEST_CASE("Decode_any_two_bytes_become_text_or_replacements") {
