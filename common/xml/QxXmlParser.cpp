@@ -73,6 +73,21 @@ bool QxXmlParser::OutOfElement() noexcept {
     return true;
 }
 
+bool QxXmlParser::IntoSubDocument() noexcept {
+    const std::wstring_view text = GetChildSubDocument();
+    if (!IntoElement())
+        return false;
+    m_behind = static_cast<std::size_t>(m_document.data() + m_document.size() - text.data()) - text.size();
+    m_attributes.element = 0;
+    return true;
+}
+
+void QxXmlParser::OutOfSubDocument() noexcept {
+    m_behind = 0;
+    m_attributes.element = 0;
+    OutOfElement();
+}
+
 void QxXmlParser::SelectElement(std::int32_t element) noexcept {
     m_current = element;
     m_currentChild = 0;
@@ -163,117 +178,143 @@ QxString QxXmlParser::GetChildData() const {
     return Data(m_currentChild);
 }
 
+/// Reads a value up to its closing quote. False without one.
+bool QxXmlParser::ReadQuoted(std::int32_t from, std::int32_t& next, AttributeValue& value) const noexcept {
+    const std::wstring_view text = Text();
+    const std::int32_t quote = QxXmlScan::FindQuote(text, from, value.hasEntity);
+    if (quote == static_cast<std::int32_t>(text.size()))
+        return false;
+    value.text = Piece(from, quote);
+    next = quote + 1;
+    return true;
+}
+
+/// Fast path for ' name="value"' with the sought name: most readers ask in document order.
+bool QxXmlParser::ReadSought(std::int32_t& next, const SoughtName& name,
+                             AttributePos& attribute) const noexcept {
+    const std::wstring_view text = Text();
+    const std::size_t start = static_cast<std::size_t>(next) + 1;
+    const std::size_t end = start + name.size();
+    if (!name.IsPlain() || name.empty() || name.front() == L'"' || end + 1 >= text.size() ||
+        text[start - 1] != L' ' || text[end] != L'=' || text[end + 1] != L'"' ||
+        !QxXmlScan::Equal(text.substr(start, name.size()), name))
+        return false;
+    attribute.name = text.substr(start, name.size());
+    attribute.hasValue = true;
+    return ReadQuoted(static_cast<std::int32_t>(end) + 2, next, attribute.value);
+}
+
 /// Fast path for ' name="value"', as nearly all attributes are. False means: apply the token rules.
 bool QxXmlParser::ReadPlainAttribute(std::int32_t& next, AttributePos& attribute) const noexcept {
-    const auto length = static_cast<std::int32_t>(m_document.size());
-    const std::int32_t name = QxXmlScan::SkipSpace(m_document, next);
-    const std::int32_t equals = name + QxXmlScan::WordLength(m_document, name);
-    const auto is = [this](std::int32_t offset, wchar_t character) {
-        return m_document[static_cast<std::size_t>(offset)] == character;
+    const std::wstring_view text = Text();
+    const auto length = static_cast<std::int32_t>(text.size());
+    const std::int32_t name = QxXmlScan::SkipSpace(text, next);
+    const std::int32_t equals = name + QxXmlScan::WordLength(text, name);
+    const auto is = [&text](std::int32_t offset, wchar_t character) {
+        return text[static_cast<std::size_t>(offset)] == character;
     };
     if (equals == name || equals + 1 >= length || !is(equals, L'=') || !is(equals + 1, L'"') ||
         is(name, L'"'))
         return false;
-    const std::int32_t value = equals + 2;
-    const std::int32_t quote = QxXmlScan::Find(m_document, L'"', value);
-    if (quote == length)
-        return false;
-    next = quote + 1;
-    attribute = {QxXmlScan::WithoutPrefix(Piece(name, equals)), {value, quote - 1, next, true}, true};
-    return true;
+    attribute.name = QxXmlScan::WithoutPrefix(Piece(name, equals));
+    attribute.hasValue = true;
+    return ReadQuoted(equals + 2, next, attribute.value);
 }
 
 /// Reads the next name of a start tag and its value. False at the end of the tag.
 bool QxXmlParser::ReadAttribute(std::int32_t& next, AttributePos& attribute) const noexcept {
     if (ReadPlainAttribute(next, attribute))
         return true;
+    const std::wstring_view text = Text();
     Token token;
     token.next = next;
     do {
-        if (!QxXmlScan::NextToken(m_document, token) || token.IsUnquoted(m_document, L'>') ||
-            token.IsUnquoted(m_document, L'/'))
+        if (!QxXmlScan::NextToken(text, token) || token.IsUnquoted(text, L'>') ||
+            token.IsUnquoted(text, L'/'))
             return false;
-    } while (token.quoted || token.IsUnquoted(m_document, L'='));
+    } while (token.quoted || token.IsUnquoted(text, L'='));
     next = token.next;
-    attribute.name = QxXmlScan::WithoutPrefix(token.In(m_document));
-    attribute.hasValue = QxXmlScan::NextToken(m_document, token) && token.IsUnquoted(m_document, L'=') &&
-                         QxXmlScan::NextToken(m_document, token) && token.quoted;
+    attribute.name = QxXmlScan::WithoutPrefix(token.In(text));
+    attribute.hasValue = QxXmlScan::NextToken(text, token) && token.IsUnquoted(text, L'=') &&
+                         QxXmlScan::NextToken(text, token) && token.quoted;
     if (attribute.hasValue) {
-        attribute.value = token;
+        attribute.value = {token.In(text), true};
         next = token.next;
     }
     return true;
 }
 
 /// Finds the value of the first attribute with the name.
-bool QxXmlParser::FindValue(std::int32_t element, std::wstring_view name, Token& value) const noexcept {
+bool QxXmlParser::FindValue(std::int32_t element, const SoughtName& name,
+                            AttributeValue& value) const noexcept {
     if (element == 0)
         return false;
     AttributeScan& scan = m_attributes;
     if (scan.element != element) {
         Token tagName;
         tagName.next = At(element).startTagOpen + 1;
-        QxXmlScan::NextToken(m_document, tagName);
+        QxXmlScan::NextToken(Text(), tagName);
         scan.element = element;
         scan.next = tagName.next;
         scan.count = 0;
     }
-    const auto matches = [&](const AttributePos& attribute) {
-        if (!QxXmlScan::Equal(attribute.name, name))
-            return false;
-        value = attribute.value;
-        return true;
-    };
     for (std::size_t i = 0; i < scan.count; ++i) {
-        if (matches(scan.attributes[i]))
-            return scan.attributes[i].hasValue;
+        const AttributePos& attribute = scan.attributes[i];
+        if (QxXmlScan::Equal(attribute.name, name)) {
+            value = attribute.value;
+            return attribute.hasValue;
+        }
     }
     AttributePos attribute;
-    for (std::int32_t next = scan.next; ReadAttribute(next, attribute);) {
+    for (std::int32_t next = scan.next;;) {
+        const bool sought = ReadSought(next, name, attribute);
+        if (!sought && !ReadAttribute(next, attribute))
+            return false;
         if (scan.count < AttributeScan::Most) {
             scan.attributes[scan.count++] = attribute;
             scan.next = next;
         }
-        if (matches(attribute))
+        if (sought || QxXmlScan::Equal(attribute.name, name)) {
+            value = attribute.value;
             return attribute.hasValue;
+        }
     }
-    return false;
 }
 
-bool QxXmlParser::Attribute(std::int32_t element, std::wstring_view name, QxString& value) const {
-    Token token;
-    if (!FindValue(element, name, token))
+bool QxXmlParser::Attribute(std::int32_t element, const SoughtName& name, QxString& value) const {
+    AttributeValue found;
+    if (!FindValue(element, name, found))
         return false;
-    value = Unescaped(token.In(m_document));
+    value = found.hasEntity ? Unescaped(found.text) : m_texts.Make(found.text);
     return true;
 }
 
-bool QxXmlParser::FindAttribute(std::wstring_view name, QxString& value) const {
+bool QxXmlParser::FindAttribute(const SoughtName& name, QxString& value) const {
     return Attribute(m_current, name, value);
 }
 
-bool QxXmlParser::FindChildAttribute(std::wstring_view name, QxString& value) const {
+bool QxXmlParser::FindChildAttribute(const SoughtName& name, QxString& value) const {
     return Attribute(m_currentChild, name, value);
 }
 
-QxString QxXmlParser::GetAttribute(std::wstring_view name) const {
+QxString QxXmlParser::GetAttribute(const SoughtName& name) const {
     QxString value;
     Attribute(m_current, name, value);
     return value;
 }
 
-QxString QxXmlParser::GetChildAttribute(std::wstring_view name) const {
+QxString QxXmlParser::GetChildAttribute(const SoughtName& name) const {
     QxString value;
     Attribute(m_currentChild, name, value);
     return value;
 }
 
-std::wstring_view QxXmlParser::RawAttribute(std::int32_t element, std::wstring_view name) const noexcept {
-    Token token;
-    return FindValue(element, name, token) ? token.In(m_document) : std::wstring_view();
+std::wstring_view QxXmlParser::RawAttribute(std::int32_t element, const SoughtName& name) const noexcept {
+    AttributeValue value;
+    return FindValue(element, name, value) ? value.text : std::wstring_view();
 }
 
-std::wstring_view QxXmlParser::GetRawAttribute(std::wstring_view name) const noexcept {
+std::wstring_view QxXmlParser::GetRawAttribute(const SoughtName& name) const noexcept {
     return RawAttribute(m_current, name);
 }
 
@@ -307,10 +348,10 @@ bool QxXmlParser::GetChildFlag() const noexcept {
     return QxMisc::ParseBool(Content(m_currentChild, raw));
 }
 
-std::int32_t QxXmlParser::GetChildAttributeNumber(std::wstring_view name) const noexcept {
+std::int32_t QxXmlParser::GetChildAttributeNumber(const SoughtName& name) const noexcept {
     return QxMisc::ParseInt32(RawAttribute(m_currentChild, name));
 }
 
-bool QxXmlParser::GetChildAttributeFlag(std::wstring_view name) const noexcept {
+bool QxXmlParser::GetChildAttributeFlag(const SoughtName& name) const noexcept {
     return QxMisc::ParseBool(RawAttribute(m_currentChild, name));
 }

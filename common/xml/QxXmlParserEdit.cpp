@@ -128,18 +128,19 @@ bool QxXmlParser::ReplaceAttribute(std::int32_t element, std::wstring_view name,
     if (element == 0 || !HasPlainStartTag(element))
         return false;
     m_edit.Clear();
-    Token old;
+    AttributeValue old;
+    std::int32_t start = 0;
     if (FindValue(element, name, old)) {
         m_edit.AppendEscaped(value, QxXmlText::Escape::Attribute);
+        start = static_cast<std::int32_t>(old.text.data() - m_document.data());
     } else {
         m_edit.AppendAttribute(name, value);
-        old.start = AttributesEnd(element);
-        old.end = old.start - 1;
+        start = AttributesEnd(element);
     }
-    const std::int32_t length = old.end - old.start + 1;
+    const auto length = static_cast<std::int32_t>(old.text.size());
     const std::wstring_view text = m_edit.View();
-    ReplaceText(old.start, length, text);
-    ShiftFrom(element, old.start + length, static_cast<std::int32_t>(text.size()) - length);
+    ReplaceText(start, length, text);
+    ShiftFrom(element, start + length, static_cast<std::int32_t>(text.size()) - length);
     return true;
 }
 

@@ -149,6 +149,33 @@ inline std::int32_t Find(std::wstring_view text, wchar_t sought, std::int32_t fr
     return at;
 }
 
+/// The offset of the next quote, and whether an "&" precedes it.
+inline std::int32_t FindQuote(std::wstring_view text, std::int32_t from, bool& hasEntity) noexcept {
+    const wchar_t* const characters = text.data();
+    const auto length = static_cast<std::int32_t>(text.size());
+    std::int32_t at = from;
+    hasEntity = false;
+#ifdef QX_XML_SCAN_SSE2
+    if constexpr (sizeof(wchar_t) == 2) {
+        const __m128i quote = _mm_set1_epi16(L'"');
+        const __m128i ampersand = _mm_set1_epi16(L'&');
+        for (const std::int32_t last = length - 8; at <= last; at += 8) {
+            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(characters + at));
+            const auto quotes = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, quote)));
+            const auto entities = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, ampersand)));
+            if (quotes != 0) {
+                hasEntity = hasEntity || std::countr_zero(entities) < std::countr_zero(quotes);
+                return at + std::countr_zero(quotes) / 2;
+            }
+            hasEntity = hasEntity || entities != 0;
+        }
+    }
+#endif
+    for (; at < length && characters[at] != L'"'; ++at)
+        hasEntity = hasEntity || characters[at] == L'&';
+    return at;
+}
+
 /// Reads the token at token.next, after white space. False at the end of the text. The end of the text also
 /// ends a token or a quote.
 inline bool NextToken(std::wstring_view text, Token& token) noexcept {

@@ -81,7 +81,7 @@ void CheckAttributes(QxXmlParser& parser, const ReferenceParse& reference, std::
                                   std::wstring(choices.Below(20) * choices.Below(2), L'n');
         QxString value = L"unchanged";
         std::wstring expected = L"unchanged";
-        REQUIRE(parser.FindAttribute(name, value) == reference.Attribute(element, name, expected));
+        REQUIRE(parser.FindAttribute(std::wstring_view(name), value) == reference.Attribute(element, name, expected));
         REQUIRE(value.view() == expected);
     }
 }
