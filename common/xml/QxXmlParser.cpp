@@ -101,12 +101,18 @@ bool QxXmlParser::HasName(std::int32_t element, const SoughtName& name) const no
 /// Requires QxXmlScan::IsPlainName(name).
 bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
     const ElemPos& position = At(element);
-    const std::wstring_view inside = Piece(position.startTagOpen + 1, position.startTagClose);
-    const auto behind = static_cast<std::size_t>(position.startTagOpen) + 1 + name.size(); // at most the ">"
-    if (inside.size() >= name.size() && QxXmlScan::EndsToken(m_document[behind]) &&
-        QxXmlScan::Equal(inside.substr(0, name.size()), name))
+    const wchar_t* const inside = m_document.data() + position.startTagOpen + 1;
+    const auto length = static_cast<std::size_t>(position.startTagClose - position.startTagOpen - 1);
+    if (name.size() <= length && QxXmlScan::EndsToken(inside[name.size()]) &&
+        QxXmlScan::Equal({inside, name.size()}, name))
         return true;
-    // Without leading white space or a prefix, the name would have matched above.
+    return HasSpacedOrPrefixedName(element, name);
+}
+
+/// The rest of HasPlainName: without leading white space or a prefix, the name would have matched there.
+bool QxXmlParser::HasSpacedOrPrefixedName(std::int32_t element, std::wstring_view name) const noexcept {
+    const ElemPos& position = At(element);
+    const std::wstring_view inside = Piece(position.startTagOpen + 1, position.startTagClose);
     const auto length = static_cast<std::int32_t>(inside.size());
     if (length > 0 && !QxXmlScan::IsSpace(inside.front()) && QxXmlScan::Find(inside, L':', 0) == length)
         return false;
@@ -157,8 +163,6 @@ std::wstring_view QxXmlParser::Content(std::int32_t element, bool& raw) const no
 }
 
 QxString QxXmlParser::Unescaped(std::wstring_view text) const {
-    if (QxXmlScan::Find(text, L'&', 0) == static_cast<std::int32_t>(text.size()))
-        return m_texts.Make(text);
     QxXmlText decoded;
     decoded.AppendUnescaped(text);
     return m_texts.Make(decoded.View());
@@ -167,7 +171,13 @@ QxString QxXmlParser::Unescaped(std::wstring_view text) const {
 QxString QxXmlParser::Data(std::int32_t element) const {
     bool raw = false;
     const std::wstring_view content = Content(element, raw);
-    return raw ? m_texts.Make(content) : Unescaped(content);
+    return raw || !HasEntity(content) ? m_texts.Make(content) : Unescaped(content);
+}
+
+/// For a part of the document.
+bool QxXmlParser::HasEntity(std::wstring_view content) const noexcept {
+    const auto from = static_cast<std::int32_t>(content.data() - m_document.data());
+    return QxXmlScan::Occurs(m_document, L'&', from, from + static_cast<std::int32_t>(content.size()));
 }
 
 QxString QxXmlParser::GetData() const {
@@ -244,11 +254,11 @@ bool QxXmlParser::ReadAttribute(std::int32_t& next, AttributePos& attribute) con
     return true;
 }
 
-/// Finds the value of the first attribute with the name.
-bool QxXmlParser::FindValue(std::int32_t element, const SoughtName& name,
-                            AttributeValue& value) const noexcept {
+/// Finds the value of the first attribute with the name; null if it is missing or has no quoted value.
+const QxXmlParser::AttributeValue* QxXmlParser::FindValue(std::int32_t element,
+                                                          const SoughtName& name) const noexcept {
     if (element == 0)
-        return false;
+        return nullptr;
     AttributeScan& scan = m_attributes;
     if (scan.element != element) {
         Token tagName;
@@ -260,32 +270,28 @@ bool QxXmlParser::FindValue(std::int32_t element, const SoughtName& name,
     }
     for (std::size_t i = 0; i < scan.count; ++i) {
         const AttributePos& attribute = scan.attributes[i];
-        if (QxXmlScan::Equal(attribute.name, name)) {
-            value = attribute.value;
-            return attribute.hasValue;
-        }
+        if (QxXmlScan::Equal(attribute.name, name))
+            return attribute.hasValue ? &attribute.value : nullptr;
     }
-    AttributePos attribute;
     for (std::int32_t next = scan.next;;) {
+        AttributePos& attribute = scan.attributes[scan.count];
         const bool sought = ReadSought(next, name, attribute);
         if (!sought && !ReadAttribute(next, attribute))
-            return false;
+            return nullptr;
         if (scan.count < AttributeScan::Most) {
-            scan.attributes[scan.count++] = attribute;
+            ++scan.count;
             scan.next = next;
         }
-        if (sought || QxXmlScan::Equal(attribute.name, name)) {
-            value = attribute.value;
-            return attribute.hasValue;
-        }
+        if (sought || QxXmlScan::Equal(attribute.name, name))
+            return attribute.hasValue ? &attribute.value : nullptr;
     }
 }
 
 bool QxXmlParser::Attribute(std::int32_t element, const SoughtName& name, QxString& value) const {
-    AttributeValue found;
-    if (!FindValue(element, name, found))
+    const AttributeValue* const found = FindValue(element, name);
+    if (!found)
         return false;
-    value = found.hasEntity ? Unescaped(found.text) : m_texts.Make(found.text);
+    value = found->hasEntity ? Unescaped(found->text) : m_texts.Make(found->text);
     return true;
 }
 
@@ -310,8 +316,8 @@ QxString QxXmlParser::GetChildAttribute(const SoughtName& name) const {
 }
 
 std::wstring_view QxXmlParser::RawAttribute(std::int32_t element, const SoughtName& name) const noexcept {
-    AttributeValue value;
-    return FindValue(element, name, value) ? value.text : std::wstring_view();
+    const AttributeValue* const value = FindValue(element, name);
+    return value ? value->text : std::wstring_view();
 }
 
 std::wstring_view QxXmlParser::GetRawAttribute(const SoughtName& name) const noexcept {

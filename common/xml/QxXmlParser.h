@@ -151,7 +151,7 @@ private:
         std::int32_t element = 0;              ///< 0 if none
         std::int32_t next = 0;                 ///< where the scan continues
         std::size_t count = 0;
-        std::array<AttributePos, Most> attributes;
+        std::array<AttributePos, Most + 1> attributes; ///< the last entry is the one being read
     };
 
     ElemPos& At(std::int32_t element) { return m_positions[static_cast<std::size_t>(element)]; }
@@ -176,11 +176,13 @@ private:
     std::int32_t FindFrom(std::int32_t candidate, const SoughtName& name) const noexcept;
     bool HasName(std::int32_t element, const SoughtName& name) const noexcept;
     bool HasPlainName(std::int32_t element, std::wstring_view name) const noexcept;
+    bool HasSpacedOrPrefixedName(std::int32_t element, std::wstring_view name) const noexcept;
     std::wstring_view TagName(std::int32_t element) const noexcept;
     std::wstring_view Content(std::int32_t element, bool& raw) const noexcept;
     QxString Unescaped(std::wstring_view text) const;
+    bool HasEntity(std::wstring_view content) const noexcept;
     QxString Data(std::int32_t element) const;
-    bool FindValue(std::int32_t element, const SoughtName& name, AttributeValue& value) const noexcept;
+    const AttributeValue* FindValue(std::int32_t element, const SoughtName& name) const noexcept;
     bool ReadSought(std::int32_t& next, const SoughtName& name, AttributePos& attribute) const noexcept;
     bool ReadPlainAttribute(std::int32_t& next, AttributePos& attribute) const noexcept;
     bool ReadAttribute(std::int32_t& next, AttributePos& attribute) const noexcept;

@@ -128,16 +128,16 @@ bool QxXmlParser::ReplaceAttribute(std::int32_t element, std::wstring_view name,
     if (element == 0 || !HasPlainStartTag(element))
         return false;
     m_edit.Clear();
-    AttributeValue old;
     std::int32_t start = 0;
-    if (FindValue(element, name, old)) {
+    std::int32_t length = 0;
+    if (const AttributeValue* const old = FindValue(element, name)) {
         m_edit.AppendEscaped(value, QxXmlText::Escape::Attribute);
-        start = static_cast<std::int32_t>(old.text.data() - m_document.data());
+        start = static_cast<std::int32_t>(old->text.data() - m_document.data());
+        length = static_cast<std::int32_t>(old->text.size());
     } else {
         m_edit.AppendAttribute(name, value);
         start = AttributesEnd(element);
     }
-    const auto length = static_cast<std::int32_t>(old.text.size());
     const std::wstring_view text = m_edit.View();
     ReplaceText(start, length, text);
     ShiftFrom(element, start + length, static_cast<std::int32_t>(text.size()) - length);
