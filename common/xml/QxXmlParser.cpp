@@ -14,6 +14,29 @@ constexpr std::wstring_view CDataClose = L"]]>";
 
 } // namespace
 
+/// Requires QxXmlScan::IsPlainName(name). Inline, like HasName: walks spend most of their time here.
+inline bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
+    const ElemPos& position = At(element);
+    const wchar_t* const inside = m_document.data() + position.startTagOpen + 1;
+    const auto length = static_cast<std::size_t>(position.startTagClose - position.startTagOpen - 1);
+    if (name.size() <= length && QxXmlScan::EndsToken(inside[name.size()]) &&
+        QxXmlScan::Equal({inside, name.size()}, name))
+        return true;
+    return HasSpacedOrPrefixedName(element, name);
+}
+
+inline bool QxXmlParser::HasName(std::int32_t element, const SoughtName& name) const noexcept {
+    return name.IsPlain() ? HasPlainName(element, name)
+                          : QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
+}
+
+/// The first element with the name among candidate and its later siblings; 0 if none.
+std::int32_t QxXmlParser::FindFrom(std::int32_t candidate, const SoughtName& name) const noexcept {
+    while (candidate != 0 && !name.empty() && !HasName(candidate, name))
+        candidate = At(candidate).nextSibling;
+    return candidate;
+}
+
 void QxXmlParser::ResetPosition() noexcept {
     m_current = 0;
     m_currentChild = 0;
@@ -93,22 +116,6 @@ void QxXmlParser::SelectElement(std::int32_t element) noexcept {
     m_currentChild = 0;
 }
 
-bool QxXmlParser::HasName(std::int32_t element, const SoughtName& name) const noexcept {
-    return name.IsPlain() ? HasPlainName(element, name)
-                          : QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
-}
-
-/// Requires QxXmlScan::IsPlainName(name).
-bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
-    const ElemPos& position = At(element);
-    const wchar_t* const inside = m_document.data() + position.startTagOpen + 1;
-    const auto length = static_cast<std::size_t>(position.startTagClose - position.startTagOpen - 1);
-    if (name.size() <= length && QxXmlScan::EndsToken(inside[name.size()]) &&
-        QxXmlScan::Equal({inside, name.size()}, name))
-        return true;
-    return HasSpacedOrPrefixedName(element, name);
-}
-
 /// The rest of HasPlainName: without leading white space or a prefix, the name would have matched there.
 bool QxXmlParser::HasSpacedOrPrefixedName(std::int32_t element, std::wstring_view name) const noexcept {
     const ElemPos& position = At(element);
@@ -117,13 +124,6 @@ bool QxXmlParser::HasSpacedOrPrefixedName(std::int32_t element, std::wstring_vie
     if (length > 0 && !QxXmlScan::IsSpace(inside.front()) && QxXmlScan::Find(inside, L':', 0) == length)
         return false;
     return QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
-}
-
-/// The first element with the name among candidate and its later siblings; 0 if none.
-std::int32_t QxXmlParser::FindFrom(std::int32_t candidate, const SoughtName& name) const noexcept {
-    while (candidate != 0 && !name.empty() && !HasName(candidate, name))
-        candidate = At(candidate).nextSibling;
-    return candidate;
 }
 
 std::wstring_view QxXmlParser::TagName(std::int32_t element) const noexcept {
@@ -189,7 +189,8 @@ QxString QxXmlParser::GetChildData() const {
 }
 
 /// Reads a value up to its closing quote. False without one.
-bool QxXmlParser::ReadQuoted(std::int32_t from, std::int32_t& next, AttributeValue& value) const noexcept {
+inline bool QxXmlParser::ReadQuoted(std::int32_t from, std::int32_t& next,
+                                    AttributeValue& value) const noexcept {
     const std::wstring_view text = Text();
     const std::int32_t quote = QxXmlScan::FindQuote(text, from, value.hasEntity);
     if (quote == static_cast<std::int32_t>(text.size()))
@@ -287,12 +288,15 @@ const QxXmlParser::AttributeValue* QxXmlParser::FindValue(std::int32_t element,
     }
 }
 
+QxString QxXmlParser::TextOf(const AttributeValue& value) const {
+    return value.hasEntity ? Unescaped(value.text) : m_texts.Make(value.text);
+}
+
 bool QxXmlParser::Attribute(std::int32_t element, const SoughtName& name, QxString& value) const {
     const AttributeValue* const found = FindValue(element, name);
-    if (!found)
-        return false;
-    value = found->hasEntity ? Unescaped(found->text) : m_texts.Make(found->text);
-    return true;
+    if (found)
+        value = TextOf(*found);
+    return found != nullptr;
 }
 
 bool QxXmlParser::FindAttribute(const SoughtName& name, QxString& value) const {
@@ -304,15 +308,13 @@ bool QxXmlParser::FindChildAttribute(const SoughtName& name, QxString& value) co
 }
 
 QxString QxXmlParser::GetAttribute(const SoughtName& name) const {
-    QxString value;
-    Attribute(m_current, name, value);
-    return value;
+    const AttributeValue* const found = FindValue(m_current, name);
+    return found ? TextOf(*found) : QxString();
 }
 
 QxString QxXmlParser::GetChildAttribute(const SoughtName& name) const {
-    QxString value;
-    Attribute(m_currentChild, name, value);
-    return value;
+    const AttributeValue* const found = FindValue(m_currentChild, name);
+    return found ? TextOf(*found) : QxString();
 }
 
 std::wstring_view QxXmlParser::RawAttribute(std::int32_t element, const SoughtName& name) const noexcept {

@@ -187,6 +187,7 @@ private:
     bool ReadPlainAttribute(std::int32_t& next, AttributePos& attribute) const noexcept;
     bool ReadAttribute(std::int32_t& next, AttributePos& attribute) const noexcept;
     bool ReadQuoted(std::int32_t from, std::int32_t& next, AttributeValue& value) const noexcept;
+    QxString TextOf(const AttributeValue& value) const;
     std::wstring_view RawAttribute(std::int32_t element, const SoughtName& name) const noexcept;
     bool Attribute(std::int32_t element, const SoughtName& name, QxString& value) const;
     std::wstring_view SubDocument(std::int32_t element) const noexcept;

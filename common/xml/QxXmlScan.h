@@ -174,25 +174,29 @@ inline std::int32_t FindQuote(std::wstring_view text, std::int32_t from, bool& h
     const wchar_t* const characters = text.data();
     const auto length = static_cast<std::int32_t>(text.size());
     std::int32_t at = from;
-    hasEntity = false;
+    bool found = false;
 #ifdef QX_XML_SCAN_SSE2
     if constexpr (sizeof(wchar_t) == 2) {
         const __m128i quote = _mm_set1_epi16(L'"');
         const __m128i ampersand = _mm_set1_epi16(L'&');
+        unsigned entities = 0;
         for (const std::int32_t last = length - 8; at <= last; at += 8) {
             const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(characters + at));
             const auto quotes = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, quote)));
-            const auto entities = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, ampersand)));
+            const auto here = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, ampersand)));
             if (quotes != 0) {
-                hasEntity = hasEntity || std::countr_zero(entities) < std::countr_zero(quotes);
+                const unsigned before = (quotes & (0U - quotes)) - 1; // the bits below the first quote
+                hasEntity = (entities | (here & before)) != 0;
                 return at + std::countr_zero(quotes) / 2;
             }
-            hasEntity = hasEntity || entities != 0;
+            entities |= here;
         }
+        found = entities != 0;
     }
 #endif
     for (; at < length && characters[at] != L'"'; ++at)
-        hasEntity = hasEntity || characters[at] == L'&';
+        found = found || characters[at] == L'&';
+    hasEntity = found;
     return at;
 }
 
