@@ -60,7 +60,7 @@ std::size_t ReadAttributes(std::wstring_view text) {
     parser.SetDocument(text);
     parser.FindElement();
     while (parser.FindChildElement()) {
-        for (const XmlName name : LineAttributes)
+        for (const SoughtName& name : LineAttributes)
             length += parser.GetChildAttribute(name).size();
     }
     return length;

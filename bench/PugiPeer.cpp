@@ -122,7 +122,7 @@ std::size_t PugiPeer::ReadAttributes(std::wstring_view text) {
     if (!Load(document, text))
         return 0;
     for (const pugi::xml_node line : document.document_element()) {
-        for (const XmlName name : LineAttributes)
+        for (const SoughtName& name : LineAttributes)
             length += std::wcslen(line.attribute(name.data()).value());
     }
     return length;

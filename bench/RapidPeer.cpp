@@ -88,7 +88,7 @@ std::size_t RapidPeer::ReadAttributes(std::wstring_view text) {
     const Loaded loaded(text);
     std::size_t length = 0;
     for (const auto* line = loaded.Root()->first_node(); line; line = line->next_sibling()) {
-        for (const XmlName name : LineAttributes)
+        for (const SoughtName& name : LineAttributes)
             length += line->first_attribute(name.data(), name.size())->value_size();
     }
     return length;

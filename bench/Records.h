@@ -85,5 +85,5 @@ inline constexpr SoughtName LineElements[] = {L"PaperSize", L"PaperDimensions", 
                                               L"PagesBW",   L"PagesColor",      L"PagesBlank"};
 
 /// Four values of each copy line as attributes of empty elements.
-inline constexpr XmlName LineAttributes[] = {L"PaperSize", L"Attributes", L"Sheets", L"PagesColor"};
+inline constexpr SoughtName LineAttributes[] = {L"PaperSize", L"Attributes", L"Sheets", L"PagesColor"};
 CopyLinesText MakeAttributes(std::size_t bytes);

@@ -13,6 +13,8 @@ void AddLargeRows(Table& table);
 void AddCatalogueRow(Table& table);
 /// Object creation and member name look-up of every class.
 void AddClassRows(Table& table);
+/// Late binding and VBScript.
+void AddScriptRows(Table& table);
 void AddLogRows(Table& table);
 /// Size of the library's file, and heap allocated by attaching. Must run first, before the library is loaded.
 void AddSizeRows(Table& table);

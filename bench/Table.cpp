@@ -122,7 +122,8 @@ void Table::Time(const std::string& work, const std::vector<Contender>& contende
 void Table::Figure(const std::string& work, const std::string& measured, double value, double atMost,
                    const std::string& unit) {
     m_lines.push_back({work, measured + " " + RatioText(value) + " " + unit, "", "",
-                       Text("%g ", atMost) + unit, value <= atMost});
+                       atMost > 0 ? Text("%g ", atMost) + unit : std::string(),
+                       atMost <= 0 || value <= atMost});
 }
 
 double Table::Seconds(const std::string& work, const std::string& contender) const {

@@ -28,7 +28,7 @@ public:
     /// times for Seconds and Compare. 0 repetitions: the number from the command line.
     void Time(const std::string& work, const std::vector<Contender>& contenders,
               const std::vector<Goal>& goals, int repetitions = 0);
-    /// Adds a figure other than a time.
+    /// Adds a figure that is not a contender's time; 0: no goal.
     void Figure(const std::string& work, const std::string& measured, double value, double atMost,
                 const std::string& unit);
     /// The contender's time in seconds; 0 if it did not run.

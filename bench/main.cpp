@@ -36,6 +36,7 @@ int main(int count, char** arguments) {
     AddLargeRows(table);
     AddCatalogueRow(table);
     AddClassRows(table);
+    AddScriptRows(table);
     AddLogRows(table);
     table.Print();
     CoUninitialize();

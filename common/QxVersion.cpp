@@ -52,7 +52,7 @@ void QxVersion::CheckValid() const {
         throw QxException(L"Version is not valid.");
 }
 
-QxString QxVersion::AsString(std::uint16_t fieldCount) const {
+std::wstring QxVersion::AsString(std::uint16_t fieldCount) const {
     if (!IsValid())
         return L"<invalid>";
     const std::int32_t components[] = {m_major, m_minor, m_build, m_revision};
@@ -71,7 +71,7 @@ QxString QxVersion::AsString(std::uint16_t fieldCount) const {
     return text;
 }
 
-QxString QxVersion::AsString() const {
+std::wstring QxVersion::AsString() const {
     if (m_build < 0)
         return AsString(2);
     return AsString(m_revision < 0 ? 3 : 4);

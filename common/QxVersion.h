@@ -29,9 +29,9 @@ public:
 
     /// The first fieldCount components; "<invalid>" for an invalid version. Throws a QxException if
     /// fieldCount is above 4 or includes an undefined component.
-    QxString AsString(std::uint16_t fieldCount) const;
+    std::wstring AsString(std::uint16_t fieldCount) const;
     /// All defined components.
-    QxString AsString() const;
+    std::wstring AsString() const;
 
     /// Contract. -1, 0 or 1; compares numerically, undefined below 0.
     constexpr int Compare(const QxVersion& other) const noexcept {

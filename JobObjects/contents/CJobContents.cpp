@@ -27,13 +27,9 @@ bool CJobContents::IsPdlEMF() const noexcept {
 bool CJobContents::put_Xml(std::wstring_view xml) {
     QxXmlParser parser;
     parser.SetDocument(xml);
-    if (parser.FindElement(L"JobContents", true) && ReadXml(parser))
-        return true;
-    LogError(L"[CJobContents::put_Xml] Invalid Xml fragment");
-    return false;
+    return parser.FindElement(L"JobContents", true) ? ReadXml(parser) : Refuse();
 }
 
-/// False without copy lines; reads everything else.
 bool CJobContents::ReadXml(QxXmlParser& parser) {
     const std::wstring_view version = parser.GetRawAttribute(L"Version");
     m_version = version.empty() ? QxVersion(4, 0) : QxVersion(version);
@@ -43,7 +39,12 @@ bool CJobContents::ReadXml(QxXmlParser& parser) {
     SetJobCopies(children.Number(L"JobCopies"));
     SetJobPdl(children.Text(L"JobPdl"));
     SetJobFinishing(children.Text(L"JobFinishing"));
-    return hasCopyLines;
+    return hasCopyLines || Refuse();
+}
+
+bool CJobContents::Refuse() {
+    LogError(L"[CJobContents::put_Xml] Invalid Xml fragment");
+    return false;
 }
 
 bool CJobContents::ReadCopyLines(QxXmlParser& parser, ChildReader& children) {

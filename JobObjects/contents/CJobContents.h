@@ -86,10 +86,13 @@ public:
     /// Reads a "JobContents" element. Logs and returns false if it or its copy lines are missing; without
     /// copy lines, reads everything else.
     bool put_Xml(std::wstring_view xml);
+    /// The same for the parser's current element, whose name is not checked.
+    bool ReadXml(QxXmlParser& parser);
     void WriteXml(QxXmlWriter& writer) const;
 
 private:
-    bool ReadXml(QxXmlParser& parser);
+    /// Logs; false.
+    static bool Refuse();
     bool ReadCopyLines(QxXmlParser& parser, ChildReader& children);
 
     std::shared_ptr<CCopyLines> m_jobCopyLines; // never null

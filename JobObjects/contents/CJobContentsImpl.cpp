@@ -12,10 +12,20 @@ HRESULT CJobContentsImpl::get_Xml(BSTR* pVal) {
 }
 
 HRESULT CJobContentsImpl::put_Xml(BSTR newVal) {
-    constexpr const wchar_t* source = METHOD_SOURCE(put_Xml);
-    return RunMethod(source, [&] {
+    return RunMethod(PutXmlSource, [&] {
         if (!m_contents.put_Xml(BstrView(newVal)))
-            ThrowInvalidXmlFragment(source);
+            ThrowInvalidXmlFragment(PutXmlSource);
+    });
+}
+
+HRESULT CJobContentsImpl::WriteInto(QxXmlWriter& writer) noexcept {
+    return RunMethod(METHOD_SOURCE(get_Xml), [&] { m_contents.WriteXml(writer); });
+}
+
+HRESULT CJobContentsImpl::ReadFrom(QxXmlParser& parser) noexcept {
+    return RunMethod(PutXmlSource, [&] {
+        if (!m_contents.ReadXml(parser))
+            ThrowInvalidXmlFragment(PutXmlSource);
     });
 }
 

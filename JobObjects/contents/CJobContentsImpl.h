@@ -2,10 +2,10 @@
 
 #include "CJobContents.h"
 #include "JobObjects/frame/Accessors.h"
-#include "JobObjects/frame/Record.h"
+#include "JobObjects/frame/HeldRecord.h"
 
 /// COM class JobContents: wraps a CJobContents. JobCopyLines returns a copy.
-class CJobContentsImpl : public Record<IJobContents, IID_IJobContents> {
+class CJobContentsImpl : public HeldRecord<IJobContents> {
 public:
     using Self = CJobContentsImpl;
     static constexpr NameLiteral ClassName{L"CJobContentsImpl"};
@@ -49,7 +49,11 @@ public:
     HRESULT STDMETHODCALLTYPE DoAttributesMatch(BSTR attributes, BSTR* unmatchedAttributes,
                                                 VARIANT_BOOL* attributesMatch) override;
 
+    HRESULT WriteInto(QxXmlWriter& writer) noexcept override;
+    HRESULT ReadFrom(QxXmlParser& parser) noexcept override;
+
 private:
+    static constexpr const wchar_t* PutXmlSource = METHOD_SOURCE(put_Xml);
     /// Several methods report under this name: log readers match it.
     static constexpr const wchar_t* GenerateSource =
         METHOD_SOURCE(GenerateGeneralContentsFromPageCounterInfo);

@@ -1,6 +1,15 @@
 #include "ServerModule.h"
 
+#include <cstdint>
 #include <new>
+
+bool ServerModule::Contains(const void* address) const noexcept {
+    const auto* const image = reinterpret_cast<const unsigned char*>(m_instance);
+    const auto* const dosHeader = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
+    const auto* const header = reinterpret_cast<const IMAGE_NT_HEADERS*>(image + dosHeader->e_lfanew);
+    const auto offset = reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(image);
+    return offset < header->OptionalHeader.SizeOfImage;
+}
 
 HRESULT ServerModule::AddTerminationCallback(TerminationCallback callback, void* context) noexcept {
     auto* entry = new (std::nothrow) Termination{callback, context, m_terminations};

@@ -14,6 +14,8 @@ public:
     ServerModule& operator=(const ServerModule&) = delete;
 
     HINSTANCE Instance() const noexcept { return m_instance; }
+    /// Whether the address is in the library's image.
+    bool Contains(const void* address) const noexcept;
 
     // One lock for each live instance, each class object that a client holds and each LockServer(TRUE).
 

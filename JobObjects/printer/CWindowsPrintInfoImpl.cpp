@@ -32,7 +32,11 @@ constexpr Element<CWindowsPrintInfoImpl> CWindowsPrintInfoImpl::Elements[] = {
 };
 
 HRESULT CWindowsPrintInfoImpl::get_Xml(BSTR* pVal) {
-    return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] { return WriteXml(); });
+    return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] {
+        QxXmlWriter writer(1536);
+        WriteXml(writer);
+        return writer;
+    });
 }
 
 HRESULT CWindowsPrintInfoImpl::put_Xml(BSTR newVal) {
@@ -52,13 +56,19 @@ HRESULT CWindowsPrintInfoImpl::put_Xml(BSTR newVal) {
     });
 }
 
-QxXmlWriter CWindowsPrintInfoImpl::WriteXml() const {
-    QxXmlWriter writer(1536);
+HRESULT CWindowsPrintInfoImpl::WriteInto(QxXmlWriter& writer) noexcept {
+    return RunMethod(METHOD_SOURCE(get_Xml), [&] { WriteXml(writer); });
+}
+
+HRESULT CWindowsPrintInfoImpl::ReadFrom(QxXmlParser& parser) noexcept {
+    return RunMethod(METHOD_SOURCE(put_Xml), [&] { ReadXml(parser); });
+}
+
+void CWindowsPrintInfoImpl::WriteXml(QxXmlWriter& writer) const {
     writer.OpenStartTag(L"WindowsPrintInfo");
     writer.CloseStartTag();
     WriteElements(writer, AnyVersion, *this, Elements);
     writer.EndTag(L"WindowsPrintInfo");
-    return writer;
 }
 
 void CWindowsPrintInfoImpl::ReadXml(QxXmlParser& parser) {

@@ -2,12 +2,12 @@
 
 #include "JobObjects/frame/Accessors.h"
 #include "JobObjects/frame/ElementTable.h"
-#include "JobObjects/frame/Record.h"
+#include "JobObjects/frame/HeldRecord.h"
 #include "common/xml/QxXmlParser.h"
 
 /// A job as the print system describes it: the spooler's page counts, DEVMODE fields and the print
 /// processor's page layout.
-class CWindowsPrintInfoImpl : public Record<IWindowsPrintInfo, IID_IWindowsPrintInfo> {
+class CWindowsPrintInfoImpl : public HeldRecord<IWindowsPrintInfo> {
 public:
     using Self = CWindowsPrintInfoImpl;
     static constexpr NameLiteral ClassName{L"CWindowsPrintInfoImpl"};
@@ -45,11 +45,14 @@ public:
     HRESULT STDMETHODCALLTYPE get_IsBooklet(VARIANT_BOOL* pVal) override;
     HRESULT STDMETHODCALLTYPE get_JobInfoCopies(LONG* pVal) override;
 
+    HRESULT WriteInto(QxXmlWriter& writer) noexcept override;
+    HRESULT ReadFrom(QxXmlParser& parser) noexcept override;
+
 private:
     static constexpr QxVersion AnyVersion{}; // the form has no versions
     static const Element<Self> Elements[];
 
-    QxXmlWriter WriteXml() const;
+    void WriteXml(QxXmlWriter& writer) const;
     void ReadXml(QxXmlParser& parser);
     std::int32_t Copies() const noexcept;
 

@@ -9,11 +9,27 @@
 #include <algorithm>
 
 HRESULT CPolicyResultsImpl::get_Xml(BSTR* pVal) {
-    return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] { return WriteXml(); });
+    return GetValue(pVal, METHOD_SOURCE(get_Xml), [&] {
+        QxXmlWriter writer(512);
+        WriteXml(writer);
+        return writer;
+    });
 }
 
 HRESULT CPolicyResultsImpl::put_Xml(BSTR newVal) {
-    return RunMethod(METHOD_SOURCE(put_Xml), [&] { ReadXml(BstrView(newVal)); });
+    return RunMethod(METHOD_SOURCE(put_Xml), [&] {
+        QxXmlParser parser;
+        RecordReading::OpenRoot(parser, BstrView(newVal), L"PolicyResults");
+        ReadXml(parser);
+    });
+}
+
+HRESULT CPolicyResultsImpl::WriteInto(QxXmlWriter& writer) noexcept {
+    return RunMethod(METHOD_SOURCE(get_Xml), [&] { WriteXml(writer); });
+}
+
+HRESULT CPolicyResultsImpl::ReadFrom(QxXmlParser& parser) noexcept {
+    return RunMethod(METHOD_SOURCE(put_Xml), [&] { ReadXml(parser); });
 }
 
 HRESULT CPolicyResultsImpl::get_PolicyViolated(VARIANT_BOOL* pVal) {
@@ -64,8 +80,7 @@ void CPolicyResultsImpl::AddViolation(std::int32_t triggerId, std::wstring_view 
         m_violations.try_emplace(triggerId, action);
 }
 
-QxXmlWriter CPolicyResultsImpl::WriteXml() const {
-    QxXmlWriter writer(512);
+void CPolicyResultsImpl::WriteXml(QxXmlWriter& writer) const {
     writer.BeginRecord(L"PolicyResults", QX_XML_NAMESPACE_BASE L"/OutputManagement/Policy", m_version);
     writer.OpenStartTag(L"PolicyId");
     if (!m_hasRules)
@@ -86,12 +101,9 @@ QxXmlWriter CPolicyResultsImpl::WriteXml() const {
         writer.EndTag(L"RuleViolations");
     }
     writer.EndTag(L"PolicyResults");
-    return writer;
 }
 
-void CPolicyResultsImpl::ReadXml(std::wstring_view xml) {
-    QxXmlParser parser;
-    RecordReading::OpenRoot(parser, xml, L"PolicyResults");
+void CPolicyResultsImpl::ReadXml(QxXmlParser& parser) {
     m_version = RecordReading::ParseVersion(parser.GetRawAttribute(L"Version"));
 
     ChildReader children(parser);

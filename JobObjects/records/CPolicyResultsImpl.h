@@ -1,14 +1,14 @@
 #pragma once
 
 #include "JobObjects/frame/Accessors.h"
-#include "JobObjects/frame/Record.h"
+#include "JobObjects/frame/HeldRecord.h"
 #include "common/QxVersion.h"
 #include "common/xml/QxXmlParser.h"
 
 #include <map>
 
 /// The result of applying a print policy to a job: the violated rules.
-class CPolicyResultsImpl : public Record<IPolicyResults, IID_IPolicyResults> {
+class CPolicyResultsImpl : public HeldRecord<IPolicyResults> {
 public:
     using Self = CPolicyResultsImpl;
     static constexpr NameLiteral ClassName{L"CPolicyResultsImpl"};
@@ -28,9 +28,12 @@ public:
     HRESULT STDMETHODCALLTYPE RuleViolated(LONG triggerId, VARIANT_BOOL* pVal) override;
     TEXT_PROPERTY(get_PolicyName, put_PolicyName, m_policyName)
 
+    HRESULT WriteInto(QxXmlWriter& writer) noexcept override;
+    HRESULT ReadFrom(QxXmlParser& parser) noexcept override;
+
 private:
-    QxXmlWriter WriteXml() const;
-    void ReadXml(std::wstring_view xml);
+    void WriteXml(QxXmlWriter& writer) const;
+    void ReadXml(QxXmlParser& parser);
     void ReadRuleViolations(QxXmlParser& parser);
     bool InformOnly() const noexcept;
     /// Ignores negative identifiers; of duplicates the first action counts.

@@ -93,7 +93,7 @@ private:
     void ReadLogTarget(QxXmlParser& parser, ChildReader& children);
     void ReadToner(QxXmlParser& parser, ChildReader& children);
     void ReadChildren(QxXmlParser& parser, ChildReader& children);
-    void ReadJobContents(const QxXmlParser& parser, ChildReader& children);
+    void ReadJobContents(QxXmlParser& parser, ChildReader& children);
     void ReadPageCounterInfo(QxXmlParser& parser, ChildReader& children);
 
     /// Fills in the current time where none was set.

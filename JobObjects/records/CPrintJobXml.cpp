@@ -30,8 +30,7 @@ std::int32_t Milliseconds(std::wstring_view text) noexcept {
 /// Reads an optional child, creating it if necessary; releases it if the element is missing. A failed
 /// creation is E_POINTER for any reason: callers expect that.
 template<class Interface>
-void ReadOptionalChild(const QxXmlParser& parser, ChildReader& children, XmlName name,
-                       ComPtr<Interface>& child) {
+void ReadOptionalChild(QxXmlParser& parser, ChildReader& children, XmlName name, ComPtr<Interface>& child) {
     if (!children.Find(name)) {
         child = {};
         return;
@@ -39,7 +38,7 @@ void ReadOptionalChild(const QxXmlParser& parser, ChildReader& children, XmlName
     if (!child &&
         FAILED(CreateByProgId(ChildClass<Interface>::ProgId, ChildClass<Interface>::Iid, child.PutVoid())))
         throw ComError(E_POINTER);
-    PutChildXml(child, parser.GetChildSubDocument());
+    ReadChild(parser, child);
 }
 
 } // namespace
@@ -183,19 +182,19 @@ void CPrintJobImpl::ReadToner(QxXmlParser& parser, ChildReader& children) {
 }
 
 void CPrintJobImpl::WriteChildren(QxXmlWriter& writer) const {
-    writer.Raw(GetChildXml(m_jobContents).View());
+    WriteChild(writer, m_jobContents);
     WritePageCounterInfo(writer);
     if (m_windowsPrintInfo)
-        writer.Raw(GetChildXml(m_windowsPrintInfo).View());
+        WriteChild(writer, m_windowsPrintInfo);
     if (m_version >= PolicyResultsVersion && m_policyResults)
-        writer.Raw(GetChildXml(m_policyResults).View());
+        WriteChild(writer, m_policyResults);
 }
 
 void CPrintJobImpl::WritePageCounterInfo(QxXmlWriter& writer) const {
     writer.OpenStartTag(L"PageCounterInfo");
     writer.CloseStartTag();
     if (m_pageCounterJobContents)
-        writer.Raw(GetChildXml(m_pageCounterJobContents).View());
+        WriteChild(writer, m_pageCounterJobContents);
     writer.Element(L"PageCounterErrorMessage", m_pageCounterErrorMessage);
     writer.Element(L"PageCounterResult", m_pageCounterResult);
     writer.EndTag(L"PageCounterInfo");
@@ -211,14 +210,14 @@ void CPrintJobImpl::ReadChildren(QxXmlParser& parser, ChildReader& children) {
         m_policyResults = {};
 }
 
-void CPrintJobImpl::ReadJobContents(const QxXmlParser& parser, ChildReader& children) {
+void CPrintJobImpl::ReadJobContents(QxXmlParser& parser, ChildReader& children) {
     const bool present = children.Find(L"JobContents");
     if (!present)
         m_jobContents = {};
     if (!m_jobContents)
         m_jobContents = CreateChild<IJobContents>();
     if (present)
-        PutChildXml(m_jobContents, parser.GetChildSubDocument());
+        ReadChild(parser, m_jobContents);
 }
 
 void CPrintJobImpl::ReadPageCounterInfo(QxXmlParser& parser, ChildReader& children) {
@@ -235,7 +234,7 @@ void CPrintJobImpl::ReadPageCounterInfo(QxXmlParser& parser, ChildReader& childr
     } else {
         if (!m_pageCounterJobContents)
             m_pageCounterJobContents = CreateChild<IJobContents>();
-        PutChildXml(m_pageCounterJobContents, parser.GetChildSubDocument());
+        ReadChild(parser, m_pageCounterJobContents);
     }
     m_pageCounterErrorMessage = info.Text(L"PageCounterErrorMessage");
     m_pageCounterResult = info.Text(L"PageCounterResult");

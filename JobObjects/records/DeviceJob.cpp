@@ -31,9 +31,9 @@ QxXmlWriter DeviceJob::BeginXml(const DeviceJobForm& form) const {
 }
 
 void DeviceJob::EndXml(QxXmlWriter& writer, const DeviceJobForm& form) const {
-    writer.Raw(GetChildXml(m_jobContents).View());
+    WriteChild(writer, m_jobContents);
     if (m_version >= PolicyResultsVersion && m_policyResults)
-        writer.Raw(GetChildXml(m_policyResults).View());
+        WriteChild(writer, m_policyResults);
     writer.EndTag(form.root);
 }
 
@@ -45,10 +45,10 @@ ChildReader DeviceJob::OpenXml(QxXmlParser& parser, std::wstring_view xml, const
     return children;
 }
 
-void DeviceJob::ReadChildren(const QxXmlParser& parser, ChildReader& children) {
+void DeviceJob::ReadChildren(QxXmlParser& parser, ChildReader& children) {
     if (!children.Find(L"JobContents"))
         throw QxException(L"JobContents element is missing.");
-    PutChildXml(m_jobContents, parser.GetChildSubDocument());
+    ReadChild(parser, m_jobContents);
 
     if (m_version < PolicyResultsVersion || !children.Find(L"PolicyResults")) {
         m_policyResults = {};
@@ -56,5 +56,5 @@ void DeviceJob::ReadChildren(const QxXmlParser& parser, ChildReader& children) {
     }
     if (!m_policyResults)
         m_policyResults = CreateChild<IPolicyResults>();
-    PutChildXml(m_policyResults, parser.GetChildSubDocument());
+    ReadChild(parser, m_policyResults);
 }

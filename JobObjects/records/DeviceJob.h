@@ -32,7 +32,7 @@ protected:
 
     /// Reads the version and the shared elements.
     ChildReader OpenXml(QxXmlParser& parser, std::wstring_view xml, const DeviceJobForm& form);
-    void ReadChildren(const QxXmlParser& parser, ChildReader& children);
+    void ReadChildren(QxXmlParser& parser, ChildReader& children);
 
     QxVersion m_version;
     QxString m_jobGuid;

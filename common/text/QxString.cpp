@@ -1,7 +1,5 @@
 #include "QxString.h"
 
-#include "CopyText.h"
-
 #include <limits>
 #include <new>
 
@@ -11,12 +9,6 @@ QxString::QxString(std::wstring_view text) {
     if (text.size() > std::numeric_limits<std::size_t>::max() / sizeof(wchar_t) - sizeof(Data))
         throw std::bad_alloc();
     m_data = MakeData(::operator new(DataSize(text.size())), nullptr, text);
-}
-
-QxString::Data* QxString::MakeData(void* place, Block* block, std::wstring_view text) noexcept {
-    Data* const data = new (place) Data{{1}, block, text.size()};
-    *QxMisc::CopyText(data->characters(), text) = L'\0';
-    return data;
 }
 
 QxString::QxString(const QxString& other) noexcept : m_data(other.m_data) {

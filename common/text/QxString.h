@@ -1,7 +1,10 @@
 #pragma once
 
+#include "CopyText.h"
+
 #include <atomic>
 #include <cstddef>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -65,7 +68,11 @@ private:
         const std::size_t size = sizeof(Data) + (length + 1) * sizeof(wchar_t);
         return (size + alignof(Data) - 1) / alignof(Data) * alignof(Data);
     }
-    static Data* MakeData(void* place, Block* block, std::wstring_view text) noexcept;
+    static Data* MakeData(void* place, Block* block, std::wstring_view text) noexcept {
+        Data* const data = new (place) Data{{1}, block, text.size()};
+        *QxMisc::CopyText(data->characters(), text) = L'\0';
+        return data;
+    }
     static void Release(Block* block, unsigned count) noexcept;
     void Release() noexcept;
 

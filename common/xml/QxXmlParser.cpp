@@ -14,6 +14,29 @@ constexpr std::wstring_view CDataClose = L"]]>";
 
 } // namespace
 
+/// Requires QxXmlScan::IsPlainName(name). Inline, like HasName: walks spend most of their time here.
+inline bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
+    const ElemPos& position = At(element);
+    const wchar_t* const inside = m_document.data() + position.startTagOpen + 1;
+    const auto length = static_cast<std::size_t>(position.startTagClose - position.startTagOpen - 1);
+    if (name.size() <= length && QxXmlScan::EndsToken(inside[name.size()]) &&
+        QxXmlScan::Equal({inside, name.size()}, name))
+        return true;
+    return HasSpacedOrPrefixedName(element, name);
+}
+
+inline bool QxXmlParser::HasName(std::int32_t element, const SoughtName& name) const noexcept {
+    return name.IsPlain() ? HasPlainName(element, name)
+                          : QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
+}
+
+/// The first element with the name among candidate and its later siblings; 0 if none.
+std::int32_t QxXmlParser::FindFrom(std::int32_t candidate, const SoughtName& name) const noexcept {
+    while (candidate != 0 && !name.empty() && !HasName(candidate, name))
+        candidate = At(candidate).nextSibling;
+    return candidate;
+}
+
 void QxXmlParser::ResetPosition() noexcept {
     m_current = 0;
     m_currentChild = 0;
@@ -73,36 +96,34 @@ bool QxXmlParser::OutOfElement() noexcept {
     return true;
 }
 
+bool QxXmlParser::IntoSubDocument() noexcept {
+    const std::wstring_view text = GetChildSubDocument();
+    if (!IntoElement())
+        return false;
+    m_behind = static_cast<std::size_t>(m_document.data() + m_document.size() - text.data()) - text.size();
+    m_attributes.element = 0;
+    return true;
+}
+
+void QxXmlParser::OutOfSubDocument() noexcept {
+    m_behind = 0;
+    m_attributes.element = 0;
+    OutOfElement();
+}
+
 void QxXmlParser::SelectElement(std::int32_t element) noexcept {
     m_current = element;
     m_currentChild = 0;
 }
 
-bool QxXmlParser::HasName(std::int32_t element, const SoughtName& name) const noexcept {
-    return name.IsPlain() ? HasPlainName(element, name)
-                          : QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
-}
-
-/// Requires QxXmlScan::IsPlainName(name).
-bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
+/// The rest of HasPlainName: without leading white space or a prefix, the name would have matched there.
+bool QxXmlParser::HasSpacedOrPrefixedName(std::int32_t element, std::wstring_view name) const noexcept {
     const ElemPos& position = At(element);
     const std::wstring_view inside = Piece(position.startTagOpen + 1, position.startTagClose);
-    const auto behind = static_cast<std::size_t>(position.startTagOpen) + 1 + name.size(); // at most the ">"
-    if (inside.size() >= name.size() && QxXmlScan::EndsToken(m_document[behind]) &&
-        QxXmlScan::Equal(inside.substr(0, name.size()), name))
-        return true;
-    // Without leading white space or a prefix, the name would have matched above.
     const auto length = static_cast<std::int32_t>(inside.size());
     if (length > 0 && !QxXmlScan::IsSpace(inside.front()) && QxXmlScan::Find(inside, L':', 0) == length)
         return false;
     return QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
-}
-
-/// The first element with the name among candidate and its later siblings; 0 if none.
-std::int32_t QxXmlParser::FindFrom(std::int32_t candidate, const SoughtName& name) const noexcept {
-    while (candidate != 0 && !name.empty() && !HasName(candidate, name))
-        candidate = At(candidate).nextSibling;
-    return candidate;
 }
 
 std::wstring_view QxXmlParser::TagName(std::int32_t element) const noexcept {
@@ -142,8 +163,6 @@ std::wstring_view QxXmlParser::Content(std::int32_t element, bool& raw) const no
 }
 
 QxString QxXmlParser::Unescaped(std::wstring_view text) const {
-    if (QxXmlScan::Find(text, L'&', 0) == static_cast<std::int32_t>(text.size()))
-        return m_texts.Make(text);
     QxXmlText decoded;
     decoded.AppendUnescaped(text);
     return m_texts.Make(decoded.View());
@@ -152,7 +171,13 @@ QxString QxXmlParser::Unescaped(std::wstring_view text) const {
 QxString QxXmlParser::Data(std::int32_t element) const {
     bool raw = false;
     const std::wstring_view content = Content(element, raw);
-    return raw ? m_texts.Make(content) : Unescaped(content);
+    return raw || !HasEntity(content) ? m_texts.Make(content) : Unescaped(content);
+}
+
+/// For a part of the document.
+bool QxXmlParser::HasEntity(std::wstring_view content) const noexcept {
+    const auto from = static_cast<std::int32_t>(content.data() - m_document.data());
+    return QxXmlScan::Occurs(m_document, L'&', from, from + static_cast<std::int32_t>(content.size()));
 }
 
 QxString QxXmlParser::GetData() const {
@@ -163,117 +188,141 @@ QxString QxXmlParser::GetChildData() const {
     return Data(m_currentChild);
 }
 
+/// Reads a value up to its closing quote. False without one.
+inline bool QxXmlParser::ReadQuoted(std::int32_t from, std::int32_t& next,
+                                    AttributeValue& value) const noexcept {
+    const std::wstring_view text = Text();
+    const std::int32_t quote = QxXmlScan::FindQuote(text, from, value.hasEntity);
+    if (quote == static_cast<std::int32_t>(text.size()))
+        return false;
+    value.text = Piece(from, quote);
+    next = quote + 1;
+    return true;
+}
+
+/// Fast path for ' name="value"' with the sought name: most readers ask in document order.
+bool QxXmlParser::ReadSought(std::int32_t& next, const SoughtName& name,
+                             AttributePos& attribute) const noexcept {
+    const std::wstring_view text = Text();
+    const std::size_t start = static_cast<std::size_t>(next) + 1;
+    const std::size_t end = start + name.size();
+    if (!name.IsPlain() || name.empty() || name.front() == L'"' || end + 1 >= text.size() ||
+        text[start - 1] != L' ' || text[end] != L'=' || text[end + 1] != L'"' ||
+        !QxXmlScan::Equal(text.substr(start, name.size()), name))
+        return false;
+    attribute.name = text.substr(start, name.size());
+    attribute.hasValue = true;
+    return ReadQuoted(static_cast<std::int32_t>(end) + 2, next, attribute.value);
+}
+
 /// Fast path for ' name="value"', as nearly all attributes are. False means: apply the token rules.
 bool QxXmlParser::ReadPlainAttribute(std::int32_t& next, AttributePos& attribute) const noexcept {
-    const auto length = static_cast<std::int32_t>(m_document.size());
-    const std::int32_t name = QxXmlScan::SkipSpace(m_document, next);
-    const std::int32_t equals = name + QxXmlScan::WordLength(m_document, name);
-    const auto is = [this](std::int32_t offset, wchar_t character) {
-        return m_document[static_cast<std::size_t>(offset)] == character;
+    const std::wstring_view text = Text();
+    const auto length = static_cast<std::int32_t>(text.size());
+    const std::int32_t name = QxXmlScan::SkipSpace(text, next);
+    const std::int32_t equals = name + QxXmlScan::WordLength(text, name);
+    const auto is = [&text](std::int32_t offset, wchar_t character) {
+        return text[static_cast<std::size_t>(offset)] == character;
     };
     if (equals == name || equals + 1 >= length || !is(equals, L'=') || !is(equals + 1, L'"') ||
         is(name, L'"'))
         return false;
-    const std::int32_t value = equals + 2;
-    const std::int32_t quote = QxXmlScan::Find(m_document, L'"', value);
-    if (quote == length)
-        return false;
-    next = quote + 1;
-    attribute = {QxXmlScan::WithoutPrefix(Piece(name, equals)), {value, quote - 1, next, true}, true};
-    return true;
+    attribute.name = QxXmlScan::WithoutPrefix(Piece(name, equals));
+    attribute.hasValue = true;
+    return ReadQuoted(equals + 2, next, attribute.value);
 }
 
 /// Reads the next name of a start tag and its value. False at the end of the tag.
 bool QxXmlParser::ReadAttribute(std::int32_t& next, AttributePos& attribute) const noexcept {
     if (ReadPlainAttribute(next, attribute))
         return true;
+    const std::wstring_view text = Text();
     Token token;
     token.next = next;
     do {
-        if (!QxXmlScan::NextToken(m_document, token) || token.IsUnquoted(m_document, L'>') ||
-            token.IsUnquoted(m_document, L'/'))
+        if (!QxXmlScan::NextToken(text, token) || token.IsUnquoted(text, L'>') ||
+            token.IsUnquoted(text, L'/'))
             return false;
-    } while (token.quoted || token.IsUnquoted(m_document, L'='));
+    } while (token.quoted || token.IsUnquoted(text, L'='));
     next = token.next;
-    attribute.name = QxXmlScan::WithoutPrefix(token.In(m_document));
-    attribute.hasValue = QxXmlScan::NextToken(m_document, token) && token.IsUnquoted(m_document, L'=') &&
-                         QxXmlScan::NextToken(m_document, token) && token.quoted;
+    attribute.name = QxXmlScan::WithoutPrefix(token.In(text));
+    attribute.hasValue = QxXmlScan::NextToken(text, token) && token.IsUnquoted(text, L'=') &&
+                         QxXmlScan::NextToken(text, token) && token.quoted;
     if (attribute.hasValue) {
-        attribute.value = token;
+        attribute.value = {token.In(text), true};
         next = token.next;
     }
     return true;
 }
 
-/// Finds the value of the first attribute with the name.
-bool QxXmlParser::FindValue(std::int32_t element, std::wstring_view name, Token& value) const noexcept {
+/// Finds the value of the first attribute with the name; null if it is missing or has no quoted value.
+const QxXmlParser::AttributeValue* QxXmlParser::FindValue(std::int32_t element,
+                                                          const SoughtName& name) const noexcept {
     if (element == 0)
-        return false;
+        return nullptr;
     AttributeScan& scan = m_attributes;
     if (scan.element != element) {
         Token tagName;
         tagName.next = At(element).startTagOpen + 1;
-        QxXmlScan::NextToken(m_document, tagName);
+        QxXmlScan::NextToken(Text(), tagName);
         scan.element = element;
         scan.next = tagName.next;
         scan.count = 0;
     }
-    const auto matches = [&](const AttributePos& attribute) {
-        if (!QxXmlScan::Equal(attribute.name, name))
-            return false;
-        value = attribute.value;
-        return true;
-    };
     for (std::size_t i = 0; i < scan.count; ++i) {
-        if (matches(scan.attributes[i]))
-            return scan.attributes[i].hasValue;
+        const AttributePos& attribute = scan.attributes[i];
+        if (QxXmlScan::Equal(attribute.name, name))
+            return attribute.hasValue ? &attribute.value : nullptr;
     }
-    AttributePos attribute;
-    for (std::int32_t next = scan.next; ReadAttribute(next, attribute);) {
+    for (std::int32_t next = scan.next;;) {
+        AttributePos& attribute = scan.attributes[scan.count];
+        const bool sought = ReadSought(next, name, attribute);
+        if (!sought && !ReadAttribute(next, attribute))
+            return nullptr;
         if (scan.count < AttributeScan::Most) {
-            scan.attributes[scan.count++] = attribute;
+            ++scan.count;
             scan.next = next;
         }
-        if (matches(attribute))
-            return attribute.hasValue;
+        if (sought || QxXmlScan::Equal(attribute.name, name))
+            return attribute.hasValue ? &attribute.value : nullptr;
     }
-    return false;
 }
 
-bool QxXmlParser::Attribute(std::int32_t element, std::wstring_view name, QxString& value) const {
-    Token token;
-    if (!FindValue(element, name, token))
-        return false;
-    value = Unescaped(token.In(m_document));
-    return true;
+QxString QxXmlParser::TextOf(const AttributeValue& value) const {
+    return value.hasEntity ? Unescaped(value.text) : m_texts.Make(value.text);
 }
 
-bool QxXmlParser::FindAttribute(std::wstring_view name, QxString& value) const {
+bool QxXmlParser::Attribute(std::int32_t element, const SoughtName& name, QxString& value) const {
+    const AttributeValue* const found = FindValue(element, name);
+    if (found)
+        value = TextOf(*found);
+    return found != nullptr;
+}
+
+bool QxXmlParser::FindAttribute(const SoughtName& name, QxString& value) const {
     return Attribute(m_current, name, value);
 }
 
-bool QxXmlParser::FindChildAttribute(std::wstring_view name, QxString& value) const {
+bool QxXmlParser::FindChildAttribute(const SoughtName& name, QxString& value) const {
     return Attribute(m_currentChild, name, value);
 }
 
-QxString QxXmlParser::GetAttribute(std::wstring_view name) const {
-    QxString value;
-    Attribute(m_current, name, value);
-    return value;
+QxString QxXmlParser::GetAttribute(const SoughtName& name) const {
+    const AttributeValue* const found = FindValue(m_current, name);
+    return found ? TextOf(*found) : QxString();
 }
 
-QxString QxXmlParser::GetChildAttribute(std::wstring_view name) const {
-    QxString value;
-    Attribute(m_currentChild, name, value);
-    return value;
+QxString QxXmlParser::GetChildAttribute(const SoughtName& name) const {
+    const AttributeValue* const found = FindValue(m_currentChild, name);
+    return found ? TextOf(*found) : QxString();
 }
 
-std::wstring_view QxXmlParser::RawAttribute(std::int32_t element, std::wstring_view name) const noexcept {
-    Token token;
-    return FindValue(element, name, token) ? token.In(m_document) : std::wstring_view();
+std::wstring_view QxXmlParser::RawAttribute(std::int32_t element, const SoughtName& name) const noexcept {
+    const AttributeValue* const value = FindValue(element, name);
+    return value ? value->text : std::wstring_view();
 }
 
-std::wstring_view QxXmlParser::GetRawAttribute(std::wstring_view name) const noexcept {
+std::wstring_view QxXmlParser::GetRawAttribute(const SoughtName& name) const noexcept {
     return RawAttribute(m_current, name);
 }
 
@@ -307,10 +356,10 @@ bool QxXmlParser::GetChildFlag() const noexcept {
     return QxMisc::ParseBool(Content(m_currentChild, raw));
 }
 
-std::int32_t QxXmlParser::GetChildAttributeNumber(std::wstring_view name) const noexcept {
+std::int32_t QxXmlParser::GetChildAttributeNumber(const SoughtName& name) const noexcept {
     return QxMisc::ParseInt32(RawAttribute(m_currentChild, name));
 }
 
-bool QxXmlParser::GetChildAttributeFlag(std::wstring_view name) const noexcept {
+bool QxXmlParser::GetChildAttributeFlag(const SoughtName& name) const noexcept {
     return QxMisc::ParseBool(RawAttribute(m_currentChild, name));
 }

@@ -74,6 +74,11 @@ public:
     /// Makes the parent the current element and the element its current child. At the top, returns false and
     /// changes nothing.
     bool OutOfElement() noexcept;
+    /// IntoElement, and until OutOfSubDocument the text ends behind the element's markup, as if that
+    /// (GetChildSubDocument) had been parsed alone.
+    bool IntoSubDocument() noexcept;
+    /// Requires that the element is current again.
+    void OutOfSubDocument() noexcept;
     /// Contract. Makes the element at that index of Positions(), which must be above 0, the current element
     /// and clears the current child.
     void SelectElement(std::int32_t element) noexcept;
@@ -88,17 +93,17 @@ public:
     QxString GetData() const;
     QxString GetChildData() const;
     /// False, with value unchanged, if the attribute is missing or not in double quotes.
-    bool FindAttribute(std::wstring_view name, QxString& value) const;
-    bool FindChildAttribute(std::wstring_view name, QxString& value) const;
+    bool FindAttribute(const SoughtName& name, QxString& value) const;
+    bool FindChildAttribute(const SoughtName& name, QxString& value) const;
     /// Contract. Empty if not found.
-    QxString GetAttribute(std::wstring_view name) const;
+    QxString GetAttribute(const SoughtName& name) const;
     /// Empty if not found.
-    QxString GetChildAttribute(std::wstring_view name) const;
+    QxString GetChildAttribute(const SoughtName& name) const;
     /// The value without unescaping, for text in which an entity would be an error.
-    std::wstring_view GetRawAttribute(std::wstring_view name) const noexcept;
+    std::wstring_view GetRawAttribute(const SoughtName& name) const noexcept;
     /// Converted like GetChildNumber and GetChildFlag.
-    std::int32_t GetChildAttributeNumber(std::wstring_view name) const noexcept;
-    bool GetChildAttributeFlag(std::wstring_view name) const noexcept;
+    std::int32_t GetChildAttributeNumber(const SoughtName& name) const noexcept;
+    bool GetChildAttributeFlag(const SoughtName& name) const noexcept;
     /// Contract. The element's markup and the white space after it.
     std::wstring_view GetSubDocument() const noexcept;
     /// The element's markup and the white space after it.
@@ -129,11 +134,15 @@ public:
     std::size_t PositionCount() const noexcept { return m_positions.size(); }
 
 private:
+    struct AttributeValue {
+        std::wstring_view text;
+        bool hasEntity = false; ///< false: nothing to unescape
+    };
     /// A name in a start tag, without prefix, and what follows it.
     struct AttributePos {
         std::wstring_view name;
-        QxXmlScan::Token value;
-        bool hasValue; ///< false: no "=" or no quoted value follows
+        AttributeValue value;
+        bool hasValue = false; ///< false: no "=" or no quoted value follows
     };
     /// The attributes of one element as far as they have been read, so that reading all of them by name scans
     /// the start tag once.
@@ -142,13 +151,17 @@ private:
         std::int32_t element = 0;              ///< 0 if none
         std::int32_t next = 0;                 ///< where the scan continues
         std::size_t count = 0;
-        std::array<AttributePos, Most> attributes;
+        std::array<AttributePos, Most + 1> attributes; ///< the last entry is the one being read
     };
 
     ElemPos& At(std::int32_t element) { return m_positions[static_cast<std::size_t>(element)]; }
     const ElemPos& At(std::int32_t element) const { return m_positions[static_cast<std::size_t>(element)]; }
     bool IsEmptyElement(std::int32_t element) const noexcept {
         return At(element).startTagClose == At(element).endTagOpen + 1;
+    }
+    /// The document, or its part up to the end of the sub-document.
+    std::wstring_view Text() const noexcept {
+        return std::wstring_view(m_document.data(), m_document.size() - m_behind);
     }
     std::wstring_view Piece(std::int32_t from, std::int32_t to) const noexcept {
         return std::wstring_view(m_document.data() + from, static_cast<std::size_t>(to - from));
@@ -163,15 +176,20 @@ private:
     std::int32_t FindFrom(std::int32_t candidate, const SoughtName& name) const noexcept;
     bool HasName(std::int32_t element, const SoughtName& name) const noexcept;
     bool HasPlainName(std::int32_t element, std::wstring_view name) const noexcept;
+    bool HasSpacedOrPrefixedName(std::int32_t element, std::wstring_view name) const noexcept;
     std::wstring_view TagName(std::int32_t element) const noexcept;
     std::wstring_view Content(std::int32_t element, bool& raw) const noexcept;
     QxString Unescaped(std::wstring_view text) const;
+    bool HasEntity(std::wstring_view content) const noexcept;
     QxString Data(std::int32_t element) const;
-    bool FindValue(std::int32_t element, std::wstring_view name, QxXmlScan::Token& value) const noexcept;
+    const AttributeValue* FindValue(std::int32_t element, const SoughtName& name) const noexcept;
+    bool ReadSought(std::int32_t& next, const SoughtName& name, AttributePos& attribute) const noexcept;
     bool ReadPlainAttribute(std::int32_t& next, AttributePos& attribute) const noexcept;
     bool ReadAttribute(std::int32_t& next, AttributePos& attribute) const noexcept;
-    std::wstring_view RawAttribute(std::int32_t element, std::wstring_view name) const noexcept;
-    bool Attribute(std::int32_t element, std::wstring_view name, QxString& value) const;
+    bool ReadQuoted(std::int32_t from, std::int32_t& next, AttributeValue& value) const noexcept;
+    QxString TextOf(const AttributeValue& value) const;
+    std::wstring_view RawAttribute(std::int32_t element, const SoughtName& name) const noexcept;
+    bool Attribute(std::int32_t element, const SoughtName& name, QxString& value) const;
     std::wstring_view SubDocument(std::int32_t element) const noexcept;
 
     // Editing
@@ -187,6 +205,7 @@ private:
     void ShiftFrom(std::int32_t element, std::int32_t behind, std::int32_t difference) noexcept;
 
     std::wstring m_document;
+    std::size_t m_behind = 0; ///< characters behind the sub-document
     QxString m_error;
     std::int32_t m_errorOffset = 0;
     mutable QxStringPool m_texts; ///< allocates returned values

@@ -128,18 +128,19 @@ bool QxXmlParser::ReplaceAttribute(std::int32_t element, std::wstring_view name,
     if (element == 0 || !HasPlainStartTag(element))
         return false;
     m_edit.Clear();
-    Token old;
-    if (FindValue(element, name, old)) {
+    std::int32_t start = 0;
+    std::int32_t length = 0;
+    if (const AttributeValue* const old = FindValue(element, name)) {
         m_edit.AppendEscaped(value, QxXmlText::Escape::Attribute);
+        start = static_cast<std::int32_t>(old->text.data() - m_document.data());
+        length = static_cast<std::int32_t>(old->text.size());
     } else {
         m_edit.AppendAttribute(name, value);
-        old.start = AttributesEnd(element);
-        old.end = old.start - 1;
+        start = AttributesEnd(element);
     }
-    const std::int32_t length = old.end - old.start + 1;
     const std::wstring_view text = m_edit.View();
-    ReplaceText(old.start, length, text);
-    ShiftFrom(element, old.start + length, static_cast<std::int32_t>(text.size()) - length);
+    ReplaceText(start, length, text);
+    ShiftFrom(element, start + length, static_cast<std::int32_t>(text.size()) - length);
     return true;
 }
 

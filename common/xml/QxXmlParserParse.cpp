@@ -225,6 +225,7 @@ bool DocumentParse::Fail(std::wstring_view message, std::int32_t offset, std::in
 bool QxXmlParser::SetDocument(std::wstring_view text) {
     ResetPosition();
     m_attributes.element = 0;
+    m_behind = 0;
     if (!m_positions.empty())
         ClearElements();
     if (text.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()))

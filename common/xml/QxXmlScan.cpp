@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
+#include <limits>
+#include <numeric>
 
 namespace QxXmlScan {
 
@@ -18,12 +21,38 @@ std::int32_t FindTerminator(std::wstring_view text, std::wstring_view terminator
 }
 
 std::int32_t CountStartTags(std::wstring_view text) noexcept {
+    const wchar_t* const characters = text.data();
     const auto last = static_cast<std::int32_t>(text.size()) - 1;
     std::int32_t count = 0;
-    for (std::int32_t open = Find(text, L'<', 0); open < last; open = Find(text, L'<', open + 1)) {
-        const wchar_t next = text[static_cast<std::size_t>(open) + 1];
-        if (next != L'/' && next != L'!' && next != L'?')
-            ++count;
+    std::int32_t at = 0;
+#ifdef QX_XML_SCAN_SSE2
+    if constexpr (sizeof(wchar_t) == 2) {
+        const __m128i bracket = _mm_set1_epi16(L'<');
+        const __m128i slashOrQuestion = _mm_set1_epi16(L'/' ^ L'?'); // the one bit in which they differ
+        const __m128i exclamation = _mm_set1_epi16(L'!');
+        const __m128i question = _mm_set1_epi16(L'?');
+        while (at + 8 <= last) {
+            __m128i counts = _mm_setzero_si128(); // of each position in a block
+            for (int blocks = 0; blocks < std::numeric_limits<std::int16_t>::max() && at + 8 <= last;
+                 ++blocks) {
+                const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(characters + at));
+                const __m128i behind = _mm_loadu_si128(reinterpret_cast<const __m128i*>(characters + at + 1));
+                const __m128i isOther =
+                    _mm_or_si128(_mm_cmpeq_epi16(_mm_or_si128(behind, slashOrQuestion), question),
+                                 _mm_cmpeq_epi16(behind, exclamation));
+                const __m128i found = _mm_andnot_si128(isOther, _mm_cmpeq_epi16(block, bracket));
+                counts = _mm_sub_epi16(counts, found);
+                at += 8;
+            }
+            std::array<std::int16_t, 8> sums;
+            std::memcpy(sums.data(), &counts, sizeof sums);
+            count = std::accumulate(sums.begin(), sums.end(), count);
+        }
+    }
+#endif
+    for (; at < last; ++at) {
+        const wchar_t next = characters[at + 1];
+        count += characters[at] == L'<' && next != L'/' && next != L'!' && next != L'?';
     }
     return count;
 }

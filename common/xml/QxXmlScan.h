@@ -149,6 +149,57 @@ inline std::int32_t Find(std::wstring_view text, wchar_t sought, std::int32_t fr
     return at;
 }
 
+/// Whether the character occurs from an offset up to another. Not limited to whole blocks, because more text
+/// follows.
+inline bool Occurs(std::wstring_view text, wchar_t sought, std::int32_t from, std::int32_t to) noexcept {
+#ifdef QX_XML_SCAN_SSE2
+    if constexpr (sizeof(wchar_t) == 2) {
+        const __m128i pattern = _mm_set1_epi16(static_cast<short>(sought));
+        for (const std::int32_t last = static_cast<std::int32_t>(text.size()) - 8; from < to && from <= last;
+             from += 8) {
+            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + from));
+            const auto equal = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, pattern)));
+            if (equal != 0)
+                return from + std::countr_zero(equal) / 2 < to;
+        }
+    }
+#endif
+    while (from < to && text[static_cast<std::size_t>(from)] != sought)
+        ++from;
+    return from < to;
+}
+
+/// The offset of the next quote, and whether an "&" precedes it.
+inline std::int32_t FindQuote(std::wstring_view text, std::int32_t from, bool& hasEntity) noexcept {
+    const wchar_t* const characters = text.data();
+    const auto length = static_cast<std::int32_t>(text.size());
+    std::int32_t at = from;
+    bool found = false;
+#ifdef QX_XML_SCAN_SSE2
+    if constexpr (sizeof(wchar_t) == 2) {
+        const __m128i quote = _mm_set1_epi16(L'"');
+        const __m128i ampersand = _mm_set1_epi16(L'&');
+        unsigned entities = 0;
+        for (const std::int32_t last = length - 8; at <= last; at += 8) {
+            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(characters + at));
+            const auto quotes = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, quote)));
+            const auto here = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, ampersand)));
+            if (quotes != 0) {
+                const unsigned before = (quotes & (0U - quotes)) - 1; // the bits below the first quote
+                hasEntity = (entities | (here & before)) != 0;
+                return at + std::countr_zero(quotes) / 2;
+            }
+            entities |= here;
+        }
+        found = entities != 0;
+    }
+#endif
+    for (; at < length && characters[at] != L'"'; ++at)
+        found = found || characters[at] == L'&';
+    hasEntity = found;
+    return at;
+}
+
 /// Reads the token at token.next, after white space. False at the end of the text. The end of the text also
 /// ends a token or a quote.
 inline bool NextToken(std::wstring_view text, Token& token) noexcept {

@@ -221,6 +221,20 @@ TEST_CASE("PrintJob_failing_child_keeps_what_was_read_before_it") {
     CHECK(Held(job, &IPrintJob::get_WindowsPrintInfo));
 }
 
+// A start tag ends at its first ">", also inside a quoted value. The value then extends to the next quote,
+// but not beyond the child's own text.
+TEST_CASE("PrintJob_child_reads_no_value_beyond_its_own_text") {
+    const std::wstring results = L"<PolicyResults Version=\"4.0\"><RuleViolations>"
+                                 L"<Rule TriggerId=\"1\" Action=\"x></Rule></RuleViolations></PolicyResults>";
+    const auto job = CreatePrintJob();
+    Read(job, L"7.26", results + L"<Later a=\"1\"/>");
+    const auto held = Text(Held(job, &IPrintJob::get_PolicyResults), &IPolicyResults::get_Xml);
+    CHECK_HAS(held, L" Action=\"x&gt;&lt;/Rule&gt;&lt;/RuleViolations&gt;&lt;/PolicyResults&gt;\"/>");
+    const auto alone = CreatePolicyResults();
+    REQUIRE_HR(Put(alone, &IPolicyResults::put_Xml, results), S_OK);
+    CHECK_TEXT(held, Text(alone, &IPolicyResults::get_Xml));
+}
+
 TEST_CASE("PrintJob_keeps_its_children_alive_until_its_own_end") {
     ComPtr<IJobContents> contents;
     {

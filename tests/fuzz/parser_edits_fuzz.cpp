@@ -49,7 +49,7 @@ void RequireSameElements(const QxXmlParser& edited, const QxXmlParser& fresh) {
 /// The new value may be unreadable: an existing attribute in an unreadable form, such as without quotes,
 /// hides it.
 bool SetAttribute(QxXmlParser& parser, bool (QxXmlParser::*set)(std::wstring_view, std::wstring_view),
-                  bool (QxXmlParser::*find)(std::wstring_view, QxString&) const, std::wstring_view name,
+                  bool (QxXmlParser::*find)(const SoughtName&, QxString&) const, std::wstring_view name,
                   std::wstring_view value) {
     QxString read;
     const bool hadOne = (parser.*find)(name, read);

@@ -60,18 +60,23 @@ void CheckSameAsReference(const QxXmlParser& parser, bool parsed, const Referenc
     }
 }
 
+void CheckAttributes(bool (QxXmlParser::*find)(const SoughtName&, QxString&) const, const QxXmlParser& parser,
+                     const ReferenceParse& reference, std::size_t element) {
+    QxString value;
+    std::wstring expected;
+    for (const wchar_t* const name : {L"a", L"Version"}) {
+        const bool found = (parser.*find)(name, value);
+        Require(found == reference.Attribute(element, name, expected), "attribute found");
+        Require(!found || value.view() == expected, "attribute value");
+    }
+}
+
 /// Every way of reading the current child returns this entry.
 void CheckChild(const QxXmlParser& parser, const ReferenceParse& reference, std::size_t element) {
     Require(parser.GetChildTagName() == reference.TagName(element), "tag name");
     Require(parser.GetChildData().view() == reference.Data(element), "data");
     Require(parser.GetChildSubDocument() == reference.SubDocument(element), "sub-document");
-    QxString value;
-    std::wstring expected;
-    for (const wchar_t* const name : {L"a", L"Version"}) {
-        const bool found = parser.FindChildAttribute(name, value);
-        Require(found == reference.Attribute(element, name, expected), "attribute found");
-        Require(!found || value.view() == expected, "attribute value");
-    }
+    CheckAttributes(&QxXmlParser::FindChildAttribute, parser, reference, element);
 }
 
 /// After a parse, the entries are in document order.
@@ -90,6 +95,21 @@ void CheckNavigation(QxXmlParser& parser, const ReferenceParse& reference) {
     }
     Require(element + 1 == parser.PositionCount(), "navigation misses an element");
     Require(!parser.FindElement(), "a second element at the top");
+}
+
+/// Entering the current child's sub-document gives the values of its text parsed alone, even where a start
+/// tag ends inside a quoted value.
+void CheckInsideSubDocument(QxXmlParser& parser, std::size_t first) {
+    const ReferenceParse part(parser.GetChildSubDocument());
+    Require(parser.IntoSubDocument(), "cannot enter the sub-document");
+    for (std::size_t element = 1; element < part.Positions().size(); ++element) {
+        parser.SelectElement(static_cast<std::int32_t>(first + element - 1));
+        Require(parser.GetTagName() == part.TagName(element), "tag name in a sub-document");
+        Require(parser.GetData().view() == part.Data(element), "data in a sub-document");
+        CheckAttributes(&QxXmlParser::FindAttribute, parser, part, element);
+    }
+    parser.SelectElement(static_cast<std::int32_t>(first));
+    parser.OutOfSubDocument();
 }
 
 /// A sub-document's entries equal those of the document from `first` on, relative to its start.
@@ -123,6 +143,7 @@ void CheckSubDocuments(QxXmlParser& parser) {
          child = parser.Positions()[child].nextSibling) {
         Require(parser.FindChildElement(), "a child is missing");
         CheckSubDocument(parser, parser.GetChildSubDocument(), static_cast<std::size_t>(child));
+        CheckInsideSubDocument(parser, static_cast<std::size_t>(child));
     }
 }
 

@@ -71,9 +71,8 @@ bool IsSame(const QxXmlParser::ElemPos& a, const QxXmlParser::ElemPos& b) {
 }
 
 /// Reads names in random order, some of them twice: the first read scans the start tag, later ones do not.
-void CheckAttributes(QxXmlParser& parser, const ReferenceParse& reference, std::size_t element,
+void CheckAttributes(const QxXmlParser& parser, const ReferenceParse& reference, std::size_t element,
                      Choices& choices) {
-    parser.SelectElement(static_cast<std::int32_t>(element));
     for (int read = 0; read < 12; ++read) {
         const std::wstring name = (choices.Below(2) == 0   ? L"Version"
                                    : choices.Below(2) == 0 ? L"a"
@@ -81,8 +80,22 @@ void CheckAttributes(QxXmlParser& parser, const ReferenceParse& reference, std::
                                   std::wstring(choices.Below(20) * choices.Below(2), L'n');
         QxString value = L"unchanged";
         std::wstring expected = L"unchanged";
-        REQUIRE(parser.FindAttribute(name, value) == reference.Attribute(element, name, expected));
+        REQUIRE(parser.FindAttribute(std::wstring_view(name), value) ==
+                reference.Attribute(element, name, expected));
         REQUIRE(value.view() == expected);
+    }
+}
+
+/// Inside the sub-document of any child, values are those of its text parsed alone.
+void CheckSubDocuments(QxXmlParser& parser, Choices& choices) {
+    for (std::size_t element = 1; element < parser.PositionCount(); ++element) {
+        parser.SelectElement(static_cast<std::int32_t>(element));
+        while (parser.FindChildElement()) {
+            const ReferenceParse part(parser.GetChildSubDocument());
+            REQUIRE(parser.IntoSubDocument());
+            CheckAttributes(parser, part, 1, choices);
+            parser.OutOfSubDocument();
+        }
     }
 }
 
@@ -104,10 +117,12 @@ TEST_CASE("XmlParser_parses_and_reads_random_markup_like_the_plain_parser") {
         REQUIRE(parser.PositionCount() == reference.Positions().size());
         for (std::size_t element = 1; element < parser.PositionCount(); ++element) {
             REQUIRE(IsSame(parser.Positions()[element], reference.Positions()[element]));
+            parser.SelectElement(static_cast<std::int32_t>(element));
             CheckAttributes(parser, reference, element, choices);
             REQUIRE(parser.GetTagName() == reference.TagName(element));
             REQUIRE(parser.GetData().view() == reference.Data(element));
         }
+        CheckSubDocuments(parser, choices);
     }
     CHECK(parsed > 2000);
 }
