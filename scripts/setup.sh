@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs the packages for building, testing and the demo on Debian 12, as root or with sudo. Does nothing if all are
+# Installs the packages for building, testing and the demo on Debian 12 or 13, as root or with sudo. Does nothing if all are
 # installed.
 set -euo pipefail
 
@@ -54,8 +54,8 @@ check_system() {
     local system architecture
     system=$(. /etc/os-release && echo "$ID ${VERSION_ID:-}")
     architecture=$(dpkg --print-architecture 2>/dev/null || echo unknown)
-    if [ "$system $architecture" != "debian 12 amd64" ]; then
-        die "this script supports Debian 12 on amd64 only, not '$system $architecture'." \
+    if [[ "$system $architecture" != "debian "1[23]" amd64" ]]; then
+        die "this script supports Debian 12 and 13 on amd64 only, not '$system $architecture'." \
             "Install by hand: ${packages[*]}"
     fi
     if [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null; then
@@ -66,13 +66,13 @@ check_system() {
 # The security suite sometimes lacks i386 packages. Its amd64 packages are then newer than the i386 ones, and 32-bit
 # Wine cannot be installed. These preferences take both architectures from the release itself.
 write_preferences() {
-    cat >"$1" <<'END'
+    cat >"$1" <<END
 Package: *
 Pin: release l=Debian-Security
 Pin-Priority: 100
 
 Package: *
-Pin: release n=bookworm,l=Debian
+Pin: release n=$(. /etc/os-release && echo "$VERSION_CODENAME"),l=Debian
 Pin-Priority: 1001
 END
 }
