@@ -97,22 +97,50 @@ install_packages() {
     die "the packages could not be installed: $*"
 }
 
+# Debian 13 has Catch2 3, whose sources are compiled for each target. Only the source package has them.
+catch2_sources=/usr/src/catch2
+
+misses_catch2_sources() {
+    [ ! -e /usr/include/catch2/catch.hpp ] && [ ! -e "$catch2_sources/catch_amalgamated.cpp" ]
+}
+
+install_catch2_sources() {
+    local folder
+    folder=$(mktemp -d)
+    mkdir -p "$folder/lists/partial"
+    apt-get indextargets --format 'deb-src $(REPO_URI) $(CODENAME) $(COMPONENT)' 'Label: Debian' 'Component: main' |
+        sort -u >"$folder/sources.list"
+    (
+        cd "$folder"
+        chmod 755 .
+        options=(-o "Dir::Etc::SourceList=$folder/sources.list" -o Dir::Etc::SourceParts=-
+            -o "Dir::State::Lists=$folder/lists")
+        apt_get "${options[@]}" update
+        apt_get "${options[@]}" source --download-only catch2
+        as_root mkdir -p "$catch2_sources"
+        as_root tar -xf catch2_*.orig.tar.* --directory "$catch2_sources" --strip-components 2 --wildcards \
+            '*/extras/catch_amalgamated.*'
+    )
+    rm -rf "$folder"
+    ! misses_catch2_sources || die "the sources of Catch2 could not be installed"
+}
+
+install_missing_packages() {
+    check_system
+    echo "setup: installing ${missing[*]}"
+    dpkg --print-foreign-architectures | grep -qx i386 || as_root dpkg --add-architecture i386
+    apt_get update || echo "setup: cannot read some package lists; continuing without them" >&2
+
+    preferences=$(mktemp)
+    trap 'rm -f "$preferences"' EXIT
+    choose_options "${missing[@]}"
+    install_packages "${missing[@]}"
+
+    mapfile -t missing < <(missing_packages)
+    [ ${#missing[@]} = 0 ] || die "still not installed: ${missing[*]}"
+}
+
 mapfile -t missing < <(missing_packages)
-if [ ${#missing[@]} = 0 ]; then
-    echo "setup: everything is installed"
-    exit 0
-fi
-
-check_system
-echo "setup: installing ${missing[*]}"
-dpkg --print-foreign-architectures | grep -qx i386 || as_root dpkg --add-architecture i386
-apt_get update || echo "setup: cannot read some package lists; continuing without them" >&2
-
-preferences=$(mktemp)
-trap 'rm -f "$preferences"' EXIT
-choose_options "${missing[@]}"
-install_packages "${missing[@]}"
-
-mapfile -t missing < <(missing_packages)
-[ ${#missing[@]} = 0 ] || die "still not installed: ${missing[*]}"
+[ ${#missing[@]} = 0 ] || install_missing_packages
+! misses_catch2_sources || install_catch2_sources
 echo "setup: everything is installed"
