@@ -6,3 +6,5 @@ namespace Catch {
 using Matchers::VectorContains;
 using TestEventListenerBase = EventListenerBase;
 } // namespace Catch
+
+using Catch::Approx;
