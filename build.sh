@@ -15,7 +15,7 @@ rm -rf dist
 cmake --install build/windows --prefix "$PWD/dist"
 cmake --install build/windows-64 --prefix "$PWD/dist/x64"
 
-files=(Tarnwick.dll JobObjects.tlb JobAttributes.xml JobObjects.idl include/JobObjects.h
+files=(Tarnwick.dll JobObjects.tlb JobAttributes.xml JobObjects.idl include/JobObjects.h include/JobObjects.hpp
     x64/Tarnwick.dll x64/JobObjects.tlb x64/JobAttributes.xml)
 for file in "${files[@]}"; do
     [ -s "dist/$file" ] || { echo "build: dist/$file is missing" >&2; exit 1; }

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Checks that every change must pass: formatting, build and tests, as in continuous integration, then the full lint.
+# Checks that every change must pass: formatting, build and tests, as in continuous integration, then the databases with
+# many jobs and the full lint.
 #
 #   ./check.sh [--no-lint]
 #
@@ -18,6 +19,8 @@ case ${1-} in
 esac
 
 .ci/run --no-lint
+echo "== a year of jobs in databases"
+tests/database/long.sh
 if [ "$lint" ]; then
     echo "== lint"
     scripts/lint.sh

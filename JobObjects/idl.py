@@ -17,7 +17,7 @@ class Doc:
     """A comment block: paragraphs, parameters, tagged lines, enumeration values."""
 
     def __init__(self, lines):
-        self.paragraphs, self.params, self.values, self.tags = [], {}, [], {}
+        self.lines, self.paragraphs, self.params, self.values, self.tags = lines, [], {}, [], {}
         append = None
         for line in lines:
             tag = re.match(r"(%s): ?(.*)" % "|".join(TAGS), line)
@@ -67,6 +67,10 @@ class Doc:
 
     def text(self):
         return " ".join(self.paragraphs)
+
+    def comment(self, indent=""):
+        """The block as it is in the interface definition."""
+        return "".join(f"{indent}/// {line}".rstrip() + "\n" for line in self.lines)
 
     def tag(self, name):
         """The tagged line without its full stop; empty if the tag is missing."""

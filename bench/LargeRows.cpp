@@ -27,7 +27,7 @@ void AddMemoryRow(Table& table, std::size_t megabytes, const CopyLinesText& line
                  "times what is kept");
 }
 
-void AddParseRow(Table& table, std::size_t megabytes, double atMost) {
+void AddParseRow(Table& table, std::size_t megabytes, double atMost, double keptAtMost) {
     const CopyLinesText lines = MakeCopyLines(megabytes * Megabyte);
     {
         QxXmlParser parser;
@@ -39,16 +39,73 @@ void AddParseRow(Table& table, std::size_t megabytes, double atMost) {
     AddMemoryRow(table, megabytes, lines);
     std::vector<Goal> goals;
     if (atMost > 0)
-        goals.push_back({"pugixml", atMost});
+        goals = {{"pugixml", atMost}, {"pugixml", keptAtMost, "parser used again"}};
+    QxXmlParser kept;
     table.Time(ParseName(megabytes),
                {{"new parser",
                  [&lines] {
                      QxXmlParser parser;
                      Use(parser.SetDocument(lines.text));
                  }},
+                {"parser used again", [&lines, &kept] { Use(kept.SetDocument(lines.text)); }},
                 {"pugixml", [&lines] { Use(PugiPeer::Parse(lines.text)); }},
+                {"RapidXML", [&lines] { Use(RapidPeer::Parse(lines.text)); }},
                 {"plain copy of the text", [&lines] { Use(std::wstring(lines.text).size()); }}},
                goals, megabytes < 100 ? 0 : LongRepetitions);
+}
+
+std::size_t ReadAttributes(std::wstring_view text) {
+    QxXmlParser parser;
+    std::size_t length = 0;
+    parser.SetDocument(text);
+    parser.FindElement();
+    while (parser.FindChildElement()) {
+        for (const XmlName name : LineAttributes)
+            length += parser.GetChildAttribute(name).size();
+    }
+    return length;
+}
+
+void AddAttributeRow(Table& table) {
+    const CopyLinesText lines = MakeAttributes(Megabyte);
+    Require(ReadAttributes(lines.text) == PugiPeer::ReadAttributes(lines.text) &&
+                ReadAttributes(lines.text) == RapidPeer::ReadAttributes(lines.text),
+            "the attributes that were read");
+    table.Time("parse 1 MB and read four attributes per element by name",
+               {{"parser", [&lines] { Use(ReadAttributes(lines.text)); }},
+                {"pugixml", [&lines] { Use(PugiPeer::ReadAttributes(lines.text)); }},
+                {"RapidXML", [&lines] { Use(RapidPeer::ReadAttributes(lines.text)); }}},
+               {{"pugixml", 1.4}});
+}
+
+std::size_t Walk(QxXmlParser& parser) {
+    std::size_t count = 0;
+    parser.FindElement({}, true);
+    while (parser.FindChildElement(L"CopyLine")) {
+        ++count;
+        parser.IntoElement();
+        for (const SoughtName& name : LineElements)
+            count += parser.FindChildElement(name) ? 1u : 0u;
+        parser.OutOfElement();
+    }
+    return count;
+}
+
+void AddWalkRow(Table& table) {
+    const CopyLinesText lines = MakeCopyLines(10 * Megabyte);
+    QxXmlParser parser;
+    parser.SetDocument(lines.text);
+    const auto pugi = PugiPeer::Walker(lines.text);
+    const auto rapid = RapidPeer::Walker(lines.text);
+    Require(Walk(parser) == lines.elements - 1 && pugi() == lines.elements - 1 &&
+                rapid() == lines.elements - 1,
+            "the elements that were found");
+    const auto elements = static_cast<double>(lines.elements);
+    table.Time("walk all elements of 10 MB by name",
+               {{"parser", [&parser] { Use(Walk(parser)); }, elements},
+                {"pugixml", [&pugi] { Use(pugi()); }, elements},
+                {"RapidXML", [&rapid] { Use(rapid()); }, elements}},
+               {{"pugixml", 0.95}});
 }
 
 std::wstring Append(int count) {
@@ -83,9 +140,11 @@ void AddAppendRow(Table& table, int count, double atMost) {
 } // namespace
 
 void AddLargeRows(Table& table) {
-    AddParseRow(table, 1, 0);
-    AddParseRow(table, 10, 1.1);
-    AddParseRow(table, 100, 1.1);
+    AddAttributeRow(table);
+    AddWalkRow(table);
+    AddParseRow(table, 1, 0, 0);
+    AddParseRow(table, 10, 0.95, 0.4);
+    AddParseRow(table, 100, 1.1, 0.6);
     table.Compare("ten times the size", {ParseName(10), "new parser"}, {ParseName(1), "new parser"}, 12);
     table.Compare("ten times the size", {ParseName(100), "new parser"}, {ParseName(10), "new parser"}, 12);
     AddAppendRow(table, 10'000, 0);

@@ -131,6 +131,9 @@ public:
         Element(name, std::wstring_view(QxMisc::FormatInt32(value)));
     }
     void Element(const wchar_t* name, bool value) { Element(name, QxMisc::FormatBool(value)); }
+    void Element(const wchar_t* name, const QxDateTime& time, std::int32_t milliseconds) {
+        Element(name, time.Format(milliseconds));
+    }
 
 private:
     struct OpenElement {

@@ -3,6 +3,10 @@
 
 #include <pugixml.hpp>
 
+#include <cwchar>
+#include <iterator>
+#include <memory>
+
 namespace {
 
 bool Load(pugi::xml_document& document, std::wstring_view text) {
@@ -57,6 +61,9 @@ public:
     }
     void Element(const wchar_t* name, std::int32_t value) { m_node.append_child(name).text().set(value); }
     void Element(const wchar_t* name, bool value) { m_node.append_child(name).text().set(value); }
+    void Element(const wchar_t* name, const QxDateTime& time, std::int32_t milliseconds) {
+        Element(name, time.Format(milliseconds));
+    }
 
 private:
     pugi::xml_node m_node;
@@ -107,4 +114,34 @@ std::size_t PugiPeer::CountElements(std::wstring_view text) {
     if (Load(document, text))
         document.traverse(counter);
     return counter.count;
+}
+
+std::size_t PugiPeer::ReadAttributes(std::wstring_view text) {
+    pugi::xml_document document;
+    std::size_t length = 0;
+    if (!Load(document, text))
+        return 0;
+    for (const pugi::xml_node line : document.document_element()) {
+        for (const XmlName name : LineAttributes)
+            length += std::wcslen(line.attribute(name.data()).value());
+    }
+    return length;
+}
+
+std::function<std::size_t()> PugiPeer::Walker(std::wstring_view text) {
+    const auto document = std::make_shared<pugi::xml_document>();
+    Load(*document, text);
+    return [document] {
+        std::size_t count = 0;
+        for (const pugi::xml_node line : document->document_element().children(L"CopyLine")) {
+            ++count;
+            pugi::xml_node child = line.child(LineElements[0].data());
+            for (std::size_t i = 1; child; child = child.next_sibling(LineElements[i++].data())) {
+                ++count;
+                if (i == std::size(LineElements))
+                    break;
+            }
+        }
+        return count;
+    };
 }

@@ -6,6 +6,8 @@
 
 #include <rapidxml.hpp>
 
+#include <iterator>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -80,4 +82,34 @@ JobValues RapidPeer::Read(std::wstring_view text) {
 bool RapidPeer::Parse(std::wstring_view text) {
     const Loaded loaded(text);
     return loaded.Root() != nullptr;
+}
+
+std::size_t RapidPeer::ReadAttributes(std::wstring_view text) {
+    const Loaded loaded(text);
+    std::size_t length = 0;
+    for (const auto* line = loaded.Root()->first_node(); line; line = line->next_sibling()) {
+        for (const XmlName name : LineAttributes)
+            length += line->first_attribute(name.data(), name.size())->value_size();
+    }
+    return length;
+}
+
+std::function<std::size_t()> RapidPeer::Walker(std::wstring_view text) {
+    const auto loaded = std::make_shared<const Loaded>(text);
+    return [loaded] {
+        std::size_t count = 0;
+        constexpr std::wstring_view lineName = L"CopyLine";
+        for (const auto* line = loaded->Root()->first_node(lineName.data(), lineName.size()); line;
+             line = line->next_sibling(lineName.data(), lineName.size())) {
+            ++count;
+            const auto* child = line->first_node(LineElements[0].data(), LineElements[0].size());
+            for (std::size_t i = 1; child; ++i) {
+                ++count;
+                if (i == std::size(LineElements))
+                    break;
+                child = child->next_sibling(LineElements[i].data(), LineElements[i].size());
+            }
+        }
+        return count;
+    };
 }

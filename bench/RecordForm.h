@@ -217,8 +217,8 @@ void WriteOwnValues(Sink& sink, const JobValues& values) {
     sink.Element(L"FromSystemUser", values.fromSystemUser);
     sink.Element(L"DesktopUserName", values.desktopUser);
     sink.Element(L"DesktopUserDomainName", values.desktopDomain);
-    sink.Element(L"JobTimeLocal", QxDateTime(values.timeLocal).Format(values.timeLocalMsec));
-    sink.Element(L"JobTimeUtc", QxDateTime(values.timeUtc).Format());
+    sink.Element(L"JobTimeLocal", QxDateTime(values.timeLocal), values.timeLocalMsec);
+    sink.Element(L"JobTimeUtc", QxDateTime(values.timeUtc), 0);
     sink.Element(L"JobSize", values.size);
     sink.Element(L"JobName", values.name);
     sink.Element(L"JobFileName", values.fileName);

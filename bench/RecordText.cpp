@@ -73,6 +73,10 @@ public:
         EndStartTag();
         m_writer.Element(name, value);
     }
+    void Element(XmlName name, const QxDateTime& time, std::int32_t milliseconds) {
+        EndStartTag();
+        m_writer.Element(name, time, milliseconds);
+    }
     QxXmlWriter Take() { return std::move(m_writer); }
 
 private:

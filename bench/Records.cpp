@@ -57,6 +57,9 @@ public:
     void Element(std::wstring_view name, std::int32_t value) { Element(name, std::to_wstring(value)); }
     void Element(std::wstring_view name, bool value) { Element(name, value ? L"true" : L"false"); }
     void Element(std::wstring_view name, const wchar_t* data) { Element(name, QxString(data)); }
+    void Element(std::wstring_view name, const QxDateTime& time, std::int32_t milliseconds) {
+        Element(name, time.Format(milliseconds));
+    }
     const std::wstring& Text() const { return m_text; }
 
 private:
@@ -248,5 +251,25 @@ CopyLinesText MakeCopyLines(std::size_t bytes) {
         result.elements += 8;
     }
     result.text += L"</JobCopyLines>";
+    return result;
+}
+
+CopyLinesText MakeAttributes(std::size_t bytes) {
+    Choice choice(1);
+    PlainSink sink;
+    CopyLinesText result;
+    sink.Open(L"JobCopyLines");
+    for (result.elements = 1; sink.Text().size() * sizeof(wchar_t) < bytes; ++result.elements) {
+        const CopyLineValues line =
+            MakeLine(choice, static_cast<std::size_t>(choice.Number(0, std::size(Papers) - 1)));
+        sink.Open(L"CopyLine");
+        sink.Attribute(LineAttributes[0], line.paperSize);
+        sink.Attribute(LineAttributes[1], line.attributes);
+        sink.Attribute(LineAttributes[2], std::to_wstring(line.sheets));
+        sink.Attribute(LineAttributes[3], std::to_wstring(line.pagesColor));
+        sink.CloseEmpty();
+    }
+    sink.Close(L"JobCopyLines");
+    result.text = sink.Text();
     return result;
 }

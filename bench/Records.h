@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/text/QxString.h"
+#include "common/xml/XmlName.h"
 
 #include <cstdint>
 #include <string>
@@ -78,3 +79,11 @@ struct CopyLinesText {
 };
 /// Makes a document of about this many bytes.
 CopyLinesText MakeCopyLines(std::size_t bytes);
+
+/// The children of a "CopyLine", in document order.
+inline constexpr SoughtName LineElements[] = {L"PaperSize", L"PaperDimensions", L"Attributes", L"Sheets",
+                                              L"PagesBW",   L"PagesColor",      L"PagesBlank"};
+
+/// Four values of each copy line as attributes of empty elements.
+inline constexpr XmlName LineAttributes[] = {L"PaperSize", L"Attributes", L"Sheets", L"PagesColor"};
+CopyLinesText MakeAttributes(std::size_t bytes);

@@ -1,6 +1,7 @@
 # Generates from JobObjects/JobObjects.idl, in the build folder:
 #   JobObjects.tlb               type library, resource 1 of the module
-#   include/JobObjects.h         interfaces and classes, shipped to clients
+#   include/JobObjects.h         interfaces and classes with their comments, shipped to clients
+#   include/JobObjects.hpp       C++ classes over them, shipped to clients
 #   JobObjects_i.c               identifiers, for clients whose compiler has no __uuidof
 #   include/JobObjectClasses.h   list of the classes, for the tool and the tests
 # Target jobobjects_typelib makes them. A target that includes "JobObjects.h" links jobobjects_idl.
@@ -20,7 +21,7 @@ find_program(FAKETIME faketime DOC "Fixes widl's clock")
 set(JOBOBJECTS_IDL ${PROJECT_SOURCE_DIR}/JobObjects/JobObjects.idl)
 set(JOBOBJECTS_IDL_OUT ${PROJECT_BINARY_DIR}/idl)
 set(JOBOBJECTS_TLB ${JOBOBJECTS_IDL_OUT}/JobObjects.tlb)
-set(JOBOBJECTS_HEADER ${JOBOBJECTS_IDL_OUT}/include/JobObjects.h)
+set(JOBOBJECTS_HEADERS ${JOBOBJECTS_IDL_OUT}/include/JobObjects.h ${JOBOBJECTS_IDL_OUT}/include/JobObjects.hpp)
 set(JOBOBJECTS_IDS ${JOBOBJECTS_IDL_OUT}/JobObjects_i.c)
 file(MAKE_DIRECTORY ${JOBOBJECTS_IDL_OUT}/include)
 
@@ -43,7 +44,8 @@ endfunction()
 
 math(EXPR bits "${CMAKE_SIZEOF_VOID_P} * 8")
 jobobjects_widl(-t ${JOBOBJECTS_TLB} ${bits})
-jobobjects_widl(-h ${JOBOBJECTS_HEADER} ${bits})
+set(plain_header ${JOBOBJECTS_IDL_OUT}/JobObjects.h)
+jobobjects_widl(-h ${plain_header} ${bits})
 jobobjects_widl(-u ${JOBOBJECTS_IDS} ${bits})
 if(bits EQUAL 32)
     # For the client kit, which serves both.
@@ -52,14 +54,21 @@ if(bits EQUAL 32)
     jobobjects_widl(-t ${JOBOBJECTS_TLB_64} 64)
 endif()
 
+# Writes a header with a script from the folder of the interface definition.
 find_program(PYTHON3 python3 REQUIRED)
+function(jobobjects_header script output)
+    set(folder ${PROJECT_SOURCE_DIR}/JobObjects)
+    add_custom_command(OUTPUT ${output}
+        COMMAND ${PYTHON3} -B ${folder}/${script} ${JOBOBJECTS_IDL} ${ARGN} ${output}
+        DEPENDS ${JOBOBJECTS_IDL} ${folder}/idl.py ${folder}/${script} ${folder}/JobObjects.hpp.in ${ARGN}
+        VERBATIM)
+endfunction()
 set(class_list ${JOBOBJECTS_IDL_OUT}/include/JobObjectClasses.h)
-add_custom_command(OUTPUT ${class_list}
-    COMMAND ${PYTHON3} -B ${PROJECT_SOURCE_DIR}/JobObjects/make_class_list.py ${JOBOBJECTS_IDL} ${class_list}
-    DEPENDS ${JOBOBJECTS_IDL} ${PROJECT_SOURCE_DIR}/JobObjects/idl.py ${PROJECT_SOURCE_DIR}/JobObjects/make_class_list.py
-    VERBATIM)
+jobobjects_header(make_class_list.py ${class_list})
+jobobjects_header(comment_header.py ${JOBOBJECTS_IDL_OUT}/include/JobObjects.h ${plain_header})
+jobobjects_header(make_wrapper.py ${JOBOBJECTS_IDL_OUT}/include/JobObjects.hpp)
 add_custom_target(jobobjects_typelib
-    DEPENDS ${JOBOBJECTS_TLB} ${JOBOBJECTS_TLB_64} ${JOBOBJECTS_HEADER} ${JOBOBJECTS_IDS} ${class_list})
+    DEPENDS ${JOBOBJECTS_TLB} ${JOBOBJECTS_TLB_64} ${JOBOBJECTS_HEADERS} ${JOBOBJECTS_IDS} ${class_list})
 
 # A system header: the generated code does not compile without warnings.
 add_library(jobobjects_idl INTERFACE)

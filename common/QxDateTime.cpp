@@ -115,33 +115,21 @@ bool Scan(std::wstring_view text, QxCalendarTime& time) noexcept {
                        {L':', &T::second}});
 }
 
-/// Formats a date-time into a fixed buffer; the longest has 19 characters, a dot and the milliseconds.
-class FieldWriter {
-public:
-    /// Pads with zeros to the width.
-    FieldWriter& Number(std::int32_t value, std::size_t width) noexcept {
-        QxMisc::Int32Digits buffer;
-        const std::wstring_view digits = QxMisc::FormatInt32(value, buffer);
-        m_end = std::fill_n(m_end, width - std::min(width, digits.size()), L'0');
-        m_end = std::copy(digits.begin(), digits.end(), m_end);
-        return *this;
-    }
-    FieldWriter& Character(wchar_t character) noexcept {
-        *m_end++ = character;
-        return *this;
-    }
-    FieldWriter& Text(std::wstring_view text) noexcept {
-        m_end = std::copy(text.begin(), text.end(), m_end);
-        return *this;
-    }
-    std::wstring_view View() const noexcept {
-        return std::wstring_view(m_text, static_cast<std::size_t>(m_end - m_text));
-    }
+/// Writes a number below 100 with two digits.
+wchar_t* WritePair(wchar_t* to, int value) noexcept {
+    *to++ = static_cast<wchar_t>(L'0' + value / 10);
+    *to++ = static_cast<wchar_t>(L'0' + value % 10);
+    return to;
+}
 
-private:
-    wchar_t m_text[40];
-    wchar_t* m_end = m_text;
-};
+/// Writes three numbers below 100, with two digits each and a separator between them.
+wchar_t* WriteTriple(wchar_t* to, int first, int second, int third, wchar_t separator) noexcept {
+    to = WritePair(to, first);
+    *to++ = separator;
+    to = WritePair(to, second);
+    *to++ = separator;
+    return WritePair(to, third);
+}
 
 } // namespace
 
@@ -214,31 +202,34 @@ QxDateTime QxDateTime::Parse(std::wstring_view text) {
     return Scan(text, fields) ? FromCalendar(fields) : QxDateTime(0, Status::Invalid);
 }
 
-QxString QxDateTime::Format() const {
-    return Format(0);
+QxString QxDateTime::Format(std::int32_t milliseconds) const {
+    wchar_t text[MaxLength];
+    return std::wstring_view(text, static_cast<std::size_t>(Write(text, milliseconds) - text));
 }
 
-QxString QxDateTime::Format(long milliseconds) const {
+wchar_t* QxDateTime::Write(wchar_t* to, std::int32_t milliseconds) const noexcept {
     if (m_status == Status::Null)
-        return {};
-    FieldWriter text;
+        return to;
     QxCalendarTime t;
     if (!IsValid() || !ToCalendar(t)) {
-        text.Text(L"Invalid DateTime");
+        constexpr std::wstring_view invalid = L"Invalid DateTime";
+        to = std::ranges::copy(invalid, to).out;
     } else {
         const bool onDayZero = t.year == 1899 && t.month == 12 && t.day == 30;
         if (onDayZero && t.hour == 0 && t.minute == 0 && t.second == 0)
-            return {};
-        if (!onDayZero)
-            text.Number(t.year, 4)
-                .Character(L'-')
-                .Number(t.month, 2)
-                .Character(L'-')
-                .Number(t.day, 2)
-                .Character(L'T');
-        text.Number(t.hour, 2).Character(L':').Number(t.minute, 2).Character(L':').Number(t.second, 2);
+            return to;
+        if (!onDayZero) {
+            to = WritePair(to, t.year / 100);
+            to = WriteTriple(to, t.year % 100, t.month, t.day, L'-');
+            *to++ = L'T';
+        }
+        to = WriteTriple(to, t.hour, t.minute, t.second, L':');
     }
-    if (milliseconds > 0)
-        text.Character(L'.').Number(static_cast<std::int32_t>(milliseconds), 3);
-    return text.View();
+    if (milliseconds > 0) {
+        *to++ = L'.';
+        for (std::int32_t bound = 100; bound > 1 && milliseconds < bound; bound /= 10)
+            *to++ = L'0';
+        to = QxMisc::WriteInt32(milliseconds, to);
+    }
+    return to;
 }

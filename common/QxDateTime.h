@@ -46,9 +46,12 @@ public:
     static QxDateTime Parse(std::wstring_view text);
     /// "%Y-%m-%dT%H:%M:%S"; only the time on day zero; empty for the zero date and null; "Invalid DateTime"
     /// for an invalid value.
-    QxString Format() const;
-    /// The same with ".%03d" appended if the text is not empty and milliseconds is above 0.
-    QxString Format(long milliseconds) const;
+    ///
+    /// With milliseconds above 0, ".%03d" follows any of these texts but the empty one.
+    QxString Format(std::int32_t milliseconds = 0) const;
+    /// The same to a place for MaxLength characters; returns the end of the text.
+    static constexpr std::size_t MaxLength = 30;
+    wchar_t* Write(wchar_t* to, std::int32_t milliseconds) const noexcept;
 
 private:
     struct DayAndTime;

@@ -3,5 +3,5 @@
 # Fails on a broken link, a missing page or a reference to the network.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-command -v mkdocs >/dev/null || scripts/setup.sh
-exec python3 docs/site.py "${1:-build/site}"
+[ -d /usr/share/mkdocs/themes/material ] || scripts/setup.sh
+exec python3 docs/site/build.py "${1:-build/site}"

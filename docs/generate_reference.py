@@ -17,7 +17,7 @@ import idl  # noqa: E402
 
 FOLDER = idl.ROOT / "docs" / "reference"
 SAMPLES = idl.ROOT / "docs" / "samples"
-LANGUAGES = (("VBScript", "vbs", "vb"), ("PowerShell", "ps1", "powershell"), ("C++", "cpp", "cpp"))
+LANGUAGES = (("PowerShell", "ps1", "powershell"), ("VBScript", "vbs", "vb"), ("C++", "cpp", "cpp"))
 TYPES = {"BSTR": "String", "LONG": "Long", "VARIANT_BOOL": "Boolean", "DATE": "Date"}
 NOTE = "<!-- Written by docs/generate_reference.py from the comments of JobObjects/JobObjects.idl: change them there. -->"
 COMMON_ERRORS = "[those of every member](index.md#errors-of-every-member)"
@@ -142,7 +142,7 @@ def sample_lines(name):
             yield "The tests run the other two samples, but not this one."
             yield ""
         if language == "C++":
-            yield "The [overview](index.md#the-c-samples) contains `client.h`."
+            yield "The [client kit](../packaging.md#building-a-client) contains `JobObjects.hpp`."
             yield ""
 
 
@@ -199,22 +199,12 @@ def overview(library, classes):
     for entry in classes:
         yield f"| [{entry['name']}]({entry['name']}.md) | {escape(first_sentence(entry['doc'].paragraphs[0]))} |"
     yield ""
-    yield "Children:"
+    yield "Children, and the lines of the contents:"
     yield ""
-    yield "```text"
-    yield "PrintJob"
-    yield "├── JobContents                always"
-    yield "│   └── JobCopyLines           a copy, as CopyLines; Item returns a copy, as CopyLine"
-    yield "├── PageCounterJobContents     a JobContents, when set"
-    yield "├── WindowsPrintInfo           when set"
-    yield "└── PolicyResults              when set"
-    yield ""
-    yield "CopyJob, ScanJob, FaxJob"
-    yield "├── JobContents                always"
-    yield "└── PolicyResults              when set"
-    yield ""
-    yield "LogicalPrinter"
-    yield "```"
+    yield "![PrintJob holds JobContents, and when set a second JobContents as PageCounterJobContents, WindowsPrintInfo " \
+        "and PolicyResults. CopyJob, ScanJob and FaxJob hold JobContents, and PolicyResults when set. JobCopyLines " \
+        "returns a copy of the contents' lines as CopyLines, whose Item returns a copy of a line as CopyLine. " \
+        "LogicalPrinter has no children.](objects.svg)"
     yield ""
     for paragraph in library["doc"].paragraphs:
         if paragraph.startswith("Rules that hold"):
@@ -240,18 +230,10 @@ def overview(library, classes):
     yield ""
     yield "| Automation | In the interface | VBScript | PowerShell, .NET | C++ |"
     yield "|---|---|---|---|---|"
-    yield "| String | `BSTR` | String | `string` | `BSTR`, freed by the caller |"
+    yield "| String | `BSTR` | String | `string` | `std::wstring` in `JobObjects.hpp`; else `BSTR`, freed by the caller |"
     yield "| Long | `LONG`, 32-bit signed | Long | `int` | `LONG` |"
-    yield "| Boolean | `VARIANT_BOOL` | Boolean | `bool` | `VARIANT_TRUE` (-1), `VARIANT_FALSE` (0) |"
+    yield "| Boolean | `VARIANT_BOOL` | Boolean | `bool` | `bool` in `JobObjects.hpp`; else `VARIANT_TRUE` (-1), `VARIANT_FALSE` (0) |"
     yield "| Date | `DATE` | Date | `DateTime` | `double`: days since 30 December 1899 |"
-    yield ""
-    yield "## The C++ samples"
-    yield ""
-    yield "The samples share one header, `client.h`, and need `JobObjects.h` and the system's libraries ole32, oleaut32 and uuid:"
-    yield ""
-    yield "```cpp"
-    yield (SAMPLES / "client.h").read_text(encoding="utf-8").rstrip()
-    yield "```"
     yield ""
 
 

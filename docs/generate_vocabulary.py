@@ -83,14 +83,26 @@ DMPAPER = {
     "jpn_you4_105x235mm": (91, 92),
 }
 
-# Common name to Windows codes, for catalogue sizes without a PWG 5101.1 name.
-UNNAMED = {"Tabloid Extra": (52,)}
+# Windows codes of sizes that the catalogue does not have: PWG 5101.1 name to codes.
+NOT_IN_CATALOGUE = {
+    "na_11x12_11x12in": (90,),
+    "prc_1_102x165mm": (96, 109),
+    "prc_2_102x176mm": (97, 110),
+    "prc_4_110x208mm": (99, 112),
+    "prc_7_160x230mm": (102, 115),
+    "prc_8_120x309mm": (103, 116),
+}
 
-# Windows codes of sizes missing from the catalogue: 12 x 11 inches, large 32K, Chinese envelopes.
-WITHOUT_ENTRY = (90, 95, 96, 97, 99, 101, 102, 103, 108, 109, 110, 112, 114, 115, 116)
+# Windows codes without a PWG 5101.1 name: the reason, the codes, and the size's common name in the catalogue.
+WITHOUT_NAME = (
+    ("reserved by Windows", (48, 49), ""),
+    ("no name for 11.69 x 18 inches", (52,), "Tabloid Extra"),
+    ("no name for a second 32K: `prc_32k_97x151mm` is 94", (95, 108), ""),
+    ("no name for 120 x 230 mm: `prc_6_120x320mm` is longer", (101, 114), ""),
+)
 
-# Header codes without a size: unused codes and the first driver-defined code.
-NO_SIZE = (48, 49, 256)
+# The first code of a driver's own forms, which has no size.
+DRIVER_DEFINED = 256
 
 # Page attribute: DEVMODE, IPP attribute and value.
 PAGE_ATTRIBUTES = {
@@ -119,9 +131,9 @@ PAGE_ATTRIBUTES = {
     "Transparency": ("dmMediaType 2", "`media-type` transparency"),
     "Glossy": ("dmMediaType 3", "`media-type` photographic-glossy"),
     "TabStock": ("", "`media-type` tab-stock"),
-    "Cover": ("", ""),
-    "Insert": ("", ""),
-    "Separator": ("", ""),
+    "Cover": ("", "`cover-front`, `cover-back`"),
+    "Insert": ("", "`insert-sheet`"),
+    "Separator": ("", "`separator-sheets`"),
     "Poster": ("", ""),
     "Highlight": ("", "`print-color-mode` highlight"),
 }
@@ -158,6 +170,24 @@ FINISHINGS = {
     "Bale": "12 bale",
 }
 
+# IPP finishings of the range that RFC 8011 and PWG 5100.1 define, for values without a word: enum values and keywords.
+OTHER_FINISHINGS = {
+    (3,): ("none", "the empty text"),
+    (6,): ("cover", "the page attribute `Cover` of a copy line"),
+    (32, 33, 34, 35): ("staple-triple, with the edge", ""),
+    (90,): ("fold-accordion", ""),
+    (91,): ("fold-double-gate", ""),
+    (94,): ("fold-half-z", ""),
+    (95,): ("fold-left-gate", ""),
+    (97,): ("fold-parallel", ""),
+    (98,): ("fold-poster", ""),
+    (99,): ("fold-right-gate", ""),
+    (101,): ("fold-engineering-z", ""),
+}
+
+# All IPP finishings up to 101; the gaps are not assigned.
+FINISHING_VALUES = {*range(3, 17), *range(20, 36), *range(50, 54), *range(60, 64), *range(70, 102)}
+
 # Page description language: IPP document-format. Empty if no registered media type is known.
 DOCUMENT_FORMATS = {
     "RAW": "application/octet-stream",
@@ -181,7 +211,7 @@ DOCUMENT_FORMATS = {
     "PWGRaster": "image/pwg-raster",
     "URF": "image/urf",
     "PCLm": "application/PCLm",
-    "HPGL": "",
+    "HPGL": "application/vnd.hp-HPGL",
     "IPDS": "",
     "EscapeP": "",
     "LIPS": "",
@@ -202,11 +232,8 @@ class Size:
         self.name = next(n.text for n in names if n.get("Default") == "true")
         self.standard = [n.text for n in names if STANDARD_NAME.fullmatch(n.text)]
 
-    def dmpaper(self):
-        return DMPAPER.get(self.standard[0], ()) if self.standard else UNNAMED.get(self.name, ())
-
     def problems(self):
-        if len(self.standard) != (self.name not in UNNAMED):
+        if len(self.standard) != (self.name not in [name for _, _, name in WITHOUT_NAME]):
             yield f"{self.name}: standard names {self.standard}"
         for name in self.standard:
             width, height, unit = STANDARD_NAME.fullmatch(name).groups()
@@ -234,15 +261,35 @@ def words(root, section):
     return [(e.text, int(e.get("DbId"))) for e in root.find(section)]
 
 
+def paper_rows(sizes, codes):
+    """Windows code, its name in the header, the catalogue's name, and the PWG 5101.1 name or why there is none."""
+    named = {name: size.name for size in sizes for name in size.standard}
+    for name, numbers in (DMPAPER | NOT_IN_CATALOGUE).items():
+        yield from ((n, codes.get(n), named.get(name, ""), f"`{name}`") for n in numbers)
+    for reason, numbers, name in WITHOUT_NAME:
+        yield from ((n, codes.get(n), name, reason) for n in numbers)
+
+
+def finishing_values(text):
+    """The enum values of a row: "9 edge-stitch; 24 to 27 with the edge" has 9 and 24 to 27."""
+    for first, _, last in re.findall(r"(\d+)( to (\d+))?", text):
+        yield from range(int(first), int(last or first) + 1)
+
+
 def problems(root, sizes, codes):
     for size in sizes:
         yield from size.problems()
     known = {name for size in sizes for name in size.standard}
     yield from (f"{name} is not in the catalogue" for name in DMPAPER.keys() - known)
-    used = [code for size in sizes for code in size.dmpaper()] + list(WITHOUT_ENTRY) + list(NO_SIZE)
+    yield from (f"{name} is in the catalogue" for name in NOT_IN_CATALOGUE.keys() & known)
+    used = [row[0] for row in paper_rows(sizes, codes)] + [DRIVER_DEFINED]
     yield from (f"the Windows code {code} is listed twice" for code in sorted({c for c in used if used.count(c) > 1}))
     yield from (f"the Windows code {code} is not listed" for code in sorted(codes.keys() - set(used)))
     yield from (f"the header has no code {code}" for code in sorted(set(used) - codes.keys()))
+    finishings = [n for text in FINISHINGS.values() for n in finishing_values(text)]
+    finishings += [n for numbers in OTHER_FINISHINGS for n in numbers]
+    yield from (f"the finishing {n} is listed {finishings.count(n)} times"
+                for n in sorted(FINISHING_VALUES | set(finishings)) if finishings.count(n) != 1 or n not in FINISHING_VALUES)
     for section, table in (("PageAttributes", PAGE_ATTRIBUTES), ("FinishingAttributes", FINISHINGS),
                            ("Pdls", DOCUMENT_FORMATS)):
         there = {word for word, _ in words(root, section)}
@@ -265,12 +312,18 @@ def size_table(sizes):
 
 
 def code_table(sizes, codes):
-    yield "| Catalogue | Windows codes: `DMPAPER_` |"
+    yield "| Code | `DMPAPER_` | Catalogue | PWG 5101.1 name, or why there is none |"
+    yield "|---|---|---|---|"
+    for number, header, name, standard in sorted(paper_rows(sizes, codes)):
+        yield f"| {number} | `{header}` | {name} | {standard} |"
+
+
+def other_finishing_table():
+    yield "| IPP `finishings` | In a record |"
     yield "|---|---|"
-    for size in sorted((s for s in sizes if s.dmpaper()), key=lambda s: min(s.dmpaper())):
-        yield f"| {size.name} | " + ", ".join(f"{c} `{codes[c]}`" for c in size.dmpaper()) + " |"
-    yield ""
-    yield "Not in the catalogue: " + ", ".join(f"{c} `{codes[c]}`" for c in WITHOUT_ENTRY) + "."
+    for numbers, (keyword, place) in OTHER_FINISHINGS.items():
+        span = f"{numbers[0]} to {numbers[-1]}" if len(numbers) > 1 else numbers[0]
+        yield f"| {span} {keyword} | {place or 'no word'} |"
 
 
 def word_table(pairs, head, table):
@@ -288,6 +341,7 @@ def tables(root, sizes, codes):
         "paper codes": code_table(sizes, codes),
         "page attributes": word_table(words(root, "PageAttributes"), "| Word | Bit | DEVMODE; IPP |", PAGE_ATTRIBUTES),
         "finishing": word_table(words(root, "FinishingAttributes"), "| Word | Bit | IPP `finishings` |", FINISHINGS),
+        "other finishing": other_finishing_table(),
         "languages": word_table(words(root, "Pdls"), "| Word | Code | IPP `document-format` |", DOCUMENT_FORMATS),
     }
 

@@ -1,6 +1,6 @@
 """The library, its classes and its interfaces in registry terms.
 
-Manifest, registry rows of the installer and smart pointers are made from it, so no identifier is repeated.
+Manifest and registry rows of the installer are made from it, so no identifier is repeated.
 """
 
 import sys

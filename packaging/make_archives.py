@@ -8,6 +8,7 @@ the source date.
 """
 
 import hashlib
+import stat
 import sys
 import time
 import zipfile
@@ -16,13 +17,15 @@ from pathlib import Path
 import source_date
 
 SUMS = "SHA256SUMS"
+UNIX = 3 # as the system that made an entry, whose file attributes are Unix permissions
 
 
 def add(archive, path, name):
     # Zip has no dates before 1980 and no time zones.
     info = zipfile.ZipInfo(name, max(time.gmtime(source_date.seconds())[:6], (1980, 1, 1, 0, 0, 0)))
     info.compress_type = zipfile.ZIP_DEFLATED
-    info.create_system = 0 # Windows: no Unix permissions
+    info.create_system = UNIX
+    info.external_attr = (stat.S_IFREG | 0o644) << 16 # readable by everybody, whoever unpacks
     archive.writestr(info, path.read_bytes())
 
 

@@ -171,6 +171,19 @@ def query(installer, statement):
     run(["msibuild", installer.name, "-q", statement], installer.parent)
 
 
+def complete_path_entry(installer):
+    """The component that extends PATH if ADDTOPATH is set."""
+    query(installer, "UPDATE `Component` SET `Condition` = 'ADDTOPATH' WHERE `Component` = 'PathEntry'")
+    # The variable's name: * of the system, = set on installation, - removed with the component. [~] is its former value.
+    query(installer, "CREATE TABLE `Environment` (`Environment` CHAR(72) NOT NULL, `Name` CHAR(255) NOT NULL,"
+                     " `Value` CHAR(255), `Component_` CHAR(72) NOT NULL PRIMARY KEY `Environment`)")
+    query(installer, "INSERT INTO `Environment` (`Environment`, `Name`, `Value`, `Component_`)"
+                     " VALUES ('Path', '=-*PATH', '[~];[INSTALLDIR]', 'PathEntry')")
+    for action, sequence in (("RemoveEnvironmentStrings", 3300), ("WriteEnvironmentStrings", 5200)):
+        query(installer, "INSERT INTO `InstallExecuteSequence` (`Action`, `Sequence`)"
+                         f" VALUES ('{action}', {sequence})")
+
+
 def complete(installer, version, platform, package_code):
     """Sets what wixl cannot express."""
     # A file without a version never replaces one that has one.
@@ -181,6 +194,7 @@ def complete(installer, version, platform, package_code):
                      " WHERE `Component` = 'Catalogue'")
     if platform.win64 == "yes":
         query(installer, f"UPDATE `RegLocator` SET `Type` = {RAW_VALUE | SEARCH_64_BIT_VIEW}")
+    complete_path_entry(installer)
     run(["msibuild", installer.name, "-s", f"{platform.product} {version}", "Corvane", f"{platform.template};1033",
          "{%s}" % package_code], installer.parent)
 

@@ -17,6 +17,7 @@ import runtime
 import source_date
 from platforms import PLATFORMS
 
+NAMESPACE = "documentNamespace"
 PRODUCT = "SPDXRef-JobObjects"
 LIBRARY = "SPDXRef-Tarnwick.dll"
 
@@ -100,12 +101,24 @@ def document(version, platform, dll, linked):
             relationship(PRODUCT, "CONTAINS", LIBRARY),
         ] + [relationship(LIBRARY, "STATIC_LINK", each["SPDXID"]) for each in packages],
     }
-    # The namespace must be unique to this document, so it is derived from the whole content.
-    content["documentNamespace"] = "urn:uuid:" + str(uuid.uuid5(uuid.NAMESPACE_URL, json.dumps(content)))
     return content
+
+
+def text_of(content):
+    # The namespace must be unique to this document, so it is derived from the whole content.
+    content = {name: each for name, each in content.items() if name != NAMESPACE}
+    content[NAMESPACE] = "urn:uuid:" + str(uuid.uuid5(uuid.NAMESPACE_URL, json.dumps(content)))
+    return json.dumps(content, indent=2) + "\n"
+
+
+def with_library(text, dll):
+    """The document for another file of the same library, such as the signed one."""
+    content = json.loads(text)
+    content["files"] = [library(dll)]
+    return text_of(content)
 
 
 if __name__ == "__main__":
     version, platform, dll, map_path, output = sys.argv[1:]
-    text = json.dumps(document(version, PLATFORMS[platform], Path(dll), runtime.read(Path(map_path))), indent=2)
-    Path(output).write_text(text + "\n", encoding="utf-8")
+    content = document(version, PLATFORMS[platform], Path(dll), runtime.read(Path(map_path)))
+    Path(output).write_text(text_of(content), encoding="utf-8")

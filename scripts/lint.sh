@@ -30,7 +30,7 @@ done
 sed -i 's/ -mpreferred-stack-boundary=2//' build/lint/windows/compile_commands.json
 # Generated sources and headers.
 for preset in windows windows-64; do
-    cmake --build "build/lint/$preset" --target jobobjects_typelib >/dev/null
+    cmake --build "build/lint/$preset" --target jobobjects_typelib wrapped_members >/dev/null
 done
 
 lint_one() {

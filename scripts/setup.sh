@@ -6,8 +6,8 @@ set -euo pipefail
 packages=(
     # Product: compiler, IDL compiler, headers that the IDL imports, build tools.
     g++-mingw-w64-i686-win32 g++-mingw-w64-x86-64-win32 mingw-w64-tools libwine-dev cmake ninja-build
-    # Packages; faketime fixes the clock for tools that write the time into their output.
-    wixl msitools faketime
+    # Packages and their signatures; faketime fixes the clock for tools that write the time into their output.
+    wixl msitools faketime osslsigncode
     # Native build of the platform-neutral code; unit test framework.
     g++ catch2
     # Test hosts with the shared runtime of the posix thread model.
@@ -16,12 +16,16 @@ packages=(
     wine wine64 wine32:i386
     # The tests build a late-bound Windows client from Free Pascal's sources.
     fp-compiler fpc-source
+    # The tests compile the .NET interfaces, and make certificates to sign with.
+    mono-mcs openssl
     # Peer of the benchmarks; bench/fetch_peers.sh fetches the other peers.
     librapidxml-dev
     # Checks of XML files, formatting, code and generated pages; python3 also runs the packaging scripts.
     libxml2-utils clang-format clang-tidy python3
-    # Documentation site.
-    mkdocs
+    # Documentation site; a browser for its test and that of the report, with a font.
+    mkdocs mkdocs-material chromium fonts-dejavu-core
+    # Databases of the tests.
+    sqlite3 postgresql-15
     # Long checks: fuzzers, 32-bit sanitizers, coverage.
     clang libclang-rt-dev g++-multilib gcovr
 )

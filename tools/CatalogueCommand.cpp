@@ -1,6 +1,7 @@
-// catalogue: finds mistakes in catalogue files.
+// catalogue: finds mistakes in catalogue files, or turns them into SQL.
 
 #include "Catalogue.h"
+#include "CatalogueSql.h"
 #include "Commands.h"
 #include "Console.h"
 #include "Installation.h"
@@ -8,6 +9,8 @@
 ExitCode Catalogue(const Options& options) {
     FindingsOutput output(options.format);
     const auto lint = [&](const std::wstring& path) {
+        if (!options.dialect.empty())
+            return ShowCatalogueSql(path, options.dialect);
         return LintCatalogueFile(path, &output).problems == 0 ? ExitOk : ExitFindings;
     };
     if (!options.files.empty())

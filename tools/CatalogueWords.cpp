@@ -2,15 +2,38 @@
 
 #include "Console.h"
 #include "TextFile.h"
-#include "XmlTree.h"
 
 #include <algorithm>
+#include <cwchar>
 
 std::wstring LowerCase(std::wstring text) {
     for (wchar_t& c : text)
         if (c >= L'A' && c <= L'Z')
             c = static_cast<wchar_t>(c - L'A' + L'a');
     return text;
+}
+
+std::int64_t CatalogueCode(XmlTree::Element element) {
+    const auto code = element.Find(L"DbId");
+    return code ? std::wcstol(code->value.c_str(), nullptr, 10) : 0;
+}
+
+std::vector<CataloguePaper> PapersOf(const XmlTree& catalogue) {
+    const auto isDefault = [](XmlTree::Element element) {
+        const auto value = element.Find(L"Default");
+        return value && (LowerCase(value->value) == L"true" || value->value == L"1");
+    };
+    std::vector<CataloguePaper> papers;
+    for (auto size = catalogue.Root().Child(L"PaperSizes").FirstChild(); size; size = size.NextSibling()) {
+        auto name = size.Child(L"PaperNames").FirstChild();
+        while (name && !isDefault(name))
+            name = name.NextSibling();
+        const XmlTree::Element dimensions = size.Child(L"PaperDimensions");
+        if (name)
+            papers.push_back({CatalogueCode(size), name.Text(), dimensions.Child(L"X").Text(),
+                              dimensions.Child(L"Y").Text()});
+    }
+    return papers;
 }
 
 bool CatalogueWords::Load(const std::wstring& path) {

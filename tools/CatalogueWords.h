@@ -1,5 +1,8 @@
 #pragma once
 
+#include "XmlTree.h"
+
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -7,6 +10,15 @@
 
 /// Converts A to Z only, as the library does when it compares words.
 std::wstring LowerCase(std::wstring text);
+
+/// A paper size of a catalogue with its default name; the dimensions are texts.
+struct CataloguePaper {
+    std::int64_t code;
+    std::wstring name, width, height;
+};
+std::vector<CataloguePaper> PapersOf(const XmlTree& catalogue);
+/// The number in an attribute DbId; 0 if it is missing.
+std::int64_t CatalogueCode(XmlTree::Element element);
 
 /// The words of a catalogue, by their use in records.
 class CatalogueWords {

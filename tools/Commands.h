@@ -15,11 +15,24 @@ enum ExitCode : int {
     ExitNoRecord = 5   ///< not a record: malformed, or another root element
 };
 
+/// An invalid command line.
+struct UsageError {
+    std::wstring message;
+};
+
 struct Options {
     Format format = Format::Text;
     bool listDefaults = false;
+    bool stopsAtProblem = false;
+    bool continues = false;
+    std::wstring output; ///< file or folder; empty for standard output
+    std::wstring table;
+    std::wstring dialect;
     std::vector<std::wstring> files; ///< wildcards are expanded
 };
+
+/// The code that describes both outcomes.
+ExitCode Worse(ExitCode a, ExitCode b);
 
 /// Runs a command on each file, even after one fails. Returns the worst result.
 ExitCode ForEachFile(const Options& options,
@@ -33,3 +46,7 @@ ExitCode Show(const Options& options);
 ExitCode Validate(const Options& options);
 /// Finds mistakes in catalogues.
 ExitCode Catalogue(const Options& options);
+/// Writes records as tables.
+ExitCode Export(const Options& options);
+/// Writes a page with the numbers of records.
+ExitCode Report(const Options& options);

@@ -1,6 +1,7 @@
 #include "Console.h"
 
 #include "Escaping.h"
+#include "Utf8.h"
 
 #include <windows.h>
 
@@ -9,15 +10,6 @@ namespace {
 bool IsConsole(HANDLE output) {
     DWORD mode = 0;
     return GetConsoleMode(output, &mode) != 0;
-}
-
-std::string Utf8(std::wstring_view text) {
-    const int length = static_cast<int>(text.size());
-    std::string bytes(3 * text.size(), '\0'); // the most that one UTF-16 unit takes
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(),
-                                         static_cast<int>(bytes.size()), nullptr, nullptr);
-    bytes.resize(static_cast<std::size_t>(size));
-    return bytes;
 }
 
 void Write(DWORD which, std::wstring_view text) {

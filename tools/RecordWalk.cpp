@@ -1,6 +1,7 @@
 #include "RecordWalk.h"
 
 #include "Console.h"
+#include "DateText.h"
 #include "RecordObject.h"
 #include "SystemError.h"
 #include "XmlTree.h"
@@ -9,7 +10,6 @@
 #include "common/com/ComPtr.h"
 
 #include <algorithm>
-#include <cwchar>
 
 namespace {
 
@@ -24,14 +24,8 @@ struct Value : VARIANT {
 /// The failure of a property that the log target's type does not have.
 constexpr HRESULT DoesNotApply = HRESULT_FROM_WIN32(ERROR_INVALID_OPERATION);
 
-std::wstring DateText(DATE date) {
-    SYSTEMTIME t;
-    if (!VariantTimeToSystemTime(date, &t))
-        return L"(invalid date)";
-    wchar_t text[32];
-    const int length = std::swprintf(text, 32, L"%04d-%02d-%02dT%02d:%02d:%02d", t.wYear, t.wMonth, t.wDay,
-                                     t.wHour, t.wMinute, t.wSecond);
-    return {text, static_cast<std::size_t>(std::max(length, 0))};
+std::wstring Widened(const std::string& ascii) {
+    return {ascii.begin(), ascii.end()};
 }
 
 PropertyValue ValueOf(const VARIANT& value) {
@@ -43,7 +37,7 @@ PropertyValue ValueOf(const VARIANT& value) {
     case VT_BOOL:
         return value.boolVal != VARIANT_FALSE;
     case VT_DATE:
-        return DateText(value.date);
+        return Widened(DateText(value.date));
     default:
         return L"(a value of type " + std::to_wstring(value.vt) + L")";
     }

@@ -30,7 +30,7 @@ void ElementForm::Write(QxXmlWriter& writer, const void* field) const {
         writer.Element(name, As<bool>(field));
         break;
     case Kind::Date:
-        writer.Element(name, As<QxDateTime>(field).Format());
+        writer.Element(name, As<QxDateTime>(field));
         break;
     case Kind::Custom:
         break;

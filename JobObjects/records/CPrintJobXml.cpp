@@ -121,8 +121,8 @@ void CPrintJobImpl::ReadFromSystemUser(QxXmlParser& parser, ChildReader&) {
 }
 
 void CPrintJobImpl::WriteTimes(QxXmlWriter& writer) const {
-    writer.Element(L"JobTimeLocal", m_jobTimeLocal.Format(m_jobTimeLocalMsec));
-    writer.Element(L"JobTimeUtc", m_jobTimeUtc.Format());
+    writer.Element(L"JobTimeLocal", m_jobTimeLocal, m_jobTimeLocalMsec);
+    writer.Element(L"JobTimeUtc", m_jobTimeUtc);
 }
 
 void CPrintJobImpl::ReadTimes(QxXmlParser& parser, ChildReader& children) {

@@ -3,7 +3,8 @@
 #include "Text.h"
 
 #include <algorithm>
-#include <iterator>
+#include <bit>
+#include <cstddef>
 #include <limits>
 
 namespace {
@@ -58,6 +59,14 @@ ScannedNumber ScanNumber(std::wstring_view text, unsigned base) noexcept {
     return number;
 }
 
+/// The number of bits gives the number of digits, or one less: 1233 / 4096 is slightly above log10(2).
+std::size_t DigitCount(std::uint32_t value) noexcept {
+    constexpr std::uint32_t powers[] = {0,      10,      100,      1000,      10000,
+                                        100000, 1000000, 10000000, 100000000, 1000000000};
+    const auto digits = static_cast<std::size_t>(std::bit_width(value)) * 1233 >> 12;
+    return digits + (value >= powers[digits] ? 1 : 0);
+}
+
 } // namespace
 
 std::int32_t QxMisc::ParseInt32(std::wstring_view text, int base) noexcept {
@@ -82,16 +91,20 @@ std::wstring QxMisc::FormatInt32(std::int32_t value) {
 }
 
 std::wstring_view QxMisc::FormatInt32(std::int32_t value, Int32Digits& digits) noexcept {
-    wchar_t* const end = std::end(digits);
-    wchar_t* at = end;
-    const bool negative = value < 0;
+    const wchar_t* const end = WriteInt32(value, digits);
+    return std::wstring_view(digits, static_cast<std::size_t>(end - digits));
+}
+
+wchar_t* QxMisc::WriteInt32(std::int32_t value, wchar_t* to) noexcept {
     auto magnitude = static_cast<std::uint32_t>(value);
-    if (negative)
+    if (value < 0) {
+        *to++ = L'-';
         magnitude = 0u - magnitude;
+    }
+    wchar_t* const end = to + DigitCount(magnitude);
+    wchar_t* at = end;
     do
         *--at = static_cast<wchar_t>(L'0' + magnitude % 10);
     while ((magnitude /= 10) != 0);
-    if (negative)
-        *--at = L'-';
-    return std::wstring_view(at, static_cast<std::size_t>(end - at));
+    return end;
 }

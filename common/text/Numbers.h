@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -17,7 +18,10 @@ std::uint32_t ParseUInt32(std::wstring_view text) noexcept;
 /// Formats like "%ld".
 std::wstring FormatInt32(std::int32_t value);
 /// The same into the caller's buffer.
-using Int32Digits = wchar_t[11];
+inline constexpr std::size_t Int32Length = 11;
+using Int32Digits = wchar_t[Int32Length];
 std::wstring_view FormatInt32(std::int32_t value, Int32Digits& digits) noexcept;
+/// The same to a place for Int32Length characters; returns the end of the text.
+wchar_t* WriteInt32(std::int32_t value, wchar_t* to) noexcept;
 
 } // namespace QxMisc

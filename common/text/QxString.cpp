@@ -1,6 +1,7 @@
 #include "QxString.h"
 
-#include <algorithm>
+#include "CopyText.h"
+
 #include <limits>
 #include <new>
 
@@ -14,8 +15,7 @@ QxString::QxString(std::wstring_view text) {
 
 QxString::Data* QxString::MakeData(void* place, Block* block, std::wstring_view text) noexcept {
     Data* const data = new (place) Data{{1}, block, text.size()};
-    wchar_t* const end = std::copy(text.begin(), text.end(), data->characters());
-    *end = L'\0';
+    *QxMisc::CopyText(data->characters(), text) = L'\0';
     return data;
 }
 
@@ -29,15 +29,17 @@ const wchar_t* QxString::c_str() const noexcept {
 }
 
 void QxString::Release() noexcept {
-    if (m_data->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
+    // A text's only owner needs no interlocked operation.
+    if (m_data->references.load(std::memory_order_acquire) != 1 &&
+        m_data->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
         return;
     if (m_data->block)
-        Release(m_data->block);
+        Release(m_data->block, 1);
     else
         ::operator delete(m_data);
 }
 
-void QxString::Release(Block* block) noexcept {
-    if (block && block->references.fetch_sub(1, std::memory_order_acq_rel) == 1)
+void QxString::Release(Block* block, unsigned count) noexcept {
+    if (block->references.fetch_sub(count, std::memory_order_acq_rel) == count)
         ::operator delete(block);
 }

@@ -66,7 +66,7 @@ private:
         return (size + alignof(Data) - 1) / alignof(Data) * alignof(Data);
     }
     static Data* MakeData(void* place, Block* block, std::wstring_view text) noexcept;
-    static void Release(Block* block) noexcept;
+    static void Release(Block* block, unsigned count) noexcept;
     void Release() noexcept;
 
     Data* m_data = nullptr;

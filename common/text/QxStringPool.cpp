@@ -14,11 +14,11 @@ constexpr std::size_t LargestBlock = 4096;
 } // namespace
 
 QxStringPool::~QxStringPool() {
-    QxString::Release(m_block);
+    ReleaseBlock();
 }
 
 void QxStringPool::Begin(std::size_t documentLength) noexcept {
-    QxString::Release(std::exchange(m_block, nullptr));
+    ReleaseBlock();
     m_blockSize = std::clamp(documentLength / 16 * (5 * sizeof(wchar_t)), SmallestBlock, LargestBlock);
 }
 
@@ -31,13 +31,19 @@ QxString QxStringPool::Make(std::wstring_view text) {
         AddBlock();
     void* const place = reinterpret_cast<char*>(m_block) + m_used;
     m_used += size;
-    m_block->references.fetch_add(1, std::memory_order_relaxed);
+    --m_references;
     return QxString(QxString::MakeData(place, m_block, text));
 }
 
 void QxStringPool::AddBlock() {
     void* const memory = ::operator new(m_blockSize);
-    QxString::Release(m_block);
-    m_block = new (memory) QxString::Block{{1}};
+    ReleaseBlock();
+    m_references = static_cast<unsigned>(m_blockSize); // more than texts fit into it
+    m_block = new (memory) QxString::Block{{m_references}};
     m_used = sizeof(QxString::Block);
+}
+
+void QxStringPool::ReleaseBlock() noexcept {
+    if (m_block)
+        QxString::Release(std::exchange(m_block, nullptr), m_references);
 }

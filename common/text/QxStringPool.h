@@ -23,8 +23,12 @@ public:
 
 private:
     void AddBlock();
+    void ReleaseBlock() noexcept;
 
     QxString::Block* m_block = nullptr; // the block being filled
+    /// The pool's references to the block: one for each further text, so that making a text needs no
+    /// interlocked operation.
+    unsigned m_references = 0;
     std::size_t m_blockSize = 0;
     std::size_t m_used = 0;
 };

@@ -19,7 +19,7 @@ void QxXmlParser::ResetPosition() noexcept {
     m_currentChild = 0;
 }
 
-bool QxXmlParser::FindElement(std::wstring_view name, bool restart) noexcept {
+bool QxXmlParser::FindElement(const SoughtName& name, bool restart) noexcept {
     if (restart)
         ResetPosition();
     const std::int32_t first = m_current != 0 ? At(m_current).nextSibling : FirstTopLevel();
@@ -31,7 +31,7 @@ bool QxXmlParser::FindElement(std::wstring_view name, bool restart) noexcept {
     return true;
 }
 
-bool QxXmlParser::FindChildElement(std::wstring_view name, bool restart) noexcept {
+bool QxXmlParser::FindChildElement(const SoughtName& name, bool restart) noexcept {
     if (m_current == 0 && !FindElement())
         return false;
     if (restart)
@@ -78,10 +78,18 @@ void QxXmlParser::SelectElement(std::int32_t element) noexcept {
     m_currentChild = 0;
 }
 
+bool QxXmlParser::HasName(std::int32_t element, const SoughtName& name) const noexcept {
+    return name.IsPlain() ? HasPlainName(element, name)
+                          : QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(element)), name);
+}
+
 /// Requires QxXmlScan::IsPlainName(name).
 bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
-    const std::wstring_view inside = Piece(At(element).startTagOpen + 1, At(element).startTagClose);
-    if (QxXmlScan::StartsWithWord(inside, name))
+    const ElemPos& position = At(element);
+    const std::wstring_view inside = Piece(position.startTagOpen + 1, position.startTagClose);
+    const auto behind = static_cast<std::size_t>(position.startTagOpen) + 1 + name.size(); // at most the ">"
+    if (inside.size() >= name.size() && QxXmlScan::EndsToken(m_document[behind]) &&
+        QxXmlScan::Equal(inside.substr(0, name.size()), name))
         return true;
     // Without leading white space or a prefix, the name would have matched above.
     const auto length = static_cast<std::int32_t>(inside.size());
@@ -91,12 +99,8 @@ bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) con
 }
 
 /// The first element with the name among candidate and its later siblings; 0 if none.
-std::int32_t QxXmlParser::FindFrom(std::int32_t candidate, std::wstring_view name) const noexcept {
-    if (name.empty())
-        return candidate;
-    const bool plain = QxXmlScan::IsPlainName(name);
-    while (candidate != 0 && !(plain ? HasPlainName(candidate, name)
-                                     : QxXmlScan::Equal(QxXmlScan::WithoutPrefix(TagName(candidate)), name)))
+std::int32_t QxXmlParser::FindFrom(std::int32_t candidate, const SoughtName& name) const noexcept {
+    while (candidate != 0 && !name.empty() && !HasName(candidate, name))
         candidate = At(candidate).nextSibling;
     return candidate;
 }
@@ -159,24 +163,79 @@ QxString QxXmlParser::GetChildData() const {
     return Data(m_currentChild);
 }
 
+/// Fast path for ' name="value"', as nearly all attributes are. False means: apply the token rules.
+bool QxXmlParser::ReadPlainAttribute(std::int32_t& next, AttributePos& attribute) const noexcept {
+    const auto length = static_cast<std::int32_t>(m_document.size());
+    const std::int32_t name = QxXmlScan::SkipSpace(m_document, next);
+    const std::int32_t equals = name + QxXmlScan::WordLength(m_document, name);
+    const auto is = [this](std::int32_t offset, wchar_t character) {
+        return m_document[static_cast<std::size_t>(offset)] == character;
+    };
+    if (equals == name || equals + 1 >= length || !is(equals, L'=') || !is(equals + 1, L'"') ||
+        is(name, L'"'))
+        return false;
+    const std::int32_t value = equals + 2;
+    const std::int32_t quote = QxXmlScan::Find(m_document, L'"', value);
+    if (quote == length)
+        return false;
+    next = quote + 1;
+    attribute = {QxXmlScan::WithoutPrefix(Piece(name, equals)), {value, quote - 1, next, true}, true};
+    return true;
+}
+
+/// Reads the next name of a start tag and its value. False at the end of the tag.
+bool QxXmlParser::ReadAttribute(std::int32_t& next, AttributePos& attribute) const noexcept {
+    if (ReadPlainAttribute(next, attribute))
+        return true;
+    Token token;
+    token.next = next;
+    do {
+        if (!QxXmlScan::NextToken(m_document, token) || token.IsUnquoted(m_document, L'>') ||
+            token.IsUnquoted(m_document, L'/'))
+            return false;
+    } while (token.quoted || token.IsUnquoted(m_document, L'='));
+    next = token.next;
+    attribute.name = QxXmlScan::WithoutPrefix(token.In(m_document));
+    attribute.hasValue = QxXmlScan::NextToken(m_document, token) && token.IsUnquoted(m_document, L'=') &&
+                         QxXmlScan::NextToken(m_document, token) && token.quoted;
+    if (attribute.hasValue) {
+        attribute.value = token;
+        next = token.next;
+    }
+    return true;
+}
+
 /// Finds the value of the first attribute with the name.
 bool QxXmlParser::FindValue(std::int32_t element, std::wstring_view name, Token& value) const noexcept {
     if (element == 0)
         return false;
-    Token token;
-    token.next = At(element).startTagOpen + 1;
-    QxXmlScan::NextToken(m_document, token); // the tag name
-    while (QxXmlScan::NextToken(m_document, token)) {
-        if (token.quoted || token.IsUnquoted(m_document, L'='))
-            continue;
-        if (token.IsUnquoted(m_document, L'>') || token.IsUnquoted(m_document, L'/'))
+    AttributeScan& scan = m_attributes;
+    if (scan.element != element) {
+        Token tagName;
+        tagName.next = At(element).startTagOpen + 1;
+        QxXmlScan::NextToken(m_document, tagName);
+        scan.element = element;
+        scan.next = tagName.next;
+        scan.count = 0;
+    }
+    const auto matches = [&](const AttributePos& attribute) {
+        if (!QxXmlScan::Equal(attribute.name, name))
             return false;
-        if (!QxXmlScan::Equal(QxXmlScan::WithoutPrefix(token.In(m_document)), name))
-            continue;
-        if (!QxXmlScan::NextToken(m_document, token) || !token.IsUnquoted(m_document, L'='))
-            return false;
-        value = token;
-        return QxXmlScan::NextToken(m_document, value) && value.quoted;
+        value = attribute.value;
+        return true;
+    };
+    for (std::size_t i = 0; i < scan.count; ++i) {
+        if (matches(scan.attributes[i]))
+            return scan.attributes[i].hasValue;
+    }
+    AttributePos attribute;
+    for (std::int32_t next = scan.next; ReadAttribute(next, attribute);) {
+        if (scan.count < AttributeScan::Most) {
+            scan.attributes[scan.count++] = attribute;
+            scan.next = next;
+        }
+        if (matches(attribute))
+            return attribute.hasValue;
     }
     return false;
 }

@@ -4,7 +4,9 @@
 #include "common/text/QxStringPool.h"
 #include "QxXmlScan.h"
 #include "QxXmlText.h"
+#include "XmlName.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -59,10 +61,10 @@ public:
     void ResetPosition() noexcept;
     /// Moves to the next matching sibling, or without a current element to the first matching top-level
     /// element, and clears the current child. Without a match, returns false and changes nothing.
-    bool FindElement(std::wstring_view name = {}, bool restart = false) noexcept;
+    bool FindElement(const SoughtName& name = {}, bool restart = false) noexcept;
     /// The same for the current child, among the children of the current element. Without a current element,
     /// selects the first top-level element first.
-    bool FindChildElement(std::wstring_view name = {}, bool restart = false) noexcept;
+    bool FindChildElement(const SoughtName& name = {}, bool restart = false) noexcept;
     /// Searches from the first child on; fast for a reader that asks for each name once, in document order.
     /// name must be one token without a prefix. The reader keeps found, initially 0: the last leading child
     /// already consumed.
@@ -127,6 +129,22 @@ public:
     std::size_t PositionCount() const noexcept { return m_positions.size(); }
 
 private:
+    /// A name in a start tag, without prefix, and what follows it.
+    struct AttributePos {
+        std::wstring_view name;
+        QxXmlScan::Token value;
+        bool hasValue; ///< false: no "=" or no quoted value follows
+    };
+    /// The attributes of one element as far as they have been read, so that reading all of them by name scans
+    /// the start tag once.
+    struct AttributeScan {
+        static constexpr std::size_t Most = 8; ///< later ones are scanned each time
+        std::int32_t element = 0;              ///< 0 if none
+        std::int32_t next = 0;                 ///< where the scan continues
+        std::size_t count = 0;
+        std::array<AttributePos, Most> attributes;
+    };
+
     ElemPos& At(std::int32_t element) { return m_positions[static_cast<std::size_t>(element)]; }
     const ElemPos& At(std::int32_t element) const { return m_positions[static_cast<std::size_t>(element)]; }
     bool IsEmptyElement(std::int32_t element) const noexcept {
@@ -142,13 +160,16 @@ private:
 
     // Reading
     std::int32_t FirstTopLevel() const noexcept { return m_positions.empty() ? 0 : At(0).firstChild; }
-    std::int32_t FindFrom(std::int32_t candidate, std::wstring_view name) const noexcept;
+    std::int32_t FindFrom(std::int32_t candidate, const SoughtName& name) const noexcept;
+    bool HasName(std::int32_t element, const SoughtName& name) const noexcept;
     bool HasPlainName(std::int32_t element, std::wstring_view name) const noexcept;
     std::wstring_view TagName(std::int32_t element) const noexcept;
     std::wstring_view Content(std::int32_t element, bool& raw) const noexcept;
     QxString Unescaped(std::wstring_view text) const;
     QxString Data(std::int32_t element) const;
     bool FindValue(std::int32_t element, std::wstring_view name, QxXmlScan::Token& value) const noexcept;
+    bool ReadPlainAttribute(std::int32_t& next, AttributePos& attribute) const noexcept;
+    bool ReadAttribute(std::int32_t& next, AttributePos& attribute) const noexcept;
     std::wstring_view RawAttribute(std::int32_t element, std::wstring_view name) const noexcept;
     bool Attribute(std::int32_t element, std::wstring_view name, QxString& value) const;
     std::wstring_view SubDocument(std::int32_t element) const noexcept;
@@ -169,7 +190,8 @@ private:
     QxString m_error;
     std::int32_t m_errorOffset = 0;
     mutable QxStringPool m_texts; ///< allocates returned values
-    QxXmlText m_edit;             ///< the new text of an edit; a member to reuse its buffer
+    mutable AttributeScan m_attributes;
+    QxXmlText m_edit; ///< the new text of an edit; a member to reuse its buffer
     std::vector<ElemPos> m_positions;
     std::int32_t m_current = 0;
     std::int32_t m_currentChild = 0;

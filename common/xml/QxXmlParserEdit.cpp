@@ -167,6 +167,7 @@ void QxXmlParser::ReplaceText(std::int32_t from, std::int32_t length, std::wstri
     constexpr auto limit = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
     if (text.size() > limit - (m_document.size() - replaced))
         throw std::length_error("document too long");
+    m_attributes.element = 0;
     m_document.replace(static_cast<std::size_t>(from), replaced, text);
 }
 

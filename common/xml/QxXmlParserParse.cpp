@@ -24,7 +24,8 @@ constexpr std::wstring_view ExpectingEndTag = L"Expecting end tag of element %s"
 constexpr std::wstring_view OtherEndTag = L"End tag does not correspond to %s";
 constexpr std::wstring_view EndTagNotCompleted = L"End tag not completed for element %s";
 
-/// Longer texts have their start tags counted first: growing the array would map and copy large blocks.
+/// Longer texts have their start tags counted first: growing the array would map and copy large blocks. A
+/// parser used again usually has room enough.
 constexpr std::size_t LargeText = 65536;
 /// "<a/>".
 constexpr std::size_t ShortestElement = 4;
@@ -42,10 +43,11 @@ std::int32_t NextTag(std::wstring_view text, std::int32_t from) noexcept {
 
 /// Fast path for an end tag that is exactly "</name>", as nearly all are. Compares it with the start tag in
 /// place; a start tag without attributes gives the length beforehand. False means: apply the token rules.
-bool IsPlainEndTag(std::wstring_view text, const ElemPos& element, std::int32_t& close) noexcept {
+bool IsPlainEndTag(std::wstring_view text, const ElemPos& element, std::int32_t open,
+                   std::int32_t& close) noexcept {
     const auto size = static_cast<std::int32_t>(text.size());
     const std::int32_t name = element.startTagOpen + 1;
-    const std::int32_t endName = element.endTagOpen + 2;
+    const std::int32_t endName = open + 2;
     const std::int32_t length = element.startTagClose - name;
     const std::int32_t same = QxXmlScan::CommonLength(text, name, endName);
     if (length < size - endName && CharacterAt(text, endName + length) == L'>' && same == length) {
@@ -74,9 +76,12 @@ public:
 private:
     ElemPos& At(std::int32_t element) { return m_positions[static_cast<std::size_t>(element)]; }
     bool SkipMarkup(std::int32_t& open, std::int32_t first) const noexcept;
-    bool OpenElement(std::int32_t open, std::int32_t parent, std::int32_t previous);
+    bool OpenElement(std::int32_t& open, std::int32_t& parent, std::int32_t& previous);
+    std::int32_t AddElement(std::int32_t open, std::int32_t close, std::int32_t parent,
+                            std::int32_t previous);
+    bool IsEndTag(std::int32_t open) const noexcept;
     bool ParseEndTag(std::int32_t element, std::int32_t open);
-    void CompleteElement(ElemPos& element, std::int32_t endTagClose) noexcept;
+    void CompleteElement(ElemPos& element, std::int32_t endTagOpen, std::int32_t endTagClose) noexcept;
     bool Fail(std::wstring_view message, std::int32_t offset, std::int32_t element = 0);
 
     const std::wstring_view m_text;
@@ -108,22 +113,18 @@ bool DocumentParse::Run() {
         case L'/':
             if (parent == 0 || !ParseEndTag(parent, open))
                 return false;
-            previous = parent;
+            previous = std::exchange(parent, At(parent).parent);
             break;
         default:
             if (!OpenElement(open, parent, previous))
                 return false;
-            previous = static_cast<std::int32_t>(m_positions.size()) - 1;
-            if (At(previous).endTagOpen > At(previous).startTagClose) {
-                parent = std::exchange(previous, 0);
-                open = NextTag(m_text, At(parent).endTagOpen);
+            if (previous == 0)
                 continue;
-            }
-            CompleteElement(At(previous), At(previous).startTagClose);
         }
-        parent = At(previous).parent;
-        if (parent == 0)
+        if (parent == 0) {
+            At(0).endTagOpen = At(previous).startTagOpen;
             return true;
+        }
         open = At(previous).scanPos;
     }
 }
@@ -143,30 +144,50 @@ bool DocumentParse::SkipMarkup(std::int32_t& open, std::int32_t first) const noe
     return true;
 }
 
-/// Adds and links the element whose "<" is at open. Its start tag ends at the first ">", even in quotes.
-bool DocumentParse::OpenElement(std::int32_t open, std::int32_t parent, std::int32_t previous) {
+/// Parses the start tag at open. Completes the element, as previous, if its end follows; otherwise makes it
+/// the parent.
+bool DocumentParse::OpenElement(std::int32_t& open, std::int32_t& parent, std::int32_t& previous) {
     const std::int32_t close = Find(m_text, L'>', open + 1);
     if (close == m_length)
         return Fail(EndOfTagNotFound, open);
-    if (m_positions.size() == m_positions.capacity())
-        m_positions.reserve(m_positions.size() + m_positions.size() / 2);
-    const auto element = static_cast<std::int32_t>(m_positions.size());
-    const bool empty = CharacterAt(m_text, close - 1) == L'/';
-    m_positions.push_back({open, close, empty ? close - 1 : close + 1, 0, close + 1, parent, 0, 0});
-    if (previous != 0)
-        At(previous).nextSibling = element;
-    else
-        At(parent).firstChild = element;
-    if (parent == 0)
-        At(0).endTagOpen = open;
+    previous = AddElement(open, close, parent, previous);
+    if (CharacterAt(m_text, close - 1) == L'/') {
+        CompleteElement(At(previous), close - 1, close);
+        return true;
+    }
+    open = NextTag(m_text, close + 1);
+    if (IsEndTag(open))
+        return ParseEndTag(previous, open);
+    parent = std::exchange(previous, 0);
     return true;
+}
+
+/// Adds and links the element with that start tag, which ends at the first ">", even in quotes. Returns its
+/// index. CompleteElement sets the other offsets.
+std::int32_t DocumentParse::AddElement(std::int32_t open, std::int32_t close, std::int32_t parent,
+                                       std::int32_t previous) {
+    const auto index = static_cast<std::int32_t>(m_positions.size());
+    ElemPos& element = m_positions.emplace_back();
+    element.startTagOpen = open;
+    element.startTagClose = close;
+    element.parent = parent;
+    if (previous != 0)
+        At(previous).nextSibling = index;
+    else
+        At(parent).firstChild = index;
+    return index;
+}
+
+/// Whether an end tag without white space at its start begins there: the usual end of an element without
+/// children.
+bool DocumentParse::IsEndTag(std::int32_t open) const noexcept {
+    return open + 1 < m_length && CharacterAt(m_text, open + 1) == L'/';
 }
 
 bool DocumentParse::ParseEndTag(std::int32_t element, std::int32_t open) {
     ElemPos& position = At(element);
-    position.endTagOpen = open;
     std::int32_t close = 0;
-    if (!IsPlainEndTag(m_text, position, close)) {
+    if (!IsPlainEndTag(m_text, position, open, close)) {
         switch (
             QxXmlScan::ReadEndTag(m_text, open, QxXmlScan::TagName(m_text, position.startTagOpen), close)) {
         case QxXmlScan::EndTag::NotAnEndTag:
@@ -179,11 +200,13 @@ bool DocumentParse::ParseEndTag(std::int32_t element, std::int32_t open) {
             break;
         }
     }
-    CompleteElement(position, close);
+    CompleteElement(position, open, close);
     return true;
 }
 
-void DocumentParse::CompleteElement(ElemPos& element, std::int32_t endTagClose) noexcept {
+void DocumentParse::CompleteElement(ElemPos& element, std::int32_t endTagOpen,
+                                    std::int32_t endTagClose) noexcept {
+    element.endTagOpen = endTagOpen;
     element.endTagClose = endTagClose;
     element.scanPos = NextTag(m_text, endTagClose + 1);
 }
@@ -201,17 +224,18 @@ bool DocumentParse::Fail(std::wstring_view message, std::int32_t offset, std::in
 
 bool QxXmlParser::SetDocument(std::wstring_view text) {
     ResetPosition();
-    ClearElements();
-    if (text.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
-        m_document.clear();
-        return false;
-    }
+    m_attributes.element = 0;
+    if (!m_positions.empty())
+        ClearElements();
+    if (text.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()))
+        text = {};
     m_document.assign(text);
     m_texts.Begin(m_document.size());
+    ReservePositions();
+    ClearElements();
     if (m_document.empty())
         return false;
     try {
-        ReservePositions();
         if (DocumentParse(m_document, m_positions, m_error, m_errorOffset).Run())
             return true;
     } catch (...) {
@@ -230,7 +254,7 @@ void QxXmlParser::ClearElements() {
 void QxXmlParser::ReservePositions() {
     const std::size_t length = m_document.size();
     std::size_t count = length / 32 + 8;
-    if (length > LargeText) {
+    if (length > LargeText && m_positions.capacity() <= count) {
         const auto startTags = static_cast<std::size_t>(QxXmlScan::CountStartTags(m_document));
         count = std::max(count, std::min(startTags, length / ShortestElement) + 1);
     }

@@ -34,11 +34,6 @@ std::wstring_view TagName(std::wstring_view text, std::int32_t open) noexcept {
                        static_cast<std::size_t>(std::max(WordLength(text, start), 1)));
 }
 
-bool IsPlainName(std::wstring_view name) noexcept {
-    return std::ranges::none_of(name,
-                                [](wchar_t character) { return character == L':' || EndsToken(character); });
-}
-
 std::wstring_view WithoutPrefix(std::wstring_view name) noexcept {
     const auto colon = static_cast<std::size_t>(Find(name, L':', 0));
     return colon == name.size() ? name : name.substr(colon + 1);

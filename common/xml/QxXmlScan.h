@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #if defined(__SSE2__) || defined(_M_X64) || (defined(_M_IX86_FP) && _M_IX86_FP >= 2)
@@ -30,7 +32,7 @@ constexpr std::array<bool, 128> MakeTokenEnds() {
 
 inline constexpr std::array<bool, 128> TokenEnds = MakeTokenEnds();
 
-inline bool EndsToken(wchar_t character) noexcept {
+constexpr bool EndsToken(wchar_t character) noexcept {
     const auto code = static_cast<std::size_t>(character);
     return code < TokenEnds.size() && TokenEnds[code];
 }
@@ -61,6 +63,12 @@ inline std::int32_t SkipSpace(std::wstring_view text, std::int32_t from) noexcep
     return from;
 }
 
+/// Whether the name is one unquoted token without a namespace prefix.
+constexpr bool IsPlainName(std::wstring_view name) noexcept {
+    return std::ranges::none_of(name,
+                                [](wchar_t character) { return character == L':' || EndsToken(character); });
+}
+
 /// Length of the unquoted token at from; 0 at white space or a special character.
 inline std::int32_t WordLength(std::wstring_view text, std::int32_t from) noexcept {
     const wchar_t* const begin = text.data() + from;
@@ -80,39 +88,43 @@ std::int32_t CountStartTags(std::wstring_view text) noexcept;
 std::wstring_view TagName(std::wstring_view text, std::int32_t open) noexcept;
 /// The name after its namespace prefix, as names are compared.
 std::wstring_view WithoutPrefix(std::wstring_view name) noexcept;
-/// Whether the name is one unquoted token without a namespace prefix.
-bool IsPlainName(std::wstring_view name) noexcept;
+/// Compares eight characters.
+inline bool EqualBlock(const wchar_t* a, const wchar_t* b) noexcept {
+#ifdef QX_XML_SCAN_SSE2
+    if constexpr (sizeof(wchar_t) == 2) {
+        const __m128i ofA = _mm_loadu_si128(reinterpret_cast<const __m128i*>(a));
+        const __m128i ofB = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b));
+        return _mm_movemask_epi8(_mm_cmpeq_epi16(ofA, ofB)) == 0xFFFF;
+    }
+#endif
+    return std::memcmp(a, b, 8 * sizeof(wchar_t)) == 0;
+}
+
+/// Compares four characters.
+inline bool EqualHalf(const wchar_t* a, const wchar_t* b) noexcept {
+    return std::memcmp(a, b, 4 * sizeof(wchar_t)) == 0;
+}
+
 inline bool Equal(std::wstring_view a, std::wstring_view b) noexcept {
     const std::size_t length = a.size();
     if (length != b.size())
         return false;
-#ifdef QX_XML_SCAN_SSE2
-    if constexpr (sizeof(wchar_t) == 2) {
-        if (length >= 8) {
-            const auto equalBlock = [&](std::size_t at) {
-                const __m128i ofA = _mm_loadu_si128(reinterpret_cast<const __m128i*>(a.data() + at));
-                const __m128i ofB = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b.data() + at));
-                return _mm_movemask_epi8(_mm_cmpeq_epi16(ofA, ofB)) == 0xFFFF;
-            };
-            for (std::size_t at = 0; at < length - 8; at += 8) {
-                if (!equalBlock(at))
-                    return false;
-            }
-            return equalBlock(length - 8); // may overlap the block before
+    const wchar_t* const ofA = a.data();
+    const wchar_t* const ofB = b.data();
+    if (length >= 8) {
+        std::size_t at = 0;
+        for (; at < length - 8; at += 8) {
+            if (!EqualBlock(ofA + at, ofB + at))
+                return false;
         }
+        return EqualBlock(ofA + length - 8, ofB + length - 8); // may overlap the block before
     }
-#endif
+    if (length >= 4)
+        return EqualHalf(ofA, ofB) && EqualHalf(ofA + length - 4, ofB + length - 4);
     std::size_t at = 0;
-    while (at < length && a[at] == b[at])
+    while (at < length && ofA[at] == ofB[at])
         ++at;
     return at == length;
-}
-
-/// Whether the text begins with the word as a whole token.
-inline bool StartsWithWord(std::wstring_view text, std::wstring_view word) noexcept {
-    const std::size_t length = word.size();
-    return (text.size() > length ? EndsToken(text[length]) : text.size() == length) &&
-           Equal(std::wstring_view(text.data(), length), word);
 }
 
 /// The offset of a character. The parser's hot spot, hence inline; wmemchr is several times slower on
@@ -124,7 +136,7 @@ inline std::int32_t Find(std::wstring_view text, wchar_t sought, std::int32_t fr
 #ifdef QX_XML_SCAN_SSE2
     if constexpr (sizeof(wchar_t) == 2) {
         const __m128i pattern = _mm_set1_epi16(static_cast<short>(sought));
-        for (; length - at >= 8; at += 8) {
+        for (const std::int32_t last = length - 8; at <= last; at += 8) {
             const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(characters + at));
             const auto equal = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, pattern)));
             if (equal != 0)
@@ -157,29 +169,6 @@ inline bool NextToken(std::wstring_view text, Token& token) noexcept {
         token.end = token.next - 1;
     }
     return true;
-}
-
-/// Copies a text and returns the end of the copy. Faster than a call of the C library for names and short
-/// values.
-inline wchar_t* Copy(wchar_t* to, std::wstring_view from) noexcept {
-    const std::size_t length = from.size();
-#ifdef QX_XML_SCAN_SSE2
-    if constexpr (sizeof(wchar_t) == 2) {
-        if (length >= 8) {
-            const auto copyBlock = [&](std::size_t at) {
-                _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at),
-                                 _mm_loadu_si128(reinterpret_cast<const __m128i*>(from.data() + at)));
-            };
-            for (std::size_t at = 0; at < length - 8; at += 8)
-                copyBlock(at);
-            copyBlock(length - 8); // may overlap the block before
-            return to + length;
-        }
-    }
-#endif
-    for (std::size_t at = 0; at < length; ++at)
-        to[at] = from[at];
-    return to + length;
 }
 
 /// Number of equal characters at two offsets, up to a ">" or a quote. Requires first < second.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <limits>
 #include <new>
 
@@ -19,7 +20,7 @@ constexpr std::array<Entity, 5> Entities{
 /// Data escapes only the first three; an attribute value escapes all.
 constexpr std::size_t DataEntities = 3;
 
-/// Index into Entities for each ASCII character; Entities.size() for none.
+/// The entity of each ASCII character; Entities.size() for none.
 constexpr std::array<unsigned char, 128> MakeEntityOf() {
     std::array<unsigned char, 128> entityOf{};
     entityOf.fill(Entities.size());
@@ -30,35 +31,58 @@ constexpr std::array<unsigned char, 128> MakeEntityOf() {
 
 constexpr std::array<unsigned char, 128> EntityOf = MakeEntityOf();
 
+/// Index into Entities; Entities.size() for none.
 std::size_t FindEntity(wchar_t character) noexcept {
     const auto code = static_cast<std::size_t>(character);
     return code < EntityOf.size() ? EntityOf[code] : Entities.size();
 }
 
-/// The offset of the next character to escape, or the text's length.
-std::size_t FindEscaped(std::wstring_view text, std::size_t from, QxXmlText::Escape kind) noexcept {
-    std::size_t at = from;
+#ifdef QX_XML_SCAN_SSE2
+/// Two bits for each of eight characters, set if it must be escaped. Three comparisons find the five: only
+/// one bit differs between "<" and ">", and between "&" and "'".
+unsigned FindEscaped(__m128i block, QxXmlText::Escape kind) noexcept {
+    const auto equals = [](__m128i characters, wchar_t sought) {
+        return _mm_cmpeq_epi16(characters, _mm_set1_epi16(static_cast<short>(sought)));
+    };
+    __m128i found = equals(_mm_or_si128(block, _mm_set1_epi16(L'<' ^ L'>')), L'>');
+    if (kind == QxXmlText::Escape::Data) {
+        found = _mm_or_si128(found, equals(block, L'&'));
+    } else {
+        found = _mm_or_si128(found, equals(_mm_or_si128(block, _mm_set1_epi16(L'&' ^ L'\'')), L'\''));
+        found = _mm_or_si128(found, equals(block, L'"'));
+    }
+    return static_cast<unsigned>(_mm_movemask_epi8(found));
+}
+#endif
+
+/// Copies the characters before the first one to escape and returns their number. May write as many
+/// characters as the text has.
+template<QxXmlText::Escape Kind>
+std::size_t CopyPlain(wchar_t* to, std::wstring_view text) noexcept {
+    const std::size_t length = text.size();
 #ifdef QX_XML_SCAN_SSE2
     if constexpr (sizeof(wchar_t) == 2) {
-        // Skips blocks without any of the five characters, whatever the kind. The last block overlaps the one
-        // before it.
-        for (; text.size() >= 8 && at < text.size(); at += 8) {
-            at = std::min(at, text.size() - 8);
+        // The last block may overlap the one before.
+        for (std::size_t at = 0; length >= 8; at = std::min(at + 8, length - 8)) {
             const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-            __m128i found = _mm_setzero_si128();
-            for (const Entity& entity : Entities)
-                found = _mm_or_si128(
-                    found, _mm_cmpeq_epi16(block, _mm_set1_epi16(static_cast<short>(entity.character))));
-            if (_mm_movemask_epi8(found) != 0)
-                break;
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at), block);
+            if (const unsigned found = FindEscaped(block, Kind); found != 0)
+                return at + static_cast<std::size_t>(std::countr_zero(found)) / 2;
+            if (at == length - 8)
+                return length;
         }
-        at = std::max(at, from);
     }
 #endif
-    const std::size_t escaped = kind == QxXmlText::Escape::Attribute ? Entities.size() : DataEntities;
-    while (at < text.size() && FindEntity(text[at]) >= escaped)
-        ++at;
+    constexpr std::size_t escaped = Kind == QxXmlText::Escape::Attribute ? Entities.size() : DataEntities;
+    std::size_t at = 0;
+    for (; at < length && FindEntity(text[at]) >= escaped; ++at)
+        to[at] = text[at];
     return at;
+}
+
+std::size_t CopyPlain(wchar_t* to, std::wstring_view text, QxXmlText::Escape kind) noexcept {
+    return kind == QxXmlText::Escape::Data ? CopyPlain<QxXmlText::Escape::Data>(to, text)
+                                           : CopyPlain<QxXmlText::Escape::Attribute>(to, text);
 }
 
 } // namespace
@@ -76,22 +100,22 @@ void QxXmlText::Grow(std::size_t length) {
 
 void QxXmlText::Append(std::wstring_view text) {
     Reserve(text.size());
-    SetEnd(QxXmlScan::Copy(End(), text));
+    SetEnd(QxMisc::CopyText(End(), text));
 }
 
 void QxXmlText::AppendEscaped(std::wstring_view text, Escape kind) {
     // Enough if escaping adds at most a tenth and one entity.
     Reserve(text.size() + text.size() / 10 + 7);
-    std::size_t copied = 0;
-    std::size_t at = FindEscaped(text, 0, kind);
-    while (at < text.size()) {
-        Append(text.substr(copied, at - copied));
+    for (;;) {
+        const std::size_t plain = CopyPlain(End(), text, kind);
+        m_size += plain;
+        if (plain == text.size())
+            return;
         Append(L'&');
-        Append(Entities[FindEntity(text[at])].text);
-        copied = at + 1;
-        at = FindEscaped(text, copied, kind);
+        Append(Entities[FindEntity(text[plain])].text);
+        text.remove_prefix(plain + 1);
+        Reserve(text.size());
     }
-    Append(text.substr(copied));
 }
 
 void QxXmlText::AppendUnescaped(std::wstring_view text) {
@@ -112,39 +136,23 @@ void QxXmlText::AppendUnescaped(std::wstring_view text) {
 }
 
 void QxXmlText::AppendElement(std::wstring_view name, std::wstring_view data) {
-    if (FindEscaped(data, 0, Escape::Data) == data.size()) {
-        AppendPlainElement(name, data);
+    Reserve(ElementRoom(name, data.size()));
+    wchar_t* const start = PutStart(name);
+    const std::size_t plain = CopyPlain<Escape::Data>(start, data);
+    if (plain == data.size()) {
+        PutEnd(name, start, start + plain);
         return;
     }
-    AppendStartTag(name);
-    Append(L'>');
-    AppendEscaped(data, Escape::Data);
+    SetEnd(start + plain);
+    AppendEscaped(data.substr(plain), Escape::Data);
     AppendEndTag(name);
-}
-
-void QxXmlText::AppendPlainElement(std::wstring_view name, std::wstring_view data) {
-    Reserve(2 * name.size() + data.size() + 5);
-    wchar_t* at = End();
-    *at++ = L'<';
-    at = QxXmlScan::Copy(at, name);
-    if (data.empty()) {
-        *at++ = L'/';
-    } else {
-        *at++ = L'>';
-        at = QxXmlScan::Copy(at, data);
-        *at++ = L'<';
-        *at++ = L'/';
-        at = QxXmlScan::Copy(at, name);
-    }
-    *at++ = L'>';
-    SetEnd(at);
 }
 
 void QxXmlText::AppendStartTag(std::wstring_view name) {
     Reserve(name.size() + 1);
     wchar_t* at = End();
     *at++ = L'<';
-    SetEnd(QxXmlScan::Copy(at, name));
+    SetEnd(QxMisc::CopyText(at, name));
 }
 
 void QxXmlText::AppendEndTag(std::wstring_view name) {
@@ -152,7 +160,7 @@ void QxXmlText::AppendEndTag(std::wstring_view name) {
     wchar_t* at = End();
     *at++ = L'<';
     *at++ = L'/';
-    at = QxXmlScan::Copy(at, name);
+    at = QxMisc::CopyText(at, name);
     *at++ = L'>';
     SetEnd(at);
 }
@@ -161,7 +169,7 @@ void QxXmlText::AppendAttribute(std::wstring_view name, std::wstring_view value)
     Reserve(name.size() + 3);
     wchar_t* at = End();
     *at++ = L' ';
-    at = QxXmlScan::Copy(at, name);
+    at = QxMisc::CopyText(at, name);
     *at++ = L'=';
     *at++ = L'"';
     SetEnd(at);

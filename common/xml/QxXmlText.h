@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/text/CopyText.h"
+
 #include <cstddef>
 #include <memory>
 #include <string_view>
@@ -34,8 +36,14 @@ public:
 
     /// "<name>data</name>", or "<name/>" if data is empty.
     void AppendElement(std::wstring_view name, std::wstring_view data);
-    /// The same for data without anything to escape.
-    void AppendPlainElement(std::wstring_view name, std::wstring_view data);
+    /// The same for data of at most room characters without anything to escape. write takes the place for the
+    /// data and returns its end.
+    template<class Write>
+    void AppendPlainElement(std::wstring_view name, std::size_t room, Write write) {
+        Reserve(ElementRoom(name, room));
+        wchar_t* const start = PutStart(name);
+        PutEnd(name, start, write(start));
+    }
     /// "<name".
     void AppendStartTag(std::wstring_view name);
     /// "</name>".
@@ -50,6 +58,30 @@ private:
     void Grow(std::size_t length);
     wchar_t* End() noexcept { return m_characters.get() + m_size; }
     void SetEnd(const wchar_t* end) noexcept { m_size = static_cast<std::size_t>(end - m_characters.get()); }
+
+    static std::size_t ElementRoom(std::wstring_view name, std::size_t data) noexcept {
+        return 2 * name.size() + data + 5;
+    }
+    /// Writes "<name>" and returns the place for the data.
+    wchar_t* PutStart(std::wstring_view name) noexcept {
+        wchar_t* at = End();
+        *at++ = L'<';
+        at = QxMisc::CopyText(at, name);
+        *at++ = L'>';
+        return at;
+    }
+    /// Completes the element whose data is between start and end.
+    void PutEnd(std::wstring_view name, wchar_t* start, wchar_t* end) noexcept {
+        if (start == end) {
+            end[-1] = L'/';
+        } else {
+            *end++ = L'<';
+            *end++ = L'/';
+            end = QxMisc::CopyText(end, name);
+        }
+        *end++ = L'>';
+        SetEnd(end);
+    }
 
     std::unique_ptr<wchar_t[]> m_characters;
     std::size_t m_size = 0;

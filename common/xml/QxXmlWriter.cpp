@@ -26,10 +26,16 @@ void QxXmlWriter::CloseWithData(XmlName name, std::wstring_view data) {
 }
 
 void QxXmlWriter::Element(XmlName name, std::int32_t value) {
-    QxMisc::Int32Digits digits;
-    m_text.AppendPlainElement(name, QxMisc::FormatInt32(value, digits));
+    m_text.AppendPlainElement(name, QxMisc::Int32Length,
+                              [value](wchar_t* to) { return QxMisc::WriteInt32(value, to); });
 }
 
 void QxXmlWriter::Element(XmlName name, bool value) {
-    m_text.AppendPlainElement(name, QxMisc::FormatBool(value));
+    const std::wstring_view text = QxMisc::FormatBool(value);
+    m_text.AppendPlainElement(name, text.size(), [text](wchar_t* to) { return QxMisc::CopyText(to, text); });
+}
+
+void QxXmlWriter::Element(XmlName name, const QxDateTime& value, std::int32_t milliseconds) {
+    m_text.AppendPlainElement(name, QxDateTime::MaxLength,
+                              [&](wchar_t* to) { return value.Write(to, milliseconds); });
 }

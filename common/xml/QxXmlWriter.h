@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/QxDateTime.h"
 #include "common/QxVersion.h"
 #include "QxXmlText.h"
 #include "XmlName.h"
@@ -32,6 +33,8 @@ public:
     void Element(XmlName name, std::int32_t value);
     /// "true" or "false".
     void Element(XmlName name, bool value);
+    /// The texts of QxDateTime::Format.
+    void Element(XmlName name, const QxDateTime& value, std::int32_t milliseconds = 0);
     /// Appends markup without escaping.
     void Raw(std::wstring_view markup) { m_text.Append(markup); }
 

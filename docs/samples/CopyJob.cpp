@@ -1,22 +1,16 @@
-#include "client.h"
+#include <JobObjects.hpp>
+
+#include <cstdio>
 
 int main() {
-    Apartment apartment;
-    auto job = Create<CopyJob, ICopyJob>();
-    Check(job->put_DeviceId(17));
-    Check(job->put_IdentifierData(Text(L"4711")));
-    Ref<IJobContents> contents, receivedContents;
-    Check(job->get_JobContents(contents.Put()));
-    Check(contents->GenerateContentsFromPageCounterInfo(Text(L"A4,B&W"), 3, 5, 15, 15));
+    const JobObjects::Apartment apartment;
+    const auto job = JobObjects::CopyJob::Create();
+    job.DeviceId(17);
+    job.IdentifierData(L"4711");
+    job.JobContents().GenerateContentsFromPageCounterInfo(L"A4,B&W", 3, 5, 15, 15);
 
-    Text xml, card;
-    LONG copies, device;
-    Check(job->get_Xml(xml.Put()));
-    auto received = Create<CopyJob, ICopyJob>();
-    Check(received->put_Xml(xml));
-    Check(received->get_IdentifierData(card.Put()));
-    Check(received->get_DeviceId(&device));
-    Check(received->get_JobContents(receivedContents.Put()));
-    Check(receivedContents->get_JobCopies(&copies));
-    Print(L"card %ls made %ld copies on device %ld\n", card.Get(), copies, device);
+    const auto received = JobObjects::CopyJob::Create();
+    received.Xml(job.Xml());
+    std::printf("card %ls made %ld copies on device %ld\n", received.IdentifierData().c_str(),
+                received.JobContents().JobCopies(), received.DeviceId());
 }

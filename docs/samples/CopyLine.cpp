@@ -1,21 +1,16 @@
-#include "client.h"
+#include <JobObjects.hpp>
+
+#include <cstdio>
 
 int main() {
-    Apartment apartment;
-    auto line = Create<CopyLine, ICopyLine>();
-    Check(line->put_PaperSize(Text(L"A4")));
-    Check(line->put_Attributes(Text(L"Duplex")));
-    Check(line->put_PagesBW(3));
-    Check(line->put_PagesColor(1));
-    Check(line->put_Sheets(2));
-
-    LONG pages, sheets, paperCode, attributeBits;
-    VARIANT_BOOL duplex;
-    Check(line->get_PagesTotal(&pages));
-    Check(line->get_Sheets(&sheets));
-    Check(line->get_IsDuplex(&duplex));
-    Check(line->get_DBPaperSize(&paperCode));
-    Check(line->get_DBAttributes(&attributeBits));
-    Print(L"%ld pages on %ld sheets, duplex: %ls\n", pages, sheets, TrueOrFalse(duplex));
-    Print(L"paper code %ld, attribute bits %ld\n", paperCode, attributeBits);
+    const JobObjects::Apartment apartment;
+    const auto line = JobObjects::CopyLine::Create();
+    line.PaperSize(L"A4");
+    line.Attributes(L"Duplex");
+    line.PagesBW(3);
+    line.PagesColor(1);
+    line.Sheets(2);
+    std::printf("%ld pages on %ld sheets, duplex: %s\n", line.PagesTotal(), line.Sheets(),
+                line.IsDuplex() ? "True" : "False");
+    std::printf("paper code %ld, attribute bits %ld\n", line.DBPaperSize(), line.DBAttributes());
 }

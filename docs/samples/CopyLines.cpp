@@ -1,26 +1,18 @@
-#include "client.h"
+#include <JobObjects.hpp>
+
+#include <cstdio>
 
 int main() {
-    Apartment apartment;
-    auto contents = Create<JobContents, IJobContents>();
-    Check(contents->GenerateCopyLineFromPageCounterInfo(Text(L"Letter,Color"), 0, 2, 0, 2));
-    Check(contents->GenerateCopyLineFromPageCounterInfo(Text(L"A4,Duplex"), 6, 0, 0, 3));
+    const JobObjects::Apartment apartment;
+    const auto contents = JobObjects::JobContents::Create();
+    contents.GenerateCopyLineFromPageCounterInfo(L"Letter,Color", 0, 2, 0, 2);
+    contents.GenerateCopyLineFromPageCounterInfo(L"A4,Duplex", 6, 0, 0, 3);
 
-    Ref<ICopyLines> lines;
-    LONG count, allPages, colorPages;
-    Check(contents->get_JobCopyLines(lines.Put()));
-    Check(lines->get_Count(&count));
-    for (LONG i = 0; i < count; ++i) {
-        Ref<ICopyLine> line;
-        Text paper;
-        LONG pages, sheets;
-        Check(lines->Item(i, line.Put()));
-        Check(line->get_PaperSize(paper.Put()));
-        Check(line->get_PagesTotal(&pages));
-        Check(line->get_Sheets(&sheets));
-        Print(L"%ls: %ld pages on %ld sheets\n", paper.Get(), pages, sheets);
+    const auto lines = contents.JobCopyLines();
+    for (LONG i = 0; i < lines.Count(); ++i) {
+        const auto line = lines.Item(i);
+        std::printf("%ls: %ld pages on %ld sheets\n", line.PaperSize().c_str(), line.PagesTotal(),
+                    line.Sheets());
     }
-    Check(lines->get_TotalPages(&allPages));
-    Check(lines->get_TotalPagesColor(&colorPages));
-    Print(L"%ld pages, %ld of them in colour\n", allPages, colorPages);
+    std::printf("%ld pages, %ld of them in colour\n", lines.TotalPages(), lines.TotalPagesColor());
 }

@@ -1,22 +1,22 @@
-#include "client.h"
+#include <JobObjects.hpp>
+
+#include <cstdio>
 
 int main() {
-    Apartment apartment;
-    auto printer = Create<LogicalPrinter, ILogicalPrinter>();
-    Check(printer->put_PrinterName(Text(L"Office colour")));
-    Check(printer->put_PortName(Text(L"IP_10.1.2.3")));
-    Check(printer->put_ColorCapable(VARIANT_TRUE));
-    Check(printer->put_DriverName(Text(L"Universal Driver")));
-    Check(printer->put_Destination(Text(L"<Destination><Floor>2</Floor></Destination>")));
-
-    Text name, port;
-    VARIANT_BOOL color;
-    Check(printer->get_PrinterName(name.Put()));
-    Check(printer->get_PortName(port.Put()));
-    Check(printer->get_ColorCapable(&color));
-    Print(L"%ls on %ls, colour: %ls\n", name.Get(), port.Get(), TrueOrFalse(color));
+    const JobObjects::Apartment apartment;
+    const auto printer = JobObjects::LogicalPrinter::Create();
+    printer.PrinterName(L"Office colour");
+    printer.PortName(L"IP_10.1.2.3");
+    printer.ColorCapable(true);
+    printer.DriverName(L"Universal Driver");
+    printer.Destination(L"<Destination><Floor>2</Floor></Destination>");
+    std::printf("%ls on %ls, colour: %s\n", printer.PrinterName().c_str(), printer.PortName().c_str(),
+                printer.ColorCapable() ? "True" : "False");
 
     // A destination must be well-formed.
-    const HRESULT result = printer->put_Destination(Text(L"second floor"));
-    Print(L"%lX %ls\n", static_cast<unsigned long>(result), ErrorText().Get());
+    try {
+        printer.Destination(L"second floor");
+    } catch (const JobObjects::Error& error) {
+        std::printf("%lX %ls\n", static_cast<unsigned long>(error.Result()), error.Description().c_str());
+    }
 }

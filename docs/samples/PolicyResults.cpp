@@ -1,26 +1,24 @@
-#include "client.h"
+#include <JobObjects.hpp>
+
+#include <cstdio>
 
 namespace {
 
-void Show(const Ref<IPolicyResults>& results) {
-    Text name, violations;
-    VARIANT_BOOL informOnly;
-    Check(results->get_PolicyName(name.Put()));
-    Check(results->get_RuleViolations(violations.Put()));
-    Check(results->get_InformOnlyViolations(&informOnly));
-    Print(L"%ls: %ls, inform only: %ls\n", name.Get(), violations.Get(), TrueOrFalse(informOnly));
+void Show(const JobObjects::PolicyResults& results) {
+    std::printf("%ls: %ls, inform only: %s\n", results.PolicyName().c_str(), results.RuleViolations().c_str(),
+                results.InformOnlyViolations() ? "True" : "False");
 }
 
 } // namespace
 
 int main() {
-    Apartment apartment;
-    auto results = Create<PolicyResults, IPolicyResults>();
-    Check(results->put_PolicyId(12));
-    Check(results->put_PolicyName(Text(L"Colour only on request")));
-    Check(results->AddRuleViolation(9, Text(L"Inform")));
-    Check(results->AddRuleViolation(7, Text(L"Inform")));
+    const JobObjects::Apartment apartment;
+    const auto results = JobObjects::PolicyResults::Create();
+    results.PolicyId(12);
+    results.PolicyName(L"Colour only on request");
+    results.AddRuleViolation(9, L"Inform");
+    results.AddRuleViolation(7, L"Inform");
     Show(results);
-    Check(results->AddRuleViolation(2, Text(L"Cancel")));
+    results.AddRuleViolation(2, L"Cancel");
     Show(results);
 }

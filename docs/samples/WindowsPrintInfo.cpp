@@ -1,15 +1,12 @@
-#include "client.h"
+#include <JobObjects.hpp>
+
+#include <cstdio>
 
 int main() {
-    Apartment apartment;
-    auto info = Create<WindowsPrintInfo, IWindowsPrintInfo>();
-    Check(info->put_DevModeFields(DM_COPIES | DM_DUPLEX));
-    Check(info->put_DevModeCopies(3));
-    Check(info->put_DevModeDuplex(DMDUP_VERTICAL));
-
-    LONG copies;
-    VARIANT_BOOL duplex;
-    Check(info->get_JobInfoCopies(&copies));
-    Check(info->get_IsDuplex(&duplex));
-    Print(L"%ld copies, duplex: %ls\n", copies, TrueOrFalse(duplex));
+    const JobObjects::Apartment apartment;
+    const auto info = JobObjects::WindowsPrintInfo::Create();
+    info.DevModeFields(DM_COPIES | DM_DUPLEX);
+    info.DevModeCopies(3);
+    info.DevModeDuplex(DMDUP_VERTICAL);
+    std::printf("%ld copies, duplex: %s\n", info.JobInfoCopies(), info.IsDuplex() ? "True" : "False");
 }

@@ -25,5 +25,5 @@ if(NOT TARGET JobObjects::JobObjects)
     set_target_properties(JobObjects::JobObjects PROPERTIES
         INTERFACE_INCLUDE_DIRECTORIES "${JobObjects_ROOT}/include"
         INTERFACE_SOURCES "${identifiers}"
-        INTERFACE_LINK_LIBRARIES "ole32;oleaut32")
+        INTERFACE_LINK_LIBRARIES "ole32;oleaut32;uuid")
 endif()

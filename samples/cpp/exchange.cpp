@@ -6,12 +6,14 @@
 //
 // The library must be registered (regsvr32 Tarnwick.dll). Exit code: 0, or 1 with a message if a step fails.
 
-#include "Com.h"
+#include <JobObjects.hpp>
 
-#include "JobObjects.h"
-
+#include <cstdio>
 #include <cstring>
-#include <vector>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <string_view>
 
 namespace {
 
@@ -25,7 +27,7 @@ void Send(HANDLE pipe, std::wstring_view text) {
     DWORD written = 0;
     if (!WriteFile(pipe, &length, sizeof(length), &written, nullptr) ||
         !WriteFile(pipe, bytes.data(), length, &written, nullptr))
-        throw Failure{L"the other process does not listen"};
+        throw std::runtime_error("the other process does not listen");
 }
 
 bool ReadAll(HANDLE pipe, void* target, DWORD size) {
@@ -55,22 +57,14 @@ bool Receive(HANDLE pipe, std::wstring& text) {
 
 /// "owner|copy lines|originals|copies|language|finishing": a database row.
 std::wstring DatabaseRow(const std::wstring& xml) {
-    const auto job = Create<IPrintJob, PrintJob>();
-    Check(job->put_Xml(Bstr(xml).In()));
-
-    Ref<IJobContents> contents;
-    Bstr owner, copyLines;
-    LONG originals = 0, copies = 0, language = 0, finishing = 0;
-    Check(job->get_UserName(owner.Out()));
-    Check(job->get_JobContents(contents.Out()));
-    Check(contents->get_DBCopyLines(copyLines.Out()));
-    Check(contents->get_JobOriginals(&originals));
-    Check(contents->get_JobCopies(&copies));
-    Check(contents->get_DBPdl(&language));
-    Check(contents->get_DBFinishing(&finishing));
-    return std::wstring(owner.View()) + L"|" + std::wstring(copyLines.View()) + L"|" +
-           std::to_wstring(originals) + L"|" + std::to_wstring(copies) + L"|" + std::to_wstring(language) +
-           L"|" + std::to_wstring(finishing);
+    const auto job = JobObjects::PrintJob::Create();
+    job.Xml(xml);
+    const auto contents = job.JobContents();
+    std::wstring row = job.UserName() + L"|" + contents.DBCopyLines();
+    for (const LONG number :
+         {contents.JobOriginals(), contents.JobCopies(), contents.DBPdl(), contents.DBFinishing()})
+        row += L"|" + std::to_wstring(number);
+    return row;
 }
 
 void RunAccountant() {
@@ -99,17 +93,13 @@ const Report Reports[] = {
 };
 
 std::wstring XmlOf(const Report& report) {
-    const auto job = Create<IPrintJob, PrintJob>();
-    Check(job->put_JobName(Bstr(report.document).In()));
-    Check(job->put_UserName(Bstr(report.user).In()));
+    const auto job = JobObjects::PrintJob::Create();
+    job.JobName(report.document);
+    job.UserName(report.user);
     // A new job already has contents; fill them in place.
-    Ref<IJobContents> contents;
-    Check(job->get_JobContents(contents.Out()));
-    Check(contents->GenerateContentsFromPageCounterInfo(Bstr(report.words).In(), report.originals,
-                                                        report.copies, report.pages, report.sheets));
-    Bstr xml;
-    Check(job->get_Xml(xml.Out()));
-    return std::wstring(xml.View());
+    job.JobContents().GenerateContentsFromPageCounterInfo(report.words, report.originals, report.copies,
+                                                          report.pages, report.sheets);
+    return job.Xml();
 }
 
 /// The second process, with the agent's ends of the two pipes.
@@ -125,7 +115,7 @@ Accountant StartAccountant() {
     if (!CreatePipe(&itsInput, &accountant.toAccountant, &inherited, 0) ||
         !CreatePipe(&accountant.fromAccountant, &itsOutput, &inherited, 0) ||
         !GetModuleFileNameW(nullptr, program, MAX_PATH))
-        throw Failure{L"no pipes"};
+        throw std::runtime_error("no pipes");
     // The child must not inherit our ends, or it would never see the end of its input.
     SetHandleInformation(accountant.toAccountant, HANDLE_FLAG_INHERIT, 0);
     SetHandleInformation(accountant.fromAccountant, HANDLE_FLAG_INHERIT, 0);
@@ -143,7 +133,7 @@ Accountant StartAccountant() {
     CloseHandle(itsInput);
     CloseHandle(itsOutput);
     if (!started)
-        throw Failure{L"the second process does not start"};
+        throw std::runtime_error("the second process does not start");
     CloseHandle(process.hThread);
     accountant.process = process.hProcess;
     return accountant;
@@ -156,16 +146,17 @@ void RunAgent() {
         Send(accountant.toAccountant, XmlOf(report));
         std::wstring row;
         if (!Receive(accountant.fromAccountant, row))
-            throw Failure{L"the accountant gave no answer"};
+            throw std::runtime_error("the accountant gave no answer");
         if (row != report.expectedRow)
-            throw Failure{L"the accountant stored '" + row + L"', not '" + report.expectedRow + L"'"};
+            throw JobObjects::Error(E_UNEXPECTED, L"the accountant stored '" + row + L"', not '" +
+                                                      report.expectedRow + L"'");
     }
     CloseHandle(accountant.toAccountant); // the end, for the accountant
     DWORD exitCode = 1;
     WaitForSingleObject(accountant.process, INFINITE);
     GetExitCodeProcess(accountant.process, &exitCode);
     if (exitCode != 0)
-        throw Failure{L"the accountant failed"};
+        throw std::runtime_error("the accountant failed");
     CloseHandle(accountant.fromAccountant);
     CloseHandle(accountant.process);
     std::printf("All %u jobs arrived.\n", static_cast<unsigned>(std::size(Reports)));
@@ -174,18 +165,15 @@ void RunAgent() {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
-        return 1;
-    int exitCode = 1;
     try {
+        const JobObjects::Apartment apartment;
         if (argc > 1 && std::strcmp(argv[1], "accountant") == 0)
             RunAccountant();
         else
             RunAgent();
-        exitCode = 0;
-    } catch (const Failure& failure) {
-        std::fprintf(stderr, "Failed: %ls\n", failure.message.c_str());
+        return 0;
+    } catch (const std::exception& failure) { // JobObjects::Error is one
+        std::fprintf(stderr, "Failed: %s\n", failure.what());
+        return 1;
     }
-    CoUninitialize();
-    return exitCode;
 }

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Unpacks the client kit and builds a client with it. Nothing else of this tree is used but the toolchain file:
+# Unpacks the client kit, and builds a client and the kit's own sample with it. Nothing else of this tree is used but the
+# toolchain file:
 #
 #   build_consumer.sh <kit.zip> <work folder> <toolchain file>
 set -euo pipefail
@@ -10,7 +11,12 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 rm -rf "$work"
 mkdir -p "$work"
 python3 -m zipfile -e "$kit" "$work"
-cmake -G Ninja -S "$here/consumer" -B "$work/build" -DCMAKE_BUILD_TYPE=Release \
-    -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
-    -DJobObjects_DIR="$work/$(basename "$kit" .zip)/lib/cmake/JobObjects"
-cmake --build "$work/build"
+unpacked=$work/$(basename "$kit" .zip)
+
+build() {
+    cmake -G Ninja -S "$1" -B "$2" -DCMAKE_BUILD_TYPE=Release -DCMAKE_TOOLCHAIN_FILE="$toolchain" "${@:3}"
+    cmake --build "$2"
+}
+build "$here/consumer" "$work/build" "-DJobObjects_DIR=$unpacked/lib/cmake/JobObjects"
+# The sample finds the kit that it is in.
+build "$unpacked/samples/cpp" "$work/samples" -DCMAKE_EXE_LINKER_FLAGS=-static

@@ -22,6 +22,8 @@ import idl  # noqa: E402
 
 INSTALLED = {"Tarnwick.dll", "jobobjects.exe", "JobAttributes.xml", "JobObjects.tlb", "LICENSE.txt", "NOTICES.txt"}
 
+ENVIRONMENT = "HKEY_LOCAL_MACHINE\\System\\CurrentControlSet\\Control\\Session Manager\\Environment"
+
 prefix = installation.prefix
 drive = installation.drive
 folder = drive / "Program Files" / "JobObjects"
@@ -161,6 +163,57 @@ def check_other_folder(before):
     check_nothing_left(before, "removing from that folder")
 
 
+def read_path():
+    """The system's PATH, from the export's hexadecimal form."""
+    kind, data = read_registry(ENVIRONMENT)[ENVIRONMENT.lower(), "path"].split(":", 1)
+    if kind != "hex(2)":
+        raise SystemExit(f"PATH no longer expands variables: {kind}")
+    return bytes.fromhex("".join(data.split()).replace(",", " ")).decode("utf-16-le").rstrip("\0")
+
+
+def check_path(before):
+    path = read_path()
+    added = path + ";C:\\Program Files\\JobObjects\\"
+    installer("/i", older)
+    check("the installer leaves PATH alone unless asked", differences({"": read_path()}, {"": path}))
+    installer("/x", older)
+    installer("/i", older, "ADDTOPATH=1")
+    check("the installer adds its folder to PATH", differences({"": read_path()}, {"": added}))
+    check("the tool is found", [] if "validate" in run("cmd", "/c", "jobobjects --help") else ["no help"])
+    installer("/i", newer)
+    check("an upgrade keeps the entry in PATH", differences({"": read_path()}, {"": added}))
+    installer("/x", newer)
+    left = read_path().removesuffix(";") # Wine leaves the separator
+    check("removing restores PATH", differences({"": left}, {"": path}))
+    check_nothing_left(before, "removing with the entry in PATH")
+
+
+def repair():
+    # What /fomus means. Wine's msiexec has no /f.
+    installer("/i", older, "REINSTALL=ALL", "REINSTALLMODE=omus")
+
+
+def check_repair(before, by_regsvr32):
+    installer("/i", older)
+    catalogue = folder / "JobAttributes.xml"
+    catalogue.write_bytes(catalogue.read_bytes() + b"<!-- changed -->")
+    changed = catalogue.read_bytes()
+    for name in ("Tarnwick.dll", "jobobjects.exe"):
+        (folder / name).unlink()
+    (folder / "JobObjects.tlb").write_bytes(b"damaged")
+    run("reg", "delete", "HKEY_CLASSES_ROOT\\Corvane.PrintJob", "/f")
+    repair()
+    check("a repair restores missing files", INSTALLED ^ {each.name for each in folder.iterdir()})
+    check("a repair restores the registration", differences(by_regsvr32, registered_classes(before)))
+    check("a repair keeps a changed catalogue", [] if catalogue.read_bytes() == changed else ["changed"])
+    run_script()
+    catalogue.unlink()
+    repair()
+    run_script()
+    installer("/x", older)
+    check_nothing_left(before, "removing after a repair")
+
+
 def check_downgrade():
     installer("/i", newer)
     installer("/i", older, expected=1603 % 256) # ERROR_INSTALL_FAILURE; exit codes have one byte here
@@ -179,6 +232,8 @@ def main():
     check_installation(before, by_regsvr32, manifest)
     check_upgrade(before, by_regsvr32)
     check_other_folder(before)
+    check_path(before)
+    check_repair(before, by_regsvr32)
     check_downgrade()
     print("PASSED")
 

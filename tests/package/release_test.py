@@ -7,6 +7,7 @@
 import hashlib
 import json
 import re
+import stat
 import subprocess
 import sys
 import tempfile
@@ -14,6 +15,10 @@ import zipfile
 import zlib
 from pathlib import Path
 
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "JobObjects"))
+import idl  # noqa: E402
+
+UNIX = 3 # the system of an archive's entry
 release, version, platform, objdump, sources = sys.argv[1:]
 release = Path(release)
 name, architecture, compiler = {
@@ -24,12 +29,13 @@ name, architecture, compiler = {
 CONTENTS = {
     "registration-free": {"JobAttributes.xml", "JobObjects.manifest", "LICENSE.txt", "NOTICES.txt", "Tarnwick.dll",
                           "YourProgram.exe.manifest"},
-    "sdk": {"JobObjects.idl", "JobObjects.tlb", "LICENSE.txt", "README.txt", "import/JobObjects_import.h",
-            "import/make_interop.cmd", "include/JobObjects.h", "include/JobObjectsPtr.h",
+    "sdk": {"JobObjects.idl", "JobObjects.tlb", "LICENSE.txt", "README.txt", "import/Interop.cs",
+            "import/JobObjects_import.h", "include/JobObjects.h", "include/JobObjects.hpp",
             "lib/cmake/JobObjects/JobObjectsConfig.cmake", "lib/cmake/JobObjects/JobObjectsConfigVersion.cmake",
             "src/JobObjects_i.c", "src/JobObjects_i.cpp", "x64/JobObjects.tlb"},
     "symbols": {"Tarnwick.dll.debug", "Tarnwick.dll.map"},
-    "tools": {"jobobjects.exe", "LICENSE.txt", "NOTICES.txt"},
+    "tools": {"jobobjects.exe", "LICENSE.txt", "NOTICES.txt",
+              *(path.relative_to(sources).as_posix() for path in Path(sources, "database").rglob("*.sql"))},
 }
 if platform == "x64":
     del CONTENTS["sdk"] # the 32-bit release has the client kit
@@ -48,9 +54,34 @@ def output(*command, folder=None):
 def read_archive(component):
     folder = f"{name}-{component}"
     with zipfile.ZipFile(release / (folder + ".zip")) as archive:
-        files = {each.removeprefix(folder + "/"): archive.read(each) for each in archive.namelist()}
-    check(f"{component} contains its files", files.keys() == CONTENTS[component], sorted(files))
+        entries = archive.infolist()
+        files = {each.filename.removeprefix(folder + "/"): archive.read(each) for each in entries}
+    check(f"everybody may read the files of {component}",
+          all(each.create_system == UNIX and each.external_attr >> 16 == stat.S_IFREG | 0o644 for each in entries))
+    expected = CONTENTS[component]
+    if component == "sdk":
+        expected = expected | source_files("samples") | source_files("schemas")
+        check("sdk contains the documentation", "docs/index.html" in files
+              and all(f"docs/docs/reference/{each['name']}.html" in files for each in idl.read().classes))
+    found = {each for each in files if not each.startswith("docs/")}
+    check(f"{component} contains its files", found == expected, found ^ expected)
     return files
+
+
+def source_files(folder):
+    root = Path(sources, folder)
+    files = {path.relative_to(sources).as_posix() for path in root.rglob("*") if path.is_file()}
+    return {each for each in files if not each.endswith(".clang-tidy")}
+
+
+def check_header(header):
+    """The C++ declarations carry the comments of the interface definition."""
+    declarations = re.findall(r"(.*)\n    virtual HRESULT STDMETHODCALLTYPE (\w+)\(", header)
+    check("the header declares all members", len(declarations) == 329, len(declarations))
+    missing = [name for before, name in declarations if not before.startswith("    /// ")]
+    check("the header documents every member", not missing, missing)
+    first = "    /// Number of black-and-white pages, without blank pages.\n"
+    check("the header has the interface definition's comments", header.count(first) == 2, header.count(first))
 
 
 def check_sums():
@@ -71,6 +102,7 @@ def check_installer(library, folder):
     properties = dict(line.split("\t", 1) for line in output("msiinfo", "export", str(installer), "Property")
                       .replace("\r", "").splitlines() if "\t" in line)
     check("the installer has the version", properties.get("ProductVersion") == version, properties)
+    check("the installer names a contact", properties.get("ARPCONTACT") == "Corvane", properties)
     files = output("msiinfo", "export", str(installer), "File")
     check("the installer has the library's version", f"\t{version}.0\t1033\t" in files, files)
 
@@ -133,6 +165,8 @@ def main():
     check("the sample manifest requests it", f'name="JobObjects" version="{version.split(".")[0]}.0.0.0"' in sample)
     check("both manifests name the platform", manifest.count(f'processorArchitecture="{architecture}"') == 1
           and sample.count(f'processorArchitecture="{architecture}"') == 2)
+    if "sdk" in archives:
+        check_header(archives["sdk"]["include/JobObjects.h"].decode())
     check_bill(library)
     check_paths(archives)
     print("PASSED")

@@ -20,6 +20,14 @@ MARKUP = {"PortConfig", "PrinterInfo", "Destination"}
 OPTIONAL = MARKUP | {"Toner", "WindowsPrintInfo", "PolicyResults", "Cancelled", "RuleViolations", "CopyLine", "Rule"}
 # Child records with golden files of their own.
 RECORDS = {"JobContents", "PolicyResults"}
+# Values that are never written.
+DATES = ("2024-02-30T00:00:00", "2023-02-29T00:00:00", "1900-02-29T00:00:00", "2024-04-31T00:00:00", "2024-13-01T00:00:00",
+         "2024-01-00T00:00:00", "2024-01-01T24:00:00", "0000-01-01T00:00:00", "0099-12-31T00:00:00",
+         "2024-01-01T00:00:00Z", "2024-01-01T00:00:00.12")
+WRONG_VALUES = {"Coverage": ("-1", "-2"), "Saving": ("-2",)} | dict.fromkeys(
+    ("JobTimeLocal", "JobTimeUtc", "FirstTransactionDate", "LastTransactionDate"), DATES)
+WRONG_LOG_TARGETS = (("None", "x"), ("None", " "), ("Device", ""), ("Device", "x"), ("Device", "0x10"), ("Device", "1.5"),
+                     ("Device", "+5"), ("Device", "010"), ("Device", "2147483648"), ("Device", "-2147483649"))
 # Content of elements with a type other than text.
 TYPED = re.compile(r"-?\d+|true|false|\d{4}-\d\d-\d\dT[\d:.]+")
 
@@ -70,6 +78,10 @@ def mutants_of(root):
         elif name != "LogTarget" and TYPED.fullmatch(element.text or ""):
             for wrong in ("x", "TRUE", "99999999999"):
                 yield change("wrong type", path, lambda e, w=wrong: setattr(e, "text", w))
+        for wrong in WRONG_VALUES.get(name, ()):
+            yield change("value that is never written", path, lambda e, w=wrong: setattr(e, "text", w))
+        for kind, value in WRONG_LOG_TARGETS if name == "LogTarget" else ():
+            yield change("log target that is never written", path, lambda e, k=kind, v=value: set_target(e, k, v))
         for i, child in enumerate(element):
             if local_name(child) not in OPTIONAL and (name, local_name(child)) != ("PageCounterInfo", "JobContents"):
                 yield change("missing element", path, lambda e, i=i: e.remove(e[i]))
@@ -80,6 +92,11 @@ def mutants_of(root):
     if "Version" in root.attrib and local_name(root) not in ("JobContents", "PolicyResults"):
         for version in other_forms(root):
             yield change("version of another form", (), lambda e, v=version: e.set("Version", v))
+
+
+def set_target(element, kind, value):
+    element.set("Type", kind)
+    element.text = value
 
 
 def take(element, position):

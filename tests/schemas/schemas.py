@@ -64,16 +64,22 @@ def group_by_schema(paths):
 
 
 def failures(schema, paths):
-    """Validates files against a schema. Maps each invalid file to xmllint's messages."""
+    """Validates files against a schema and its rules. Maps each invalid file to xmllint's messages."""
     messages = {}
     names = [str(path) for path in paths]
+    options = [["--schema", str(schema)]]
+    if '"LogTarget"' in schema.read_text(encoding="utf-8"):
+        options.append(["--schematron", str(SCHEMAS / "LogTarget.sch")])
     for start in range(0, len(names), 500):
-        chunk = names[start:start + 500]
-        run = subprocess.run(["xmllint", "--noout", "--nonet", "--schema", str(schema), *chunk],
-                             capture_output=True, encoding="utf-8", errors="replace", check=False)
-        lines = run.stderr.splitlines()
-        for name in chunk:
-            # Anything that xmllint does not report as valid is invalid.
-            if f"{name} validates" not in lines:
-                messages[name] = [line for line in lines if line.startswith(f"{name}:")] or lines[:5]
+        for option in options:
+            messages |= _invalid(option, names[start:start + 500])
     return messages
+
+
+def _invalid(option, names):
+    run = subprocess.run(["xmllint", "--noout", "--nonet", *option, *names],
+                         capture_output=True, encoding="utf-8", errors="replace", check=False)
+    lines = run.stderr.splitlines()
+    # Anything that xmllint does not report as valid is invalid.
+    return {name: [line for line in lines if line.startswith(f"{name}:")] or lines[:5]
+            for name in names if f"{name} validates" not in lines}

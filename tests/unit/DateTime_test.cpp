@@ -1,3 +1,5 @@
+#include "TestData.h"
+
 #include "common/QxDateTime.h"
 
 #include <catch2/catch.hpp>
@@ -6,6 +8,8 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <cwchar>
+#include <iterator>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -18,7 +22,7 @@ std::wstring Text(const QxDateTime& time) {
     return std::wstring(time.Format().view());
 }
 
-std::wstring Text(const QxDateTime& time, long milliseconds) {
+std::wstring Text(const QxDateTime& time, std::int32_t milliseconds) {
     return std::wstring(time.Format(milliseconds).view());
 }
 
@@ -162,6 +166,31 @@ TEST_CASE("DateTime_milliseconds_above_zero_are_appended") {
     CHECK(Text(time, 0) == L"2010-03-04T05:06:07");
     CHECK(Text(time, -1) == L"2010-03-04T05:06:07");
     CHECK(Text(QxDateTime(0, Status::Invalid), 5) == L"Invalid DateTime.005");
+}
+
+TEST_CASE("DateTime_random_times_are_written_like_printf") {
+    Choices choices(1);
+    const auto between = [&](int low, int high) {
+        return low + static_cast<int>(choices.Below(static_cast<unsigned>(high - low + 1)));
+    };
+    for (int i = 0; i < 20000; ++i) {
+        const QxCalendarTime t{between(100, 9999), between(1, 12), between(1, 28),
+                               between(0, 23),     between(0, 59), between(0, 59)};
+        const int milliseconds = between(0, 3) == 0 ? between(1000, 2000000) : between(-2, 999);
+        wchar_t text[64];
+        int length = std::swprintf(text, std::size(text), L"%04d-%02d-%02dT%02d:%02d:%02d", t.year, t.month,
+                                   t.day, t.hour, t.minute, t.second);
+        if (milliseconds > 0)
+            length += std::swprintf(text + length, std::size(text) - static_cast<std::size_t>(length),
+                                    L".%03d", milliseconds);
+        REQUIRE(Text(QxDateTime::FromCalendar(t), milliseconds) == text);
+    }
+}
+
+TEST_CASE("DateTime_longest_text_fits_the_place_for_it") {
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    CHECK(Text(QxDateTime::Parse(L"9999-12-31T23:59:59"), most).size() == QxDateTime::MaxLength);
+    CHECK(Text(QxDateTime(0, Status::Invalid), most) == L"Invalid DateTime.2147483647");
 }
 
 TEST_CASE("DateTime_unset_is_invalid_or_near_zero") {

@@ -1,6 +1,7 @@
 #include "Allocations.h"
 #include "CapturedLog.h"
 #include "common/QxMisc.h"
+#include "common/text/CopyText.h"
 #include "common/text/Numbers.h"
 #include "common/text/Text.h"
 
@@ -156,10 +157,40 @@ TEST_CASE("ParseUInt32_minus_negates_modulo_32_bits") {
     CHECK(QxMisc::ParseUInt32(L"-0") == 0);
 }
 
+TEST_CASE("CopyText_writes_every_length_and_nothing_after_it") {
+    std::wstring from;
+    for (wchar_t length = 0; length < 40; ++length) {
+        std::wstring to(40, L'-');
+        CHECK(QxMisc::CopyText(to.data(), from) == to.data() + length);
+        CHECK(to == from + std::wstring(static_cast<std::size_t>(40 - length), L'-'));
+        from += static_cast<wchar_t>(L'A' + length);
+    }
+}
+
 TEST_CASE("FormatInt32_limits_are_written") {
     CHECK(QxMisc::FormatInt32(0) == L"0");
     CHECK(QxMisc::FormatInt32(MaxSigned) == L"2147483647");
     CHECK(QxMisc::FormatInt32(MinSigned) == L"-2147483648");
+}
+
+TEST_CASE("FormatInt32_every_number_of_digits_is_written") {
+    const auto check = [](std::int64_t value) {
+        if (value >= MinSigned && value <= MaxSigned)
+            CHECK(QxMisc::FormatInt32(static_cast<std::int32_t>(value)) == std::to_wstring(value));
+    };
+    // The number of digits is computed from the number of bits.
+    for (int bits = 0; bits < 32; ++bits) {
+        for (std::int64_t near = -1; near <= 1; ++near) {
+            check((std::int64_t{1} << bits) + near);
+            check(-(std::int64_t{1} << bits) + near);
+        }
+    }
+    for (std::int64_t power = 1; power <= MaxSigned; power *= 10) {
+        for (std::int64_t near = -1; near <= 1; ++near) {
+            check(power + near);
+            check(-power + near);
+        }
+    }
 }
 
 TEST_CASE("LowerLetter_changes_only_ASCII_letters") {

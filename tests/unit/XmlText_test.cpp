@@ -1,3 +1,5 @@
+#include "TestData.h"
+
 #include "common/xml/QxXmlParser.h"
 #include "common/xml/QxXmlText.h"
 #include "common/xml/QxXmlWriter.h"
@@ -23,7 +25,58 @@ std::wstring Unescaped(std::wstring_view text) {
     return std::wstring(out.View());
 }
 
+/// Escapes character by character.
+std::wstring PlainlyEscaped(std::wstring_view text, Escape kind) {
+    std::wstring out;
+    for (const wchar_t character : text) {
+        if (character == L'<')
+            out += L"&lt;";
+        else if (character == L'>')
+            out += L"&gt;";
+        else if (character == L'&')
+            out += L"&amp;";
+        else if (character == L'\'' && kind == Escape::Attribute)
+            out += L"&apos;";
+        else if (character == L'"' && kind == Escape::Attribute)
+            out += L"&quot;";
+        else
+            out += character;
+    }
+    return out;
+}
+
+/// A text of the five characters and of others that differ from one of them in a bit or in the high byte.
+std::wstring RandomText(Choices& choices) {
+    constexpr std::wstring_view characters = L"<&>'\"=#%$!|~fg\u013C\u3C3C\u3E3E\u2626\u2727\u0000\uFFFF";
+    std::wstring text(choices.Below(50), L'x');
+    const unsigned rare = 1 + choices.Below(20);
+    for (wchar_t& character : text) {
+        if (choices.Below(rare) == 0)
+            character = characters[choices.Below(static_cast<unsigned>(characters.size()))];
+    }
+    return text;
+}
+
 } // namespace
+
+TEST_CASE("XmlText_escapes_random_text_like_the_plain_version") {
+    Choices choices(1);
+    for (int i = 0; i < 20000; ++i) {
+        const std::wstring text = RandomText(choices);
+        const std::wstring data = PlainlyEscaped(text, Escape::Data);
+        const std::wstring value = PlainlyEscaped(text, Escape::Attribute);
+        REQUIRE(Escaped(text, Escape::Data) == data);
+        REQUIRE(Escaped(text, Escape::Attribute) == value);
+        const std::wstring name(1 + choices.Below(30), L'n');
+        QxXmlText out;
+        out.AppendElement(name, text);
+        out.AppendStartTag(name);
+        out.AppendAttribute(name, text);
+        const std::wstring element =
+            text.empty() ? L"<" + name + L"/>" : L"<" + name + L">" + data + L"</" + name + L">";
+        REQUIRE(out.View() == element + L"<" + name + L" " + name + L"=\"" + value + L"\"");
+    }
+}
 
 TEST_CASE("XmlText_data_escapes_three_characters") {
     CHECK(Escaped(L"<&>'\"", Escape::Data) == L"&lt;&amp;&gt;'\"");
@@ -90,7 +143,7 @@ TEST_CASE("XmlText_appends_to_existing_text") {
     CHECK(out.View() == L"x&lt;><n>a'b</n><n/> m=\"a&apos;b\"");
 }
 
-TEST_CASE("XmlWriter_writes_elements_numbers_and_flags") {
+TEST_CASE("XmlWriter_writes_elements_numbers_flags_and_dates") {
     QxXmlWriter writer;
     writer.Element(L"t", L"a<b");
     writer.Element(L"e", L"");
@@ -98,8 +151,11 @@ TEST_CASE("XmlWriter_writes_elements_numbers_and_flags") {
     writer.Element(L"m", std::numeric_limits<std::int32_t>::min());
     writer.Element(L"f", true);
     writer.Element(L"g", false);
+    writer.Element(L"d", QxDateTime::Parse(L"2010-03-04T05:06:07"), 89);
+    writer.Element(L"z", QxDateTime());
     writer.Raw(L"<x/>");
-    const std::wstring expected = L"<t>a&lt;b</t><e/><n>-42</n><m>-2147483648</m><f>true</f><g>false</g><x/>";
+    const std::wstring expected = L"<t>a&lt;b</t><e/><n>-42</n><m>-2147483648</m><f>true</f><g>false</g>"
+                                  L"<d>2010-03-04T05:06:07.089</d><z/><x/>";
     CHECK(writer.Text() == expected);
 }
 
