@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the packages for building, testing and the demo on Debian 12 or 13, as root or with sudo. Does nothing if all are
-# installed.
+# Installs the packages for building, testing and the demo on Debian 12 or 13, as root or with sudo. Does nothing if all
+# are installed.
 set -euo pipefail
 
 packages=(
@@ -21,13 +21,13 @@ packages=(
     # Peer of the benchmarks; bench/fetch_peers.sh fetches the other peers.
     librapidxml-dev
     # Checks of XML files, formatting, code and generated pages; python3 also runs the packaging scripts.
-    libxml2-utils clang-format clang-tidy python3
+    libxml2-utils clang-format-19 clang-tidy-19 python3
     # Documentation site; a browser for its test and that of the report, with a font.
     mkdocs mkdocs-material chromium fonts-dejavu-core
     # Databases of the tests.
-    sqlite3 postgresql-15
+    sqlite3 postgresql
     # Long checks: fuzzers, 32-bit sanitizers, coverage.
-    clang libclang-rt-dev g++-multilib gcovr
+    clang libclang-rt-dev clang-19 g++-multilib gcovr
 )
 
 die() {
