@@ -28,9 +28,8 @@ public:
         const ProcessCounters before = ProcessCounters::Now();
         const std::size_t runs = RunAll(mode);
         const ProcessCounters after = ProcessCounters::Now();
-        CHECK(after.heapBlocks <= before.heapBlocks);
-        CHECK(after.handles <= before.handles);
-        CHECK(after.tlsSlots <= before.tlsSlots);
+        INFO(Growth(before, after));
+        CHECK_NO_GROWTH(before, after, static_cast<int>(runs) + 1);
         return runs;
     }
 
