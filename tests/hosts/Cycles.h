@@ -11,7 +11,7 @@ void CheckCycles(Work work) {
     for (int i = 0; i < 5; ++i)
         work();
     const ProcessCounters before = ProcessCounters::Now();
-    constexpr int times = 40;
+    constexpr int times = 80;
     for (int i = 0; i < times; ++i)
         work();
     const ProcessCounters after = ProcessCounters::Now();

@@ -8,7 +8,7 @@
 /// The resources of a process, for comparison before and after work that must not leak.
 struct ProcessCounters {
     LibraryMemory library;
-    std::size_t heapBlocks; ///< allocated blocks of all heaps, a few of which the system caches
+    std::size_t heapBlocks; ///< of all heaps; Wine 10 caches some, and counts a group of small ones as one
     std::size_t handles;
     std::size_t tlsSlots; ///< slots in use
 
