@@ -137,12 +137,12 @@ ContentsValues MakeContents(Choice& choice, int lines) {
 
 PrintInfoValues MakePrintInfo(Choice& choice) {
     PrintInfoValues values;
-    for (std::int32_t PrintInfoValues::*number :
+    for (std::int32_t PrintInfoValues::* number :
          {&PrintInfoValues::pages, &PrintInfoValues::originals, &PrintInfoValues::paperLength,
           &PrintInfoValues::paperWidth, &PrintInfoValues::scale, &PrintInfoValues::printQuality,
           &PrintInfoValues::xResolution, &PrintInfoValues::yResolution})
         values.*number = choice.Number(1, 4000);
-    for (std::int32_t PrintInfoValues::*number :
+    for (std::int32_t PrintInfoValues::* number :
          {&PrintInfoValues::orientation, &PrintInfoValues::paperSize, &PrintInfoValues::copies,
           &PrintInfoValues::defaultSource, &PrintInfoValues::color, &PrintInfoValues::duplex,
           &PrintInfoValues::tumble, &PrintInfoValues::ttOption, &PrintInfoValues::collate,

@@ -1,6 +1,6 @@
 #include "Rows.h"
 
-#include "tests/support/ProcessCounters.h"
+#include "tests/support/LibraryMemory.h"
 
 #include <windows.h>
 
@@ -20,15 +20,10 @@ double FileKilobytes() {
 
 void AddSizeRows(Table& table) {
     table.Figure("the library", "stripped", FileKilobytes(), 700, "KB");
-    // Every COM process has the library's imports; this program lacks one. Load it, so that it is not
-    // counted.
-    LoadLibraryW(L"advapi32.dll");
     Require(!GetModuleHandleW(L"Tarnwick.dll"), "the library is loaded already");
-    const std::size_t before = ProcessCounters::Now().heapBytes;
     const HMODULE library = LoadLibraryW(Library().c_str());
-    const std::size_t after = ProcessCounters::Now().heapBytes;
     Require(library, "the library");
+    table.Figure("the library", "heap after attach", static_cast<double>(LibraryMemory::Now().bytes) / 1024.0,
+                 64, "KiB");
     FreeLibrary(library);
-    table.Figure("the library", "heap after attach",
-                 (static_cast<double>(after) - static_cast<double>(before)) / 1024.0, 64, "KiB");
 }

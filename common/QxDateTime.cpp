@@ -84,7 +84,7 @@ bool ScanInteger(std::wstring_view& text, int& value) noexcept {
 
 struct Field {
     wchar_t before; ///< separator required before the number; 0: none
-    int QxCalendarTime::*value;
+    int QxCalendarTime::* value;
 };
 
 bool ScanFields(std::wstring_view text, QxCalendarTime& time, std::initializer_list<Field> fields) noexcept {

@@ -171,12 +171,18 @@ def query(installer, statement):
     run(["msibuild", installer.name, "-q", statement], installer.parent)
 
 
+def tables(installer):
+    listed = subprocess.run(["msiinfo", "tables", installer], check=True, capture_output=True, text=True)
+    return listed.stdout.split()
+
+
 def complete_path_entry(installer):
     """The component that extends PATH if ADDTOPATH is set."""
     query(installer, "UPDATE `Component` SET `Condition` = 'ADDTOPATH' WHERE `Component` = 'PathEntry'")
     # The variable's name: * of the system, = set on installation, - removed with the component. [~] is its former value.
-    query(installer, "CREATE TABLE `Environment` (`Environment` CHAR(72) NOT NULL, `Name` CHAR(255) NOT NULL,"
-                     " `Value` CHAR(255), `Component_` CHAR(72) NOT NULL PRIMARY KEY `Environment`)")
+    if "Environment" not in tables(installer): # wixl 0.106 makes an empty one
+        query(installer, "CREATE TABLE `Environment` (`Environment` CHAR(72) NOT NULL, `Name` CHAR(255) NOT NULL,"
+                         " `Value` CHAR(255), `Component_` CHAR(72) NOT NULL PRIMARY KEY `Environment`)")
     query(installer, "INSERT INTO `Environment` (`Environment`, `Name`, `Value`, `Component_`)"
                      " VALUES ('Path', '=-*PATH', '[~];[INSTALLDIR]', 'PathEntry')")
     for action, sequence in (("RemoveEnvironmentStrings", 3300), ("WriteEnvironmentStrings", 5200)):

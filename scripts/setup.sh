@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the packages for building, testing and the demo on Debian 12, as root or with sudo. Does nothing if all are
-# installed.
+# Installs the packages for building, testing and the demo on Debian 12 or 13, as root or with sudo. Does nothing if all
+# are installed.
 set -euo pipefail
 
 packages=(
@@ -21,11 +21,11 @@ packages=(
     # Peer of the benchmarks; bench/fetch_peers.sh fetches the other peers.
     librapidxml-dev
     # Checks of XML files, formatting, code and generated pages; python3 also runs the packaging scripts.
-    libxml2-utils clang-format clang-tidy python3
+    libxml2-utils clang-format-19 clang-tidy-19 python3
     # Documentation site; a browser for its test and that of the report, with a font.
     mkdocs mkdocs-material chromium fonts-dejavu-core
     # Databases of the tests.
-    sqlite3 postgresql-15
+    sqlite3 postgresql
     # Long checks: fuzzers, 32-bit sanitizers, coverage, coverage of conditions.
     clang libclang-rt-dev g++-multilib gcovr clang-19 llvm-19 libclang-rt-19-dev
 )
@@ -58,8 +58,8 @@ check_system() {
     local system architecture
     system=$(. /etc/os-release && echo "$ID ${VERSION_ID:-}")
     architecture=$(dpkg --print-architecture 2>/dev/null || echo unknown)
-    if [ "$system $architecture" != "debian 12 amd64" ]; then
-        die "this script supports Debian 12 on amd64 only, not '$system $architecture'." \
+    if [[ "$system $architecture" != "debian "1[23]" amd64" ]]; then
+        die "this script supports Debian 12 and 13 on amd64 only, not '$system $architecture'." \
             "Install by hand: ${packages[*]}"
     fi
     if [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null; then
@@ -70,13 +70,13 @@ check_system() {
 # The security suite sometimes lacks i386 packages. Its amd64 packages are then newer than the i386 ones, and 32-bit
 # Wine cannot be installed. These preferences take both architectures from the release itself.
 write_preferences() {
-    cat >"$1" <<'END'
+    cat >"$1" <<END
 Package: *
 Pin: release l=Debian-Security
 Pin-Priority: 100
 
 Package: *
-Pin: release n=bookworm,l=Debian
+Pin: release n=$(. /etc/os-release && echo "$VERSION_CODENAME"),l=Debian
 Pin-Priority: 1001
 END
 }
@@ -101,22 +101,50 @@ install_packages() {
     die "the packages could not be installed: $*"
 }
 
+# Debian 13 has Catch2 3, whose sources are compiled for each target. Only the source package has them.
+catch2_sources=/usr/src/catch2
+
+misses_catch2_sources() {
+    [ ! -e /usr/include/catch2/catch.hpp ] && [ ! -e "$catch2_sources/catch_amalgamated.cpp" ]
+}
+
+install_catch2_sources() {
+    local folder
+    folder=$(mktemp -d)
+    mkdir -p "$folder/lists/partial"
+    apt-get indextargets --format 'deb-src $(REPO_URI) $(CODENAME) $(COMPONENT)' 'Label: Debian' 'Component: main' |
+        sort -u >"$folder/sources.list"
+    (
+        cd "$folder"
+        chmod 755 .
+        options=(-o "Dir::Etc::SourceList=$folder/sources.list" -o Dir::Etc::SourceParts=-
+            -o "Dir::State::Lists=$folder/lists")
+        apt_get "${options[@]}" update
+        apt_get "${options[@]}" source --download-only catch2
+        as_root mkdir -p "$catch2_sources"
+        as_root tar -xf catch2_*.orig.tar.* --directory "$catch2_sources" --strip-components 2 --wildcards \
+            '*/extras/catch_amalgamated.*'
+    )
+    rm -rf "$folder"
+    ! misses_catch2_sources || die "the sources of Catch2 could not be installed"
+}
+
+install_missing_packages() {
+    check_system
+    echo "setup: installing ${missing[*]}"
+    dpkg --print-foreign-architectures | grep -qx i386 || as_root dpkg --add-architecture i386
+    apt_get update || echo "setup: cannot read some package lists; continuing without them" >&2
+
+    preferences=$(mktemp)
+    trap 'rm -f "$preferences"' EXIT
+    choose_options "${missing[@]}"
+    install_packages "${missing[@]}"
+
+    mapfile -t missing < <(missing_packages)
+    [ ${#missing[@]} = 0 ] || die "still not installed: ${missing[*]}"
+}
+
 mapfile -t missing < <(missing_packages)
-if [ ${#missing[@]} = 0 ]; then
-    echo "setup: everything is installed"
-    exit 0
-fi
-
-check_system
-echo "setup: installing ${missing[*]}"
-dpkg --print-foreign-architectures | grep -qx i386 || as_root dpkg --add-architecture i386
-apt_get update || echo "setup: cannot read some package lists; continuing without them" >&2
-
-preferences=$(mktemp)
-trap 'rm -f "$preferences"' EXIT
-choose_options "${missing[@]}"
-install_packages "${missing[@]}"
-
-mapfile -t missing < <(missing_packages)
-[ ${#missing[@]} = 0 ] || die "still not installed: ${missing[*]}"
+[ ${#missing[@]} = 0 ] || install_missing_packages
+! misses_catch2_sources || install_catch2_sources
 echo "setup: everything is installed"

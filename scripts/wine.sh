@@ -8,9 +8,11 @@
 # Wine's own processes, such as the desktop, inherit the output of the program that starts them and outlive it. A reader
 # that waits for the end of that output, such as ctest, would hang. The program therefore writes to files, which are
 # copied to the output after it ends.
+#
+# Without a display, the Wayland driver of Wine 10 would write to the errors.
 set -e
 here=$(cd "$(dirname "$0")" && pwd)
-export WINEARCH=${WINEARCH:-win32} WINEDLLOVERRIDES="mscoree,mshtml=" DISPLAY= WINEDEBUG=${WINEDEBUG:--all}
+export WINEARCH=${WINEARCH:-win32} WINEDLLOVERRIDES="mscoree,mshtml,winewayland.drv=" DISPLAY= WINEDEBUG=${WINEDEBUG:--all}
 wine=wine
 prefix=wine
 if [ "$WINEARCH" = win64 ]; then

@@ -98,8 +98,8 @@ bool TakeOption(const Command& command, const std::vector<std::wstring>& argumen
                 Options& options) {
     const struct {
         const wchar_t* name;
-        bool Options::*flag;
-        std::wstring Options::*value;
+        bool Options::* flag;
+        std::wstring Options::* value;
     } known[] = {
         {L"--defaults", &Options::listDefaults, nullptr}, {L"--stop", &Options::stopsAtProblem, nullptr},
         {L"--continue", &Options::continues, nullptr},    {L"-o", nullptr, &Options::output},

@@ -296,7 +296,7 @@ JobAttributeCatalogue::JobOptions JobAttributeCatalogue::JobOptionsFromAttribute
     return {pdl, finishing};
 }
 
-QxString JobAttributeCatalogue::DefaultEntryName(CatalogueMap CatalogueTables::*map) {
+QxString JobAttributeCatalogue::DefaultEntryName(CatalogueMap CatalogueTables::* map) {
     const Access tables(*this);
     for (const auto& item : (*tables).*map)
         if (item.second.isDefault)

@@ -124,7 +124,7 @@ public:
     JobOptions JobOptionsFromAttributeWords(AttributeText::Words& words);
 
     /// Name of the first default entry in the map's order; empty if none.
-    QxString DefaultEntryName(CatalogueMap CatalogueTables::*map);
+    QxString DefaultEntryName(CatalogueMap CatalogueTables::* map);
 
 private:
     class Access;

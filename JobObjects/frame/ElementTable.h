@@ -52,13 +52,13 @@ public:
     using Writer = void (Record::*)(QxXmlWriter& writer) const;
     using Reader = void (Record::*)(QxXmlParser& parser, ChildReader& children);
 
-    constexpr Element(XmlName elementName, QxString Record::*field)
+    constexpr Element(XmlName elementName, QxString Record::* field)
         : ElementForm{elementName, Kind::Text}, m_text(field) {}
-    constexpr Element(XmlName elementName, std::int32_t Record::*field)
+    constexpr Element(XmlName elementName, std::int32_t Record::* field)
         : ElementForm{elementName, Kind::Number}, m_number(field) {}
-    constexpr Element(XmlName elementName, bool Record::*field)
+    constexpr Element(XmlName elementName, bool Record::* field)
         : ElementForm{elementName, Kind::Flag}, m_flag(field) {}
-    constexpr Element(XmlName elementName, QxDateTime Record::*field)
+    constexpr Element(XmlName elementName, QxDateTime Record::* field)
         : ElementForm{elementName, Kind::Date}, m_date(field) {}
     /// Custom functions, called for every version; a null one does nothing.
     constexpr Element(Writer writer, Reader reader)
@@ -97,12 +97,12 @@ private:
     };
 
     template<class Value>
-    constexpr Element With(Value ElementForm::*member, std::type_identity_t<Value> value) const {
+    constexpr Element With(Value ElementForm::* member, std::type_identity_t<Value> value) const {
         Element changed = *this;
         changed.*member = value;
         return changed;
     }
-    constexpr Element Versioned(QxVersion ElementForm::*bound, QxVersion version) const {
+    constexpr Element Versioned(QxVersion ElementForm::* bound, QxVersion version) const {
         return With(bound, version).With(&ElementForm::versioned, true);
     }
     /// The field is const if the record is.
@@ -122,10 +122,10 @@ private:
     }
 
     union {
-        QxString Record::*m_text;
-        std::int32_t Record::*m_number;
-        bool Record::*m_flag;
-        QxDateTime Record::*m_date;
+        QxString Record::* m_text;
+        std::int32_t Record::* m_number;
+        bool Record::* m_flag;
+        QxDateTime Record::* m_date;
         Functions m_custom;
     };
 };

@@ -2,6 +2,7 @@
 #include "tests/support/Library.h"
 #include "tests/support/RecordTest.h"
 #include "tests/support/TypeLibraryWalk.h"
+#include "tests/support/Wine.h"
 
 #include <cstdio>
 #include <set>
@@ -161,8 +162,11 @@ private:
         const VARTYPE type = getter.parameters[0].type;
         const Variant value = type == VT_DISPATCH ? Variant::Object(nullptr) : std::move(RangeOf(type)[0]);
         CHECK_HR(Invoke(object, getter.id, PutRef, {value.value}).result, DISP_E_MEMBERNOTFOUND);
-        if (!Find(getter.id, INVOKE_PROPERTYPUT))
-            CHECK_HR(Invoke(object, getter.id, Put, {value.value}).result, DISP_E_MEMBERNOTFOUND);
+        if (!Find(getter.id, INVOKE_PROPERTYPUT)) {
+            const HRESULT refused = Invoke(object, getter.id, Put, {value.value}).result;
+            if (!RunsUnderWine() || refused != DISP_E_BADPARAMCOUNT) // Wine 10
+                CHECK_HR(refused, DISP_E_MEMBERNOTFOUND);
+        }
     }
 
     void ExerciseValuePut(const Member& putter) {

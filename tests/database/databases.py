@@ -9,7 +9,7 @@ import tempfile
 from pathlib import Path
 
 SCRIPTS = Path(__file__).resolve().parents[2] / "database"
-POSTGRES = Path("/usr/lib/postgresql/15/bin")
+POSTGRES = max(Path("/usr/lib/postgresql").glob("*/bin"))  # one version, the release's
 
 
 def run(*command, **options):

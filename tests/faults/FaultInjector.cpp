@@ -2,10 +2,12 @@
 
 #include "ImportTables.h"
 
+#include "tests/support/LibraryImports.h"
+#include "tests/support/LibraryMemory.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
-#include <cwchar>
 #include <iterator>
 
 namespace {
@@ -22,31 +24,7 @@ struct State {
 };
 
 State state;
-std::atomic<long> blocksInUse{0};
 std::atomic<long> textsInUse{0};
-
-// No header declares these; see LdrRegisterDllNotification in the Windows documentation.
-struct LoaderText {
-    USHORT length;
-    USHORT capacity;
-    const wchar_t* characters;
-};
-struct LoaderData {
-    ULONG flags;
-    const LoaderText* fullName;
-    const LoaderText* baseName;
-    void* base;
-    ULONG size;
-};
-
-void CALLBACK AtLoaderEvent(ULONG reason, const LoaderData* data, void*) {
-    constexpr ULONG loaded = 1;
-    constexpr wchar_t library[] = L"Tarnwick.dll";
-    const std::size_t length = data->baseName->length / sizeof(wchar_t);
-    if (reason == loaded && length == std::wcslen(library) &&
-        _wcsnicmp(data->baseName->characters, library, length) == 0)
-        LeadImportsThroughTables(static_cast<HMODULE>(data->base));
-}
 
 LONG WINAPI AtCrash(EXCEPTION_POINTERS* pointers) {
     char text[200];
@@ -86,22 +64,15 @@ std::vector<HRESULT> Faults::Outcomes() const {
 }
 
 Ledger Ledger::Now() noexcept {
-    return {blocksInUse, textsInUse};
+    return {LibraryMemory::Now().blocks, textsInUse};
 }
 
 void FaultInjector::Watch() {
-    static const bool watching = [] {
-        using Register = LONG(NTAPI*)(ULONG, decltype(&AtLoaderEvent), void*, void**);
-        const FARPROC address = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "LdrRegisterDllNotification");
-        void* cookie = nullptr;
+    [[maybe_unused]] static const bool watching = [] {
         SetUnhandledExceptionFilter(AtCrash);
-        return address && reinterpret_cast<Register>(reinterpret_cast<void*>(address))(0, AtLoaderEvent,
-                                                                                       nullptr, &cookie) == 0;
+        AtEachLibraryLoad(LeadImportsThroughTables);
+        return true;
     }();
-    if (!watching) {
-        std::fprintf(stderr, "cannot register for DLL load notifications\n");
-        ExitProcess(251);
-    }
 }
 
 bool FaultInjector::Strikes(const char* name, const Failure& failure) noexcept {
@@ -118,10 +89,6 @@ bool FaultInjector::Strikes(const char* name, const Failure& failure) noexcept {
         state.outcomeCount < std::size(state.outcomes))
         state.outcomes[state.outcomeCount++] = failure.surfacesAs;
     return true;
-}
-
-void FaultInjector::CountBlocks(long more) noexcept {
-    blocksInUse += more;
 }
 
 void FaultInjector::CountTexts(long more) noexcept {

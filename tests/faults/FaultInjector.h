@@ -43,22 +43,20 @@ public:
 
 /// What the library has allocated and not freed.
 struct Ledger {
-    long blocks; ///< from the C runtime
-    long texts;  ///< BSTRs, including those that the client has to free
+    std::size_t blocks; ///< from the C runtime
+    long texts;         ///< BSTRs, including those that the client has to free
 
     static Ledger Now() noexcept;
 };
 
 namespace FaultInjector {
 
-/// Redirects the library's imports through the tables at every load from now on. Ends the program if the
-/// system offers no load notifications.
+/// Redirects the library's imports through the tables at every load from now on.
 void Watch();
 
 /// Whether the current call must fail. Counts the call.
 bool Strikes(const char* name, const Failure& failure) noexcept;
 
-void CountBlocks(long more) noexcept;
 void CountTexts(long more) noexcept;
 
 /// Calls that failed since the program started.

@@ -52,8 +52,6 @@ std::size_t RunWithoutGrowth(const std::function<std::size_t(FaultMode)>& work) 
     const std::size_t runs = runBoth();
     const ProcessCounters after = ProcessCounters::Now();
     INFO(Growth(before, after));
-    CHECK(after.heapBlocks <= before.heapBlocks);
-    CHECK(after.handles <= before.handles);
-    CHECK(after.tlsSlots <= before.tlsSlots);
+    CHECK_NO_GROWTH(before, after, static_cast<int>(runs));
     return runs;
 }

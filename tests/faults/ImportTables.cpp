@@ -2,6 +2,8 @@
 
 #include "ImportHook.h"
 
+#include "tests/support/LibraryImports.h"
+
 #include <objbase.h>
 #include <oleauto.h>
 
@@ -36,37 +38,23 @@ constexpr char LogOnly[] = "only the log needs it, and the log never disturbs it
 constexpr char CatalogueOnly[] = "a catalogue that cannot be read is logged and tried again";
 constexpr DWORD None = 0;
 
-// The C runtime's memory, counted in the ledger.
+// The C runtime's memory, which LibraryMemory counts.
 
 Failure noMemory = OutOfMemory();
 void* (*originalMalloc)(std::size_t);
 void* (*originalCalloc)(std::size_t, std::size_t);
 void* (*originalRealloc)(void*, std::size_t);
-void (*originalFree)(void*);
 
 void* Malloc(std::size_t size) {
-    void* block = FaultInjector::Strikes("malloc", noMemory) ? nullptr : originalMalloc(size);
-    FaultInjector::CountBlocks(block != nullptr);
-    return block;
+    return FaultInjector::Strikes("malloc", noMemory) ? nullptr : originalMalloc(size);
 }
 
 void* Calloc(std::size_t count, std::size_t size) {
-    void* block = FaultInjector::Strikes("calloc", noMemory) ? nullptr : originalCalloc(count, size);
-    FaultInjector::CountBlocks(block != nullptr);
-    return block;
+    return FaultInjector::Strikes("calloc", noMemory) ? nullptr : originalCalloc(count, size);
 }
 
 void* Realloc(void* block, std::size_t size) {
-    if (FaultInjector::Strikes("realloc", noMemory))
-        return nullptr;
-    void* moved = originalRealloc(block, size);
-    FaultInjector::CountBlocks((moved != nullptr) - (block != nullptr && (moved || size == 0)));
-    return moved;
-}
-
-void Free(void* block) {
-    FaultInjector::CountBlocks(-(block != nullptr));
-    originalFree(block);
+    return FaultInjector::Strikes("realloc", noMemory) ? nullptr : originalRealloc(block, size);
 }
 
 template<auto* original>
@@ -194,8 +182,8 @@ const std::vector<Import>& InfallibleImports() {
     static constexpr char giveBack[] = "releases and reports nothing";
     static constexpr char unwinder[] = "works on the stack and reports nothing";
     static const std::vector<Import> imports = {
-        {"free", Address(Free), Set<&originalFree>, {}, giveBack},
         {"SysFreeString", Address(FreeText), Set<&originalFreeText>, {}, giveBack},
+        CannotFail("free", giveBack),
         CannotFail("GetProcAddress", "every system has these functions"),
         CannotFail("AcquireSRWLockExclusive", lock),
         CannotFail("ReleaseSRWLockExclusive", lock),
@@ -275,7 +263,9 @@ const std::vector<Import>& UncalledImports() {
         NotCalled<"strerror">(unused),
         NotCalled<"atoi">(unused),
         NotCalled<"_read">(unused),
+        NotCalled<"_write">(unused),
         NotCalled<"_close">(unused),
+        NotCalled<"FormatMessageA">(unused),
         NotCalled<"LoadLibraryW">(unused),
         NotCalled<"VirtualProtect">(unused),
         NotCalled<"VirtualQuery">(unused),
@@ -296,25 +286,6 @@ void* Lead(const Import& import, void* address) {
     return import.replacement ? import.replacement : address;
 }
 
-template<class Visitor>
-void ForEachImport(HMODULE library, Visitor visit) {
-    auto* const base = reinterpret_cast<BYTE*>(library);
-    const auto* const dos = reinterpret_cast<IMAGE_DOS_HEADER*>(base);
-    const auto* const headers = reinterpret_cast<IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-    const IMAGE_DATA_DIRECTORY& imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    auto* from = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imports.VirtualAddress);
-    for (; from->Name; ++from) {
-        auto* name = reinterpret_cast<IMAGE_THUNK_DATA*>(base + from->OriginalFirstThunk);
-        auto* slot = reinterpret_cast<void**>(base + from->FirstThunk);
-        for (; name->u1.AddressOfData; ++name, ++slot) {
-            const auto* entry = reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
-            visit(IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal) ? "an ordinal"
-                                                          : reinterpret_cast<const char*>(entry->Name),
-                  *slot);
-        }
-    }
-}
-
 const Import* FindInAnyTable(const char* name) {
     for (const auto* table : {&FallibleImports(), &InfallibleImports(), &UncalledImports()})
         if (const Import* import = Find(*table, name))
@@ -329,10 +300,7 @@ void LeadImportsThroughTables(HMODULE library) {
         const Import* import = FindInAnyTable(name);
         if (!import)
             return; // Imports_test.cpp reports it
-        DWORD protection = 0;
-        VirtualProtect(&slot, sizeof(slot), PAGE_READWRITE, &protection);
-        slot = Lead(*import, slot);
-        VirtualProtect(&slot, sizeof(slot), protection, &protection);
+        WriteImport(slot, Lead(*import, slot));
     });
 }
 

@@ -69,9 +69,8 @@ TEST_CASE("Faults_in_the_first_failing_call_are_survived") {
         job = {};
         library.Unload();
     };
-    const std::size_t runs = RunWithoutGrowth([&](FaultMode mode) {
-        return FailEachCall(mode, {prepare, fail, check, cleanUp});
-    });
+    const std::size_t runs =
+        RunWithoutGrowth([&](FaultMode mode) { return FailEachCall(mode, {prepare, fail, check, cleanUp}); });
     PrintInjected("first failing call", runs);
 }
 

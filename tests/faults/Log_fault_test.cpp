@@ -96,9 +96,8 @@ std::size_t FailLoggedCalls(bool rotates, bool opens) {
         DeleteFileW(session.Path().c_str());
         DeleteFileW((session.Path() + L".bak").c_str());
     };
-    return RunWithoutGrowth([&](FaultMode mode) {
-        return FailEachCall(mode, {prepare, fail, check, cleanUp, true});
-    });
+    return RunWithoutGrowth(
+        [&](FaultMode mode) { return FailEachCall(mode, {prepare, fail, check, cleanUp, true}); });
 }
 
 } // namespace

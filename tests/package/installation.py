@@ -41,7 +41,11 @@ def check(what, differences):
 
 
 def installer(option, package, *properties, expected=0):
-    run("msiexec", option, windows_path(package), "/qn", *properties, expected=expected)
+    """The properties are quoted as on a Windows command line, which a script has and a list of arguments has not."""
+    script = prefix / "installer.cmd"
+    script.write_text(f'@start /wait msiexec {option} "{windows_path(package)}" /qn {" ".join(properties)}\r\n'
+                      "@exit %errorlevel%\r\n")
+    run("cmd", "/c", windows_path(script), expected=expected)
 
 
 def read_registry(root):

@@ -152,7 +152,7 @@ def check_upgrade(before, by_regsvr32):
 def check_other_folder(before):
     chosen = drive / "Agent" / "Job Objects"
     chosen.parent.mkdir()
-    installer("/i", older, "INSTALLDIR=C:\\Agent\\Job Objects")
+    installer("/i", older, 'INSTALLDIR="C:\\Agent\\Job Objects"')
     check("the installer uses the chosen folder", INSTALLED ^ {each.name for each in chosen.iterdir()})
     installer("/i", newer)
     check("an upgrade stays in that folder", INSTALLED ^ {each.name for each in chosen.iterdir()})

@@ -41,15 +41,25 @@ Sub Put_of_a_read_only_property_fails()
     Set job = CreateObject("Corvane.PrintJob")
     On Error Resume Next
     job.Version = "8.0"
-    CheckUnknownMember Err.Number
+    CheckReadOnly Err.Number
     job.LogTargetType = 2
-    CheckUnknownMember Err.Number
+    CheckReadOnly Err.Number
     job.PageCounterInfoXml = "<PageCounterInfo/>"
-    CheckUnknownMember Err.Number
+    CheckReadOnly Err.Number
     On Error GoTo 0
     CheckEqual job.Version, "7.26"
     CheckLong job.LogTargetType, 0
 End Sub
+
+' Windows documents the error of an unknown member. Wine 10 counts the arguments first.
+Sub CheckReadOnly(number)
+    Check number = 438 Or (number = 450 And RunsUnderWine()), "got error " & number & ", expected 438"
+    Err.Clear
+End Sub
+
+Function RunsUnderWine()
+    RunsUnderWine = CreateObject("WScript.Shell").ExpandEnvironmentStrings("%WINEDATADIR%") <> "%WINEDATADIR%"
+End Function
 
 Sub Call_of_an_unknown_member_fails()
     Dim job

@@ -48,7 +48,7 @@ TEST_CASE("Objects_of_every_class_are_created_and_released_without_growth") {
         UseMany(each, count);
         const ProcessCounters after = ProcessCounters::Now();
         std::printf("%d objects of %ls: %s\n", count, each.name, Growth(before, after).c_str());
-        CHECK_NO_GROWTH(before, after);
+        CHECK_NO_GROWTH(before, after, count);
         CHECK_HR(AskLibraryToUnload(), S_OK);
     }
 }

@@ -12,10 +12,8 @@ void CountHeap(HANDLE heap, ProcessCounters& counters) {
     HeapLock(heap);
     PROCESS_HEAP_ENTRY entry{};
     while (HeapWalk(heap, &entry)) {
-        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) {
+        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0)
             ++counters.heapBlocks;
-            counters.heapBytes += entry.cbData;
-        }
     }
     HeapUnlock(heap);
 }
@@ -65,14 +63,17 @@ ProcessCounters ProcessCounters::Now() {
     counters.tlsSlots = CountTlsSlots();
     counters.handles = CountHandles();
     CountHeaps(counters);
+    counters.library = LibraryMemory::Now();
     return counters;
 }
 
 std::string Growth(const ProcessCounters& before, const ProcessCounters& after) {
     char text[200];
     std::snprintf(text, sizeof(text),
-                  "heap blocks %zu -> %zu, heap bytes %zu -> %zu, handles %zu -> %zu, TLS slots %zu -> %zu",
-                  before.heapBlocks, after.heapBlocks, before.heapBytes, after.heapBytes, before.handles,
-                  after.handles, before.tlsSlots, after.tlsSlots);
+                  "library blocks %zu -> %zu, library bytes %zu -> %zu, heap blocks %zu -> %zu, "
+                  "handles %zu -> %zu, TLS slots %zu -> %zu",
+                  before.library.blocks, after.library.blocks, before.library.bytes, after.library.bytes,
+                  before.heapBlocks, after.heapBlocks, before.handles, after.handles, before.tlsSlots,
+                  after.tlsSlots);
     return text;
 }

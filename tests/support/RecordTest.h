@@ -38,8 +38,7 @@ struct Property {
     HRESULT (STDMETHODCALLTYPE Interface::*get)(Type*);
     HRESULT (STDMETHODCALLTYPE Interface::*put)(Type);
 };
-#define PROPERTY(Interface, Name)                                                                            \
-    { L"" #Name, &Interface::get_##Name, &Interface::put_##Name }
+#define PROPERTY(Interface, Name) {L"" #Name, &Interface::get_##Name, &Interface::put_##Name}
 
 /// Checks that the text properties are stored independently.
 template<class Interface, std::size_t count>

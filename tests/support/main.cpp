@@ -1,5 +1,4 @@
 #define CATCH_CONFIG_RUNNER
-#define DO_NOT_USE_WMAIN
 #include <catch2/catch.hpp>
 
 #include <objbase.h>

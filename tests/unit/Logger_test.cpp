@@ -295,7 +295,9 @@ TEST_CASE("Logger_very_long_message_is_written_completely") {
 }
 
 TEST_CASE("Logger_closed_log_drops_and_can_be_used_again") {
-    { CapturedLog log; }
+    {
+        CapturedLog log;
+    }
     LogError(L"dropped");
     CapturedLog log;
     LogError(L"written");

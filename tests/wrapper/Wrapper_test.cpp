@@ -344,22 +344,29 @@ void PolicyResults_RuleViolated() {
 
 } // namespace methods
 
-TEST_CASE("Wrapper_passes_text_numbers_dates_and_flags_in_both_directions"){
-    TEXTS(CHECK_TEXT_PROPERTY) NUMBERS(CHECK_NUMBER_PROPERTY) DATES(CHECK_DATE_PROPERTY)
-        FLAGS(CHECK_FLAG_PROPERTY)}
+TEST_CASE("Wrapper_passes_text_numbers_dates_and_flags_in_both_directions") {
+    TEXTS(CHECK_TEXT_PROPERTY);
+    NUMBERS(CHECK_NUMBER_PROPERTY);
+    DATES(CHECK_DATE_PROPERTY);
+    FLAGS(CHECK_FLAG_PROPERTY);
+}
 
-TEST_CASE("Wrapper_passes_children_in_both_directions"){CHILDREN(CHECK_CHILD_PROPERTY)}
+TEST_CASE("Wrapper_passes_children_in_both_directions") {
+    CHILDREN(CHECK_CHILD_PROPERTY);
+}
 
-TEST_CASE("Wrapper_reads_read_only_properties"){READ_ONLY(CHECK_READ_ONLY_PROPERTY)}
+TEST_CASE("Wrapper_reads_read_only_properties") {
+    READ_ONLY(CHECK_READ_ONLY_PROPERTY);
+}
 
 TEST_CASE("Wrapper_passes_records_as_xml") {
 #define CHECK_XML(Class) CheckXml<JobObjects::Class>();
-    CLASSES(CHECK_XML)
+    CLASSES(CHECK_XML);
 }
 
 TEST_CASE("Wrapper_calls_each_method") {
 #define CALL_METHOD(Class, Name) methods::Class##_##Name();
-    METHODS(CALL_METHOD)
+    METHODS(CALL_METHOD);
 }
 
 TEST_CASE("Wrapper_passes_an_empty_reference_as_no_object") {

@@ -68,13 +68,17 @@ TEST_CASE("THandle_failed_close_is_recorded_and_logged_and_drops_the_handle") {
 }
 
 TEST_CASE("THandle_destruction_closes") {
-    { const TestHandle handle(Some()); }
+    {
+        const TestHandle handle(Some());
+    }
     CHECK(closed == 1);
 }
 
 TEST_CASE("THandle_kernel_handle_is_really_closed") {
     const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     REQUIRE(event != nullptr);
-    { const QxKernelHandle handle(event); }
+    {
+        const QxKernelHandle handle(event);
+    }
     CHECK(WaitForSingleObject(event, 0) == WAIT_FAILED);
 }
