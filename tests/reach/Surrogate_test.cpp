@@ -2,6 +2,8 @@
 
 #include "JobClient.h"
 
+#include "tests/support/Wine.h"
+
 #include <windows.h>
 #include <tlhelp32.h>
 
@@ -17,10 +19,6 @@ unsigned SurrogateBits() {
     wchar_t text[8];
     const DWORD length = GetEnvironmentVariableW(L"SURROGATE_BITS", text, 8);
     return length == 0 ? sizeof(void*) * 8 : static_cast<unsigned>(_wtoi(text));
-}
-
-bool RunsUnderWine() {
-    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 }
 
 bool HasLoadedTheLibrary(DWORD process) {
