@@ -5,7 +5,7 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 ARGUMENT = re.compile(r'\[(=*)\[(.*?)\]\1\]|"((?:\\.|[^"\\])*)"|([^\s()"]+)', re.S)
-CALL = re.compile(r'^(\w+)\(((?:\[=*\[.*?\]=*\]|"(?:\\.|[^"\\])*"|[^()"])*)\)$', re.S | re.M)
+CALL = re.compile(r'^ *(\w+)\(((?:\[=*\[.*?\]=*\]|"(?:\\.|[^"\\])*"|[^()"])*)\)$', re.S | re.M)
 
 
 @dataclass

@@ -86,8 +86,12 @@ def in_kit(path):
     return "{kit}\\" + windows(target.relative_to(kit))
 
 
+def is_ours(word):
+    return Path(word).is_relative_to(sources)
+
+
 def argument(word):
-    if Path(word).is_absolute():
+    if is_ours(word):
         return f'"{in_kit(word)}"'
     return f'"{word}"' if " " in word else word
 
@@ -126,7 +130,8 @@ class Row:
         given = definitions(test.command)
         self.words = test.command if test.is_catch else given.get("COMMAND", "").split(";")
         self.exit_code = "0"
-        self.folder = test.properties.get("WORKING_DIRECTORY")
+        folder = test.properties.get("WORKING_DIRECTORY")
+        self.folder = Path(folder) if folder else None
         if test.is_catch:
             self.expect, self.expectation = "cases", "--list-test-names-only"
         elif "SCRIPT" in given:
@@ -158,7 +163,7 @@ class Row:
         if self.words[0] == "cscript":
             script = self.words[-1]
             if self.folder != kit / "scripts":
-                in_kit(self.folder / Path(script) if isinstance(self.folder, Path) else Path(self.folder, script))
+                in_kit(self.folder / script)
             return " ".join(['"{system}\\cscript.exe"', *map(argument, self.words[1:])])
         program = f'"{copy_program(Path(self.words[0]), self.changes_machine())}"'
         return " ".join([program, *map(argument, self.words[1:])])
@@ -167,20 +172,19 @@ class Row:
         for assignment in self.test.properties.get("ENVIRONMENT", "").split(";"):
             name, _, value = assignment.partition("=")
             if name in ("JOBOBJECTS_TLB", "OANOCACHE"):
-                return f"{name}={in_kit(value) if Path(value).is_absolute() else value}"
+                return f"{name}={in_kit(value) if is_ours(value) else value}"
         return ""
 
     def working_folder(self):
         if self.folder is None:
             return "{work}"
-        folder = Path(self.folder)
-        if folder.is_relative_to(kit):
-            return "{kit}\\" + windows(folder.relative_to(kit))
-        if folder.is_relative_to(build):
+        if self.folder.is_relative_to(kit):
+            return "{kit}\\" + windows(self.folder.relative_to(kit))
+        if self.folder.is_relative_to(build):
             return "{here}"
-        if self.test.name.startswith("samples."):
-            copy(folder, kit / folder.relative_to(sources))
-        return "{kit}\\" + windows(folder.relative_to(sources))
+        if self.folder == sources / "samples": # the clients read its files
+            return in_kit(self.folder)
+        return "{kit}\\" + windows(self.folder.relative_to(sources))
 
     def line(self):
         seconds = self.test.properties.get("TIMEOUT", str(DEFAULT_SECONDS))
