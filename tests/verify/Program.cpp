@@ -37,16 +37,41 @@ HANDLE NewJob() {
     return job;
 }
 
-/// Waits a moment for the job's last processes.
-bool HasProcesses(HANDLE job) {
-    JOBOBJECT_BASIC_ACCOUNTING_INFORMATION counters{};
-    for (int tries = 0; tries < 20; ++tries) {
-        QueryInformationJobObject(job, JobObjectBasicAccountingInformation, &counters, sizeof(counters), nullptr);
-        if (counters.ActiveProcesses == 0)
-            return false;
+std::wstring ProgramOf(ULONG_PTR id) {
+    const QxKernelHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(id)));
+    wchar_t path[MAX_PATH];
+    DWORD length = MAX_PATH;
+    return QueryFullProcessImageNameW(process.Get(), 0, path, &length) ? path : L"";
+}
+
+bool IsOfSystem(const std::wstring& program) {
+    wchar_t folder[MAX_PATH];
+    const UINT length = GetSystemWindowsDirectoryW(folder, MAX_PATH);
+    return _wcsnicmp(program.c_str(), folder, length) == 0;
+}
+
+/// A program of the job that is not one of the system, such as a surrogate; empty if there is none.
+std::wstring OwnProgramIn(HANDLE job) {
+    struct {
+        JOBOBJECT_BASIC_PROCESS_ID_LIST list;
+        ULONG_PTR more[63];
+    } processes{};
+    QueryInformationJobObject(job, JobObjectBasicProcessIdList, &processes, sizeof(processes), nullptr);
+    for (DWORD i = 0; i < processes.list.NumberOfProcessIdsInList; ++i)
+        if (const std::wstring program = ProgramOf(processes.list.ProcessIdList[i]);
+            !program.empty() && !IsOfSystem(program))
+            return program;
+    return {};
+}
+
+/// The same after a moment, in which processes may end.
+std::wstring ProgramLeftIn(HANDLE job) {
+    std::wstring program = OwnProgramIn(job);
+    for (int tries = 0; tries < 20 && !program.empty(); ++tries) {
         Sleep(100);
+        program = OwnProgramIn(job);
     }
-    return true;
+    return program;
 }
 
 HANDLE OpenInherited(const wchar_t* path, DWORD access, DWORD creation) {
@@ -95,8 +120,8 @@ std::wstring Ending::Problem(DWORD expectedExitCode) const {
         return L"reached its time limit";
     if (exitCode != expectedExitCode)
         return L"ended with " + ExitCodeText(exitCode) + L" instead of " + ExitCodeText(expectedExitCode);
-    if (leftProcesses)
-        return L"left processes behind";
+    if (!leftProgram.empty())
+        return L"left running: " + leftProgram;
     return {};
 }
 
@@ -117,9 +142,9 @@ Ending Run(const Program& program) {
         TerminateJobObject(job.Get(), 1);
         WaitForSingleObject(process.Get(), 10'000);
     }
-    ending.leftProcesses = !ending.timedOut && HasProcesses(job.Get());
-    if (ending.leftProcesses)
-        TerminateJobObject(job.Get(), 1);
+    if (!ending.timedOut)
+        ending.leftProgram = ProgramLeftIn(job.Get());
+    TerminateJobObject(job.Get(), 1);
     GetExitCodeProcess(process.Get(), &ending.exitCode);
     ending.output = FileBytes(program.outputFile);
     return ending;

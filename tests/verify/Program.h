@@ -17,7 +17,7 @@ struct Program {
 struct Ending {
     DWORD startError = 0; ///< why it could not be started
     bool timedOut = false;
-    bool leftProcesses = false; ///< programs that it had started were still running
+    std::wstring leftProgram; ///< a program that it had started and that was still running; not one of the system
     DWORD exitCode = 0;
     std::string output;
 

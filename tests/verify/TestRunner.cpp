@@ -45,17 +45,12 @@ CaseResult JudgeLastLine(const std::string& name, const Ending& ending, DWORD ex
 }
 
 /// The names that a Catch program lists, one a line; empty if the list broke off.
-std::vector<std::string> CaseNames(const Ending& listing) {
-    const std::string text = WithoutCarriageReturns(listing.output);
+std::vector<std::string> CaseNames(const std::string& listing) {
+    const std::string text = WithoutCarriageReturns(listing);
     const std::regex name("[A-Za-z0-9_]+");
-    std::vector<std::string> names(std::sregex_token_iterator(text.begin(), text.end(), name), {});
     if (!std::regex_match(LastLine(text), name))
         return {};
-    // Version 2 of Catch returns the number of names, version 3 returns 0.
-    const DWORD count = static_cast<DWORD>(std::min<std::size_t>(names.size(), 255));
-    if (!listing.Problem(count).empty() && !listing.Problem(0).empty())
-        return {};
-    return names;
+    return {std::sregex_token_iterator(text.begin(), text.end(), name), {}};
 }
 
 std::string FileText(const std::filesystem::path& path) {
@@ -148,9 +143,12 @@ void TestRunner::LeaveOut(const Test& test, const std::string& reason) {
 
 void TestRunner::RunCases(const Test& test, Row& row) {
     const Ending listing = RunCommand(test, test.expectation);
-    const std::vector<std::string> names = CaseNames(listing);
-    if (names.empty())
-        row.cases.push_back({"", Result::Failed, "the list of its test cases broke off", listing.output});
+    const std::vector<std::string> names = CaseNames(listing.output);
+    // Version 2 of Catch returns the number of names, version 3 returns 0.
+    const DWORD expected = listing.exitCode == 0 ? 0 : static_cast<DWORD>(std::min<std::size_t>(names.size(), 255));
+    CaseResult list = Judge("list of its test cases", listing, expected, !names.empty(), "broke off");
+    if (list.result == Result::Failed)
+        return row.cases.push_back(std::move(list));
     for (const std::string& name : names)
         row.cases.push_back(RunCase(test, name));
 }

@@ -114,6 +114,7 @@ std::string RefusalToChangeMachine(const Options& options) {
 bool Verify(const Options& options) {
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX); // also for the tests
     SetConsoleCtrlHandler(Interrupt, TRUE);
+    GetDesktopWindow(); // Wine starts a process for it, which would end with the test that needs it first
     const Folders folders{KitFolder(), NewWorkFolder()};
     const Traces traces(folders);
     const std::string refusal = RefusalToChangeMachine(options);
