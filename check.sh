@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Checks that every change must pass: formatting, build and tests, as in continuous integration, then the databases with
-# many jobs and the full lint.
+# many jobs, the whole verification kit and the full lint.
 #
 #   ./check.sh [--no-lint]
 #
@@ -21,6 +21,8 @@ esac
 .ci/run --no-lint
 echo "== a year of jobs in databases"
 tests/database/long.sh
+echo "== the whole verification kit"
+tests/verify/run.sh
 if [ "$lint" ]; then
     echo "== lint"
     scripts/lint.sh

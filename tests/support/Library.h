@@ -8,8 +8,8 @@
 
 // The library's module and a list of its classes, for tests below the level of CoCreateInstance.
 
-/// The path of the library that COM loads: the one beside the program, whose manifest then names it, or the registered
-/// one.
+/// The path of the library that COM loads: the one beside the program, whose manifest then names it, or the
+/// registered one.
 std::wstring LibraryPath();
 
 /// Keeps that library loaded.

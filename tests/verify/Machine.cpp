@@ -10,7 +10,8 @@ constexpr wchar_t WindowsKey[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersi
 
 template<class Function>
 Function SystemFunction(const wchar_t* module, const char* name) {
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(module), name)));
+    return reinterpret_cast<Function>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(module), name)));
 }
 
 /// The true version, which GetVersionEx hides from programs without a manifest.
@@ -47,16 +48,18 @@ std::vector<std::wstring> UserKeys(const std::wstring& beginning) {
 
 std::string SystemName() {
     const RTL_OSVERSIONINFOW version = Version();
-    std::string name = Utf8(ReadText(HKEY_LOCAL_MACHINE, WindowsKey, L"ProductName", KEY_WOW64_64KEY).value_or(L"Windows"));
-    name += ", version " + std::to_string(version.dwMajorVersion) + "." + std::to_string(version.dwMinorVersion) + "." +
-            std::to_string(version.dwBuildNumber);
+    std::string name =
+        Utf8(ReadText(HKEY_LOCAL_MACHINE, WindowsKey, L"ProductName", KEY_WOW64_64KEY).value_or(L"Windows"));
+    name += ", version " + std::to_string(version.dwMajorVersion) + "." +
+            std::to_string(version.dwMinorVersion) + "." + std::to_string(version.dwBuildNumber);
     if (const auto update = ReadNumber(HKEY_LOCAL_MACHINE, WindowsKey, L"UBR"))
         name += "." + std::to_string(*update);
     if (const auto build = ReadText(HKEY_LOCAL_MACHINE, WindowsKey, L"BuildLabEx", KEY_WOW64_64KEY))
         name += " (" + Utf8(*build) + ")";
     name += Is64BitWindows() ? ", 64 bits" : ", 32 bits";
     if (RunsUnderWine())
-        name += std::string(", Wine ") + SystemFunction<const char*(__cdecl*)()>(L"ntdll.dll", "wine_get_version")();
+        name += std::string(", Wine ") +
+                SystemFunction<const char*(__cdecl*)()>(L"ntdll.dll", "wine_get_version")();
     return name;
 }
 
@@ -69,8 +72,8 @@ bool IsAdministrator() {
     SID_IDENTIFIER_AUTHORITY authority = {SECURITY_NT_AUTHORITY};
     PSID administrators = nullptr;
     BOOL isMember = FALSE;
-    if (!AllocateAndInitializeSid(&authority, 2, SECURITY_BUILTIN_DOMAIN_RID, DOMAIN_ALIAS_RID_ADMINS, 0, 0, 0, 0, 0, 0,
-                                  &administrators))
+    if (!AllocateAndInitializeSid(&authority, 2, SECURITY_BUILTIN_DOMAIN_RID, DOMAIN_ALIAS_RID_ADMINS, 0, 0,
+                                  0, 0, 0, 0, &administrators))
         return false;
     CheckTokenMembership(nullptr, administrators, &isMember);
     FreeSid(administrators);
@@ -80,7 +83,8 @@ bool IsAdministrator() {
 std::vector<Platform> Platforms() {
     if (!Is64BitWindows())
         return {{"x86", 0, SystemFolder(L"System32")}};
-    return {{"x86", KEY_WOW64_32KEY, SystemFolder(L"SysWOW64")}, {"x64", KEY_WOW64_64KEY, SystemFolder(L"Sysnative")}};
+    return {{"x86", KEY_WOW64_32KEY, SystemFolder(L"SysWOW64")},
+            {"x64", KEY_WOW64_64KEY, SystemFolder(L"Sysnative")}};
 }
 
 std::wstring RegisteredLibrary(const Platform& platform) {
@@ -94,8 +98,9 @@ std::vector<std::string> OwnKeys() {
         for (const wchar_t* key :
              {L"SOFTWARE\\Classes\\CLSID\\{63EBBCCC-453D-444D-8A5A-C71EE1EAD2AC}",
               L"SOFTWARE\\Classes\\TypeLib\\{D47A619E-7CB5-4B98-9A01-93662E11761E}",
-              L"SOFTWARE\\Classes\\AppID\\Tarnwick.DLL", L"SOFTWARE\\Classes\\Corvane.PrintJob", L"SOFTWARE\\Corvane",
-              L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects\\Log", L"SOFTWARE\\Corvane.SavedByLogTests"})
+              L"SOFTWARE\\Classes\\AppID\\Tarnwick.DLL", L"SOFTWARE\\Classes\\Corvane.PrintJob",
+              L"SOFTWARE\\Corvane", L"SOFTWARE\\Corvane\\PrintAgent\\JobObjects\\Log",
+              L"SOFTWARE\\Corvane.SavedByLogTests"})
             if (KeyExists(HKEY_LOCAL_MACHINE, key, platform.view))
                 found.push_back(std::string(platform.name) + " HKEY_LOCAL_MACHINE\\" + Utf8(key));
     for (const std::wstring& name : UserKeys(L"JobObjectsTestClasses"))

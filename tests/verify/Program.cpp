@@ -38,7 +38,8 @@ HANDLE NewJob() {
 }
 
 std::wstring ProgramOf(ULONG_PTR id) {
-    const QxKernelHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(id)));
+    const QxKernelHandle process(
+        OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(id)));
     wchar_t path[MAX_PATH];
     DWORD length = MAX_PATH;
     return QueryFullProcessImageNameW(process.Get(), 0, path, &length) ? path : L"";
@@ -76,8 +77,8 @@ std::wstring ProgramLeftIn(HANDLE job) {
 
 HANDLE OpenInherited(const wchar_t* path, DWORD access, DWORD creation) {
     SECURITY_ATTRIBUTES inherited{sizeof(inherited), nullptr, TRUE};
-    return CreateFileW(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, creation, FILE_ATTRIBUTE_NORMAL,
-                       nullptr);
+    return CreateFileW(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, creation,
+                       FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
 /// Starts the program suspended.
@@ -92,8 +93,8 @@ bool Start(const Program& program, PROCESS_INFORMATION& process) {
     startup.hStdOutput = startup.hStdError = output.Get();
     std::wstring commandLine = program.commandLine;
     const auto create = [&](DWORD flags) {
-        return CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED | flags, nullptr,
-                              program.folder.c_str(), &startup, &process) != FALSE;
+        return CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED | flags,
+                              nullptr, program.folder.c_str(), &startup, &process) != FALSE;
     };
     // Windows 7 has no job inside another one, but a job such as that of Explorer lets processes leave.
     return create(CREATE_BREAKAWAY_FROM_JOB) || (GetLastError() == ERROR_ACCESS_DENIED && create(0));

@@ -17,7 +17,8 @@ struct Program {
 struct Ending {
     DWORD startError = 0; ///< why it could not be started
     bool timedOut = false;
-    std::wstring leftProgram; ///< a program that it had started and that was still running; not one of the system
+    std::wstring
+        leftProgram; ///< a program that it had started and that was still running; not one of the system
     DWORD exitCode = 0;
     std::string output;
 

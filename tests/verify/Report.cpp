@@ -10,14 +10,15 @@ constexpr std::size_t LongestOutput = 8000; // its end says most
 std::string TableLine(const std::string& name, const std::string& passed, const std::string& failed,
                       const std::string& leftOut, const std::string& seconds) {
     char line[300];
-    std::snprintf(line, sizeof(line), "%-52.200s %7s %7s %9s %8s\n", name.c_str(), passed.c_str(), failed.c_str(),
-                  leftOut.c_str(), seconds.c_str());
+    std::snprintf(line, sizeof(line), "%-52.200s %7s %7s %9s %8s\n", name.c_str(), passed.c_str(),
+                  failed.c_str(), leftOut.c_str(), seconds.c_str());
     return line;
 }
 
 std::string TableLine(const Row& row) {
-    return TableLine(row.name, std::to_string(row.Count(Result::Passed)), std::to_string(row.Count(Result::Failed)),
-                     std::to_string(row.Count(Result::LeftOut)), std::to_string(row.seconds));
+    return TableLine(row.name, std::to_string(row.Count(Result::Passed)),
+                     std::to_string(row.Count(Result::Failed)), std::to_string(row.Count(Result::LeftOut)),
+                     std::to_string(row.seconds));
 }
 
 const std::string& TableHeader() {

@@ -38,8 +38,10 @@ void Read(const std::string& line, TestList& list) {
     else if (kind == "test" && fields.size() == 9 && !list.parts.empty())
         list.parts.back().tests.push_back({fields[1], ExpectNamed(fields[2]), fields[3], Number(fields[4]),
                                            Number(fields[5]), fields[6], fields[7], fields[8]});
-    else if ((kind == "left out" || kind == "case left out" || kind == "case left out under Wine") && fields.size() == 3)
-        list.leftOut.push_back({fields[1], kind == "left out", kind == "case left out under Wine", fields[2]});
+    else if ((kind == "left out" || kind == "case left out" || kind == "case left out under Wine") &&
+             fields.size() == 3)
+        list.leftOut.push_back(
+            {fields[1], kind == "left out", kind == "case left out under Wine", fields[2]});
     else
         throw std::runtime_error("malformed line in the list of tests: " + line);
 }

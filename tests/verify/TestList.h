@@ -6,7 +6,8 @@
 
 #include <windows.h>
 
-// The list of the tests of one platform, tests.txt, which make_kit.py writes. Each line has fields separated by tabs.
+// The list of the tests of one platform, tests.txt, which make_kit.py writes. Each line has fields separated
+// by tabs.
 
 /// What a test's output must be.
 enum class Expect {

@@ -39,7 +39,8 @@ CaseResult Judge(const std::string& name, const Ending& ending, DWORD exitCode, 
     return {name, Result::Failed, problem, ending.output};
 }
 
-CaseResult JudgeLastLine(const std::string& name, const Ending& ending, DWORD exitCode, const std::string& pattern) {
+CaseResult JudgeLastLine(const std::string& name, const Ending& ending, DWORD exitCode,
+                         const std::string& pattern) {
     const bool matches = std::regex_match(LastLine(ending.output), std::regex(pattern));
     return Judge(name, ending, exitCode, matches, "ended without its closing line");
 }
@@ -73,9 +74,15 @@ private:
 
 } // namespace
 
-TestRunner::TestRunner(Platform platform, Folders folders, const std::regex& only, std::string refusal, Report& report)
-    : m_platform(std::move(platform)), m_folders(std::move(folders)), m_only(only), m_refusal(std::move(refusal)),
-      m_report(report), m_list(ReadTestList(m_folders.kit / m_platform.name / "tests.txt")) {}
+TestRunner::TestRunner(Platform platform, Folders folders, const std::regex& only, std::string refusal,
+                       Report& report)
+    : m_platform(std::move(platform)),
+      m_folders(std::move(folders)),
+      m_only(only),
+      m_refusal(std::move(refusal)),
+      m_report(report),
+      m_list(ReadTestList(m_folders.kit / m_platform.name / "tests.txt")) {
+}
 
 void TestRunner::RunAll() {
     for (const Part& part : m_list.parts)
@@ -106,14 +113,16 @@ void TestRunner::RunPart(const Part& part) {
         RunStep(part, "clean-up", part.cleanUp, false);
 }
 
-bool TestRunner::RunStep(const Part& part, const char* step, const std::string& command, bool registeredAfterwards) {
+bool TestRunner::RunStep(const Part& part, const char* step, const std::string& command,
+                         bool registeredAfterwards) {
     Row row{FullName(part.name + ", " + step), {}};
     {
         const Stopwatch stopwatch(row);
         const Ending ending = RunCommand({"", Expect::Line, "", 0, StepSeconds, "", "{work}", command}, "");
         const bool isRegistered = !RegisteredLibrary(m_platform).empty();
-        row.cases.push_back(Judge("", ending, 0, isRegistered == registeredAfterwards,
-                                  isRegistered ? "the library is still registered" : "the library is not registered"));
+        row.cases.push_back(
+            Judge("", ending, 0, isRegistered == registeredAfterwards,
+                  isRegistered ? "the library is still registered" : "the library is not registered"));
     }
     const bool passed = row.Count(Result::Failed) == 0;
     m_report.AddRow(std::move(row));
@@ -145,7 +154,8 @@ void TestRunner::RunCases(const Test& test, Row& row) {
     const Ending listing = RunCommand(test, test.expectation);
     const std::vector<std::string> names = CaseNames(listing.output);
     // Version 2 of Catch returns the number of names, version 3 returns 0.
-    const DWORD expected = listing.exitCode == 0 ? 0 : static_cast<DWORD>(std::min<std::size_t>(names.size(), 255));
+    const DWORD expected =
+        listing.exitCode == 0 ? 0 : static_cast<DWORD>(std::min<std::size_t>(names.size(), 255));
     CaseResult list = Judge("list of its test cases", listing, expected, !names.empty(), "broke off");
     if (list.result == Result::Failed)
         return row.cases.push_back(std::move(list));
@@ -166,14 +176,16 @@ CaseResult TestRunner::RunWhole(const Test& test) {
     if (test.expect == Expect::Line)
         return JudgeLastLine("", ending, test.exitCode, test.expectation);
     const std::string expected = WithoutCarriageReturns(FileText(Expand(test.expectation)));
-    return Judge("", ending, test.exitCode, !expected.empty() && WithoutCarriageReturns(ending.output) == expected,
+    return Judge("", ending, test.exitCode,
+                 !expected.empty() && WithoutCarriageReturns(ending.output) == expected,
                  "its output differs from the expected one");
 }
 
 Ending TestRunner::RunCommand(const Test& test, const std::string& arguments) {
     const std::filesystem::path output = m_folders.work / "output.txt";
     const std::string command = arguments.empty() ? test.command : test.command + " " + arguments;
-    return Run({Expand(command), Expand(test.folder), Expand(test.environment), output.wstring(), test.seconds});
+    return Run(
+        {Expand(command), Expand(test.folder), Expand(test.environment), output.wstring(), test.seconds});
 }
 
 std::wstring TestRunner::Expand(const std::string& text) const {

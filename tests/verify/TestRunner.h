@@ -20,9 +20,10 @@ struct Folders {
 /// Runs the tests of one platform.
 class TestRunner {
 public:
-    /// Tests whose name, such as "x86 com_tests", does not contain a match of `only` do not run. `refusal` says why the
-    /// machine must not be changed; it is empty if it may.
-    TestRunner(Platform platform, Folders folders, const std::regex& only, std::string refusal, Report& report);
+    /// Tests whose name, such as "x86 com_tests", does not contain a match of `only` do not run. `refusal`
+    /// says why the machine must not be changed; it is empty if it may.
+    TestRunner(Platform platform, Folders folders, const std::regex& only, std::string refusal,
+               Report& report);
 
     void RunAll();
 

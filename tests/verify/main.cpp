@@ -64,7 +64,8 @@ std::set<std::filesystem::path> FilesBelow(const std::filesystem::path& folder) 
 /// What the tests may leave behind.
 class Traces {
 public:
-    explicit Traces(Folders folders) : m_folders(std::move(folders)), m_keys(OwnKeys()), m_files(FilesBelow(m_folders.kit)) {}
+    explicit Traces(Folders folders)
+        : m_folders(std::move(folders)), m_keys(OwnKeys()), m_files(FilesBelow(m_folders.kit)) {}
 
     /// Removes the work folder and reports what else has been added since the construction.
     Row Check() const {
@@ -79,8 +80,9 @@ public:
         std::filesystem::remove_all(m_folders.work, error);
         if (std::filesystem::exists(m_folders.work))
             added += Utf8(m_folders.work.wstring()) + "\n";
-        return {"nothing left behind", {{"", added.empty() ? Result::Passed : Result::Failed,
-                                         added.empty() ? "" : "files or keys remain", added}}};
+        return {"nothing left behind",
+                {{"", added.empty() ? Result::Passed : Result::Failed,
+                  added.empty() ? "" : "files or keys remain", added}}};
     }
 
 private:
@@ -91,8 +93,8 @@ private:
 
 /// A folder for everything that the tests write, their temporary files included.
 std::filesystem::path NewWorkFolder() {
-    const std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("JobObjects-verify-" + std::to_string(GetCurrentProcessId()));
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() /
+                                         ("JobObjects-verify-" + std::to_string(GetCurrentProcessId()));
     std::filesystem::create_directory(folder);
     for (const wchar_t* variable : {L"TEMP", L"TMP"})
         SetEnvironmentVariableW(variable, folder.c_str());
@@ -112,7 +114,8 @@ std::string RefusalToChangeMachine(const Options& options) {
 }
 
 bool Verify(const Options& options) {
-    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX); // also for the tests
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX |
+                 SEM_NOOPENFILEERRORBOX); // also for the tests
     SetConsoleCtrlHandler(Interrupt, TRUE);
     GetDesktopWindow(); // Wine starts a process for it, which would end with the test that needs it first
     const Folders folders{KitFolder(), NewWorkFolder()};

@@ -13,7 +13,8 @@
 
 namespace {
 
-/// A folder and a link to it. Under Wine, which cannot create links, the environment names a folder with both.
+/// A folder and a link to it. Under Wine, which cannot create links, the environment names a folder with
+/// both.
 class LinkedFolder {
 public:
     LinkedFolder() {
