@@ -92,6 +92,10 @@ std::wstring RegisteredLibrary(const Platform& platform) {
     return ReadText(HKEY_CLASSES_ROOT, key, nullptr, platform.view).value_or(L"");
 }
 
+bool HasScriptEngine(const Platform& platform, const wchar_t* name) {
+    return KeyExists(HKEY_CLASSES_ROOT, name, platform.view);
+}
+
 std::vector<std::string> OwnKeys() {
     std::vector<std::string> found;
     for (const Platform& platform : Platforms())
@@ -103,7 +107,7 @@ std::vector<std::string> OwnKeys() {
               L"SOFTWARE\\Corvane.SavedByLogTests"})
             if (KeyExists(HKEY_LOCAL_MACHINE, key, platform.view))
                 found.push_back(std::string(platform.name) + " HKEY_LOCAL_MACHINE\\" + Utf8(key));
-    for (const std::wstring& name : UserKeys(L"JobObjectsTestClasses"))
+    for (const std::wstring& name : UserKeys(L"JobObjects"))
         found.push_back("HKEY_CURRENT_USER\\Software\\" + Utf8(name));
     return found;
 }

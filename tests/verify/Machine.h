@@ -24,5 +24,8 @@ std::vector<Platform> Platforms();
 /// The library registered in this view; empty if none is.
 std::wstring RegisteredLibrary(const Platform& platform);
 
+/// Whether the machine has a script engine: "VBScript" is optional in new versions of Windows.
+bool HasScriptEngine(const Platform& platform, const wchar_t* name);
+
 /// Keys of the product and of its tests in the registry, as far as they exist, in all views.
 std::vector<std::string> OwnKeys();

@@ -132,8 +132,8 @@ bool TestRunner::RunStep(const Part& part, const char* step, const std::string& 
 void TestRunner::RunTest(const Test& test) {
     if (!IsSelected(test.name))
         return;
-    if (interrupted)
-        return LeaveOut(test, "interrupted");
+    if (const std::string obstacle = Obstacle(test); !obstacle.empty())
+        return LeaveOut(test, obstacle);
     Row row{FullName(test.name), {}};
     {
         const Stopwatch stopwatch(row);
@@ -143,6 +143,16 @@ void TestRunner::RunTest(const Test& test) {
             row.cases.push_back(RunWhole(test));
     }
     m_report.AddRow(std::move(row));
+}
+
+std::string TestRunner::Obstacle(const Test& test) const {
+    if (interrupted)
+        return "interrupted";
+    if (test.command.find(".vbs") != std::string::npos && !HasScriptEngine(m_platform, L"VBScript"))
+        return "this Windows has no VBScript";
+    if (test.command.find(".js") != std::string::npos && !HasScriptEngine(m_platform, L"JScript"))
+        return "this Windows has no JScript";
+    return {};
 }
 
 void TestRunner::LeaveOut(const Test& test, const std::string& reason) {

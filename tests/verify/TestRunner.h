@@ -36,6 +36,8 @@ private:
     CaseResult RunCase(const Test& test, const std::string& name);
     CaseResult RunWhole(const Test& test);
     void LeaveOut(const Test& test, const std::string& reason);
+    /// Why the test cannot run on this machine; empty if it can.
+    std::string Obstacle(const Test& test) const;
 
     Ending RunCommand(const Test& test, const std::string& arguments);
     std::wstring Expand(const std::string& text) const;
