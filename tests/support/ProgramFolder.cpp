@@ -29,7 +29,7 @@ std::filesystem::path BesideProgram(const char* fileName) {
 std::filesystem::path TestDataFolder() {
     for (std::filesystem::path folder = ProgramFolder(); folder != folder.root_path();
          folder = folder.parent_path()) {
-        const std::filesystem::path data = folder / "tests" / "data";
+        std::filesystem::path data = folder / "tests" / "data";
         if (std::filesystem::is_directory(data))
             return data;
     }

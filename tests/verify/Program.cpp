@@ -59,7 +59,7 @@ std::wstring OwnProgramIn(HANDLE job) {
     } processes{};
     QueryInformationJobObject(job, JobObjectBasicProcessIdList, &processes, sizeof(processes), nullptr);
     for (DWORD i = 0; i < processes.list.NumberOfProcessIdsInList; ++i)
-        if (const std::wstring program = ProgramOf(processes.list.ProcessIdList[i]);
+        if (std::wstring program = ProgramOf(processes.list.ProcessIdList[i]);
             !program.empty() && !IsOfSystem(program))
             return program;
     return {};

@@ -93,7 +93,7 @@ private:
 
 /// A folder for everything that the tests write, their temporary files included.
 std::filesystem::path NewWorkFolder() {
-    const std::filesystem::path folder = std::filesystem::temp_directory_path() /
+    std::filesystem::path folder = std::filesystem::temp_directory_path() /
                                          ("JobObjects-verify-" + std::to_string(GetCurrentProcessId()));
     std::filesystem::create_directory(folder);
     for (const wchar_t* variable : {L"TEMP", L"TMP"})
