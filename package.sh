@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds every package into release/: installers, registration-free files, tools, symbols and bills of materials for
-# 32-bit and 64-bit Windows, the client kit, and checksums (docs/packaging.md).
+# 32-bit and 64-bit Windows, the client kit, the verification kit, and checksums (docs/packaging.md).
 #
 #   ./package.sh [--certificate FILE.p12 [--password-file FILE] [--timestamp URL]]
 #
@@ -37,11 +37,14 @@ for preset in windows windows-64; do
     cmake --preset "$preset"
     # A changed SOURCE_DATE_EPOCH does not trigger a rebuild.
     folder=build/$preset/packaging
-    rm -rf "$folder"/release "$folder"/*.msi "$folder"/*.spdx.json
-    cmake --build --preset "$preset" --target release --parallel "${JOBS:-$(nproc)}"
+    rm -rf "$folder"/release "$folder"/*.msi "$folder"/*.spdx.json build/$preset/tests/verify/release
+    cmake --build --preset "$preset" --target release verification_kit --parallel "${JOBS:-$(nproc)}"
     cat "$folder/release/SHA256SUMS" >>release/SHA256SUMS
     find "$folder/release" -type f ! -name SHA256SUMS -exec cp {} release \;
 done
+# The 64-bit build packs the kit of both.
+cat build/windows-64/tests/verify/release/SHA256SUMS >>release/SHA256SUMS
+cp build/windows-64/tests/verify/release/*.zip release
 [ ${#sign[@]} = 0 ] || packaging/sign_release.py release "${sign[@]}"
 (cd release && sha256sum --check --strict SHA256SUMS)
 echo

@@ -117,7 +117,7 @@ TEST_CASE("Image_is_a_relocatable_library_of_the_bitness_of_its_build") {
 }
 
 TEST_CASE("VersionResource_is_the_project_version") {
-    const std::vector<BYTE> block = VersionResource(RegisteredLibraryPath());
+    const std::vector<BYTE> block = VersionResource(LibraryPath());
     void* value = nullptr;
     UINT length = 0;
     REQUIRE(VerQueryValueW(block.data(), L"\\", &value, &length) != 0);

@@ -250,7 +250,7 @@ TEST_CASE("FloatExceptions_reach_the_handler_of_this_test") {
 
 TEST_CASE("FloatExceptions_are_never_raised_by_dates") {
     ComPtr<ITypeLib> library;
-    REQUIRE_HR(LoadTypeLibEx(RegisteredLibraryPath().c_str(), REGKIND_NONE, library.Put()), S_OK);
+    REQUIRE_HR(LoadTypeLibEx(LibraryPath().c_str(), REGKIND_NONE, library.Put()), S_OK);
     RaisedExceptions raised;
     std::size_t properties = 0;
     for (const LibraryClass& each : LibraryClasses()) {

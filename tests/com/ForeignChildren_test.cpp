@@ -208,14 +208,14 @@ TEST_CASE("ForeignChild_failure_without_error_information_gets_the_text_of_its_r
         INFO(kind.name);
         ForeignChild child(kind.interfaceId);
         child.putResult = OwnResult;
-        child.getResult = static_cast<HRESULT>(0x80040200);
+        child.getResult = static_cast<HRESULT>(0xA0000001);
         const auto job = CreatePrintJob();
         REQUIRE_HR(kind.put(job.Get(), child), S_OK);
         CHECK_HR(Put(job, &IPrintJob::put_Xml, TextWith(kind)), OwnResult);
         CHECK_TEXT(TakeErrorDescription(), L"IDispatch error #64773");
         UniqueBstr xml;
         CHECK_HR(job->get_Xml(xml.Put()), child.getResult);
-        CHECK_TEXT(TakeErrorDescription(), L"Unknown error 0x80040200");
+        CHECK_TEXT(TakeErrorDescription(), L"Unknown error 0xA0000001");
     }
 }
 

@@ -29,7 +29,7 @@ public:
             AddFolder(m_folders.back() + L"\\" + std::wstring(rest, L'd'));
         }
         REQUIRE(Path().size() == length);
-        REQUIRE(CopyFileW(RegisteredLibraryPath().c_str(), (Prefix + Path()).c_str(), TRUE));
+        REQUIRE(CopyFileW(LibraryPath().c_str(), (Prefix + Path()).c_str(), TRUE));
         m_module = LoadLibraryW((Prefix + Path()).c_str());
         REQUIRE(m_module != nullptr);
     }

@@ -12,7 +12,7 @@ FreshLibrary::FreshLibrary() {
 }
 
 HRESULT FreshLibrary::Load() {
-    static const std::wstring path = RegisteredLibraryPath();
+    static const std::wstring path = LibraryPath();
     const HMODULE module = LoadLibraryW(path.c_str());
     if (!module)
         return HRESULT_FROM_WIN32(GetLastError());

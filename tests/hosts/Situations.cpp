@@ -52,7 +52,7 @@ void RunClassObjects(const Situation& situation) {
 
 void RunUnregistered(const Situation& situation) {
     CLSID classId;
-    CHECK_THAT(CLSIDFromProgID(L"JobObjects.PolicyResults", &classId) == CO_E_CLASSSTRING);
+    CHECK_THAT(CLSIDFromProgID(L"Corvane.PolicyResults", &classId) == CO_E_CLASSSTRING);
     RunClassObjects(situation);
 }
 

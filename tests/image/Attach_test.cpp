@@ -1,3 +1,4 @@
+#include "tests/support/Library.h"
 #include "tests/support/LibraryMemory.h"
 
 #include <windows.h>
@@ -16,8 +17,6 @@
 // What the library does in DllMain, which runs under the loader lock while other threads may wait.
 
 namespace {
-
-const wchar_t LibraryPath[] = L"" LIBRARY_PATH;
 
 /// The imported functions and whether each was called. Plain memory, because Note must not call anything.
 constexpr std::size_t MaxImports = 512;
@@ -83,7 +82,7 @@ bool IsCode(const void* address) {
 /// The library, mapped by the loader without resolved imports; its entry point has not run.
 class MappedLibrary {
 public:
-    MappedLibrary() : m_module(LoadLibraryExW(LibraryPath, nullptr, DONT_RESOLVE_DLL_REFERENCES)) {
+    MappedLibrary() : m_module(LoadLibraryExW(LibraryPath().c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES)) {
         REQUIRE(m_module != nullptr);
         m_base = reinterpret_cast<BYTE*>(m_module);
         m_headers = reinterpret_cast<IMAGE_NT_HEADERS*>(
@@ -195,7 +194,7 @@ TEST_CASE("Attach_calls_what_the_log_configuration_needs_and_nothing_else") {
 }
 
 TEST_CASE("Attach_allocates_at_most_64_KB_and_detach_frees_them") {
-    const HMODULE library = LoadLibraryW(LibraryPath);
+    const HMODULE library = LoadLibraryW(LibraryPath().c_str());
     REQUIRE(library != nullptr);
     const std::size_t bytes = LibraryMemory::Now().bytes;
     std::printf("attach: %zu bytes\n", bytes);

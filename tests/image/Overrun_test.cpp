@@ -1,3 +1,5 @@
+#include "tests/support/ProgramFolder.h"
+
 #include <windows.h>
 
 #include <catch2/catch.hpp>
@@ -53,16 +55,20 @@ Outcome RunDebugged(const std::wstring& commandLine) {
 
 constexpr DWORD Overrun = 0xC0000409; // STATUS_STACK_BUFFER_OVERRUN
 
+std::wstring OverrunProgram() {
+    return L"\"" + BesideProgram("overrun.exe").wstring() + L"\"";
+}
+
 } // namespace
 
 TEST_CASE("Overrun_of_a_stack_buffer_is_reported_as_a_crash") {
-    const Outcome outcome = RunDebugged(L"\"" OVERRUN_PROGRAM "\" overrun");
+    const Outcome outcome = RunDebugged(OverrunProgram() + L" overrun");
     CHECK(outcome.unhandled == std::vector<DWORD>{Overrun});
     CHECK(outcome.exitCode == Overrun);
 }
 
 TEST_CASE("Overrun_program_without_an_overrun_returns_0") {
-    const Outcome outcome = RunDebugged(L"\"" OVERRUN_PROGRAM "\"");
+    const Outcome outcome = RunDebugged(OverrunProgram());
     CHECK(outcome.unhandled == std::vector<DWORD>{});
     CHECK(outcome.exitCode == 0);
 }

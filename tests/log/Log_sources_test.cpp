@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr auto DispatchError5 = static_cast<HRESULT>(0x80040205); // without a system message
+constexpr auto OwnResult = static_cast<HRESULT>(0x8004FF05); // without a system message
 
 /// The log output of the call.
 std::wstring Logged(LogSession& session, HRESULT expected, const std::function<HRESULT()>& call) {
@@ -163,15 +163,15 @@ TEST_CASE("Log_names_the_writer_of_each_job_whose_child_fails") {
     LogSession session;
     session.Enable();
     ForeignChild child(__uuidof(IJobContents));
-    child.getResult = DispatchError5;
+    child.getResult = OwnResult;
     const auto logged = [&](auto&& job, auto putChild, auto getter) {
         REQUIRE_HR((job.Get()->*putChild)(child.As<IJobContents>()), S_OK);
         BSTR value = reinterpret_cast<BSTR>(0x1234);
-        std::wstring text = Logged(session, DispatchError5, [&] { return (job.Get()->*getter)(&value); });
+        std::wstring text = Logged(session, OwnResult, [&] { return (job.Get()->*getter)(&value); });
         CHECK(value == nullptr);
         return text;
     };
-    const std::wstring message = L"IDispatch error #5";
+    const std::wstring message = L"IDispatch error #64773";
     CHECK_TEXT(logged(CreateCopyJob(), &ICopyJob::put_JobContents, &ICopyJob::get_Xml),
                Exception(L"CCopyJobImpl::get_Xml", message));
     CHECK_TEXT(logged(CreateScanJob(), &IScanJob::put_JobContents, &IScanJob::get_Xml),
@@ -193,13 +193,13 @@ TEST_CASE("Log_failure_that_explains_itself_is_a_com_exception") {
     LogSession session;
     session.Enable(8);
     ForeignChild child(__uuidof(IJobContents));
-    child.getResult = DispatchError5;
+    child.getResult = OwnResult;
     child.ExplainFailures(L"the child's own text");
     const auto job = CreateCopyJob();
     REQUIRE_HR(job->put_JobContents(child.As<IJobContents>()), S_OK);
     BSTR value = nullptr;
-    CHECK_TEXT(Logged(session, DispatchError5, [&] { return job->get_Xml(&value); }),
-               L"[CQxCom] [CCopyJobImpl::get_Xml] COM exception: IDispatch error #5\r\n");
+    CHECK_TEXT(Logged(session, OwnResult, [&] { return job->get_Xml(&value); }),
+               L"[CQxCom] [CCopyJobImpl::get_Xml] COM exception: IDispatch error #64773\r\n");
     ComPtr<IErrorInfo> info;
     REQUIRE_HR(GetErrorInfo(0, info.Put()), S_OK);
     CHECK(info.Get() == child.explanation.Get());
@@ -433,7 +433,7 @@ TEST_CASE("Log_and_texts_do_not_depend_on_the_locale_that_a_host_sets") {
     REQUIRE_HR(job->put_JobSize(1234567), S_OK);
     REQUIRE_HR(job->put_JobTimeLocal(40000.25), S_OK);
     ForeignChild child(__uuidof(IPolicyResults));
-    child.putResult = DispatchError5;
+    child.putResult = OwnResult;
     const auto texts = [&] {
         std::wstring all = Text(job, &IPrintJob::get_Xml);
         CHECK(Value(line, &ICopyLine::get_DBPaperSize) == 0);
@@ -442,7 +442,7 @@ TEST_CASE("Log_and_texts_do_not_depend_on_the_locale_that_a_host_sets") {
         CHECK_HR(Put(reader, &IPrintJob::put_Xml,
                      L"<PrintJob "
                      L"Version=\"7.26\"><FromSystemUser>TRUE</FromSystemUser><PolicyResults/></PrintJob>"),
-                 DispatchError5);
+                 OwnResult);
         CHECK(Value(reader, &IPrintJob::get_FromSystemUser) == VARIANT_TRUE);
         return all + TakeErrorDescription() + session.TakeText();
     };

@@ -1,6 +1,7 @@
 #include "LogLine.h"
 
 #include "tests/support/LogSession.h"
+#include "tests/support/ProgramFolder.h"
 #include "tests/support/Soak.h"
 
 #include <algorithm>
@@ -16,12 +17,9 @@ namespace {
 class WriterProcess {
 public:
     WriterProcess(const std::string& name, int threads, int lines, int padding) {
-        wchar_t path[MAX_PATH];
-        REQUIRE(GetModuleFileNameW(nullptr, path, MAX_PATH) < MAX_PATH);
-        const std::wstring own(path);
         const std::string arguments = " " + name + " " + std::to_string(threads) + " " +
                                       std::to_string(lines) + " " + std::to_string(padding);
-        std::wstring command = L"\"" + own.substr(0, own.rfind(L'\\') + 1) + L"log_writer.exe\"" +
+        std::wstring command = L"\"" + BesideProgram("log_writer.exe").wstring() + L"\"" +
                                std::wstring(arguments.begin(), arguments.end());
         STARTUPINFOW startup{};
         startup.cb = sizeof(startup);

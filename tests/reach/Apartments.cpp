@@ -1,6 +1,7 @@
 #include "Apartments.h"
 
 #include "tests/support/ComClient.h"
+#include "tests/support/Wine.h"
 
 #include <exception>
 
@@ -58,6 +59,8 @@ void WaitAndAnswerCalls(HANDLE handle) {
 }
 
 MarshallerKey::MarshallerKey() {
+    if (!RunsUnderWine())
+        return;
     // Its own library's type library, or else that of the other bitness.
     wchar_t path[MAX_PATH];
     DWORD size = sizeof(path);
@@ -74,5 +77,7 @@ MarshallerKey::MarshallerKey() {
 }
 
 MarshallerKey::~MarshallerKey() {
+    if (!RunsUnderWine())
+        return;
     RegDeleteTreeW(HKEY_CLASSES_ROOT, LocaleKey(L"0").c_str());
 }

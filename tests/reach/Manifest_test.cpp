@@ -1,6 +1,5 @@
-#include "ProgramFolder.h"
-
 #include "tests/support/ComClient.h"
+#include "tests/support/ProgramFolder.h"
 
 #include <algorithm>
 #include <fstream>
@@ -18,7 +17,7 @@ using Lines = std::vector<std::string>;
 constexpr const char* LibraryId = "{D47A619E-7CB5-4B98-9A01-93662E11761E}";
 
 std::string ReadManifest() {
-    std::ifstream file(Narrow(BesideProgram(L"JobObjects.manifest")), std::ios::binary);
+    std::ifstream file(BesideProgram("JobObjects.manifest"), std::ios::binary);
     REQUIRE(file.good());
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
@@ -93,7 +92,7 @@ void Describe(ITypeLib* library, UINT index, TypeLibraryLines& lines) {
 
 TypeLibraryLines ReadTypeLibrary() {
     ComPtr<ITypeLib> library;
-    REQUIRE_HR(LoadTypeLibEx(BesideProgram(L"Tarnwick.dll").c_str(), REGKIND_NONE, library.Put()), S_OK);
+    REQUIRE_HR(LoadTypeLibEx(BesideProgram("Tarnwick.dll").c_str(), REGKIND_NONE, library.Put()), S_OK);
     TypeLibraryLines lines;
     for (UINT i = 0; i < library->GetTypeInfoCount(); ++i)
         Describe(library.Get(), i, lines);

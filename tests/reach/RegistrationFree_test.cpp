@@ -1,6 +1,7 @@
 #include "Apartments.h"
 #include "JobClient.h"
-#include "ProgramFolder.h"
+
+#include "tests/support/ProgramFolder.h"
 
 #include <string>
 
@@ -60,7 +61,7 @@ TEST_CASE("Library_without_registration_is_loaded_from_the_program_folder") {
     const HMODULE library = GetModuleHandleW(L"Tarnwick.dll");
     REQUIRE(library != nullptr);
     REQUIRE(GetModuleFileNameW(library, path, MAX_PATH) > 0);
-    CHECK(_wcsicmp(path, BesideProgram(L"Tarnwick.dll").c_str()) == 0);
+    CHECK(_wcsicmp(path, BesideProgram("Tarnwick.dll").c_str()) == 0);
 }
 
 TEST_CASE("PrintJob_without_registration_works_with_all_its_children") {

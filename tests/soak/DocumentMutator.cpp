@@ -1,6 +1,7 @@
 #include "DocumentMutator.h"
 
 #include "tests/support/ComClient.h"
+#include "tests/support/ProgramFolder.h"
 
 #include <algorithm>
 
@@ -189,13 +190,8 @@ std::wstring WithRoot(const std::wstring& document, const wchar_t* root) {
 
 DocumentMutator::DocumentMutator(std::uint32_t seed) : m_seed(seed) {
     std::vector<std::string> names;
-    WIN32_FIND_DATAA found;
-    const HANDLE search = FindFirstFileA(TEST_DATA_FOLDER "/golden/*.xml", &found);
-    REQUIRE(search != INVALID_HANDLE_VALUE);
-    do
-        names.emplace_back(found.cFileName);
-    while (FindNextFileA(search, &found));
-    FindClose(search);
+    for (const auto& file : std::filesystem::directory_iterator(TestDataFolder() / "golden"))
+        names.push_back(file.path().filename().string());
     std::sort(names.begin(), names.end());
     for (const std::string& name : names)
         m_originals.push_back(ReadTestFile(("golden/" + name).c_str()));

@@ -1,5 +1,7 @@
 #include "tests/support/ComClient.h"
 
+#include "tests/support/ProgramFolder.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -102,7 +104,7 @@ HRESULT AskLibraryToUnload() {
 }
 
 std::wstring ReadTestFile(const char* name) {
-    std::ifstream file(std::string(TEST_DATA_FOLDER "/") + name, std::ios::binary);
+    std::ifstream file(TestDataFolder() / name, std::ios::binary);
     INFO(name);
     REQUIRE(file.good());
     const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());

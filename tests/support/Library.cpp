@@ -1,6 +1,7 @@
 #include "tests/support/Library.h"
 
 #include "tests/support/ComClient.h"
+#include "tests/support/ProgramFolder.h"
 #include "tests/support/TypeLibrary_expected.h"
 
 #include <stdexcept>
@@ -24,7 +25,10 @@ std::vector<LibraryClass> MakeLibraryClasses() {
 
 } // namespace
 
-std::wstring RegisteredLibraryPath() {
+std::wstring LibraryPath() {
+    const std::filesystem::path beside = BesideProgram("Tarnwick.dll");
+    if (std::filesystem::exists(beside))
+        return beside.wstring();
     wchar_t path[MAX_PATH];
     DWORD size = sizeof(path);
     REQUIRE(RegGetValueW(HKEY_CLASSES_ROOT, L"CLSID\\{63EBBCCC-453D-444D-8A5A-C71EE1EAD2AC}\\InprocServer32",
@@ -32,7 +36,7 @@ std::wstring RegisteredLibraryPath() {
     return path;
 }
 
-Library::Library() : m_module(LoadLibraryW(RegisteredLibraryPath().c_str())) {
+Library::Library() : m_module(LoadLibraryW(LibraryPath().c_str())) {
     REQUIRE(m_module != nullptr);
     Find("DllGetClassObject", m_getClassObject);
     Find("DllCanUnloadNow", m_canUnloadNow);

@@ -8,10 +8,11 @@
 
 // The library's module and a list of its classes, for tests below the level of CoCreateInstance.
 
-/// The path under which the library is registered.
-std::wstring RegisteredLibraryPath();
+/// The path of the library that COM loads: the one beside the program, whose manifest then names it, or the
+/// registered one.
+std::wstring LibraryPath();
 
-/// Keeps the registered library loaded.
+/// Keeps that library loaded.
 class Library {
 public:
     Library();

@@ -1,6 +1,7 @@
 #include "tests/support/TypeLibraryWalk.h"
 
 #include "common/com/Bstr.h"
+#include "tests/support/ProgramFolder.h"
 
 #include <catch2/catch.hpp>
 
@@ -19,12 +20,7 @@ std::string narrow(const UniqueBstr& text) {
 std::wstring pathUnderTest() {
     if (const wchar_t* given = _wgetenv(L"JOBOBJECTS_TLB"))
         return given;
-    wchar_t path[MAX_PATH];
-    const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-    REQUIRE(length > 0);
-    REQUIRE(length < MAX_PATH);
-    const std::wstring program(path, length);
-    return program.substr(0, program.rfind(L'\\') + 1) + L"Tarnwick.dll";
+    return BesideProgram("Tarnwick.dll").wstring();
 }
 
 std::string userDefinedName(ITypeInfo& info, HREFTYPE reference) {

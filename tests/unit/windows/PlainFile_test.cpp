@@ -5,12 +5,47 @@
 
 #include <catch2/catch.hpp>
 
+#include <cwchar>
+#include <filesystem>
+#include <optional>
+
 // The log follows links in its path, but is not written if the file itself is a link.
 
 namespace {
 
-/// A symlink to a folder, created when the build was configured, and the folder itself.
-const std::wstring LinkedFolder = L"" LINKED_FOLDER "\\linked", PlainFolder = L"" LINKED_FOLDER "\\plain";
+/// A folder and a link to it. Under Wine, which cannot create links, the environment names a folder with
+/// both.
+class LinkedFolder {
+public:
+    LinkedFolder() {
+        if (const wchar_t* prepared = _wgetenv(L"JOBOBJECTS_LINKED_FOLDER")) {
+            m_base = prepared;
+            return;
+        }
+        m_own.emplace();
+        m_base = m_own->File(L"");
+        m_base.pop_back();
+        CreateDirectoryW(Plain().c_str(), nullptr);
+        // A junction, which Windows creates without rights, unlike a symlink.
+        REQUIRE(_wsystem((L"mklink /J \"" + Linked() + L"\" \"" + Plain() + L"\" >nul").c_str()) == 0);
+    }
+    LinkedFolder(const LinkedFolder&) = delete;
+    LinkedFolder& operator=(const LinkedFolder&) = delete;
+    ~LinkedFolder() {
+        if (!m_own)
+            return;
+        RemoveDirectoryW(Linked().c_str());
+        std::error_code ignored;
+        std::filesystem::remove_all(Plain(), ignored);
+    }
+
+    std::wstring Linked() const { return m_base + L"\\linked"; }
+    std::wstring Plain() const { return m_base + L"\\plain"; }
+
+private:
+    std::optional<TestFolder> m_own;
+    std::wstring m_base;
+};
 
 void WriteLine(const std::wstring& path, std::uint32_t maxFileSize = 0) {
     const QxLogPtr log(new QxFileLog(path, maxFileSize));
@@ -89,7 +124,8 @@ std::wstring FullPath(const std::wstring& path) {
 
 TEST_CASE("FileLog_on_a_drive_whose_root_is_a_reparse_point_is_written") {
     // The build's drive must have such a root; otherwise the test proves nothing.
-    const std::wstring path = FullPath(NewName(PlainFolder + L"\\plain.log"));
+    const LinkedFolder folder;
+    const std::wstring path = FullPath(NewName(folder.Plain() + L"\\plain.log"));
     REQUIRE((GetFileAttributesW(path.substr(0, 3).c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
     for (const std::wstring& name : {path, L"\\\\?\\" + path}) {
         NewName(path);
@@ -98,20 +134,22 @@ TEST_CASE("FileLog_on_a_drive_whose_root_is_a_reparse_point_is_written") {
     }
 }
 
-TEST_CASE("FileLog_below_a_folder_symlink_is_written") {
-    REQUIRE((GetFileAttributesW(LinkedFolder.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
-    CreateDirectoryW((PlainFolder + L"\\inner").c_str(), nullptr);
+TEST_CASE("FileLog_below_a_folder_link_is_written") {
+    const LinkedFolder folder;
+    REQUIRE((GetFileAttributesW(folder.Linked().c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0);
+    CreateDirectoryW((folder.Plain() + L"\\inner").c_str(), nullptr);
     for (const wchar_t* name : {L"\\linked.log", L"/linked.log", L"\\inner\\linked.log"}) {
-        const std::wstring target = NewName(PlainFolder + name);
-        WriteLine(LinkedFolder + name);
+        const std::wstring target = NewName(folder.Plain() + name);
+        WriteLine(folder.Linked() + name);
         CHECK(FileText(target) == L"line\r\n");
     }
 }
 
-TEST_CASE("FileLog_below_a_folder_symlink_is_rotated") {
-    const std::wstring target = NewName(PlainFolder + L"\\grown.log");
+TEST_CASE("FileLog_below_a_folder_link_is_rotated") {
+    const LinkedFolder folder;
+    const std::wstring target = NewName(folder.Plain() + L"\\grown.log");
     const std::wstring backup = NewName(target + L".bak");
-    const QxLogPtr log(new QxFileLog(LinkedFolder + L"\\grown.log", 1));
+    const QxLogPtr log(new QxFileLog(folder.Linked() + L"\\grown.log", 1));
     log->Write(std::wstring((1 << 19) - 1, L'x') + L"\n");
     CHECK(FileExists(backup));
     CHECK(!FileExists(target));

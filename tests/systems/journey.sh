@@ -1,0 +1,85 @@
+#!/usr/bin/env bash
+# Follows README.md on a machine with nothing installed: runs its commands in their order, times them and compares their
+# results with what it promises. Takes the commands, the script, its output and the file names from README.md.
+#
+#   journey.sh        in the source tree, as root; in a new system: run.sh 12 tests/systems/journey.sh
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+work=build/journey
+mkdir -p "$work"
+times=()
+
+fail() {
+    echo "journey: $1" >&2
+    exit 1
+}
+
+# Lines of the code blocks of a language, without comments.
+commands() {
+    awk -v start="\`\`\`$1" '$0 == start { inside = 1; next } /^```$/ { inside = 0 } inside' README.md | sed 's/ *#.*//'
+}
+
+# Runs a command, with its output in $work/output.txt.
+timed() {
+    local start=$SECONDS
+    echo "== $1"
+    bash -c "$1" >"$work/output.txt" 2>"$work/errors.txt" </dev/null ||
+        { tail -n 40 "$work/output.txt" "$work/errors.txt"; fail "$1 failed"; }
+    times+=("$(printf '%6d s  %s' $((SECONDS - start)) "$1")")
+}
+
+compare_output() {
+    tr -d '\r' <"$work/output.txt" | diff - "$work/README.txt" || fail "the script prints something else"
+}
+
+# The names in the first column of the table of dist/, one a line, with the folders that must have them.
+delivered_files() {
+    awk -F'|' '/^\| In `dist\/`/ { inside = 1; next } !/^\|/ { inside = 0 } inside && !/^\|---/ { print $2 }' README.md |
+        while read -r names; do
+            folders="dist dist/x64"
+            case $names in *'only in `dist/`:'*) folders=dist names=${names#*:} ;; esac
+            grep -o '`[^`]*`' <<<"$names" | tr -d '`' | while read -r file; do
+                for folder in $folders; do echo "$folder/$file"; done
+            done
+        done
+}
+
+# The commands for Windows, under Wine in the folder of the release.
+on_windows() {
+    cd release && cp ../first.vbs . && bash -c "../scripts/wine64.sh $1"
+}
+export -f on_windows
+
+mapfile -t lines < <(commands sh)
+[ ${#lines[@]} -ge 2 ] || fail "README.md has no commands"
+for line in "${lines[@]}"; do
+    case $line in
+    *first.vbs*)
+        python3 tests/reference/readme_sample.py "$work"
+        cp "$work/README.vbs" first.vbs
+        timed "$line"
+        compare_output
+        ;;
+    *) timed "$line" ;;
+    esac
+done
+
+mapfile -t files < <(delivered_files)
+[ ${#files[@]} -ge 5 ] || fail "README.md lists no files"
+for file in "${files[@]}"; do
+    [ -e "$file" ] || fail "$file is missing"
+done
+
+mapfile -t lines < <(commands bat)
+[ ${#lines[@]} -ge 2 ] || fail "README.md has no commands for Windows"
+export WINEPREFIX=$PWD/$work/wine
+for line in "${lines[@]}"; do
+    timed "on_windows '$line'"
+done
+compare_output
+WINEPREFIX=$WINEPREFIX wineserver -k || true
+rm -rf "$WINEPREFIX" first.vbs release/first.vbs
+
+echo
+printf '%s\n' "${times[@]}"
+echo "All ${#times[@]} commands of README.md did what it promises."
