@@ -119,10 +119,11 @@ def check_broken_tests():
 
 
 def main():
-    # The script host registers its own type library on its first run.
+    # Each script host registers its own type library on its first run.
     empty = prefix / "empty.vbs"
     empty.touch()
-    run("cscript", "//nologo", windows_path(empty))
+    for folder in ("system32", "syswow64")[:len(platforms)]:
+        run(f"C:\\windows\\{folder}\\cscript", "//nologo", windows_path(empty))
     with zipfile.ZipFile(archive) as opened:
         opened.extractall(kit.parent)
     before = snapshot()

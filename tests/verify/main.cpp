@@ -94,7 +94,7 @@ private:
 /// A folder for everything that the tests write, their temporary files included.
 std::filesystem::path NewWorkFolder() {
     std::filesystem::path folder = std::filesystem::temp_directory_path() /
-                                         ("JobObjects-verify-" + std::to_string(GetCurrentProcessId()));
+                                   ("JobObjects-verify-" + std::to_string(GetCurrentProcessId()));
     std::filesystem::create_directory(folder);
     for (const wchar_t* variable : {L"TEMP", L"TMP"})
         SetEnvironmentVariableW(variable, folder.c_str());
