@@ -58,11 +58,11 @@ void CheckVersion(std::wstring_view text, const QxVersion& version) {
         Require(Throws(text) && version.AsString() == L"<invalid>", "an invalid version is not reported");
         return;
     }
-    const QxString written = version.AsString();
-    Require(QxVersion(written.view(), QxVersion::OnError::Throw) == version,
+    const std::wstring written = version.AsString();
+    Require(QxVersion(written, QxVersion::OnError::Throw) == version,
             "the version's text parses to another version");
     for (std::uint16_t fields = 0; fields <= 2; ++fields)
-        Require(written.view().starts_with(version.AsString(fields).view()), "the first components");
+        Require(written.starts_with(version.AsString(fields)), "the first components");
 }
 
 } // namespace
