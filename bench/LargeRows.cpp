@@ -75,7 +75,7 @@ void AddAttributeRow(Table& table) {
                {{"parser", [&lines] { Use(ReadAttributes(lines.text)); }},
                 {"pugixml", [&lines] { Use(PugiPeer::ReadAttributes(lines.text)); }},
                 {"RapidXML", [&lines] { Use(RapidPeer::ReadAttributes(lines.text)); }}},
-               {{"pugixml", 1.4}});
+               {{"pugixml", 0.95}});
 }
 
 std::size_t Walk(QxXmlParser& parser) {
@@ -105,7 +105,7 @@ void AddWalkRow(Table& table) {
                {{"parser", [&parser] { Use(Walk(parser)); }, elements},
                 {"pugixml", [&pugi] { Use(pugi()); }, elements},
                 {"RapidXML", [&rapid] { Use(rapid()); }, elements}},
-               {{"pugixml", 0.95}});
+               {{"pugixml", 0.85}});
 }
 
 std::wstring Append(int count) {

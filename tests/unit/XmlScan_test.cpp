@@ -1,7 +1,10 @@
+#include "TestData.h"
+
 #include "common/xml/QxXmlScan.h"
 
 #include <catch2/catch.hpp>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -62,6 +65,34 @@ TEST_CASE("XmlScan_find_works_at_every_offset_of_every_length") {
 TEST_CASE("XmlScan_find_returns_the_first_of_several") {
     CHECK(QxXmlScan::Find(L"xxxxxxxxx<x<<<<<<<<<<<<<<<<<<", L'<', 0) == 9);
     CHECK(QxXmlScan::Find(L"x\u3C3C\u003C", L'<', 0) == 2);
+}
+
+TEST_CASE("XmlScan_block_searches_agree_with_plain_ones_on_random_text") {
+    Choices choices(1);
+    for (int i = 0; i < 3000; ++i) {
+        constexpr std::wstring_view characters = L"<<>/!?\"&ax\u3C3C\u013C\u2226";
+        std::wstring text;
+        for (unsigned length = choices.Below(60); length > 0; --length)
+            text += characters[choices.Below(static_cast<unsigned>(characters.size()))];
+        const std::size_t from = choices.Below(static_cast<unsigned>(text.size()) + 1);
+        const std::size_t to = from + choices.Below(static_cast<unsigned>(text.size() - from) + 1);
+        const auto start = static_cast<std::int32_t>(from);
+        REQUIRE(QxXmlScan::Occurs(text, L'&', start, static_cast<std::int32_t>(to)) ==
+                (text.substr(from, to - from).find(L'&') != std::wstring::npos));
+
+        bool hasEntity = !text.empty();
+        const std::size_t quote = std::min(text.find(L'"', from), text.size());
+        REQUIRE(QxXmlScan::FindQuote(text, start, hasEntity) == static_cast<std::int32_t>(quote));
+        REQUIRE(hasEntity == (text.substr(from, quote - from).find(L'&') != std::wstring::npos));
+
+        std::int32_t startTags = 0;
+        for (std::size_t at = 0; at + 1 < text.size(); ++at)
+            startTags +=
+                text[at] == L'<' && std::wstring_view(L"/!?").find(text[at + 1]) == std::wstring::npos;
+        REQUIRE(QxXmlScan::CountStartTags(text) == startTags);
+    }
+    constexpr std::int32_t many = 600'000; // more than 16 bits count in one place of a block
+    CHECK(QxXmlScan::CountStartTags(std::wstring(many + 1, L'<')) == many);
 }
 
 TEST_CASE("XmlScan_terminator_is_found_completely_and_not_before_the_start") {
