@@ -213,12 +213,32 @@ TEST_CASE("FileLog_size_zero_never_rotates") {
     CHECK_FALSE(FileExists(path + L".bak"));
 }
 
+namespace {
+
+decltype(&SetFileAttributesW) setFileAttributes = nullptr;
+DWORD givenAttributes = 0;
+
+BOOL WINAPI NoteAttributes(const wchar_t* path, DWORD attributes) {
+    givenAttributes = attributes;
+    return setFileAttributes(path, attributes);
+}
+
+} // namespace
+
+// Wine replaces a read-only file, too.
 TEST_CASE("FileLog_rotation_replaces_a_read_only_backup") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
     NewLog(backup)->Write(L"old\n");
     REQUIRE(SetFileAttributesW(backup.c_str(), FILE_ATTRIBUTE_READONLY));
-    NewLog(path, 1)->Write(LineOfUnits(UnitsPerMiB));
+    const DWORD before = GetFileAttributesW(backup.c_str());
+    {
+        const ImportPatch patch(GetModuleHandleW(nullptr), "SetFileAttributesW",
+                                reinterpret_cast<void*>(NoteAttributes));
+        setFileAttributes = reinterpret_cast<decltype(setFileAttributes)>(patch.Original());
+        NewLog(path, 1)->Write(LineOfUnits(UnitsPerMiB));
+    }
+    CHECK(givenAttributes == (before & ~DWORD{FILE_ATTRIBUTE_READONLY}));
     CHECK_FALSE(FileExists(path));
     CHECK(FileText(backup).size() == UnitsPerMiB);
 }
