@@ -79,6 +79,17 @@ TEST_CASE("DateTime_field_outside_the_calendar_is_rejected") {
         CHECK(IsRejected(text));
 }
 
+TEST_CASE("DateTime_months_end_with_their_last_day") {
+    for (const wchar_t* last :
+         {L"2010-01-31", L"2010-02-28", L"2010-03-31", L"2010-04-30", L"2010-05-31", L"2010-06-30",
+          L"2010-07-31", L"2010-08-31", L"2010-09-30", L"2010-10-31", L"2010-11-30", L"2010-12-31"}) {
+        CHECK(Again(last) == std::wstring(last) + L"T00:00:00");
+        std::wstring next = last;
+        ++next.back(); // "31" becomes "32", "30" and "28" the day after
+        CHECK(IsRejected(next));
+    }
+}
+
 TEST_CASE("DateTime_leap_days_are_accepted") {
     CHECK(Again(L"2012-02-29") == L"2012-02-29T00:00:00");
     CHECK(Again(L"2000-02-29") == L"2000-02-29T00:00:00");

@@ -1,3 +1,4 @@
+#include "common/log/PlainFile.h"
 #include "common/log/QxFileLog.h"
 #include "common/log/RenameMark.h"
 #include "tests/support/DebuggerOutput.h"
@@ -22,6 +23,13 @@ QxLogPtr NewLog(const std::wstring& path, std::uint32_t maxFileSize = 0) {
 /// A line that takes this many UTF-16 units in the file, including its line end.
 std::wstring LineOfUnits(std::size_t units) {
     return std::wstring(units - 2, L'x') + L"\n";
+}
+
+/// The text as the debugger gets it.
+std::string Narrow(const std::wstring& text) {
+    char narrow[512] = {};
+    WideCharToMultiByte(CP_ACP, 0, text.c_str(), -1, narrow, sizeof(narrow), nullptr, nullptr);
+    return narrow;
 }
 
 constexpr int Writers = 4, LinesPerWriter = 100;
@@ -205,12 +213,32 @@ TEST_CASE("FileLog_size_zero_never_rotates") {
     CHECK_FALSE(FileExists(path + L".bak"));
 }
 
+namespace {
+
+decltype(&SetFileAttributesW) setFileAttributes = nullptr;
+DWORD givenAttributes = 0;
+
+BOOL WINAPI NoteAttributes(const wchar_t* path, DWORD attributes) {
+    givenAttributes = attributes;
+    return setFileAttributes(path, attributes);
+}
+
+} // namespace
+
+// Wine replaces a read-only file, too.
 TEST_CASE("FileLog_rotation_replaces_a_read_only_backup") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log"), backup = path + L".bak";
     NewLog(backup)->Write(L"old\n");
     REQUIRE(SetFileAttributesW(backup.c_str(), FILE_ATTRIBUTE_READONLY));
-    NewLog(path, 1)->Write(LineOfUnits(UnitsPerMiB));
+    const DWORD before = GetFileAttributesW(backup.c_str());
+    {
+        const ImportPatch patch(GetModuleHandleW(nullptr), "SetFileAttributesW",
+                                reinterpret_cast<void*>(NoteAttributes));
+        setFileAttributes = reinterpret_cast<decltype(setFileAttributes)>(patch.Original());
+        NewLog(path, 1)->Write(LineOfUnits(UnitsPerMiB));
+    }
+    CHECK(givenAttributes == (before & ~DWORD{FILE_ATTRIBUTE_READONLY}));
     CHECK_FALSE(FileExists(path));
     CHECK(FileText(backup).size() == UnitsPerMiB);
 }
@@ -340,8 +368,11 @@ TEST_CASE("FileLog_file_not_shared_by_another_program_costs_no_wait") {
         const std::wstring path = folder.File(L"a.log");
         FileHandle holder = KeepFileFromOthers(path, sharing);
         const QxLogPtr log = NewLog(path);
+        const DebuggerOutput debugger;
         CHECK(Duration([&] { log->Write(L"lost\n"); }) < Unnoticed);
         CHECK(Duration([&] { log->Write(L"lost too\n"); }) < Unnoticed);
+        REQUIRE(debugger.lines.size() == 1);
+        CHECK(debugger.lines[0].ends_with(Narrow(PlainFileProblem(ERROR_SHARING_VIOLATION))));
         holder.reset();
         log->Write(L"kept\n");
         CHECK(FileText(path) == L"kept\r\n");
