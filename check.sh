@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Checks that every change must pass: formatting, build and tests, as in continuous integration, then the databases with
-# many jobs and the full lint.
+# many jobs, the tests compiled by Clang and the full lint.
 #
 #   ./check.sh [--no-lint]
 #
@@ -21,6 +21,8 @@ esac
 .ci/run --no-lint
 echo "== a year of jobs in databases"
 tests/database/long.sh
+echo "== Clang"
+tests/clang/run.sh
 if [ "$lint" ]; then
     echo "== lint"
     scripts/lint.sh
