@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks that every change must pass: formatting, build and tests, as in continuous integration, then the databases with
-# many jobs, the whole verification kit and the full lint. The long checks that CONTRIBUTING.md lists, such as
-# tests/mutation/run.sh, are separate.
+# many jobs, the whole verification kit, the tests compiled by Clang and the full lint. The long checks that
+# CONTRIBUTING.md lists, such as tests/mutation/run.sh, are separate.
 #
 #   ./check.sh [--no-lint]
 #
@@ -24,6 +24,8 @@ echo "== a year of jobs in databases"
 tests/database/long.sh
 echo "== the whole verification kit"
 tests/verify/run.sh
+echo "== Clang"
+tests/clang/run.sh
 if [ "$lint" ]; then
     echo "== lint"
     scripts/lint.sh

@@ -43,7 +43,7 @@ def check(what, differences):
 def installer(option, package, *properties, expected=0):
     """The properties are quoted as on a Windows command line, which a script has and a list of arguments has not."""
     script = prefix / "installer.cmd"
-    script.write_text(f'@start /wait msiexec {option} "{windows_path(package)}" /qn {" ".join(properties)}\r\n'
+    script.write_text(f'@msiexec {option} "{windows_path(package)}" /qn {" ".join(properties)}\r\n'
                       "@exit %errorlevel%\r\n")
     run("cmd", "/c", windows_path(script), expected=expected)
 

@@ -9,9 +9,16 @@
 
 int main(int count, char** arguments) {
     constexpr std::string_view ending = TEXT(ENDING);
-    if (count == 2 && std::string_view(arguments[1]) == "--list-test-names-only") {
+    const std::string_view option = count > 1 ? arguments[1] : "";
+    if (option == "--list-test-names-only") { // Catch2 2
         std::puts("Runner_refuses_program_that_" TEXT(ENDING));
         return ending == "breaks_off_its_list_of_tests" ? 0 : 1;
+    }
+    if (option == "--list-tests") { // Catch2 3
+        std::puts("<MatchingTests>\n<Name>Runner_refuses_program_that_" TEXT(ENDING) "</Name>");
+        if (ending != "breaks_off_its_list_of_tests")
+            std::puts("</MatchingTests>");
+        return 0;
     }
     if (ending == "ends_early_with_0")
         return 0;

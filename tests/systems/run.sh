@@ -31,6 +31,6 @@ trap unmount EXIT
 mount --bind /dev "$root/dev"
 mount -t proc proc "$root/proc"
 # The scripts of this system end their own Windows processes; a name space of its own ends whatever is left.
-rm -rf "$root/JobObjects"
-git clone --quiet "$source_tree" "$root/JobObjects"
-unshare --pid --fork --kill-child chroot "$root" bash -c 'mount -t proc proc /proc; cd /JobObjects && "$@"' - "$@"
+rm -rf "$root/root/checkout"
+git clone --quiet "$source_tree" "$root/root/checkout"
+unshare --pid --fork --kill-child chroot "$root" bash -c 'mount -t proc proc /proc; cd /root/checkout && "$@"' - "$@"
