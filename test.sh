@@ -19,14 +19,22 @@ for preset in native windows windows-64; do
 done
 
 run_tests() {
-    ctest --test-dir "$1" --parallel "$jobs" --output-on-failure --no-tests=error || failed=yes
+    ctest --test-dir "$1" --parallel "$jobs" --output-on-failure --no-tests=error --output-log "$1/tests.log" ||
+        failed+=("$1/tests.log")
 }
 
 # Apart from the others, because ctest applies properties to all tests of the same name.
-failed=
+failed=()
 run_tests build/windows-64
 # One run over both builds gives one summary.
 mkdir -p build/tests
 printf 'subdirs("%s")\n' "$PWD/build/native" "$PWD/build/windows" >build/tests/CTestTestfile.cmake
 run_tests build/tests
-[ -z "$failed" ] || { echo "test: some tests failed" >&2; exit 1; }
+[ ${#failed[@]} = 0 ] && exit
+# Again at the end, where the reader of a long output looks first: the failures of the first run are far above.
+for log in "${failed[@]}"; do
+    echo "test: $log"
+    grep -A 60 -E '\*\*\*' "$log" | cut -c 1-200 | head -n 80 || true
+    sed -n '/tests passed,/,$p' "$log"
+done >&2
+exit 1

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the tables of docs/vocabulary.md: the catalogue's words beside those of Windows, PWG 5101.1 and IPP.
+"""Writes the tables of docs/reference/vocabulary.md: the catalogue's words beside those of Windows, PWG 5101.1 and IPP.
 
 Words and codes come from JobObjects/JobAttributes.xml, their counterparts from this file. Checks that every word has a
 counterpart and every counterpart a word, that sizes match their standard names, and Windows codes the system header.
@@ -15,7 +15,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 CATALOGUE = ROOT / "JobObjects" / "JobAttributes.xml"
-PAGE = ROOT / "docs" / "vocabulary.md"
+PAGE = ROOT / "docs" / "reference" / "vocabulary.md"
 
 # PWG 5101.1 name of a size to its Windows paper codes (dmPaperSize). The code of a rotated or transverse form belongs
 # to the size of its sheet.

@@ -47,7 +47,8 @@ ExportProgress ExportProgress::Read(const std::wstring& path) {
     auto values = ReadValues(path);
     const auto number = [&](const std::wstring& name) {
         const std::wstring& value = values[name];
-        if (value.empty() || value.find_first_not_of(L"0123456789") != std::wstring::npos)
+        // Nineteen digits always fit 64 bits.
+        if (value.empty() || value.size() > 19 || value.find_first_not_of(L"0123456789") != std::wstring::npos)
             throw ToolError(path + L": the file is damaged", L"Export again into another folder.");
         return std::stoull(value);
     };

@@ -110,7 +110,8 @@ def stage(folder):
 def navigation(pages):
     """Section to pages: the headings of docs/README.md and the pages linked below them. docs/decisions has its own
     index page."""
-    sections = {"Reference": ["docs/reference/index.md", "docs/reference/members.md", "docs/reference/enumerations.md"]}
+    names = "index", "members", "enumerations", "vocabulary"
+    sections = {"Reference": [f"docs/reference/{name}.md" for name in names]}
     sections["Reference"] += [p for p in pages if re.match(r"docs/reference/[A-Z]", p)]
     named, current = {"README.md", *sections["Reference"]}, None
     for line in (ROOT / "docs" / "README.md").read_text(encoding="utf-8").splitlines():

@@ -7,6 +7,7 @@ import csv
 import io
 import json
 import os
+import re
 import resource
 import shutil
 import signal
@@ -129,6 +130,13 @@ def check_output(program):
     assert not list(Path("full").glob("*.csv"))
     _, errors = run(program, "-o", "full", "records", expected=3)
     assert errors.startswith("jobobjects: full has an interrupted export\n"), errors
+    progress = Path("full/export.partial")
+    intact = progress.read_bytes()
+    for value in (b"", b"x", b"9" * 20, b"9" * 400):
+        progress.write_bytes(re.sub(rb"\nrecords=\d+\r", b"\nrecords=" + value + b"\r", intact))
+        _, errors = run(program, "--continue", "-o", "full", "records", expected=3)
+        assert errors == "jobobjects: full\\export.partial: the file is damaged\nExport again into another folder.\n", errors
+    progress.write_bytes(intact)
     run(program, "--continue", "-o", "full", "records")
     assert {path.name: path.read_bytes() for path in Path("full").iterdir()} == \
         {path.name: content for path, content in before.items()}
