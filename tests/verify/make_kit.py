@@ -74,7 +74,8 @@ def copy(source, target):
     if source.is_dir():
         shutil.copytree(source, target, dirs_exist_ok=True, ignore=shutil.ignore_patterns(".clang-tidy"))
     elif source.suffix in (".exe", ".dll"):
-        subprocess.run([strip, "-o", str(target), str(source)], check=True)
+        # Without --preserve-dates the header would get the current time.
+        subprocess.run([strip, "--preserve-dates", "-o", str(target), str(source)], check=True)
     else:
         shutil.copyfile(source, target)
 
