@@ -123,7 +123,7 @@ def main():
     empty = prefix / "empty.vbs"
     empty.touch()
     for folder in ("system32", "syswow64")[:len(platforms)]:
-        run(f"C:\\windows\\{folder}\\cscript", "//nologo", windows_path(empty))
+        run(f"C:\\windows\\{folder}\\cscript.exe", "//nologo", windows_path(empty))
     with zipfile.ZipFile(archive) as opened:
         opened.extractall(kit.parent)
     before = snapshot()

@@ -13,7 +13,7 @@ class Test:
     name: str
     command: list
     properties: dict = field(default_factory=dict)
-    is_catch: bool = False # a Catch program; its test cases are separate tests of ctest
+    catch_version: str = "" # of a Catch program, whose test cases are separate tests of ctest
 
 
 def calls(path):
@@ -43,7 +43,7 @@ def _pairs(words):
 def _catch_program(path):
     values = variables(path)
     words = [each.replace("\\;", ";") for each in re.split(r"(?<!\\);", values["properties"])]
-    return Test(values["target"], values["command"].split(";"), _pairs(words), True)
+    return Test(values["target"], values["command"].split(";"), _pairs(words), values.get("catch_version", "2"))
 
 
 def read(folder):

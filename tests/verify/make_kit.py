@@ -25,6 +25,11 @@ scripts = ctest_files.variables(sources / "tests" / "scripts" / "run_script.cmak
 sys.path.insert(0, str(sources / "JobObjects"))
 import idl  # noqa: E402
 
+TESTS = ctest_files.read(build)
+# The options of a Catch program that list its test cases, one a line.
+LISTING = {"2": "--list-test-names-only", "3": "--list-tests --verbosity quiet"}[
+    next(test.catch_version for test in TESTS.values() if test.catch_version)]
+
 # Tests that the kit does not have, by the beginning of their names.
 LEFT_OUT = {
     "bitness.": "registers both libraries in a machine of its own",
@@ -49,6 +54,12 @@ CASES_LEFT_OUT_UNDER_WINE = {
     "FileLog_below_a_folder_link_is_written": "Wine cannot create links",
     "FileLog_below_a_folder_link_is_rotated": "Wine cannot create links",
 }
+# Test cases that need a registered library, because a manifest overrides what they replace or remove.
+REGISTERED_CASES = {
+    "com_tests": "ChildCreation_*",
+    "fault_tests": "Faults_in_unregistration_*",
+    "frame_tests": "Unregistration_*",
+}
 # Programs that a test program starts.
 STARTED = {"attach_tests.exe": ["overrun.exe"], "log_tests.exe": ["log_writer.exe"]}
 DEFAULT_SECONDS = 120
@@ -63,7 +74,8 @@ def copy(source, target):
     if source.is_dir():
         shutil.copytree(source, target, dirs_exist_ok=True, ignore=shutil.ignore_patterns(".clang-tidy"))
     elif source.suffix in (".exe", ".dll"):
-        subprocess.run([strip, "-o", str(target), str(source)], check=True)
+        # Without --preserve-dates the header would get the current time.
+        subprocess.run([strip, "--preserve-dates", "-o", str(target), str(source)], check=True)
     else:
         shutil.copyfile(source, target)
 
@@ -104,15 +116,15 @@ def argument(word):
     return f'"{word}"' if " " in word else word
 
 
-def copy_program(path, changes_machine):
-    """Copies a test program, with the manifest that makes the library available unless that is registered."""
+def copy_program(path, changes_machine, needs_manifest):
+    """Copies a test program, if needed with the manifest that makes the library available."""
     folder = here / "machine" if changes_machine else here
     if path.parent.name in ("posix", "win32"):
         folder = folder / path.parent.name
         copy_runtime(path.parent, folder)
     for name in (path.name, *STARTED.get(path.name, [])):
         copy(path.with_name(name), folder / name)
-    if not changes_machine:
+    if needs_manifest:
         copy(packages / "YourProgram.exe.manifest", folder / (path.name + ".manifest"))
     return "{kit}\\" + windows((folder / path.name).relative_to(kit))
 
@@ -135,11 +147,11 @@ class Row:
     def __init__(self, test):
         self.test = test
         given = definitions(test.command)
-        self.words = test.command if test.is_catch else given.get("COMMAND", "").split(";")
+        self.words = test.command if test.catch_version else given.get("COMMAND", "").split(";")
         self.exit_code = "0"
         folder = test.properties.get("WORKING_DIRECTORY")
         self.folder = Path(folder) if folder else None
-        self.expect, self.expectation = "cases", "--list-test-names-only" # a Catch program
+        self.expect, self.expectation = "cases", LISTING # a Catch program
         if "SCRIPT" in given:
             self.words = ["cscript", "//nologo", join_script(Path(given["SCRIPT"]))]
             self.expect, self.expectation = "line", scripts["CLOSING_LINE"]
@@ -165,13 +177,15 @@ class Row:
     def changes_machine(self):
         return self.words[0] == "cscript" or "machine" in self.test.properties.get("LABELS", "").split(";")
 
-    def command(self):
+    def command(self, changes_machine):
         if self.words[0] == "cscript":
             script = self.words[-1]
             if self.folder != kit / "scripts":
                 in_kit(self.folder / script)
             return " ".join(['"{system}\\cscript.exe"', *map(argument, self.words[1:])])
-        program = f'"{copy_program(Path(self.words[0]), self.changes_machine())}"'
+        uses_library = "registered" in self.test.properties.get("FIXTURES_REQUIRED", "").split(";")
+        needs_manifest = uses_library and not changes_machine
+        program = f'"{copy_program(Path(self.words[0]), changes_machine, needs_manifest)}"'
         return " ".join([program, *map(argument, self.words[1:])])
 
     def environment(self):
@@ -192,10 +206,20 @@ class Row:
             return in_kit(self.folder)
         return "{kit}\\" + windows(self.folder.relative_to(sources))
 
-    def line(self):
+    def lines(self, changes_machine):
+        """The lines of this test in the part that changes the machine, or in the other."""
+        registered = REGISTERED_CASES.get(self.test.name)
+        if registered:
+            filter_of_part = registered if changes_machine else "~" + registered
+            suffix = ".registered" if changes_machine else ""
+            yield self.line(changes_machine, f"{LISTING} {filter_of_part}", suffix)
+        elif self.changes_machine() == changes_machine:
+            yield self.line(changes_machine, self.expectation)
+
+    def line(self, changes_machine, expectation, suffix=""):
         seconds = self.test.properties.get("TIMEOUT", str(DEFAULT_SECONDS))
-        return "\t".join(["test", self.test.name, self.expect, self.expectation, self.exit_code, seconds,
-                          self.environment(), self.working_folder(), self.command()])
+        return "\t".join(["test", self.test.name + suffix, self.expect, expectation, self.exit_code, seconds,
+                          self.environment(), self.working_folder(), self.command(changes_machine)])
 
 
 def host(name, *arguments):
@@ -217,7 +241,7 @@ def installed_client():
 
 def lines():
     rows, left_out = [], []
-    for test in ctest_files.read(build).values():
+    for test in TESTS.values():
         reason = reason_to_leave_out(test.name)
         if reason:
             left_out.append(f"left out\t{test.name}\t{reason}")
@@ -225,11 +249,11 @@ def lines():
             rows.append(Row(test))
     yield "closing line of cases\t" + cases["CLOSING_LINE"]
     yield "part\twithout registration\tanybody\t\t"
-    yield from (row.line() for row in rows if not row.changes_machine())
+    yield from (line for row in rows for line in row.lines(changes_machine=False))
     library = '/s "{here}\\Tarnwick.dll"'
     yield f"part\tregistration\tadministrator\t{host('regsvr32', library)}\t{host('regsvr32', '/u', library)}"
     yield check_of_tool()
-    yield from (row.line() for row in rows if row.changes_machine())
+    yield from (line for row in rows for line in row.lines(changes_machine=True))
     package = '"{here}\\JobObjects.msi" /qn /norestart'
     yield f"part\tinstaller\tadministrator\t{host('msiexec', '/i', package)}\t{host('msiexec', '/x', package)}"
     yield check_of_tool().replace("registered.check", "installed.check")
@@ -253,7 +277,8 @@ def copy_common():
         shutil.copyfile(sources / "tests" / "verify" / name, kit / name)
     for name in ("LICENSE.txt", "NOTICES.txt"):
         shutil.copyfile(packages / "files" / name, kit / name)
-    copy(sources / "tests" / "data", kit / "tests" / "data")
+    for data in ("tests/data", "JobObjects/JobAttributes.xml"):
+        copy(sources / data, kit / data)
     if platform == "x86":
         copy(build / "tests" / "verify" / "verify.exe", kit / "verify.exe")
 
