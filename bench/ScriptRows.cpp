@@ -44,9 +44,7 @@ public:
     }
 
 #define UNUSED(method, Value)                                                                                \
-    HRESULT STDMETHODCALLTYPE method(Value) override {                                                       \
-        return E_NOTIMPL;                                                                                    \
-    }
+    HRESULT STDMETHODCALLTYPE method(Value) override { return E_NOTIMPL; }
     UNUSED(get_Xml, BSTR*)
     UNUSED(put_Xml, BSTR)
     UNUSED(get_PaperDimensions, BSTR*)

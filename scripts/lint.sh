@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Lints sources with clang-tidy 19, configured by the .clang-tidy files:
+# Lints sources with clang-tidy, configured by the .clang-tidy files:
 #
 #   lint.sh                  all sources of the builds, with the headers that they include
 #   lint.sh --since commit   the files changed since the commit, committed or not
@@ -47,7 +47,7 @@ lint_one() {
     echo "[$number/$total] $file"
     # The build turns off some GCC warnings that clang does not know.
     # shellcheck disable=SC2086
-    clang-tidy-19 --quiet -p "$build" --extra-arg=-Wno-unknown-warning-option $arguments "$file" 2>/dev/null
+    clang-tidy --quiet -p "$build" --extra-arg=-Wno-unknown-warning-option $arguments "$file" 2>/dev/null
 }
 export -f lint_one
 

@@ -21,7 +21,7 @@ packages=(
     # Peer of the benchmarks; bench/fetch_peers.sh fetches the other peers.
     librapidxml-dev
     # Checks of XML files, formatting, code and generated pages; python3 also runs the packaging scripts.
-    libxml2-utils clang-format-19 clang-tidy-19 python3
+    libxml2-utils clang-format-19 clang-tidy python3
     # Documentation site; a browser for its test and that of the report, with a font.
     mkdocs mkdocs-material chromium fonts-dejavu-core
     # Databases of the tests.

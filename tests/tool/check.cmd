@@ -36,7 +36,7 @@ echo == no program
 echo exit %ERRORLEVEL%
 
 echo == registered, without a catalogue
-regsvr32 /s %FOLDER%\Tarnwick.dll >nul 2>&1
+regsvr32 /s %FOLDER%\Tarnwick.dll
 %TOOL% check
 echo exit %ERRORLEVEL%
 %TOOL% validate encodings\utf8.xml
@@ -88,17 +88,17 @@ reg delete HKCR\Corvane.FaxJob /f >nul
 %TOOL% check
 echo exit %ERRORLEVEL%
 echo == a missing type library
-regsvr32 /s %FOLDER%\Tarnwick.dll >nul 2>&1
+regsvr32 /s %FOLDER%\Tarnwick.dll
 reg delete HKCR\TypeLib\{D47A619E-7CB5-4B98-9A01-93662E11761E} /f >nul
 %TOOL% check
 echo exit %ERRORLEVEL%
 echo == an older library
-regsvr32 /s %FOLDER%\older\Tarnwick.dll >nul 2>&1
+regsvr32 /s %FOLDER%\older\Tarnwick.dll
 %TOOL% check
 echo exit %ERRORLEVEL%
 
 echo == a library of the other bitness
-regsvr32 /s %FOLDER%\Tarnwick.dll >nul 2>&1
+regsvr32 /s %FOLDER%\Tarnwick.dll
 move %FOLDER%\Tarnwick.dll %FOLDER%\moved.dll >nul
 copy /y %FOLDER%\other_bitness.exe %FOLDER%\Tarnwick.dll >nul
 %TOOL% check

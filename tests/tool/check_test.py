@@ -87,6 +87,7 @@ def main(prefix, tool, library, assembly, *options):
                           windows(folder)], cwd=HERE, capture_output=True, timeout=280, check=False)
     text = run.stdout.decode("utf-8").replace("\r", "").replace(windows(folder), "FOLDER")
     text = text[max(text.find("== "), 0):] # skip Wine's own output
+    text = re.sub("^regsvr32: .*\n", "", text, flags=re.MULTILINE) # Wine 10 reports success in spite of /s
     version = re.search("^Tool +([0-9.]+),", text, re.MULTILINE)
     text = text.replace(version[1], "VERSION") if version else text
     lines = text.replace(f"{bits}-bit", "OWN-bit").replace(f"{96 - bits}-bit", "OTHER-bit").splitlines()
