@@ -5,7 +5,8 @@
 
 #include <windows.h>
 
-/// A key under HKEY_CURRENT_USER, empty even after an aborted test; the destructor deletes it with its subkeys.
+/// A key under HKEY_CURRENT_USER, empty even after an aborted test; the destructor deletes it with its
+/// subkeys.
 class TestKey {
 public:
     explicit TestKey(const wchar_t* path) : m_path(path) {
