@@ -107,7 +107,10 @@ def check_broken_tests():
     listed = kit / "x86" / "tests.txt"
     sound = listed.read_text(encoding="ascii")
     crash = ["test", "broken.crash", "line", ".*", "0", "20", "", "{work}", '"{here}\\overrun.exe" overrun']
-    hang = ["test", "broken.hang", "cases", "--list-test-names-only", "0", "1", "", "{work}", '"{here}\\soak_tests.exe"']
+    endless = prefix / "endless.vbs"
+    endless.write_text("Do\nLoop\n", encoding="ascii")
+    hang = ["test", "broken.hang", "line", ".*", "0", "2", "", "{work}",
+            f'"{{system}}\\cscript.exe" //nologo "{windows_path(endless)}"']
     silent = ["test", "broken.silent", "line", "reached its end", "0", "20", "", "{work}", '"{here}\\overrun.exe"']
     rows_of_broken = ["\t".join(each) for each in (crash, hang, silent)]
     listed.write_text("\n".join(["part\tbroken\tanybody\t\t", *rows_of_broken, sound]), encoding="ascii", newline="\n")

@@ -130,7 +130,9 @@ Ending Run(const Program& program) {
     Ending ending;
     const QxKernelHandle job(NewJob());
     PROCESS_INFORMATION started{};
-    if (!Start(program, started)) {
+    // A start that fails once says nothing about the program: a busy system may lack the resources for a
+    // moment.
+    if (!Start(program, started) && (Sleep(1000), !Start(program, started))) {
         ending.startError = GetLastError();
         return ending;
     }

@@ -5,7 +5,8 @@
 
 #include <windows.h>
 
-/// A key under HKEY_CURRENT_USER, empty even after an aborted test; the destructor deletes it.
+/// A key under HKEY_CURRENT_USER, empty even after an aborted test; the destructor deletes it with its
+/// subkeys.
 class TestKey {
 public:
     explicit TestKey(const wchar_t* path) : m_path(path) {
@@ -14,7 +15,7 @@ public:
     }
     ~TestKey() {
         RegCloseKey(m_key);
-        RegDeleteKeyW(HKEY_CURRENT_USER, m_path.c_str());
+        RegDeleteTreeW(HKEY_CURRENT_USER, m_path.c_str());
     }
     TestKey(const TestKey&) = delete;
     TestKey& operator=(const TestKey&) = delete;
