@@ -9,13 +9,14 @@ start_wine "$wine32" "$wine64"
 
 failed=
 run_preset() {
-    local build=$PWD/build/$1 wine=$2 tests
+    local build=$PWD/build/$1 wine=$2
     cmake --preset "$1"
     cmake --build --preset "$1" --target tests/unit/all --target tests/com/all --parallel "$jobs"
     "$wine" regsvr32 /s "$(windows_path "$build/JobObjects/Tarnwick.dll")"
-    for tests in unit com; do
-        ctest --test-dir "$build/tests/$tests" --parallel "$jobs" --output-on-failure --no-tests=error || failed=yes
-    done
+    # The COM tests write XML into a folder that the schema tests empty before and validate after.
+    mkdir -p "$build/clang"
+    printf 'subdirs("%s")\n' "$build"/tests/{unit,schemas,com} >"$build/clang/CTestTestfile.cmake"
+    ctest --test-dir "$build/clang" --parallel "$jobs" --output-on-failure --no-tests=error || failed=yes
 }
 run_preset windows-clang "$wine32"
 run_preset windows-64-clang "$wine64"

@@ -72,7 +72,7 @@ void CountAllocations(HMODULE library) {
 }
 
 /// Before the program loads the library.
-[[maybe_unused]] const bool counting = [] {
+[[maybe_unused]] const bool Counting = [] {
     AtEachLibraryLoad(CountAllocations);
     return true;
 }();
