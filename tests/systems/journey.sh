@@ -3,6 +3,7 @@
 # results with what it promises. Takes the commands, the script, its output and the file names from README.md.
 #
 #   journey.sh        in the source tree, as root; in a new system: run.sh 12 tests/systems/journey.sh
+# shellcheck disable=SC2016 # backticks are those of README.md
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 work=build/journey

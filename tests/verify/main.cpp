@@ -74,7 +74,7 @@ public:
             if (std::find(m_keys.begin(), m_keys.end(), key) == m_keys.end())
                 added += key + "\n";
         for (const std::filesystem::path& file : FilesBelow(m_folders.kit))
-            if (m_files.count(file) == 0)
+            if (!m_files.contains(file))
                 added += Utf8(file.wstring()) + "\n";
         std::error_code error;
         std::filesystem::remove_all(m_folders.work, error);
