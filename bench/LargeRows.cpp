@@ -113,7 +113,7 @@ std::wstring Append(int count) {
     parser.AddElement(L"List");
     for (int i = 0; i < count; ++i)
         parser.AddChildElement(L"Item", L"some text value");
-    return parser.GetDocument();
+    return std::wstring(parser.GetDocument());
 }
 
 std::wstring WriteAtOnce(int count) {

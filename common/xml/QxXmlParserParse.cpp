@@ -9,6 +9,7 @@
 #include <utility>
 
 using QxXmlScan::Find;
+using QxXmlScan::NextTag;
 
 namespace {
 
@@ -32,13 +33,6 @@ constexpr std::size_t ShortestElement = 4;
 
 wchar_t CharacterAt(std::wstring_view text, std::int32_t offset) noexcept {
     return text[static_cast<std::size_t>(offset)];
-}
-
-/// The next "<". Usually it is at from itself: a predicted branch is faster than the result of a search.
-std::int32_t NextTag(std::wstring_view text, std::int32_t from) noexcept {
-    if (from < static_cast<std::int32_t>(text.size()) && CharacterAt(text, from) == L'<')
-        return from;
-    return Find(text, L'<', from);
 }
 
 /// Fast path for an end tag that is exactly "</name>", as nearly all are. Compares it with the start tag in
@@ -230,14 +224,14 @@ bool QxXmlParser::SetDocument(std::wstring_view text) {
         ClearElements();
     if (text.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()))
         text = {};
-    m_document.assign(text);
-    m_texts.Begin(m_document.size());
+    m_document.Assign(text);
+    m_texts.Begin(GetDocument().size());
     ReservePositions();
     ClearElements();
-    if (m_document.empty())
+    if (GetDocument().empty())
         return false;
     try {
-        if (DocumentParse(m_document, m_positions, m_error, m_errorOffset).Run())
+        if (DocumentParse(GetDocument(), m_positions, m_error, m_errorOffset).Run())
             return true;
     } catch (...) {
         ClearElements();
@@ -253,10 +247,10 @@ void QxXmlParser::ClearElements() {
 }
 
 void QxXmlParser::ReservePositions() {
-    const std::size_t length = m_document.size();
+    const std::size_t length = GetDocument().size();
     std::size_t count = length / 32 + 8;
     if (length > LargeText && m_positions.capacity() <= count) {
-        const auto startTags = static_cast<std::size_t>(QxXmlScan::CountStartTags(m_document));
+        const auto startTags = static_cast<std::size_t>(QxXmlScan::CountStartTags(GetDocument()));
         count = std::max(count, std::min(startTags, length / ShortestElement) + 1);
     }
     m_positions.reserve(count);

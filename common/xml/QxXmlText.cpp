@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstring>
 #include <limits>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -30,6 +32,9 @@ constexpr std::array<unsigned char, 128> MakeEntityOf() {
 }
 
 constexpr std::array<unsigned char, 128> EntityOf = MakeEntityOf();
+
+/// Moved without a call of the C library: the end tags behind an appended element.
+constexpr std::size_t ShortRest = 32;
 
 /// Index into Entities; Entities.size() for none.
 std::size_t FindEntity(wchar_t character) noexcept {
@@ -96,6 +101,32 @@ void QxXmlText::Grow(std::size_t length) {
     std::copy_n(m_characters.get(), m_size, characters.get());
     m_characters = std::move(characters);
     m_capacity = capacity;
+}
+
+void QxXmlText::Assign(std::wstring_view text) {
+    if (text.size() > m_capacity) {
+        QxXmlText copy(text.size());
+        copy.Append(text);
+        *this = std::move(copy);
+    } else {
+        std::memmove(m_characters.get(), text.data(), text.size() * sizeof(wchar_t));
+        m_size = text.size();
+    }
+}
+
+void QxXmlText::Replace(std::size_t from, std::size_t length, std::wstring_view text) {
+    Reserve(text.size());
+    wchar_t* const at = m_characters.get() + from;
+    const std::wstring_view rest(at + length, m_size - from - length);
+    if (rest.size() <= ShortRest) {
+        std::array<wchar_t, ShortRest> copy;
+        QxMisc::CopyText(copy.data(), rest);
+        SetEnd(QxMisc::CopyText(QxMisc::CopyText(at, text), {copy.data(), rest.size()}));
+        return;
+    }
+    std::memmove(at + text.size(), rest.data(), rest.size() * sizeof(wchar_t));
+    QxMisc::CopyText(at, text);
+    m_size += text.size() - length;
 }
 
 void QxXmlText::Append(std::wstring_view text) {
