@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
 #include <limits>
 #include <new>
 #include <utility>
@@ -104,14 +103,14 @@ void QxXmlText::Grow(std::size_t length) {
 }
 
 void QxXmlText::Assign(std::wstring_view text) {
+    std::unique_ptr<wchar_t[]> old;
     if (text.size() > m_capacity) {
-        QxXmlText copy(text.size());
-        copy.Append(text);
-        *this = std::move(copy);
-    } else {
-        std::memmove(m_characters.get(), text.data(), text.size() * sizeof(wchar_t));
-        m_size = text.size();
+        auto characters = std::make_unique_for_overwrite<wchar_t[]>(text.size());
+        old = std::exchange(m_characters, std::move(characters));
+        m_capacity = text.size();
     }
+    std::char_traits<wchar_t>::move(m_characters.get(), text.data(), text.size());
+    m_size = text.size();
 }
 
 void QxXmlText::Replace(std::size_t from, std::size_t length, std::wstring_view text) {
@@ -124,7 +123,7 @@ void QxXmlText::Replace(std::size_t from, std::size_t length, std::wstring_view 
         SetEnd(QxMisc::CopyText(QxMisc::CopyText(at, text), {copy.data(), rest.size()}));
         return;
     }
-    std::memmove(at + text.size(), rest.data(), rest.size() * sizeof(wchar_t));
+    std::char_traits<wchar_t>::move(at + text.size(), rest.data(), rest.size());
     QxMisc::CopyText(at, text);
     m_size += text.size() - length;
 }
