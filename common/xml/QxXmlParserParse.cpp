@@ -75,6 +75,7 @@ private:
                             std::int32_t previous);
     bool IsEndTag(std::int32_t open) const noexcept;
     bool ParseEndTag(std::int32_t element, std::int32_t open);
+    bool ParseOtherEndTag(std::int32_t element, std::int32_t open, std::int32_t& close);
     void CompleteElement(ElemPos& element, std::int32_t endTagOpen, std::int32_t endTagClose) noexcept;
     bool Fail(std::wstring_view message, std::int32_t offset, std::int32_t element = 0);
 
@@ -178,23 +179,27 @@ bool DocumentParse::IsEndTag(std::int32_t open) const noexcept {
     return open + 1 < m_length && CharacterAt(m_text, open + 1) == L'/';
 }
 
-bool DocumentParse::ParseEndTag(std::int32_t element, std::int32_t open) {
-    ElemPos& position = At(element);
+inline bool DocumentParse::ParseEndTag(std::int32_t element, std::int32_t open) {
     std::int32_t close = 0;
-    if (!IsPlainEndTag(m_text, position, open, close)) {
-        switch (
-            QxXmlScan::ReadEndTag(m_text, open, QxXmlScan::TagName(m_text, position.startTagOpen), close)) {
-        case QxXmlScan::EndTag::NotAnEndTag:
-            return Fail(ExpectingEndTag, open, element);
-        case QxXmlScan::EndTag::OtherName:
-            return Fail(OtherEndTag, open, element);
-        case QxXmlScan::EndTag::NotCompleted:
-            return Fail(EndTagNotCompleted, open, element);
-        case QxXmlScan::EndTag::Complete:
-            break;
-        }
+    if (!IsPlainEndTag(m_text, At(element), open, close) && !ParseOtherEndTag(element, open, close))
+        return false;
+    CompleteElement(At(element), open, close);
+    return true;
+}
+
+/// Applies the token rules.
+bool DocumentParse::ParseOtherEndTag(std::int32_t element, std::int32_t open, std::int32_t& close) {
+    const std::wstring_view name = QxXmlScan::TagName(m_text, At(element).startTagOpen);
+    switch (QxXmlScan::ReadEndTag(m_text, open, name, close)) {
+    case QxXmlScan::EndTag::NotAnEndTag:
+        return Fail(ExpectingEndTag, open, element);
+    case QxXmlScan::EndTag::OtherName:
+        return Fail(OtherEndTag, open, element);
+    case QxXmlScan::EndTag::NotCompleted:
+        return Fail(EndTagNotCompleted, open, element);
+    case QxXmlScan::EndTag::Complete:
+        break;
     }
-    CompleteElement(position, open, close);
     return true;
 }
 
