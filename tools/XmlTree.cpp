@@ -20,8 +20,7 @@ std::vector<std::size_t> LineStarts(std::wstring_view text) {
 }
 
 std::wstring_view Piece(const XmlTree& tree, std::int32_t from, std::int32_t to) {
-    return tree.Document()
-        .substr(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
+    return tree.Document().substr(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
 }
 
 } // namespace

@@ -100,7 +100,8 @@ bool QxXmlParser::IntoSubDocument() noexcept {
     const std::wstring_view text = GetChildSubDocument();
     if (!IntoElement())
         return false;
-    m_behind = static_cast<std::size_t>(GetDocument().data() + GetDocument().size() - text.data()) - text.size();
+    m_behind =
+        static_cast<std::size_t>(GetDocument().data() + GetDocument().size() - text.data()) - text.size();
     m_attributes.element = 0;
     return true;
 }

@@ -26,21 +26,20 @@ std::int32_t CountStartTags(std::wstring_view text) noexcept {
     if constexpr (sizeof(wchar_t) == 2) {
         const __m128i bracket = _mm_set1_epi16(L'<');
         const __m128i question = _mm_set1_epi16(L'?');
-        __m128i counts = _mm_setzero_si128(); // one in each half
+        const __m128i zero = _mm_setzero_si128();
+        __m128i counts = zero; // one in each half
         for (; at + 8 <= last; at += 8) {
             const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(characters + at));
             const __m128i behind = _mm_loadu_si128(reinterpret_cast<const __m128i*>(characters + at + 1));
-            const __m128i found =
-                _mm_and_si128(_mm_cmpeq_epi16(block, bracket), _mm_cmpgt_epi16(behind, question));
-            counts = _mm_add_epi64(counts, _mm_sad_epu8(_mm_srli_epi16(found, 15), _mm_setzero_si128()));
+            const __m128i isNoName = _mm_cmpeq_epi16(_mm_subs_epu16(behind, question), zero);
+            const __m128i found = _mm_andnot_si128(isNoName, _mm_cmpeq_epi16(block, bracket));
+            counts = _mm_add_epi64(counts, _mm_sad_epu8(_mm_srli_epi16(found, 15), zero));
         }
         count = _mm_cvtsi128_si32(counts) + _mm_cvtsi128_si32(_mm_srli_si128(counts, 8));
     }
 #endif
-    for (; at < last; ++at) {
-        const wchar_t next = characters[at + 1];
-        count += characters[at] == L'<' && next != L'/' && next != L'!' && next != L'?';
-    }
+    for (; at < last; ++at)
+        count += characters[at] == L'<' && characters[at + 1] > L'?';
     return count;
 }
 

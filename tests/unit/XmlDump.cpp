@@ -4,7 +4,7 @@ namespace {
 
 using ElemPos = QxXmlParser::ElemPos;
 
-void AppendLine(std::wstring& dump, int depth, const ElemPos& at, const std::wstring& document) {
+void AppendLine(std::wstring& dump, int depth, const ElemPos& at, std::wstring_view document) {
     const auto nameLength = QxXmlScan::WordLength(document, at.startTagOpen + 1);
     dump += std::to_wstring(depth) + L" ";
     dump +=
