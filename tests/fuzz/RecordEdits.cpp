@@ -32,8 +32,12 @@ constexpr std::string_view Values[] = {"",
 constexpr std::string_view Versions[] = {"1.0",  "2.0",      "3.0", "3.9", "4.0", "4.0.1",
                                          "04.0", "10.0.0.1", "4",   "",    "x"};
 
-/// At most one value of a property in a real record is longer.
-constexpr std::size_t MaxMutatedContent = 64;
+/// The mutated part of a value.
+constexpr std::size_t MaxMutated = 64;
+
+std::string InElement(std::string_view name, std::string_view content) {
+    return std::string("<").append(name).append(">").append(content).append("</").append(name).append(">");
+}
 
 } // namespace
 
@@ -45,47 +49,43 @@ bool RecordEdits::Edit() {
     m_elements = FindElements(m_text);
     if (m_elements.empty())
         return false;
-    const Element child = RandomChild();
+    if (m_elements.size() == 1) {
+        InsertNew();
+        return true;
+    }
+    const Element child = m_elements[1 + Random(m_elements.size() - 1)];
     const std::string part(Part(child.open, child.end));
     switch (Random(10)) {
     case 0:
         Insert(part);
         break;
     case 1:
-        if (m_elements.size() > 1) {
-            Replace(child, {});
-            Insert(part);
-        }
+        Replace(child, {});
+        Insert(part);
         break;
     case 2:
-        if (m_elements.size() > 1)
-            Replace(child, {});
+        Replace(child, {});
         break;
     case 3:
+        Replace(child, std::string(Part(child.contentBegin, child.contentEnd)));
+        break;
+    case 4:
+        Replace(child, InElement(RandomName(), part));
+        break;
+    case 5:
+        InsertNew();
+        break;
+    case 6:
         Rename(child);
         break;
-    case 4: {
-        const std::string name(RandomName());
-        Replace(child, '<' + name + '>' + part + "</" + name + '>');
-        break;
-    }
-    case 5:
-        if (m_elements.size() > 1)
-            Replace(child, std::string(Part(child.contentBegin, child.contentEnd)));
-        break;
-    case 6: {
-        const std::string name(RandomName());
-        Insert('<' + name + '>' + std::string(Values[Random(std::size(Values))]) + "</" + name + '>');
-        break;
-    }
     case 7:
-        SetAttribute(Random(2) == 0 ? m_elements.front() : child);
+        SetVersion(Random(2) == 0 ? m_elements.front() : child);
         break;
     case 8:
-        SetContent(child);
+        SetContent(child, std::string(AnyOf(Values)));
         break;
     default:
-        MutateContent(child);
+        SetContent(child, MutatedContent(child));
     }
     return true;
 }
@@ -127,24 +127,24 @@ std::vector<RecordEdits::Element> RecordEdits::FindElements(std::string_view tex
     return elements;
 }
 
-std::size_t RecordEdits::NameEnd(std::string_view text, const Element& element) {
-    return std::min(text.find_first_of(" \t\r\n=/>", element.open + 1), element.contentBegin - 1);
-}
-
 std::size_t RecordEdits::Random(std::size_t count) {
     return m_random() % count;
 }
 
-RecordEdits::Element RecordEdits::RandomChild() {
-    return m_elements.size() == 1 ? m_elements[0] : m_elements[1 + Random(m_elements.size() - 1)];
+template<std::size_t Count>
+std::string_view RecordEdits::AnyOf(const std::string_view (&texts)[Count]) {
+    return texts[Random(Count)];
 }
 
-/// A known name, or one of the text's.
 std::string_view RecordEdits::RandomName() {
     if (Random(2) == 0)
-        return Names[Random(std::size(Names))];
+        return AnyOf(Names);
     const Element& element = m_elements[Random(m_elements.size())];
-    return Part(element.open + 1, NameEnd(m_text, element));
+    return Part(element.open + 1, NameEnd(element));
+}
+
+std::size_t RecordEdits::NameEnd(const Element& element) const {
+    return m_text.find_first_of(" \t\r\n=/>", element.open + 1);
 }
 
 std::string_view RecordEdits::Part(std::size_t begin, std::size_t end) const {
@@ -163,20 +163,23 @@ void RecordEdits::Insert(std::string_view part) {
     m_text.insert(inside ? m_elements[index].contentEnd : m_elements[index].open, part);
 }
 
+void RecordEdits::InsertNew() {
+    Insert(InElement(RandomName(), AnyOf(Values)));
+}
+
 void RecordEdits::Rename(const Element& element) {
     const std::string name(RandomName());
     if (element.contentEnd != element.end)
         m_text.replace(element.contentEnd, element.end - element.contentEnd, "</" + name + '>');
-    m_text.replace(element.open + 1, NameEnd(m_text, element) - element.open - 1, name);
+    m_text.replace(element.open + 1, NameEnd(element) - element.open - 1, name);
 }
 
-/// Replaces the value of the version, or adds a version.
-void RecordEdits::SetAttribute(const Element& element) {
+void RecordEdits::SetVersion(const Element& element) {
     constexpr std::string_view start = " Version=\"";
-    const std::string_view version = Versions[Random(std::size(Versions))];
+    const std::string_view version = AnyOf(Versions);
     const std::size_t found = Part(element.open, element.contentBegin).find(start);
     if (found == std::string_view::npos) {
-        m_text.insert(NameEnd(m_text, element), std::string(start).append(version) + '"');
+        m_text.insert(NameEnd(element), std::string(start).append(version) + '"');
         return;
     }
     const std::size_t value = element.open + found + start.size();
@@ -185,21 +188,17 @@ void RecordEdits::SetAttribute(const Element& element) {
         m_text.replace(value, end - value, version);
 }
 
-void RecordEdits::SetContent(const Element& element) {
-    const std::size_t size = element.contentEnd - element.contentBegin;
-    if (element.contentEnd != element.end &&
-        Part(element.contentBegin, element.contentEnd).find('<') == std::string_view::npos)
-        m_text.replace(element.contentBegin, size, Values[Random(std::size(Values))]);
+void RecordEdits::SetContent(const Element& element, std::string_view content) {
+    if (element.contentEnd != element.end)
+        m_text.replace(element.contentBegin, element.contentEnd - element.contentBegin, content);
 }
 
-void RecordEdits::MutateContent(const Element& element) {
-    const std::size_t size = element.contentEnd - element.contentBegin;
-    if (element.contentEnd == element.end || size > MaxMutatedContent ||
-        Part(element.contentBegin, element.contentEnd).find('<') != std::string_view::npos)
-        return;
+/// The first characters changed by bytes. Elements inside become text.
+std::string RecordEdits::MutatedContent(const Element& element) {
     std::string content(Part(element.contentBegin, element.contentEnd));
-    content.resize(MaxMutatedContent);
+    const std::size_t size = std::min(content.size(), MaxMutated);
+    content.resize(MaxMutated);
     content.resize(m_mutateBytes(reinterpret_cast<unsigned char*>(content.data()), size, content.size()));
     std::replace_if(content.begin(), content.end(), [](char c) { return c == '<' || c == '>'; }, '_');
-    m_text.replace(element.contentBegin, size, content);
+    return content;
 }

@@ -29,20 +29,23 @@ private:
     };
 
     static std::vector<Element> FindElements(std::string_view text);
-    static std::size_t NameEnd(std::string_view text, const Element& element);
 
     std::size_t Random(std::size_t count);
-    /// Not the root, unless that is the only one.
-    Element RandomChild();
+    template<std::size_t Count>
+    std::string_view AnyOf(const std::string_view (&texts)[Count]);
+    /// A known name, or one of the text's.
     std::string_view RandomName();
     std::string_view Part(std::size_t begin, std::size_t end) const;
+    std::size_t NameEnd(const Element& element) const;
+    std::string MutatedContent(const Element& element);
 
     void Replace(const Element& element, std::string_view text);
     void Insert(std::string_view part);
+    void InsertNew();
     void Rename(const Element& element);
-    void SetAttribute(const Element& element);
-    void SetContent(const Element& element);
-    void MutateContent(const Element& element);
+    /// Replaces the version, or adds one.
+    void SetVersion(const Element& element);
+    void SetContent(const Element& element, std::string_view content);
 
     std::string m_text;
     std::minstd_rand m_random;

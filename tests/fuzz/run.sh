@@ -38,6 +38,7 @@ work=$PWD/build/fuzz-work
 totals=$PWD/tests/fuzz/executions.tsv
 mkdir -p "$work"
 rm -f "$work/stop" "$work/failed"
+trap 'touch "$work/stop"' INT TERM # runs keep their counts
 build() {
     { cmake --preset "$1" && cmake --build --preset "$1"; } >"$work/$1.log" 2>&1 ||
         { cat "$work/$1.log" >&2; exit 1; }
@@ -66,8 +67,9 @@ add_executions() {
     ) 9>"$work/lock"
 }
 
-# run PRESET HARNESS LIMIT MAX_LENGTH: prints one row of the table.
+# run PRESET HARNESS LIMIT MAX_LENGTH: prints one row of the table. libFuzzer returns 72 when it is interrupted.
 run() {
+    [ ! -e "$work/stop" ] || return 0
     local folder=$work/$2 seed=$((RANDOM << 15 | RANDOM)) result=ok start=$SECONDS log covered
     log=$folder/$1.$4.$seed.log
     mkdir -p "$folder/corpus"
@@ -77,7 +79,7 @@ run() {
         echo :detect_stack_use_after_return=0) \
         "build/$1/tests/fuzz/$2_fuzz" "$3" -seed="$seed" -max_len="$4" -dict=tests/fuzz/jobobjects.dict \
         -artifact_prefix="$folder/" -timeout=20 -rss_limit_mb=4096 -print_final_stats=1 \
-        "$folder/corpus" "tests/fuzz/corpus/$2" >"$log" 2>&1 || result=BROKEN
+        "$folder/corpus" "tests/fuzz/corpus/$2" >"$log" 2>&1 || [ $? = 72 ] || result=BROKEN
     add_executions "$2" "$1" "$(executed "$log")" "$seed"
     covered=$(grep -o 'cov: [0-9]* ft: [0-9]*' "$log" | tail -1 || true)
     printf '%-16s %-9s %6s %11s %7s %9s  %-22s %s\n' "$2" "$1" "$4" "$(executed "$log")" \
@@ -124,7 +126,7 @@ turn() {
     parser:[1-6] | parser_edits:[1-6] | attribute_words:[1-6] | versions:[1-6] | dates:[1-6]) length=100 ;;
     esac
     run fuzz-fast "$1" -max_total_time=$(($2 * 3 / 4)) "$length"
-    [ -e "$work/stop" ] || run fuzz "$1" -max_total_time=$(($2 - $2 * 3 / 4)) "$length"
+    run fuzz "$1" -max_total_time=$(($2 - $2 * 3 / 4)) "$length"
     merge "$1"
 }
 
@@ -133,9 +135,8 @@ run_hours() {
     local jobs=${JOBS:-$(nproc)} total started=0 each harness
     total=$(awk -v hours="$1" 'BEGIN { printf "%d", hours * 3600 }')
     each=$((total * jobs / ${#harnesses[@]}))
-    [ "$each" -le 300 ] || each=300
+    [ "$each" -le 120 ] || each=120
     [ "$each" -ge 8 ] || each=8
-    trap 'touch "$work/stop"' INT TERM
     while [ ! -e "$work/stop" ] && { [ "$started" -lt ${#harnesses[@]} ] || [ $((SECONDS + each)) -le "$total" ]; }; do
         if [ "$(jobs -rp | wc -l)" -ge "$jobs" ]; then
             wait -n || true
