@@ -103,9 +103,9 @@ bool RecordEdits::Graft(std::string_view other) {
 std::vector<RecordEdits::Element> RecordEdits::FindElements(std::string_view text) {
     std::vector<Element> elements;
     std::vector<std::size_t> open;
-    for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at)) {
+    for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
         const std::size_t close = text.find('>', at);
-        if (close == text.npos)
+        if (close == std::string_view::npos)
             break;
         const char first = text[at + 1];
         const std::size_t end = close + 1;
