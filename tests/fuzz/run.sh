@@ -60,6 +60,7 @@ executed() {
 add_executions() {
     (
         flock 9
+        grep -q "^$1"$'\t' "$totals" || printf '%s\t0\t0\n' "$1" >>"$totals"
         awk -F '\t' -v OFS='\t' -v harness="$1" -v preset="$2" -v count="$3" -v seed="$4" -v date="$(date -u +%F)" '
             $1 == harness { $(preset == "fuzz" ? 2 : 3) += count; $4 = seed; $5 = date }
             { print }' "$totals" >"$totals.new"
