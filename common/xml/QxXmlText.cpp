@@ -44,7 +44,7 @@ std::size_t FindEntity(wchar_t character) noexcept {
 #ifdef QX_XML_SCAN_SSE2
 /// Two bits for each of eight characters, set if it must be escaped. Three comparisons find the five: only
 /// one bit differs between "<" and ">", and between "&" and "'".
-unsigned FindEscaped(__m128i block, QxXmlText::Escape kind) noexcept {
+[[maybe_unused]] unsigned FindEscaped(__m128i block, QxXmlText::Escape kind) noexcept {
     const auto equals = [](__m128i characters, wchar_t sought) {
         return _mm_cmpeq_epi16(characters, _mm_set1_epi16(static_cast<short>(sought)));
     };
