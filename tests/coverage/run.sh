@@ -43,7 +43,7 @@ measure_conditions() {
     # One file per program, into which its processes merge their counters.
     LLVM_PROFILE_FILE=$folder/%m.profraw run_tests "$preset"
     llvm-profdata-19 merge -o "$folder/conditions.profdata" "$folder"/*.profraw
-    llvm-cov-19 report --show-mcdc-summary --ignore-filename-regex='^tests/' \
+    llvm-cov-19 report --show-mcdc-summary --ignore-filename-regex='(^|/)tests/' \
         -instr-profile "$folder/conditions.profdata" "$folder/tests/unit/unit_tests" \
         >"$logs/$preset.txt" 2>"$logs/$preset.report.log"
     # A condition that one program's compiler folds and another program decides counts as -1 missed, in 32 bits.

@@ -112,6 +112,11 @@ constexpr DWORD Unnoticed = 500;
 
 /// If set, two other processes act as soon as this one has closed this file to rename it: the first renames
 /// it, without a mark because it may not read the file; the second starts a new file.
+BOOL WINAPI RefuseToWrite(HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) {
+    SetLastError(ERROR_WRITE_FAULT);
+    return FALSE;
+}
+
 std::wstring othersPath;
 BOOL(WINAPI* closeHandle)(HANDLE) = nullptr;
 
@@ -423,6 +428,20 @@ TEST_CASE("FileLog_unwritable_file_is_reported_once") {
     }
     CHECK(DeleteFileW(path.c_str()));
     CHECK(RemoveDirectoryW(missing.c_str()));
+}
+
+TEST_CASE("FileLog_failure_after_a_success_is_reported_again") {
+    const TestFolder folder;
+    DebuggerOutput debugger;
+    const QxLogPtr log = NewLog(folder.File(L"a.log"));
+    for (std::size_t failures = 1; failures <= 2; ++failures) {
+        log->Write(L"kept\n");
+        const ImportPatch patch(GetModuleHandleW(nullptr), "WriteFile",
+                                reinterpret_cast<void*>(RefuseToWrite));
+        log->Write(L"lost\n");
+        log->Write(L"lost\n");
+        CHECK(debugger.lines.size() == failures);
+    }
 }
 
 TEST_CASE("FileLog_file_just_started_by_another_process_does_not_become_the_backup") {
