@@ -117,6 +117,19 @@ BOOL WINAPI RefuseToWrite(HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) {
     return FALSE;
 }
 
+bool refusesToOpen = false;
+decltype(&CreateFileW) createFile = nullptr;
+
+/// Like the system while another process renames the file.
+HANDLE WINAPI RefuseToOpenOnce(const wchar_t* path, DWORD access, DWORD sharing,
+                               SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags, HANDLE model) {
+    if (std::exchange(refusesToOpen, false)) {
+        SetLastError(ERROR_SHARING_VIOLATION);
+        return INVALID_HANDLE_VALUE;
+    }
+    return createFile(path, access, sharing, security, creation, flags, model);
+}
+
 std::wstring othersPath;
 BOOL(WINAPI* closeHandle)(HANDLE) = nullptr;
 
@@ -351,6 +364,21 @@ TEST_CASE("FileLog_line_written_while_another_process_renames_the_file_is_kept")
     REQUIRE(WaitForSingleObject(thread, 60000) == WAIT_OBJECT_0);
     CloseHandle(thread);
     CHECK(FileText(path) == L"kept\r\n");
+}
+
+TEST_CASE("FileLog_line_written_when_a_rename_has_just_ended_is_kept") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    NewLog(path)->Write(L"first\n");
+    {
+        const ImportPatch patch(GetModuleHandleW(nullptr), "CreateFileW",
+                                reinterpret_cast<void*>(RefuseToOpenOnce));
+        createFile = reinterpret_cast<decltype(createFile)>(patch.Original());
+        refusesToOpen = true;
+        NewLog(path)->Write(L"second\n");
+    }
+    CHECK_FALSE(refusesToOpen);
+    CHECK(FileText(path) == L"first\r\nsecond\r\n");
 }
 
 TEST_CASE("FileLog_writer_stopped_while_renaming_delays_one_line_and_hangs_no_writer") {
