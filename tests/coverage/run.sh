@@ -34,8 +34,8 @@ measure() {
     # The goals are a list of options.
     # shellcheck disable=SC2086
     gcovr --root . --object-directory "$folder" --gcov-executable "$gcov" --exclude-throw-branches \
-        --exclude-directories '.*/short_characters\.dir' --exclude-unreachable-branches "${filters[@]}" --txt "$logs/$preset.txt" \
-        --print-summary $goals "$folder" 2>"$logs/$preset.gcovr.log" ||
+        --exclude-directories '.*/short_characters\.dir' --exclude-unreachable-branches "${filters[@]}" \
+        --txt "$logs/$preset.txt" --print-summary $goals "$folder" 2>"$logs/$preset.gcovr.log" ||
         { tail -5 "$logs/$preset.gcovr.log" >&2; return 1; }
 }
 
