@@ -177,7 +177,7 @@ class Build:
         folder = os.path.dirname(file)
         programs = sorted(self.programs, key=lambda name: -self.kills[folder, name])
         if is_header(file):
-            # A whole build takes longest: it comes last, and few mutants need it.
+            # Quickly built programs come first: few mutants need all of a build.
             programs.sort(key=self.steps)
         elif unbuilt := self.difference(objects):
             return unbuilt
