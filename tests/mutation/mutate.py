@@ -131,7 +131,8 @@ class Build:
         self.wine = copy / "scripts/wine.sh"
         self.programs = programs
         self.limits: dict[int, int] = {}
-        self.environment = {"JOBOBJECTS_LINKED_FOLDER": str(self.folder / "tests/unit/linked_folder")}  # as ctest sets it
+        # As ctest sets it.
+        self.environment = {"JOBOBJECTS_LINKED_FOLDER": str(self.folder / "tests/unit/linked_folder")}
         if programs is NATIVE:
             self.limits[resource.RLIMIT_AS] = 4 << 30
         self.kills: Counter = Counter()
