@@ -7,7 +7,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 source scripts/wine-session.sh
-work=build/journey
+work=$PWD/build/journey
 mkdir -p "$work"
 times=()
 
@@ -15,6 +15,12 @@ fail() {
     echo "journey: $1" >&2
     exit 1
 }
+
+clean() {
+    remove_wine_prefix "$work/wine"
+    rm -f first.vbs release/first.vbs
+}
+trap clean EXIT
 
 # Lines of the code blocks of a language, without comments.
 commands() {
@@ -70,10 +76,10 @@ done
 
 mapfile -t lines < <(commands bat)
 [ ${#lines[@]} -ge 2 ] || fail "README.md has no commands for Windows"
-export WINEPREFIX=$PWD/$work/wine
+export WINEPREFIX=$work/wine
 remove_wine_prefix "$WINEPREFIX"
 start_wine "$wine64"
-trap 'remove_wine_prefix "$WINEPREFIX"; rm -f first.vbs release/first.vbs' EXIT
+trap clean EXIT # which start_wine replaced
 cp first.vbs release
 for line in "${lines[@]}"; do
     timed "$line" "cd release && $wine64 $line"
