@@ -16,8 +16,9 @@ INSTALLER_KEYS = (CLASSES + "\\Installer", "HKEY_LOCAL_MACHINE\\Software\\Micros
 # Prefixes of further keys, in lower case, that a test ignores.
 ignored_keys = []
 INSTALLER_FOLDER = "windows/Installer"
-# Wine 10's installer writes rows for the 32-bit view into the 64-bit one.
-INTERFACES_32 = CLASSES.lower() + "\\wow6432node\\interface\\"
+# The 32-bit view's interfaces, under both names. Wine 10's installer writes their rows into the 64-bit view.
+INTERFACES_32 = tuple(f"hkey_local_machine\\software\\{names}\\interface\\"
+                      for names in ("classes\\wow6432node", "wow6432node\\classes"))
 
 prefix = Path(os.environ["WINEPREFIX"])
 drive = prefix / "drive_c"
