@@ -27,7 +27,7 @@ packages=(
     # Databases of the tests.
     sqlite3 postgresql
     # Long checks: fuzzers, 32-bit sanitizers, coverage, coverage of conditions.
-    clang libclang-rt-dev g++-multilib gcovr clang-19 llvm-19 libclang-rt-19-dev
+    g++-multilib gcovr clang-19 llvm-19 libclang-rt-19-dev
 )
 
 die() {

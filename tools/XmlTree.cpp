@@ -20,8 +20,7 @@ std::vector<std::size_t> LineStarts(std::wstring_view text) {
 }
 
 std::wstring_view Piece(const XmlTree& tree, std::int32_t from, std::int32_t to) {
-    return std::wstring_view(tree.Document())
-        .substr(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
+    return tree.Document().substr(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
 }
 
 } // namespace
@@ -132,7 +131,7 @@ XmlTree::Place XmlTree::PlaceOf(std::size_t offset) const {
     // A large document may have a single line, and places are mostly asked for in order.
     if (m_columnAt < start || m_columnAt > offset)
         std::tie(m_columnAt, m_column) = std::pair(start, std::size_t{1});
-    const std::wstring_view between = std::wstring_view(Document()).substr(m_columnAt, offset - m_columnAt);
+    const std::wstring_view between = Document().substr(m_columnAt, offset - m_columnAt);
     const auto lowHalves =
         std::count_if(between.begin(), between.end(), [](wchar_t c) { return c >= 0xDC00 && c <= 0xDFFF; });
     m_column += between.size() - static_cast<std::size_t>(lowHalves);

@@ -73,7 +73,7 @@ public:
 
     Element Root() const noexcept { return {this, m_parser->Positions()[0].firstChild}; }
     std::size_t Count() const noexcept { return m_parser->PositionCount() - 1; }
-    const std::wstring& Document() const noexcept { return m_parser->GetDocument(); }
+    std::wstring_view Document() const noexcept { return m_parser->GetDocument(); }
     /// The offset behind the root element.
     std::size_t RootEnd() const noexcept;
 

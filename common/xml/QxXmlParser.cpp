@@ -17,7 +17,7 @@ constexpr std::wstring_view CDataClose = L"]]>";
 /// Requires QxXmlScan::IsPlainName(name). Inline, like HasName: walks spend most of their time here.
 inline bool QxXmlParser::HasPlainName(std::int32_t element, std::wstring_view name) const noexcept {
     const ElemPos& position = At(element);
-    const wchar_t* const inside = m_document.data() + position.startTagOpen + 1;
+    const wchar_t* const inside = GetDocument().data() + position.startTagOpen + 1;
     const auto length = static_cast<std::size_t>(position.startTagClose - position.startTagOpen - 1);
     if (name.size() <= length && QxXmlScan::EndsToken(inside[name.size()]) &&
         QxXmlScan::Equal({inside, name.size()}, name))
@@ -100,7 +100,8 @@ bool QxXmlParser::IntoSubDocument() noexcept {
     const std::wstring_view text = GetChildSubDocument();
     if (!IntoElement())
         return false;
-    m_behind = static_cast<std::size_t>(m_document.data() + m_document.size() - text.data()) - text.size();
+    m_behind =
+        static_cast<std::size_t>(GetDocument().data() + GetDocument().size() - text.data()) - text.size();
     m_attributes.element = 0;
     return true;
 }
@@ -127,7 +128,7 @@ bool QxXmlParser::HasSpacedOrPrefixedName(std::int32_t element, std::wstring_vie
 }
 
 std::wstring_view QxXmlParser::TagName(std::int32_t element) const noexcept {
-    return element != 0 ? QxXmlScan::TagName(m_document, At(element).startTagOpen) : std::wstring_view();
+    return element != 0 ? QxXmlScan::TagName(GetDocument(), At(element).startTagOpen) : std::wstring_view();
 }
 
 std::wstring_view QxXmlParser::GetTagName() const noexcept {
@@ -176,8 +177,8 @@ QxString QxXmlParser::Data(std::int32_t element) const {
 
 /// For a part of the document.
 bool QxXmlParser::HasEntity(std::wstring_view content) const noexcept {
-    const auto from = static_cast<std::int32_t>(content.data() - m_document.data());
-    return QxXmlScan::Occurs(m_document, L'&', from, from + static_cast<std::int32_t>(content.size()));
+    const auto from = static_cast<std::int32_t>(content.data() - GetDocument().data());
+    return QxXmlScan::Occurs(GetDocument(), L'&', from, from + static_cast<std::int32_t>(content.size()));
 }
 
 QxString QxXmlParser::GetData() const {
@@ -332,7 +333,7 @@ std::wstring_view QxXmlParser::SubDocument(std::int32_t element) const noexcept 
         return {};
     const std::int32_t end = At(element).endTagClose + 1;
     const std::int32_t next = At(element).scanPos;
-    const bool onlySpace = QxXmlScan::SkipSpace(m_document, end) == next;
+    const bool onlySpace = QxXmlScan::SkipSpace(GetDocument(), end) == next;
     return Piece(At(element).startTagOpen, onlySpace ? next : end);
 }
 

@@ -46,7 +46,7 @@ public:
     /// too long for 32-bit offsets, which is not stored either.
     bool SetDocument(std::wstring_view text);
     /// Contract.
-    const std::wstring& GetDocument() const noexcept { return m_document; }
+    std::wstring_view GetDocument() const noexcept { return m_document.View(); }
     /// Contract. The most recent parse error; a successful parse does not clear it.
     const QxString& GetError() const noexcept { return m_error; }
     /// Contract. The offset of that error: the tag that is wrong or has no end, or the end of the text.
@@ -161,10 +161,10 @@ private:
     }
     /// The document, or its part up to the end of the sub-document.
     std::wstring_view Text() const noexcept {
-        return std::wstring_view(m_document.data(), m_document.size() - m_behind);
+        return std::wstring_view(GetDocument().data(), GetDocument().size() - m_behind);
     }
     std::wstring_view Piece(std::int32_t from, std::int32_t to) const noexcept {
-        return std::wstring_view(m_document.data() + from, static_cast<std::size_t>(to - from));
+        return std::wstring_view(GetDocument().data() + from, static_cast<std::size_t>(to - from));
     }
 
     // Parsing
@@ -204,7 +204,7 @@ private:
     void ReplaceText(std::int32_t from, std::int32_t length, std::wstring_view text);
     void ShiftFrom(std::int32_t element, std::int32_t behind, std::int32_t difference) noexcept;
 
-    std::wstring m_document;
+    QxXmlText m_document;
     std::size_t m_behind = 0; ///< characters behind the sub-document
     QxString m_error;
     std::int32_t m_errorOffset = 0;

@@ -50,7 +50,7 @@ std::int32_t QxXmlParser::Insert(std::int32_t parent, std::int32_t sibling, std:
     const std::wstring_view text = m_edit.View();
     const auto nameLength = static_cast<std::int32_t>(name.size());
     if (m_positions.size() == m_positions.capacity())
-        m_positions.reserve(m_positions.size() + m_positions.size() / 2 + 1);
+        m_positions.reserve(m_positions.size() * 2);
     if (parent != 0 && IsEmptyElement(parent))
         OpenEmptyElement(parent, {});
 
@@ -74,7 +74,7 @@ std::int32_t QxXmlParser::Insert(std::int32_t parent, std::int32_t sibling, std:
         position.startTagClose = start + nameLength + 1;
         position.endTagOpen = position.endTagClose - nameLength - 2;
     }
-    position.scanPos = QxXmlScan::Find(m_document, L'<', position.endTagClose);
+    position.scanPos = QxXmlScan::NextTag(GetDocument(), start + length);
     return element;
 }
 
@@ -93,7 +93,7 @@ std::int32_t QxXmlParser::NewElement(std::int32_t parent, std::int32_t sibling) 
 /// the remaining slash from making the tag an empty element again.
 void QxXmlParser::OpenEmptyElement(std::int32_t element, std::wstring_view content) {
     const std::int32_t slash = At(element).endTagOpen;
-    std::wstring text(m_document[static_cast<std::size_t>(slash) - 1] == L'/' ? L" >" : L">");
+    std::wstring text(GetDocument()[static_cast<std::size_t>(slash) - 1] == L'/' ? L" >" : L">");
     const std::int32_t close = slash + static_cast<std::int32_t>(text.size()) - 1;
     text.append(content).append(L"</").append(TagName(element)).append(L">");
     ReplaceText(slash, 2, text);
@@ -132,7 +132,7 @@ bool QxXmlParser::ReplaceAttribute(std::int32_t element, std::wstring_view name,
     std::int32_t length = 0;
     if (const AttributeValue* const old = FindValue(element, name)) {
         m_edit.AppendEscaped(value, QxXmlText::Escape::Attribute);
-        start = static_cast<std::int32_t>(old->text.data() - m_document.data());
+        start = static_cast<std::int32_t>(old->text.data() - GetDocument().data());
         length = static_cast<std::int32_t>(old->text.size());
     } else {
         m_edit.AppendAttribute(name, value);
@@ -154,9 +154,9 @@ bool QxXmlParser::HasPlainStartTag(std::int32_t element) const noexcept {
     const std::int32_t end = AttributesEnd(element);
     Token token;
     token.next = At(element).startTagOpen + 1;
-    if (!QxXmlScan::NextToken(m_document, token) || token.end >= end)
+    if (!QxXmlScan::NextToken(GetDocument(), token) || token.end >= end)
         return false;
-    while (QxXmlScan::NextToken(m_document, token) && token.start <= end) {
+    while (QxXmlScan::NextToken(GetDocument(), token) && token.start <= end) {
         if (token.quoted && token.end + 1 >= end)
             return false;
     }
@@ -166,10 +166,10 @@ bool QxXmlParser::HasPlainStartTag(std::int32_t element) const noexcept {
 void QxXmlParser::ReplaceText(std::int32_t from, std::int32_t length, std::wstring_view text) {
     const auto replaced = static_cast<std::size_t>(length);
     constexpr auto limit = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
-    if (text.size() > limit - (m_document.size() - replaced))
+    if (text.size() > limit - (GetDocument().size() - replaced))
         throw std::length_error("document too long");
     m_attributes.element = 0;
-    m_document.replace(static_cast<std::size_t>(from), replaced, text);
+    m_document.Replace(static_cast<std::size_t>(from), replaced, text);
 }
 
 /// Adds difference to every offset at or after behind, in the element, its descendants, everything after it

@@ -9,6 +9,7 @@
 #include <utility>
 
 using QxXmlScan::Find;
+using QxXmlScan::NextTag;
 
 namespace {
 
@@ -32,13 +33,6 @@ constexpr std::size_t ShortestElement = 4;
 
 wchar_t CharacterAt(std::wstring_view text, std::int32_t offset) noexcept {
     return text[static_cast<std::size_t>(offset)];
-}
-
-/// The next "<". Usually it is at from itself: a predicted branch is faster than the result of a search.
-std::int32_t NextTag(std::wstring_view text, std::int32_t from) noexcept {
-    if (from < static_cast<std::int32_t>(text.size()) && CharacterAt(text, from) == L'<')
-        return from;
-    return Find(text, L'<', from);
 }
 
 /// Fast path for an end tag that is exactly "</name>", as nearly all are. Compares it with the start tag in
@@ -81,6 +75,7 @@ private:
                             std::int32_t previous);
     bool IsEndTag(std::int32_t open) const noexcept;
     bool ParseEndTag(std::int32_t element, std::int32_t open);
+    bool ParseOtherEndTag(std::int32_t element, std::int32_t open, std::int32_t& close);
     void CompleteElement(ElemPos& element, std::int32_t endTagOpen, std::int32_t endTagClose) noexcept;
     bool Fail(std::wstring_view message, std::int32_t offset, std::int32_t element = 0);
 
@@ -184,23 +179,27 @@ bool DocumentParse::IsEndTag(std::int32_t open) const noexcept {
     return open + 1 < m_length && CharacterAt(m_text, open + 1) == L'/';
 }
 
-bool DocumentParse::ParseEndTag(std::int32_t element, std::int32_t open) {
-    ElemPos& position = At(element);
+inline bool DocumentParse::ParseEndTag(std::int32_t element, std::int32_t open) {
     std::int32_t close = 0;
-    if (!IsPlainEndTag(m_text, position, open, close)) {
-        switch (
-            QxXmlScan::ReadEndTag(m_text, open, QxXmlScan::TagName(m_text, position.startTagOpen), close)) {
-        case QxXmlScan::EndTag::NotAnEndTag:
-            return Fail(ExpectingEndTag, open, element);
-        case QxXmlScan::EndTag::OtherName:
-            return Fail(OtherEndTag, open, element);
-        case QxXmlScan::EndTag::NotCompleted:
-            return Fail(EndTagNotCompleted, open, element);
-        case QxXmlScan::EndTag::Complete:
-            break;
-        }
+    if (!IsPlainEndTag(m_text, At(element), open, close) && !ParseOtherEndTag(element, open, close))
+        return false;
+    CompleteElement(At(element), open, close);
+    return true;
+}
+
+/// Applies the token rules.
+bool DocumentParse::ParseOtherEndTag(std::int32_t element, std::int32_t open, std::int32_t& close) {
+    const std::wstring_view name = QxXmlScan::TagName(m_text, At(element).startTagOpen);
+    switch (QxXmlScan::ReadEndTag(m_text, open, name, close)) {
+    case QxXmlScan::EndTag::NotAnEndTag:
+        return Fail(ExpectingEndTag, open, element);
+    case QxXmlScan::EndTag::OtherName:
+        return Fail(OtherEndTag, open, element);
+    case QxXmlScan::EndTag::NotCompleted:
+        return Fail(EndTagNotCompleted, open, element);
+    case QxXmlScan::EndTag::Complete:
+        break;
     }
-    CompleteElement(position, open, close);
     return true;
 }
 
@@ -230,14 +229,14 @@ bool QxXmlParser::SetDocument(std::wstring_view text) {
         ClearElements();
     if (text.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()))
         text = {};
-    m_document.assign(text);
-    m_texts.Begin(m_document.size());
+    m_document.Assign(text);
+    m_texts.Begin(GetDocument().size());
     ReservePositions();
     ClearElements();
-    if (m_document.empty())
+    if (GetDocument().empty())
         return false;
     try {
-        if (DocumentParse(m_document, m_positions, m_error, m_errorOffset).Run())
+        if (DocumentParse(GetDocument(), m_positions, m_error, m_errorOffset).Run())
             return true;
     } catch (...) {
         ClearElements();
@@ -253,10 +252,10 @@ void QxXmlParser::ClearElements() {
 }
 
 void QxXmlParser::ReservePositions() {
-    const std::size_t length = m_document.size();
+    const std::size_t length = GetDocument().size();
     std::size_t count = length / 32 + 8;
     if (length > LargeText && m_positions.capacity() <= count) {
-        const auto startTags = static_cast<std::size_t>(QxXmlScan::CountStartTags(m_document));
+        const auto startTags = static_cast<std::size_t>(QxXmlScan::CountStartTags(GetDocument()));
         count = std::max(count, std::min(startTags, length / ShortestElement) + 1);
     }
     m_positions.reserve(count);

@@ -7,6 +7,7 @@
 #include <bit>
 #include <limits>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -31,6 +32,9 @@ constexpr std::array<unsigned char, 128> MakeEntityOf() {
 
 constexpr std::array<unsigned char, 128> EntityOf = MakeEntityOf();
 
+/// Moved without a call of the C library: the end tags behind an appended element.
+constexpr std::size_t ShortRest = 32;
+
 /// Index into Entities; Entities.size() for none.
 std::size_t FindEntity(wchar_t character) noexcept {
     const auto code = static_cast<std::size_t>(character);
@@ -40,7 +44,7 @@ std::size_t FindEntity(wchar_t character) noexcept {
 #ifdef QX_XML_SCAN_SSE2
 /// Two bits for each of eight characters, set if it must be escaped. Three comparisons find the five: only
 /// one bit differs between "<" and ">", and between "&" and "'".
-unsigned FindEscaped(__m128i block, QxXmlText::Escape kind) noexcept {
+[[maybe_unused]] unsigned FindEscaped(__m128i block, QxXmlText::Escape kind) noexcept {
     const auto equals = [](__m128i characters, wchar_t sought) {
         return _mm_cmpeq_epi16(characters, _mm_set1_epi16(static_cast<short>(sought)));
     };
@@ -96,6 +100,32 @@ void QxXmlText::Grow(std::size_t length) {
     std::copy_n(m_characters.get(), m_size, characters.get());
     m_characters = std::move(characters);
     m_capacity = capacity;
+}
+
+void QxXmlText::Assign(std::wstring_view text) {
+    std::unique_ptr<wchar_t[]> old;
+    if (text.size() > m_capacity) {
+        auto characters = std::make_unique_for_overwrite<wchar_t[]>(text.size());
+        old = std::exchange(m_characters, std::move(characters));
+        m_capacity = text.size();
+    }
+    std::char_traits<wchar_t>::move(m_characters.get(), text.data(), text.size());
+    m_size = text.size();
+}
+
+void QxXmlText::Replace(std::size_t from, std::size_t length, std::wstring_view text) {
+    Reserve(text.size());
+    wchar_t* const at = m_characters.get() + from;
+    const std::wstring_view rest(at + length, m_size - from - length);
+    if (rest.size() <= ShortRest) {
+        std::array<wchar_t, ShortRest> copy;
+        QxMisc::CopyText(copy.data(), rest);
+        SetEnd(QxMisc::CopyText(QxMisc::CopyText(at, text), {copy.data(), rest.size()}));
+        return;
+    }
+    std::char_traits<wchar_t>::move(at + text.size(), rest.data(), rest.size());
+    QxMisc::CopyText(at, text);
+    m_size += text.size() - length;
 }
 
 void QxXmlText::Append(std::wstring_view text) {

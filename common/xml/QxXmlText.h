@@ -24,6 +24,10 @@ public:
 
     /// Keeps the buffer.
     void Clear() noexcept { m_size = 0; }
+    /// Replaces everything by a text, which may be part of it.
+    void Assign(std::wstring_view text);
+    /// Replaces a piece by a text from elsewhere.
+    void Replace(std::size_t from, std::size_t length, std::wstring_view text);
     void Append(std::wstring_view text);
     void Append(wchar_t character) {
         Reserve(1);

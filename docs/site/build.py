@@ -198,8 +198,8 @@ def finish(site):
         path.unlink()
     shutil.copyfile(THEME_LICENCES, site / "assets" / "copyright")
     index = site / "search" / "search_index.json"
-    index.with_suffix(".js").write_text(f"setSearchIndex({index.read_text(encoding='utf-8')});\n", encoding="utf-8")
-    index.unlink()
+    # Pages from a server read the index itself, pages opened as files this script.
+    index.with_suffix(".js").write_text(f"var __index = {index.read_text(encoding='utf-8')};\n", encoding="utf-8")
     for path in site.rglob("*.html"):
         path.write_text("".join(with_breaks(path.read_text(encoding="utf-8"))), encoding="utf-8")
 

@@ -52,6 +52,13 @@ HRESULT WINAPI LookUpFails(REFGUID, WORD, WORD, LCID, LPBSTR) {
     return TYPE_E_REGISTRYACCESS;
 }
 
+LCID usedLocale = 0;
+
+HRESULT WINAPI NoteLocale(ITypeLib*, LPOLESTR, LPOLESTR) {
+    usedLocale = GetThreadLocale();
+    return S_OK;
+}
+
 } // namespace
 
 TEST_CASE("Registration_writes_every_key_and_no_other") {
@@ -214,4 +221,13 @@ TEST_CASE("Registration_and_unregistration_restore_the_locale_of_the_thread") {
     CHECK(locale.IsKept());
     REQUIRE_HR(library.UnregisterServer(), S_OK);
     CHECK(locale.IsKept());
+}
+
+TEST_CASE("Registration_uses_the_locale_of_the_system") {
+    const Library library;
+    const PrivateClassesRoot root;
+    const ForeignLocale locale;
+    const ImportPatch patch(library.Module(), "RegisterTypeLib", reinterpret_cast<void*>(NoteLocale));
+    REQUIRE_HR(library.RegisterServer(), S_OK);
+    CHECK(usedLocale == GetSystemDefaultLCID());
 }

@@ -22,6 +22,8 @@ wchar_t* wmemset(wchar_t* to, wchar_t character, std::size_t count) {
 }
 
 int wmemcmp(const wchar_t* a, const wchar_t* b, std::size_t count) {
+    if (__builtin_memcmp(a, b, count * sizeof(wchar_t)) == 0)
+        return 0;
     for (std::size_t at = 0; at < count; ++at)
         if (a[at] != b[at])
             return a[at] < b[at] ? -1 : 1;

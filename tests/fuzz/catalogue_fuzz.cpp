@@ -46,9 +46,14 @@ void CheckDecoded(std::string_view bytes) {
                 "an invalid character");
 }
 
+/// A later element replaces the entry of an earlier one that differs only in case.
+bool IsSameWord(std::wstring_view a, std::wstring_view b) {
+    return !LowerCaseLess()(a, b) && !LowerCaseLess()(b, a);
+}
+
 void CheckMap(const CatalogueMap& map) {
     for (const auto& [name, entry] : map)
-        Require(map.find(name.view()) != map.end() && entry.name == name,
+        Require(map.find(name.view()) != map.end() && IsSameWord(entry.name, name),
                 "an entry is not found by its name");
 }
 
@@ -57,9 +62,9 @@ void CheckTables(const CatalogueTables& tables) {
         Require(index < tables.paperSizes.size(), "a paper name without a size");
         const auto& names = tables.paperSizes[index].names;
         const std::wstring_view sought = name;
-        Require(
-            std::any_of(names.begin(), names.end(), [&](const auto& each) { return each.name == sought; }),
-            "a paper name with another paper's size");
+        Require(std::any_of(names.begin(), names.end(),
+                            [&](const auto& each) { return IsSameWord(each.name, sought); }),
+                "a paper name with another paper's size");
     }
     for (const PaperSizeEntry& size : tables.paperSizes)
         Require(!size.names.empty(), "a paper size without a name");

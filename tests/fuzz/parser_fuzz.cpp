@@ -21,7 +21,7 @@ bool IsSame(const ElemPos& a, const ElemPos& b) {
 
 /// The offsets are brackets in the text, in order, inside the parent and after the previous sibling.
 void CheckPosition(const QxXmlParser& parser, std::size_t element) {
-    const std::wstring& text = parser.GetDocument();
+    const std::wstring_view text = parser.GetDocument();
     const ElemPos* const all = parser.Positions();
     const ElemPos& at = all[element];
     const auto length = static_cast<std::int32_t>(text.size());

@@ -2,6 +2,7 @@
 reads files and registry."""
 
 import os
+import re
 import subprocess
 import sys
 from pathlib import Path
@@ -15,6 +16,9 @@ INSTALLER_KEYS = (CLASSES + "\\Installer", "HKEY_LOCAL_MACHINE\\Software\\Micros
 # Prefixes of further keys, in lower case, that a test ignores.
 ignored_keys = []
 INSTALLER_FOLDER = "windows/Installer"
+# The 32-bit view's interfaces, under both names. Wine 10's installer writes their rows into the 64-bit view.
+INTERFACES_32 = tuple(f"hkey_local_machine\\software\\{names}\\interface\\"
+                      for names in ("classes\\wow6432node", "wow6432node\\classes"))
 
 prefix = Path(os.environ["WINEPREFIX"])
 drive = prefix / "drive_c"
@@ -48,10 +52,18 @@ def installer(option, package, *properties, expected=0):
     run("cmd", "/c", windows_path(script), expected=expected)
 
 
+def wine_version():
+    version = subprocess.run(["wine", "--version"], capture_output=True, text=True, check=True).stdout
+    return int(re.match(r"wine-(\d+)", version)[1])
+
+
 def read_registry(root):
     export = prefix / "export.reg"
     run("regedit", "/E", windows_path(export), root)
-    return registry.read(export)
+    tree = registry.read(export)
+    if wine_version() < 10:
+        return tree
+    return {entry: data for entry, data in tree.items() if not entry[0].startswith(INTERFACES_32)}
 
 
 def read_software():

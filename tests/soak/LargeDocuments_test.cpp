@@ -2,6 +2,7 @@
 
 #include "tests/support/ProcessCounters.h"
 #include "tests/support/Soak.h"
+#include "tests/support/Wine.h"
 
 #include <cstdio>
 #include <functional>
@@ -55,13 +56,18 @@ UniqueBstr DocumentOf(const Form& form, std::size_t bytes) {
     return document;
 }
 
-/// During its lifetime, reserves the free address space in blocks of 1 MiB, except `left` of them.
+/// During its lifetime, reserves the free address space in blocks of 1 MiB, except `left` of them. For 64-bit
+/// programs, Linux limits the number of blocks; on Windows they have memory left.
 class ScarceMemory {
 public:
     explicit ScarceMemory(std::size_t left) {
-        m_blocks.reserve(8192);
-        while (void* block = VirtualAlloc(nullptr, BlockSize, MEM_RESERVE, PAGE_NOACCESS))
+        m_blocks.reserve(MostBlocks); // growing would need memory
+        while (m_blocks.size() < MostBlocks) {
+            void* const block = VirtualAlloc(nullptr, BlockSize, MEM_RESERVE, PAGE_NOACCESS);
+            if (!block)
+                break;
             m_blocks.push_back(block);
+        }
         for (; left > 0 && !m_blocks.empty(); --left)
             GiveOneBack();
     }
@@ -74,6 +80,7 @@ public:
 
 private:
     static constexpr std::size_t BlockSize = 1 << 20;
+    static constexpr std::size_t MostBlocks = 1 << 17;
 
     void GiveOneBack() {
         VirtualFree(m_blocks.back(), 0, MEM_RELEASE);
@@ -192,7 +199,8 @@ TEST_CASE("Xml_beyond_the_free_memory_fails_with_out_of_memory_and_leaves_the_ob
         CheckUsable(of, CopyLinesForm, record.Get());
     }
     SetErrorInfo(0, nullptr);
-    CHECK(refused > 0);
+    if (sizeof(void*) == 4 || RunsUnderWine())
+        CHECK(refused > 0);
     CHECK(taken > 0);
 }
 

@@ -291,6 +291,12 @@ TEST_CASE("JobOptionsFromAttributeWords_takes_finishing_words_and_the_first_pdl"
     CHECK(words == Words{L"A4", L"x", L"PostScript"});
 }
 
+TEST_CASE("JobOptionsFromAttributeWords_remove_one_trailing_comma_from_the_default_pdl") {
+    Loaded t(Changed(L">PostScript</Pdl>", L">PostScript,,</Pdl>"));
+    Words words;
+    CHECK(t.catalogue.JobOptionsFromAttributeWords(words).pdl == L"PostScript,");
+}
+
 TEST_CASE("DefaultEntryName_is_the_first_default_in_map_order") {
     Loaded t(Changed(L"<Pdl DbId=\"1\" Default=\"false\">", L"<Pdl DbId=\"1\" Default=\"1\">"));
     CHECK(t.catalogue.DefaultEntryName(&CatalogueTables::pdls) == L"PCL");

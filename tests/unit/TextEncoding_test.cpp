@@ -33,7 +33,10 @@ TEST_CASE("Decode_characters_beyond_the_basic_plane_are_kept") {
     CHECK(Decode("\xF0\x9F\x96\xA8"sv) == L"\U0001F5A8");
     CHECK(Decode("\xFF\xFE\x3D\xD8\xA8\xDD"sv) == L"\U0001F5A8");
     CHECK(Decode("\xFE\xFF\xD8\x3D\xDD\xA8"sv) == L"\U0001F5A8");
+    CHECK(Decode("\xF0\x90\x80\x80"sv) == L"\U00010000");
     CHECK(Decode("\xF4\x8F\xBF\xBF"sv) == L"\U0010FFFF");
+    CHECK(Decode("\xFF\xFE\x00\xD8\x00\xDC"sv) == L"\U00010000");
+    CHECK(Decode("\xFF\xFE\xFF\xDB\xFF\xDF"sv) == L"\U0010FFFF");
 }
 
 TEST_CASE("Decode_malformed_utf8_becomes_the_replacement_character") {
@@ -45,6 +48,8 @@ TEST_CASE("Decode_malformed_utf8_becomes_the_replacement_character") {
     CHECK(Decode("\xF4\x90\x80\x80"sv) == L"\xFFFD\xFFFD\xFFFD\xFFFD");
     CHECK(Decode("\xF0\x9F\x96z"sv) == L"\xFFFDz");
     CHECK(Decode("\xC3(x"sv) == L"\xFFFD(x");
+    CHECK(Decode("\xC3\x7F"sv) == L"\xFFFD\x7F");
+    CHECK(Decode("\xC3\xC0"sv) == L"\xFFFD\xFFFD");
 }
 
 TEST_CASE("Decode_truncated_utf8_becomes_the_replacement_character") {

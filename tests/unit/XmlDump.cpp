@@ -4,7 +4,7 @@ namespace {
 
 using ElemPos = QxXmlParser::ElemPos;
 
-void AppendLine(std::wstring& dump, int depth, const ElemPos& at, const std::wstring& document) {
+void AppendLine(std::wstring& dump, int depth, const ElemPos& at, std::wstring_view document) {
     const auto nameLength = QxXmlScan::WordLength(document, at.startTagOpen + 1);
     dump += std::to_wstring(depth) + L" ";
     dump +=
@@ -58,7 +58,7 @@ const char* FindBrokenPosition(const QxXmlParser& parser) {
     const auto count = static_cast<std::int32_t>(parser.PositionCount());
     const auto length = static_cast<std::int32_t>(parser.GetDocument().size());
     const ElemPos* const positions = parser.Positions();
-    const std::wstring& text = parser.GetDocument();
+    const std::wstring_view text = parser.GetDocument();
     for (std::int32_t index = 1; index < count; ++index) {
         const ElemPos& at = positions[index];
         if (!IsOrdered(at, length))

@@ -110,6 +110,25 @@ TEST_CASE("XmlParser_attribute_is_compared_without_its_prefix") {
     CHECK(IdOf(L"x:y:id=\"5\"") == L"(none)");
     CHECK(IdOf(L"ID=\"5\"") == L"(none)");
     CHECK(IdOf(L"id2=\"5\" 2id=\"6\"") == L"(none)");
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r x:id=\"5\" y:z:id=\"6\"/>"));
+    REQUIRE(parser.FindElement());
+    CHECK(parser.GetAttribute(L"x:id").empty());
+    CHECK(parser.GetAttribute(L"z:id") == L"6");
+}
+
+TEST_CASE("XmlParser_attribute_without_a_name_is_found_behind_a_prefix") {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r =\"5\" x:=\"6\"/>"));
+    REQUIRE(parser.FindElement());
+    CHECK(parser.GetAttribute(L"") == L"6");
+}
+
+TEST_CASE("XmlParser_attribute_that_looks_like_a_name_inside_quotes_is_not_found") {
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r \"id=\"5\"/>"));
+    REQUIRE(parser.FindElement());
+    CHECK(parser.GetAttribute(L"\"id").empty());
 }
 
 TEST_CASE("XmlParser_attribute_without_double_quotes_is_not_found") {
@@ -227,7 +246,7 @@ TEST_CASE("XmlParser_raw_attribute_is_not_unescaped") {
 
 TEST_CASE("XmlParser_finds_only_whole_names_without_their_prefix") {
     QxXmlParser parser;
-    REQUIRE(parser.SetDocument(L"<r><ab/><a b=\"1\">1</a><x:c:d/>< e/><x:f>2</x:f></r>"));
+    REQUIRE(parser.SetDocument(L"<r><></><ab/><a b=\"1\">1</a><x:c:d/>< e/><x:f>2</x:f></r>"));
     const auto find = [&](const wchar_t* name) { return parser.FindChildElement(name, true); };
     CHECK(find(L"ab"));
     CHECK((find(L"a") && parser.GetChildData() == L"1"));

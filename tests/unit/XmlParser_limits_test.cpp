@@ -184,6 +184,15 @@ TEST_CASE("XmlParser_large_text_needs_at_most_36_bytes_per_element_above_its_len
     CHECK(bytes <= text.size() * sizeof(wchar_t) + 36 * Count);
 }
 
+TEST_CASE("XmlParser_finds_elements_for_which_it_reserved_no_memory") {
+    // Start tags with white space before the name are not counted beforehand.
+    constexpr std::size_t count = 40'000;
+    QxXmlParser parser;
+    REQUIRE(parser.SetDocument(L"<r>" + Repeated(L"< a/>", count) + L"</r>"));
+    CHECK(parser.PositionCount() == count + 2);
+    CHECK(FindBrokenPosition(parser) == nullptr);
+}
+
 TEST_CASE("XmlParser_reused_parser_keeps_its_buffers") {
     const std::wstring text = L"<r>" + Repeated(L"<a>1</a>", 100) + L"</r>";
     QxXmlParser parser;

@@ -214,3 +214,29 @@ TEST_CASE("XmlWriter_writes_the_same_text_as_edits_of_the_parser") {
     QxXmlParser again;
     CHECK(again.SetDocument(writer.Text()));
 }
+
+TEST_CASE("XmlText_assigns_and_replaces_like_a_string") {
+    Choices choices(3);
+    QxXmlText text;
+    std::wstring expected;
+    for (int i = 0; i < 3000; ++i) {
+        const auto size = static_cast<unsigned>(expected.size());
+        const std::size_t from = choices.Below(size + 1);
+        const std::size_t length = choices.Below(size + 1 - static_cast<unsigned>(from));
+        if (choices.Below(8) == 0) {
+            // A part of the text itself, or a new text.
+            if (choices.Below(2) == 0) {
+                text.Assign(text.View().substr(from, length));
+                expected = expected.substr(from, length);
+            } else {
+                expected = RandomText(choices);
+                text.Assign(expected);
+            }
+        } else {
+            const std::wstring piece = RandomText(choices);
+            text.Replace(from, length, piece);
+            expected.replace(from, length, piece);
+        }
+        REQUIRE(text.View() == expected);
+    }
+}

@@ -112,6 +112,24 @@ constexpr DWORD Unnoticed = 500;
 
 /// If set, two other processes act as soon as this one has closed this file to rename it: the first renames
 /// it, without a mark because it may not read the file; the second starts a new file.
+BOOL WINAPI RefuseToWrite(HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) {
+    SetLastError(ERROR_WRITE_FAULT);
+    return FALSE;
+}
+
+bool refusesToOpen = false;
+decltype(&CreateFileW) createFile = nullptr;
+
+/// Like the system while another process renames the file.
+HANDLE WINAPI RefuseToOpenOnce(const wchar_t* path, DWORD access, DWORD sharing,
+                               SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags, HANDLE model) {
+    if (std::exchange(refusesToOpen, false)) {
+        SetLastError(ERROR_SHARING_VIOLATION);
+        return INVALID_HANDLE_VALUE;
+    }
+    return createFile(path, access, sharing, security, creation, flags, model);
+}
+
 std::wstring othersPath;
 BOOL(WINAPI* closeHandle)(HANDLE) = nullptr;
 
@@ -348,6 +366,21 @@ TEST_CASE("FileLog_line_written_while_another_process_renames_the_file_is_kept")
     CHECK(FileText(path) == L"kept\r\n");
 }
 
+TEST_CASE("FileLog_line_written_when_a_rename_has_just_ended_is_kept") {
+    const TestFolder folder;
+    const std::wstring path = folder.File(L"a.log");
+    NewLog(path)->Write(L"first\n");
+    {
+        const ImportPatch patch(GetModuleHandleW(nullptr), "CreateFileW",
+                                reinterpret_cast<void*>(RefuseToOpenOnce));
+        createFile = reinterpret_cast<decltype(createFile)>(patch.Original());
+        refusesToOpen = true;
+        NewLog(path)->Write(L"second\n");
+    }
+    CHECK_FALSE(refusesToOpen);
+    CHECK(FileText(path) == L"first\r\nsecond\r\n");
+}
+
 TEST_CASE("FileLog_writer_stopped_while_renaming_delays_one_line_and_hangs_no_writer") {
     const TestFolder folder;
     const std::wstring path = folder.File(L"a.log");
@@ -423,6 +456,20 @@ TEST_CASE("FileLog_unwritable_file_is_reported_once") {
     }
     CHECK(DeleteFileW(path.c_str()));
     CHECK(RemoveDirectoryW(missing.c_str()));
+}
+
+TEST_CASE("FileLog_failure_after_a_success_is_reported_again") {
+    const TestFolder folder;
+    DebuggerOutput debugger;
+    const QxLogPtr log = NewLog(folder.File(L"a.log"));
+    for (std::size_t failures = 1; failures <= 2; ++failures) {
+        log->Write(L"kept\n");
+        const ImportPatch patch(GetModuleHandleW(nullptr), "WriteFile",
+                                reinterpret_cast<void*>(RefuseToWrite));
+        log->Write(L"lost\n");
+        log->Write(L"lost\n");
+        CHECK(debugger.lines.size() == failures);
+    }
 }
 
 TEST_CASE("FileLog_file_just_started_by_another_process_does_not_become_the_backup") {

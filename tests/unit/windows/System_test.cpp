@@ -2,16 +2,27 @@
 #include "../CapturedLog.h"
 #include "common/Clock.h"
 #include "common/QxSystem.h"
+#include "tests/support/ImportPatch.h"
 
 #include <catch2/catch.hpp>
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 namespace {
 
 /// A code without a system message.
 constexpr DWORD UnknownCode = 0xE1234ABC;
+
+std::vector<DWORD> languages;
+decltype(&FormatMessageW) formatMessage = nullptr;
+
+DWORD WINAPI NoteLanguage(DWORD flags, const void* source, DWORD message, DWORD language, wchar_t* buffer,
+                          DWORD size, va_list* arguments) {
+    languages.push_back(language);
+    return formatMessage(flags, source, message, language, buffer, size, arguments);
+}
 
 } // namespace
 
@@ -51,6 +62,14 @@ TEST_CASE("GetSystemMessage_unknown_code_is_empty_and_logged_once") {
     REQUIRE(log.Texts().size() == 1);
     const std::wstring prefix = L"[CQx] [QxMisc::GetSystemMessage(0xE1234ABC)] ";
     CHECK(log.Texts()[0].substr(0, prefix.size()) == prefix);
+}
+
+TEST_CASE("GetSystemMessage_and_the_reason_of_its_failure_are_in_the_system_s_language") {
+    const ImportPatch patch(GetModuleHandleW(nullptr), "FormatMessageW",
+                            reinterpret_cast<void*>(NoteLanguage));
+    formatMessage = reinterpret_cast<decltype(formatMessage)>(patch.Original());
+    QxMisc::GetSystemMessage(UnknownCode);
+    CHECK(languages == std::vector<DWORD>{0, 0}); // the system chooses
 }
 
 TEST_CASE("GetSystemMessage_allocation_failure_is_empty_and_logged") {
