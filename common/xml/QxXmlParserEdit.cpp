@@ -50,7 +50,7 @@ std::int32_t QxXmlParser::Insert(std::int32_t parent, std::int32_t sibling, std:
     const std::wstring_view text = m_edit.View();
     const auto nameLength = static_cast<std::int32_t>(name.size());
     if (m_positions.size() == m_positions.capacity())
-        m_positions.reserve(m_positions.size() * 2);
+        m_positions.reserve(m_positions.size() + m_positions.size() / 2 + 1);
     if (parent != 0 && IsEmptyElement(parent))
         OpenEmptyElement(parent, {});
 
