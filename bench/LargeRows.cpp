@@ -148,7 +148,7 @@ void AddLargeRows(Table& table) {
     table.Compare("ten times the size", {ParseName(10), "new parser"}, {ParseName(1), "new parser"}, 12);
     table.Compare("ten times the size", {ParseName(100), "new parser"}, {ParseName(10), "new parser"}, 12);
     AddAppendRow(table, 10'000, 0);
-    AddAppendRow(table, 100'000, 2);
+    AddAppendRow(table, 100'000, 2.2);
     table.Compare("ten times the children", {"append 100000 children", "one by one"},
                   {"append 10000 children", "one by one"}, 12);
 }
