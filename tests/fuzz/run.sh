@@ -104,13 +104,15 @@ furthest_below_goal() {
 # merge HARNESS: adds the inputs that reach new code, the smallest first, while the corpus is below 64 KB. Failing
 # inputs are never in the work folder's corpus.
 merge() {
-    local merged=$work/$1/merged corpus=tests/fuzz/corpus/$1 input
+    local merged=$work/$1/merged found=$work/$1/found corpus=tests/fuzz/corpus/$1 input
     (
         flock 9
-        rm -rf "$merged"
+        rm -rf "$merged" "$found"
         cp -r "$corpus" "$merged"
+        # A copy, because the merge starts again whenever another process replaces an input by a smaller one.
+        cp -rl "$work/$1/corpus" "$found" 2>/dev/null || true
         "build/fuzz/tests/fuzz/$1_fuzz" -merge=1 -set_cover_merge=1 -use_counters=0 -max_len=4096 \
-            -artifact_prefix="$work/$1/" "$merged" "$work/$1/corpus" >"$work/$1/merge.log" 2>&1 ||
+            -artifact_prefix="$work/$1/" "$merged" "$found" >"$work/$1/merge.log" 2>&1 ||
             { touch "$work/failed"; tail -5 "$work/$1/merge.log" >&2; return; }
         find "$merged" -type f -printf '%s %f\n' | sort -n | while read -r size input; do
             [ -e "$corpus/$input" ] || [ $(($(cat "$corpus"/* | wc -c) + size)) -gt 65536 ] ||
