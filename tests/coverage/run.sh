@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Measures test coverage: lines, branches and conditions (MC/DC) of the platform-neutral code in the native tests, lines
 # and branches of the COM layer in the Windows tests. Branches taken only by an exception, and those the compiler proves
-# unreachable, do not count. Windows tests of the delivered files and of failing system calls are left out.
-# Prints the results and fails if one is below its goal.
+# unreachable, do not count. Windows tests of the delivered files, of failing system calls and of one large input are
+# left out. Prints the results and fails if one is below its goal.
 # Usage: tests/coverage/run.sh [native|conditions|windows]...; JOBS sets the number of parallel compilers and tests.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
